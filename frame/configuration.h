@@ -1,0 +1,27 @@
+/// The configuration items that conversions read. Each is read anew at every call, without a lock.
+#pragma once
+
+#include <string>
+
+#include <kx_platform/readpin.h>
+
+namespace NS_UTIL::NS_FRAME {
+
+/// The carrier profile switch, item "Telvandaire"; 0 when it cannot be read.
+int ReadCarrierProfile();
+
+/// The NE types that spell out an absent sub-slot, item "NETypeListForSubSlot" (decimal numbers separated by ","), as
+/// the item stands when this object is made. A local variable.
+class SubSlotNETypes {
+public:
+    SubSlotNETypes();
+
+    /// Whether neType is in the list; false when the item is missing or empty.
+    [[nodiscard]] bool Contains(unsigned short neType) const noexcept;
+
+private:
+    NS_BUNDLEMGR1::ReadPin m_pin;
+    const std::string* m_list;
+};
+
+}  // namespace NS_UTIL::NS_FRAME

@@ -1,0 +1,30 @@
+#include <kx_domain_util/processexception.h>
+
+namespace NS_UTIL {
+
+namespace {
+
+void StreamOver(std::stringstream& from, std::stringstream& to) {
+    to << from.rdbuf();
+    to.clear();  // streaming an empty text sets failbit, which would make the copy's text unusable
+}
+
+}  // namespace
+
+ProcessException::ProcessException() = default;
+
+ProcessException::ProcessException(ProcessException& other) : std::exception(other), m_code(other.m_code) {
+    StreamOver(other.m_text1, m_text1);
+    StreamOver(other.m_text2, m_text2);
+    StreamOver(other.m_text3, m_text3);
+    StreamOver(other.m_text4, m_text4);
+}
+
+ProcessException::~ProcessException() = default;
+
+InterfaceNotExistException::InterfaceNotExistException() = default;
+InterfaceNotExistException::InterfaceNotExistException(ProcessException& cause) : ProcessException(cause) {}
+InterfaceNotExistException::InterfaceNotExistException(InterfaceNotExistException& other) = default;
+InterfaceNotExistException::~InterfaceNotExistException() = default;
+
+}  // namespace NS_UTIL

@@ -1,0 +1,136 @@
+/// How the library reaches a service of another bundle: by the type of its interface, anew for each operation.
+#pragma once
+
+#include <atomic>
+#include <exception>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include <kx_platform/bundlemgr.h>
+#include <kx_platform/dawsvcinterface.h>
+#include <kx_platform/inventorybufif.h>
+#include <kx_platform/logsvcinterface.h>
+#include <kx_domain_util/processexception.h>
+#include <kx_platform/readpin.h>
+
+namespace NS_UTIL::NS_FRAME {
+
+template <class Interface>
+inline constexpr std::string_view SERVICE_NAME{};
+template <>
+inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::InventoryBufif>{"InventoryBufif"};
+template <>
+inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::DAWSvcInterface>{"DAWSvcInterface"};
+template <>
+inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::LogSvcInterface>{"LogSvcInterface"};
+
+/// The object that stands in for a missing service of this type: made on first use, never freed. Like every default it
+/// has none of the typed interfaces, so a search that ends with it has found nothing.
+template <class Interface>
+NS_BUNDLEMGR1::ServiceInterface* GetPlaceholder() {
+    static std::atomic<NS_BUNDLEMGR1::ServiceInterface*> placeholder{nullptr};
+    auto* existing = placeholder.load(std::memory_order_acquire);
+    if (existing == nullptr) {
+        const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
+        existing = placeholder.load(std::memory_order_acquire);
+        if (existing == nullptr) {
+            existing = new NS_BUNDLEMGR1::NULLServiceInterface;
+            placeholder.store(existing, std::memory_order_release);
+        }
+    }
+    return existing;
+}
+
+/// Throws `InterfaceNotExistException` with the code of a missing service.
+[[noreturn]] void ThrowInterfaceNotExist();
+
+/// Access to the service of one interface type, for one operation: a local variable. While it lives, the service that
+/// it found is not taken away. Constructing it prepares placeholder and buffer, and throws only std::bad_alloc.
+template <class Interface>
+class ServiceAccess {
+public:
+    ServiceAccess()
+        : m_default(GetPlaceholder<Interface>()), m_buffer(NS_BUNDLEMGR1::CheckIFBuf(SERVICE_NAME<Interface>)) {}
+
+    /// The service, or null when there is none. Whatever else goes wrong ends the process.
+    Interface* TryGet() noexcept { return Find(); }
+
+    /// The service. Throws `InterfaceNotExistException` when there is none; whatever else goes wrong ends the process.
+    Interface& Get() {
+        Interface* const service = TryGet();
+        if (service == nullptr) {
+            try {
+                ThrowInterfaceNotExist();
+            } catch (const InterfaceNotExistException&) {
+                throw;
+            } catch (...) {
+                std::terminate();
+            }
+        }
+        return *service;
+    }
+
+    /// The service, for callers that must let every exception pass.
+    Interface& GetLettingAllPass() {
+        Interface* const service = Find();
+        if (service == nullptr) {
+            ThrowInterfaceNotExist();
+        }
+        return *service;
+    }
+
+    /// The object through which the service was found; null when none was.
+    [[nodiscard]] NS_BUNDLEMGR1::ServiceObjectBase* GetServiceObject() const { return m_object; }
+
+private:
+    using Entry = NS_BUNDLEMGR1::InterfaceBuffer::Entry;
+
+    Interface* Find() {
+        if (m_buffer != nullptr) {
+            const Entry entry = m_buffer->First(m_pin);
+            if (entry.object != nullptr || m_buffer->IsSearched()) {
+                m_object = entry.object;
+                // The buffer of this name is filled below only, with interfaces of this type.
+                return static_cast<Interface*>(entry.interface);
+            }
+        }
+        return SearchRegistry();
+    }
+
+    Interface* SearchRegistry() {
+        Interface* first = nullptr;
+        m_object = nullptr;
+        const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
+        for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
+            std::map<std::string, NS_BUNDLEMGR1::ServiceObjectBase*> carriers;
+            object->GetInterfaces(carriers);
+            for (const auto& [name, carrier] : carriers) {
+                auto* const found = dynamic_cast<Interface*>(carrier->GetInterface());
+                if (found == nullptr) {
+                    continue;
+                }
+                if (first == nullptr) {
+                    first = found;
+                    m_object = carrier;
+                    m_pin.Pin(carrier);
+                }
+                if (m_buffer != nullptr) {
+                    m_buffer->Append({carrier, found});
+                }
+            }
+        }
+        if (m_buffer != nullptr) {
+            m_buffer->SetSearched();
+        }
+        return first != nullptr ? first : dynamic_cast<Interface*>(m_default);
+    }
+
+    NS_BUNDLEMGR1::ServiceInterface* m_default;
+    NS_BUNDLEMGR1::InterfaceBuffer* m_buffer;
+    NS_BUNDLEMGR1::ReadPin m_pin;
+    NS_BUNDLEMGR1::ServiceObjectBase* m_object = nullptr;
+};
+
+}  // namespace NS_UTIL::NS_FRAME

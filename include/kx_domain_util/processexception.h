@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <sstream>
+
+#include <kx_domain_util/export.h>
+
+namespace NS_UTIL {
+
+/// The base of the library's exceptions: a code, and four texts for those who throw it to fill. The library throws only
+/// the derived `InterfaceNotExistException`, with empty texts.
+class KX_DOMAIN_UTIL_API ProcessException : public std::exception {
+public:
+    /// Code 0, empty texts.
+    ProcessException();
+    /// Copies the code and streams the texts over. That moves the source's read positions to their ends, so a text can
+    /// be copied once; therefore the source is not const.
+    ProcessException(ProcessException& other);
+    ProcessException& operator=(const ProcessException&) = delete;
+    ~ProcessException() override;
+
+    std::uint32_t m_code = 0;
+    std::stringstream m_text1;
+    std::stringstream m_text2;
+    std::stringstream m_text3;
+    std::stringstream m_text4;
+};
+
+/// A service of the management system that an operation needs is not registered; the code is `INTERFACE_NOT_EXIST`.
+class KX_DOMAIN_UTIL_API InterfaceNotExistException : public ProcessException {
+public:
+    /// The code of a missing service.
+    static constexpr std::uint32_t INTERFACE_NOT_EXIST = 0x41180004;
+
+    InterfaceNotExistException();
+    /// Takes code and texts of cause over, as a copy does.
+    explicit InterfaceNotExistException(ProcessException& cause);
+    InterfaceNotExistException(InterfaceNotExistException& other);
+    InterfaceNotExistException& operator=(const InterfaceNotExistException&) = delete;
+    ~InterfaceNotExistException() override;
+};
+
+}  // namespace NS_UTIL

@@ -1,0 +1,165 @@
+/// Identifiers (FDNs) to index records and back.
+///
+/// An FDN names one managed thing: levels joined by ",", from the NE inward; a level is a tag (the MOC), "=", and a
+/// value; a value may hold several sub-values joined by "|". A port, with the field of `NS_DOMAIN::PortIndex` that each
+/// piece fills:
+///
+///     NE=12,FR=1,S=3,CP=-1,SS=2,SC=-1,PP=16|1025|7|GE0/7
+///        |     |   |    |     |    |  |  |  |    | |
+///        |     |   |    |     |    |  |  |  |    | +---- portLabel  = "GE0/7"
+///        |     |   |    |     |    |  |  |  |    +------ portId     = 7
+///        |     |   |    |     |    |  |  |  +----------- fbType     = 1025 (0 is written empty)
+///        |     |   |    |     |    |  |  +-------------- ppType     = 16   (0 and 251 are written empty)
+///        |     |   |    |     |    |  +----------------- isLogical  = false ("LP" gives true)
+///        |     |   |    |     |    +-------------------- always -1, written behind "SS", not read
+///        |     |   |    |     +------------------------- subSlotId  = 2    (-1: no sub-slot)
+///        |     |   |    +------------------------------- always -1, written behind "S", not read
+///        |     |   +------------------------------------ slotId     = 3    (-1: no slot)
+///        |     +---------------------------------------- shelfId    = 1    (-1: no shelf)
+///        +---------------------------------------------- neId       = 12
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <kx_domain_util/domainindex.h>
+#include <kx_domain_util/export.h>
+
+namespace NS_UTIL {
+
+/// A parsed FDN: from tag to the level's sub-values in their order. A tag occurs once.
+using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
+
+/// The conversions. All are static and keep no state.
+///
+/// Readers (`ResID2...`) never fail: a field whose level is missing, or has an empty value ("NE="), stays as the caller
+/// set it; of a repeated level the first counts; the order of levels does not matter. Numbers are read as
+/// `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no digit, 0 without digits, the low
+/// 32 bits of what is too large.
+///
+/// Writers (`...2ResID`) replace the whole output text. Numbers are written in decimal with a "-" when negative.
+///
+/// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
+/// exhausted, and `InterfaceNotExistException` where it is said; the output then holds what was written up to there.
+class KX_DOMAIN_UTIL_API ResIDUtil {
+public:
+    ResIDUtil() = delete;
+
+    // ---- The grammar ------------------------------------------------------------------------------------------------
+
+    /// Replaces the content of map by the levels of fdn. The first of a repeated tag wins; a piece without "=" is a tag
+    /// without sub-values; blanks are not trimmed. An empty fdn gives an empty map.
+    static void Fdn2MocLvlValueMap(const std::string& fdn, MocLvlValueMap& map);
+
+    /// Splits one level: the tag replaces tag, the sub-values are appended to values (an empty value has none).
+    static void ResolveMocLevelObj(const std::string& level, std::string& tag, std::vector<std::string>& values);
+
+    /// The sub-value of level tag at index (from 0). False, and value untouched, when there is no such level or
+    /// sub-value; a negative index finds nothing.
+    static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, std::string& value, int index);
+    /// The same as a number. A sub-value that is no number still answers true.
+    static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value, int index);
+    /// The same for the first sub-value.
+    static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value);
+
+    /// Writes one level, "tag=value|value", into level; leaves it as it was when there are no values.
+    static void ConstructMocLevelObj(const std::string& tag, const std::vector<std::string>& values,
+                                     std::string& level);
+
+    /// Appends the sub-values of one level to values, straight from the text; true when values then holds at least
+    /// minCount entries (those that it held before count too). tag is given with its "=" ("PP="), is not null, and is
+    /// searched as plain text: "S=" is also found inside ",SS=". False, and values untouched, when it is not found. A
+    /// value that ends with a backslash counts as empty.
+    static bool ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,
+                                std::vector<std::string>& values);
+
+    /// The MOC of fdn: the tag of its last level, up to the last "=" of the text; empty for an empty fdn, the whole
+    /// last level when it has no "=".
+    static std::string GetMOCFromFDN(const std::string& fdn);
+
+    /// Whether moc (what `GetMOCFromFDN` gives, not a whole FDN) names a service, tunnel or pseudo-wire object.
+    static bool IsServiceFDN(const std::string& moc);
+
+    // ---- Equipment --------------------------------------------------------------------------------------------------
+
+    static void ResID2OSIndex(const std::string& fdn, NS_DOMAIN::OSIndex& os);
+    static void ResID2ONEIndex(const std::string& fdn, NS_DOMAIN::ONEIndex& one);
+    static void ResID2NEIndex(const std::string& fdn, NS_DOMAIN::NEIndex& ne);
+    static void ResID2ShelfIndex(const std::string& fdn, NS_DOMAIN::ShelfIndex& shelf);
+    /// Leaves `subSlotId` alone.
+    static void ResID2SlotIndex(const std::string& fdn, NS_DOMAIN::SlotIndex& slot);
+    static void ResID2SubSlotIndex(const std::string& fdn, NS_DOMAIN::SlotIndex& subSlot);
+    static void ResID2CardIndex(const std::string& fdn, NS_DOMAIN::CardIndex& card);
+
+    /// "OS=1".
+    static void OSID2ResID(int osId, std::string& fdn);
+    /// "ONE=1".
+    static void ONEID2ResID(int oneId, std::string& fdn);
+    /// "ONE=1,NE=2"; without the ONE level when oneId is 0.
+    static void NEID2ResID(int oneId, int neId, std::string& fdn);
+    /// "OS=1".
+    static void OSIndex2ResID(const NS_DOMAIN::OSIndex& os, std::string& fdn);
+    /// "ONE=1".
+    static void ONEIndex2ResID(const NS_DOMAIN::ONEIndex& one, std::string& fdn);
+    /// "NE=1".
+    static void NEIndex2ResID(const NS_DOMAIN::NEIndex& ne, std::string& fdn);
+    /// "NE=1,FR=2"; both levels always, -1 included.
+    static void ShelfIndex2ResID(const NS_DOMAIN::ShelfIndex& shelf, std::string& fdn);
+    /// "NE=1,FR=2,S=3"; shelf and slot only when not -1.
+    static void SlotIndex2ResID(const NS_DOMAIN::SlotIndex& slot, std::string& fdn);
+    /// "NE=1,FR=2,S=3,SS=4"; shelf, slot and sub-slot only when not -1.
+    static void SubSlotIndex2ResID(const NS_DOMAIN::SlotIndex& subSlot, std::string& fdn);
+    /// "NE=1,FR=2,S=3,CP=-1"; shelf only when not -1, nothing behind the shelf when the slot is -1. On an NE whose type
+    /// `IsPTN41` knows, ",SS=-1,SC=-1" follows; therefore the inventory is asked for the NE type whenever there is a
+    /// slot, and `InterfaceNotExistException` is thrown when there is no inventory.
+    static void CardIndex2ResID(const NS_DOMAIN::CardIndex& card, std::string& fdn);
+
+    // ---- Ports, access points, termination points -------------------------------------------------------------------
+
+    /// Writes a port: "NE=1,FR=2,S=3,CP=-1,PP=16||0|". asLogical writes "LP" for "PP".
+    ///
+    /// A shelf of -1 is left out, and so is the shelf of a logical port (by `isLogical`) unless it has a slot and its
+    /// FB type is 65543, 65547, 65549, 65562, 65571 or 65635. Without a slot neither slot nor sub-slot are written,
+    /// except ",S=0,CP=-1" when the configuration item "Telvandaire" is not 0 and the FB type is 0 or 65547. With a
+    /// slot but no sub-slot, ",SS=-1,SC=-1" is written on NEs whose type the configuration item "NETypeListForSubSlot"
+    /// lists; the inventory is asked for the type also when the list is empty, and `InterfaceNotExistException` is
+    /// thrown when there is no inventory. The two items are read at every call. A `portId` of -1 is written
+    /// 4294967295. The label is written as it is, without escapes.
+    static void PortIndex2ResID(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical);
+    /// Writes a port of an NE of type neType without asking anybody: no ",CP=-1", shelf and slot whenever not -1,
+    /// ",SS=-1,SC=-1" for an absent sub-slot of a physical port when neType is 1911 or 1912, and `portId` with its
+    /// sign.
+    static void PortIndex2ResIDByNEType(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical,
+                                        unsigned long neType);
+    /// Writes the key's port; withSubIf writes it as a logical port and, when `subIfId` is above 0, appends ",SUBIF=9".
+    static void PortIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool withSubIf);
+    /// Writes the key's port and ",AP=1|2|9": the two AP values and `subIfId`, which is left out when 0.
+    static void APIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool asLogical);
+    /// Writes the TP's port, as a logical one when `isLogical`. For a port identified by its name (`ppType` 251) the
+    /// label is cut at its first ".", what follows becomes ",SUBIF=9", and `vc4Id` and `vc12Id` that are not 0 are
+    /// appended as ",VC4=1" and ",VC12=2".
+    static void TPIndex2ResID(const NS_DOMAIN::TPIndex& tp, std::string& fdn);
+
+    /// Reads a port. An fdn that contains "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|" stands for no port and leaves the
+    /// record untouched. Otherwise `isLogical` and `portId` are always set (-1: no port level with four sub-values); a
+    /// name without a `ppType` sets that to 251. In a name of FB type 1025, a backslash before "|" takes the "|" and
+    /// the sub-value behind it into the name. When the configuration item "Telvandaire" is not 0, a slot below 1
+    /// becomes no slot and no sub-slot, as for named ports of FB type 65547 and 65549; it is read at every call.
+    static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
+    /// Reads the key's port and, where fdn contains "SUBIF=", the number behind it into `subIfId`.
+    static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
+    /// Reads an access point. The key's port is read only when its `neId` is -1; otherwise the caller's port is kept.
+    /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level; `fdnText`
+    /// tells what was parsed.
+    static void ResID2APIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
+    /// Reads a termination point: the port, whatever the record held of it before, and a sub-interface behind a "." in
+    /// the label. Never reads "VC4" or "VC12".
+    static void ResID2TPIndex(const std::string& fdn, NS_DOMAIN::TPIndex& tp);
+    /// Reads a loop-back port: as a port, but without the text for no port, without escapes and without "Telvandaire".
+    /// Asks the data-access service for the agent configuration all the same, and throws `InterfaceNotExistException`
+    /// when there is none.
+    static void ResID2LoopBackPortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
+};
+
+}  // namespace NS_UTIL

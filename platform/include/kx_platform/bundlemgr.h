@@ -1,0 +1,171 @@
+/// The bundle manager: which services are there, and how a user reaches one by the type of its interface.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <kx_platform/export.h>
+#include <kx_platform/readpin.h>
+
+namespace NS_BUNDLEMGR1 {
+
+class NULLServiceInterface;
+
+/// Virtual base that only the classes named as friends can construct; who inherits it cannot be derived from.
+class KX_PLATFORM_API FinalClass {
+    friend class NULLServiceInterface;
+    FinalClass() = default;
+};
+
+/// What every service of the system derives from.
+class KX_PLATFORM_API ServiceInterface {
+public:
+    ServiceInterface() = default;
+    virtual ~ServiceInterface();
+    ServiceInterface(const ServiceInterface&) = delete;
+    ServiceInterface& operator=(const ServiceInterface&) = delete;
+
+    /// The interface itself.
+    virtual ServiceInterface* GetSelf();
+    /// Gives the interface up. Does nothing by default: services belong to those who registered them.
+    virtual void Release();
+    /// The name under which the interface reports itself; empty by default.
+    virtual const char* GetName() const;
+    /// The state of the interface; 0, which is well, by default.
+    virtual int GetState() const;
+};
+
+/// Stands in the place of a service that is not there.
+class KX_PLATFORM_API NULLServiceInterface : public ServiceInterface, private virtual FinalClass {
+public:
+    NULLServiceInterface() = default;
+
+    /// Deletes the object.
+    void Release() override;
+    /// "NULLServiceInterface!".
+    const char* GetName() const override;
+};
+
+/// One registered service under its name. The bundle manager makes it, and frees it when no thread uses it any more.
+class KX_PLATFORM_API ServiceObjectBase {
+public:
+    ServiceObjectBase(std::string name, ServiceInterface* service);
+    virtual ~ServiceObjectBase();
+    ServiceObjectBase(const ServiceObjectBase&) = delete;
+    ServiceObjectBase& operator=(const ServiceObjectBase&) = delete;
+
+    const std::string& GetObjectName() const { return m_name; }
+
+    /// The service that this object carries; never null.
+    ServiceInterface* GetInterface() const { return m_service; }
+
+    /// Adds the objects that carry this object's interfaces, by interface name: itself under its own name by default.
+    virtual void GetInterfaces(std::map<std::string, ServiceObjectBase*>& interfaces);
+
+    /// A word in which user (any address of the caller's own) remembers something that the service gave it, a logger
+    /// say. It is null at first, is the same at every call and goes away with the object, so that nothing remembered
+    /// in it outlives the service. Null when all words are taken: then the user must do without.
+    std::atomic<void*>* GetMemory(const void* user) noexcept;
+
+private:
+    struct Memory {
+        std::atomic<const void*> user{nullptr};
+        std::atomic<void*> word{nullptr};
+    };
+
+    std::string m_name;
+    ServiceInterface* m_service;
+    std::array<Memory, 8> m_memories;
+};
+
+/// A mutex shared by the bundles: it guards the registry and the filling of interface buffers. Nobody holds it while
+/// calling into a service, so a service may register and unregister services from inside its operations.
+extern KX_PLATFORM_API std::mutex _g_actualmutex;
+
+/// What was found for one interface type, kept so that the registry is searched once and not at every call. Emptied
+/// whenever a service comes or goes. Of several interfaces of a type only the first is ever handed out, so only that
+/// one is kept.
+class KX_PLATFORM_API InterfaceBuffer {
+public:
+    explicit InterfaceBuffer(std::string name) : m_name(std::move(name)) {}
+    InterfaceBuffer(const InterfaceBuffer&) = delete;
+    InterfaceBuffer& operator=(const InterfaceBuffer&) = delete;
+
+    const std::string& GetName() const { return m_name; }
+
+    /// An interface and the service object through which it was found.
+    struct Entry {
+        ServiceObjectBase* object = nullptr;
+        ServiceInterface* interface = nullptr;
+    };
+
+    /// The first interface, its object pinned by pin; an empty entry when the buffer holds none. Takes no lock.
+    Entry First(ReadPin& pin) const noexcept;
+    /// True when the registry has been searched since it last changed: an empty buffer then means that there is no
+    /// such service. Takes no lock.
+    bool IsSearched() const noexcept { return m_searched.load(); }
+
+    /// Appends a found interface; the caller holds `_g_actualmutex`.
+    void Append(const Entry& entry) noexcept;
+    /// Records that the registry was searched; the caller holds `_g_actualmutex`.
+    void SetSearched() noexcept { m_searched.store(true); }
+    /// Empties the buffer; the caller holds `_g_actualmutex`.
+    void Forget() noexcept;
+
+private:
+    friend KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
+    friend class BundleMgr;
+
+    std::string m_name;
+    std::atomic<ServiceObjectBase*> m_object{nullptr};
+    std::atomic<ServiceInterface*> m_interface{nullptr};
+    std::atomic<std::uint64_t> m_changes{0};  // counted before each change of the two
+    std::atomic<bool> m_searched{false};
+    InterfaceBuffer* m_next = nullptr;
+};
+
+/// The interface buffer of the service called name, made on the first call and never freed. A platform that keeps no
+/// buffer for a name may answer null; this one never does. Takes no lock once the buffer is there. Any thread.
+KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
+
+/// The registry of services. All operations may be called from any thread, also from inside a service's operation.
+class KX_PLATFORM_API BundleMgr {
+public:
+    /// The one bundle manager; lives until the process ends. Never null.
+    static BundleMgr* Instance();
+
+    /// Registers service (not owned, not null) under name; a second registration of a name replaces the first. When it
+    /// returns, every new lookup finds the service, and no call into a replaced one is in flight (see
+    /// `UnregisterService`).
+    void RegisterService(const std::string& name, ServiceInterface* service);
+
+    /// Takes the service back: it is forgotten in every buffer, and with it all that was remembered of it. Returns once
+    /// no call into the service can be in flight any more; false when the name is unknown.
+    ///
+    /// Called from inside a service's operation it does not wait for the calling thread's own calls, nor for another
+    /// thread that is itself unregistering from inside a service's operation.
+    bool UnregisterService(const std::string& name);
+
+    /// Every registered object, in the order of registration (a replacement keeps the place of what it replaces). The
+    /// caller holds `_g_actualmutex` while it uses the answer.
+    const std::vector<std::unique_ptr<ServiceObjectBase>>& GetServiceObjects() const { return m_objects; }
+
+private:
+    BundleMgr() = default;
+    ~BundleMgr() = default;
+
+    static void ForgetBuffers() noexcept;
+    void Retire(std::unique_ptr<ServiceObjectBase> object);
+
+    std::vector<std::unique_ptr<ServiceObjectBase>> m_objects;
+    std::vector<std::unique_ptr<ServiceObjectBase>> m_retired;  // gone, but still pinned by the thread that took it back
+};
+
+}  // namespace NS_BUNDLEMGR1

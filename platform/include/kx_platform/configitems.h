@@ -1,0 +1,96 @@
+/// The configuration items of the process, by key.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <kx_platform/export.h>
+#include <kx_platform/readpin.h>
+
+namespace NS_BUNDLEMGR1 {
+
+/// One configuration item. It lives as long as the process, also while it has no value, so that a reader may look it up
+/// once and then ask it at every call. Reading takes no lock (how that is safe: `readpin.h`). Any thread.
+class KX_PLATFORM_API ConfigItem {
+public:
+    explicit ConfigItem(std::string key) : m_key(std::move(key)) {}
+    ConfigItem(const ConfigItem&) = delete;
+    ConfigItem& operator=(const ConfigItem&) = delete;
+    ~ConfigItem();
+
+    const std::string& GetKey() const { return m_key; }
+
+    /// The value as a number: an optional sign and decimal digits, nothing else, within 32 bits. False, and value
+    /// untouched, when the item is missing or is no such number.
+    bool GetInt(int& value) const noexcept {
+        const std::uint64_t number = m_number.load(std::memory_order_acquire);
+        if ((number & IS_NUMBER) == 0) {
+            return false;
+        }
+        value = static_cast<int>(static_cast<std::uint32_t>(number));
+        return true;
+    }
+
+    /// The value as text, valid as long as pin; null when the item is missing.
+    const std::string* GetText(ReadPin& pin) const noexcept {
+        // A missing text costs a look, no pin.
+        return pin.Protect(m_text);
+    }
+
+private:
+    friend class CorbaConfigItems;
+
+    static constexpr std::uint64_t IS_NUMBER = std::uint64_t{1} << 32U;
+
+    std::string m_key;
+    std::atomic<const std::string*> m_text{nullptr};
+    std::atomic<std::uint64_t> m_number{0};  // the low half is the number
+    ConfigItem* m_next = nullptr;
+};
+
+/// The reader of configuration items, and the place where a host sets them. A change is seen by the next read. Any
+/// thread; reading takes no lock.
+class KX_PLATFORM_API CorbaConfigItems {
+public:
+    /// The one set of items; lives until the process ends. Never null.
+    static CorbaConfigItems* Instance();
+
+    /// `ConfigItem::GetInt` of the item called key: false, and value untouched, when missing or not an integer.
+    bool GetIntItemInfo(const std::string& key, int& value);
+    /// Copies the text of the item called key: false, and value untouched, when missing.
+    bool GetStrItemInfo(const std::string& key, std::string& value);
+
+    /// Sets the item, whether it was there or not.
+    void SetItem(const std::string& key, const std::string& value);
+    /// Makes the item a missing one; nothing happens when it is missing already.
+    void RemoveItem(const std::string& key);
+    /// Makes every item a missing one.
+    void Clear();
+
+    /// The item called key, made without a value when nobody has named it before. Stays valid until the process ends;
+    /// there are never more items than keys were ever named.
+    const ConfigItem& GetItem(std::string_view key);
+
+private:
+    CorbaConfigItems() = default;
+    ~CorbaConfigItems() = default;
+
+    static constexpr std::size_t BUCKETS = 64;
+
+    std::atomic<ConfigItem*>& Bucket(std::string_view key) noexcept;
+    ConfigItem* Find(std::string_view key) noexcept;
+    ConfigItem& FindOrMake(std::string_view key);
+    void Assign(ConfigItem& item, std::unique_ptr<const std::string> text);
+
+    std::array<std::atomic<ConfigItem*>, BUCKETS> m_buckets{};
+    std::mutex m_mutex;                                         // taken by those who change items
+    std::vector<std::unique_ptr<const std::string>> m_retired;  // replaced texts that a thread may still be reading
+};
+
+}  // namespace NS_BUNDLEMGR1

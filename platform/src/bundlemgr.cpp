@@ -1,0 +1,168 @@
+#include <algorithm>
+#include <utility>
+
+#include <kx_platform/bundlemgr.h>
+
+namespace NS_BUNDLEMGR1 {
+
+std::mutex _g_actualmutex;
+
+namespace {
+
+// Buffers are only ever added, at the front, under _g_actualmutex.
+std::atomic<InterfaceBuffer*> allBuffers{nullptr};
+
+}  // namespace
+
+ServiceInterface::~ServiceInterface() = default;
+
+ServiceInterface* ServiceInterface::GetSelf() {
+    return this;
+}
+
+void ServiceInterface::Release() {}
+
+const char* ServiceInterface::GetName() const {
+    return "";
+}
+
+int ServiceInterface::GetState() const {
+    return 0;
+}
+
+void NULLServiceInterface::Release() {
+    delete this;
+}
+
+const char* NULLServiceInterface::GetName() const {
+    return "NULLServiceInterface!";
+}
+
+ServiceObjectBase::ServiceObjectBase(std::string name, ServiceInterface* service)
+    : m_name(std::move(name)), m_service(service) {}
+
+ServiceObjectBase::~ServiceObjectBase() = default;
+
+void ServiceObjectBase::GetInterfaces(std::map<std::string, ServiceObjectBase*>& interfaces) {
+    interfaces.emplace(m_name, this);
+}
+
+std::atomic<void*>* ServiceObjectBase::GetMemory(const void* user) noexcept {
+    for (Memory& memory : m_memories) {
+        const void* holder = memory.user.load(std::memory_order_acquire);
+        if (holder == user || (holder == nullptr && memory.user.compare_exchange_strong(holder, user)) ||
+            holder == user) {
+            return &memory.word;
+        }
+    }
+    return nullptr;
+}
+
+InterfaceBuffer::Entry InterfaceBuffer::First(ReadPin& pin) const noexcept {
+    while (true) {
+        const std::uint64_t change = m_changes.load();
+        Entry entry;
+        entry.object = pin.Protect(m_object);
+        if (entry.object == nullptr) {
+            return {};
+        }
+        entry.interface = m_interface.load();
+        if (m_changes.load() == change) {  // else the two may belong to different services
+            return entry;
+        }
+    }
+}
+
+void InterfaceBuffer::Append(const Entry& entry) noexcept {
+    if (m_object.load() == nullptr) {
+        m_changes.fetch_add(1);
+        m_interface.store(entry.interface);
+        m_object.store(entry.object);
+    }
+}
+
+void InterfaceBuffer::Forget() noexcept {
+    m_changes.fetch_add(1);
+    m_searched.store(false);
+    m_object.store(nullptr);
+}
+
+InterfaceBuffer* CheckIFBuf(std::string_view name) {
+    const auto find = [name] {
+        InterfaceBuffer* buffer = allBuffers.load(std::memory_order_acquire);
+        while (buffer != nullptr && buffer->m_name != name) {
+            buffer = buffer->m_next;
+        }
+        return buffer;
+    };
+    if (InterfaceBuffer* const buffer = find()) {
+        return buffer;
+    }
+    const std::lock_guard lock(_g_actualmutex);
+    if (InterfaceBuffer* const buffer = find()) {
+        return buffer;
+    }
+    auto* const made = new InterfaceBuffer(std::string(name));
+    made->m_next = allBuffers.load();
+    allBuffers.store(made);
+    return made;
+}
+
+BundleMgr* BundleMgr::Instance() {
+    static auto* const instance = new BundleMgr;  // never deleted: services may call as late as they like
+    return instance;
+}
+
+void BundleMgr::RegisterService(const std::string& name, ServiceInterface* service) {
+    auto object = std::make_unique<ServiceObjectBase>(name, service);
+    {
+        const std::lock_guard lock(_g_actualmutex);
+        const auto place = std::find_if(m_objects.begin(), m_objects.end(),
+                                        [&](const auto& known) { return known->GetObjectName() == name; });
+        if (place == m_objects.end()) {
+            m_objects.push_back(std::move(object));
+        } else {
+            std::swap(*place, object);
+        }
+        ForgetBuffers();
+    }
+    Retire(std::move(object));
+}
+
+bool BundleMgr::UnregisterService(const std::string& name) {
+    std::unique_ptr<ServiceObjectBase> object;
+    {
+        const std::lock_guard lock(_g_actualmutex);
+        const auto place = std::find_if(m_objects.begin(), m_objects.end(),
+                                        [&](const auto& known) { return known->GetObjectName() == name; });
+        if (place == m_objects.end()) {
+            return false;
+        }
+        object = std::move(*place);
+        m_objects.erase(place);
+        ForgetBuffers();
+    }
+    Retire(std::move(object));
+    return true;
+}
+
+void BundleMgr::ForgetBuffers() noexcept {
+    for (InterfaceBuffer* buffer = allBuffers.load(); buffer != nullptr; buffer = buffer->m_next) {
+        buffer->Forget();
+    }
+}
+
+void BundleMgr::Retire(std::unique_ptr<ServiceObjectBase> object) {
+    if (object == nullptr) {
+        return;
+    }
+    ReadPin::WaitUntilReleased(object.get());
+    const auto isUnused = [](const auto& retired) { return !ReadPin::IsPinned(retired.get()); };
+    const std::lock_guard lock(_g_actualmutex);
+    std::erase_if(m_retired, isUnused);
+    if (!isUnused(object)) {
+        m_retired.push_back(std::move(object));
+    }
+}
+
+}  // namespace NS_BUNDLEMGR1

@@ -1,0 +1,119 @@
+#include <charconv>
+#include <functional>
+#include <optional>
+
+#include <kx_platform/configitems.h>
+
+namespace NS_BUNDLEMGR1 {
+
+namespace {
+
+// The number that text is, whole; nothing else counts as an integer.
+std::optional<int> WholeNumber(const std::string& text) {
+    const char* begin = text.data();
+    const char* const end = begin + text.size();
+    if (end - begin > 1 && *begin == '+' && begin[1] != '-') {
+        ++begin;  // from_chars knows no plus sign
+    }
+    int number = 0;
+    const auto [rest, error] = std::from_chars(begin, end, number);
+    if (error != std::errc{} || rest != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+}  // namespace
+
+ConfigItem::~ConfigItem() {
+    delete m_text.load();
+}
+
+CorbaConfigItems* CorbaConfigItems::Instance() {
+    static auto* const instance = new CorbaConfigItems;  // never deleted: items are referred to until the process ends
+    return instance;
+}
+
+bool CorbaConfigItems::GetIntItemInfo(const std::string& key, int& value) {
+    const ConfigItem* const item = Find(key);
+    return item != nullptr && item->GetInt(value);
+}
+
+bool CorbaConfigItems::GetStrItemInfo(const std::string& key, std::string& value) {
+    const ConfigItem* const item = Find(key);
+    if (item == nullptr) {
+        return false;
+    }
+    ReadPin pin;
+    const std::string* const text = item->GetText(pin);
+    if (text == nullptr) {
+        return false;
+    }
+    value = *text;
+    return true;
+}
+
+void CorbaConfigItems::SetItem(const std::string& key, const std::string& value) {
+    auto text = std::make_unique<const std::string>(value);
+    const std::lock_guard lock(m_mutex);
+    Assign(FindOrMake(key), std::move(text));
+}
+
+void CorbaConfigItems::RemoveItem(const std::string& key) {
+    const std::lock_guard lock(m_mutex);
+    if (ConfigItem* const item = Find(key)) {
+        Assign(*item, nullptr);
+    }
+}
+
+void CorbaConfigItems::Clear() {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& bucket : m_buckets) {
+        for (ConfigItem* item = bucket.load(); item != nullptr; item = item->m_next) {
+            Assign(*item, nullptr);
+        }
+    }
+}
+
+const ConfigItem& CorbaConfigItems::GetItem(std::string_view key) {
+    if (const ConfigItem* const item = Find(key)) {
+        return *item;
+    }
+    const std::lock_guard lock(m_mutex);
+    return FindOrMake(key);
+}
+
+std::atomic<ConfigItem*>& CorbaConfigItems::Bucket(std::string_view key) noexcept {
+    return m_buckets[std::hash<std::string_view>{}(key) % BUCKETS];
+}
+
+ConfigItem* CorbaConfigItems::Find(std::string_view key) noexcept {
+    ConfigItem* item = Bucket(key).load(std::memory_order_acquire);
+    while (item != nullptr && item->GetKey() != key) {
+        item = item->m_next;
+    }
+    return item;
+}
+
+// The caller holds m_mutex.
+ConfigItem& CorbaConfigItems::FindOrMake(std::string_view key) {
+    if (ConfigItem* const item = Find(key)) {
+        return *item;
+    }
+    auto* const item = new ConfigItem(std::string(key));
+    std::atomic<ConfigItem*>& bucket = Bucket(key);
+    item->m_next = bucket.load();
+    bucket.store(item);
+    return *item;
+}
+
+// The caller holds m_mutex. Replaced texts are freed at this or a later change, as soon as nobody reads them.
+void CorbaConfigItems::Assign(ConfigItem& item, std::unique_ptr<const std::string> text) {
+    m_retired.reserve(m_retired.size() + 1);
+    const std::optional<int> number = text != nullptr ? WholeNumber(*text) : std::nullopt;
+    item.m_number.store(number ? (ConfigItem::IS_NUMBER | static_cast<std::uint32_t>(*number)) : 0);
+    m_retired.emplace_back(item.m_text.exchange(text.release()));
+    std::erase_if(m_retired, [](const auto& retired) { return retired == nullptr || !ReadPin::IsPinned(retired.get()); });
+}
+
+}  // namespace NS_BUNDLEMGR1

@@ -1,0 +1,85 @@
+/// Writing of FDN text: the one place that puts it together.
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace NS_UTIL::NS_FDN {
+
+/// Writes into the caller's string, in place of what it held. The text is gathered on the stack and handed over by
+/// `Flush`, so that the string grows once, and not at all when it has room.
+class FdnWriter {
+public:
+    explicit FdnWriter(std::string& out) noexcept : m_out(out) {}
+    FdnWriter(const FdnWriter&) = delete;
+    FdnWriter& operator=(const FdnWriter&) = delete;
+
+    /// Appends text as it is.
+    FdnWriter& Text(std::string_view text) {
+        if (text.size() > m_gathered.size() - m_size) {
+            Hand(text);
+        } else {
+            std::memcpy(m_gathered.data() + m_size, text.data(), text.size());
+            m_size += text.size();
+        }
+        return *this;
+    }
+
+    /// Appends a number in decimal.
+    template <class Number>
+    FdnWriter& Decimal(Number number) {
+        constexpr std::size_t LONGEST = 11;  // "-2147483648"
+        static_assert(sizeof(Number) == sizeof(std::int32_t));
+        if (LONGEST > m_gathered.size() - m_size) {
+            Hand({});
+        }
+        char* const begin = m_gathered.data() + m_size;
+        m_size += static_cast<std::size_t>(std::to_chars(begin, begin + LONGEST, number).ptr - begin);
+        return *this;
+    }
+
+    /// Appends a level's head, such as ",FR=", and its number.
+    FdnWriter& Level(std::string_view head, std::int32_t number) { return Text(head).Decimal(number); }
+
+    /// Hands what was gathered to the caller's string.
+    void Flush() { Hand({}); }
+
+    /// The answer of question, which asks a service. When it throws, the caller gets what was written up to here.
+    template <class Question>
+    auto Ask(Question question) {
+        try {
+            return question();
+        } catch (...) {
+            Flush();
+            throw;
+        }
+    }
+
+private:
+    void Hand(std::string_view tail) {
+        if (!m_begun) {
+            m_out.clear();
+            m_begun = true;
+        }
+        const std::size_t size = m_out.size() + m_size + tail.size();
+        if (size > m_out.capacity()) {
+            m_out.reserve(size);
+        }
+        m_out.append(m_gathered.data(), m_size).append(tail);
+        m_size = 0;
+    }
+
+    static constexpr std::size_t GATHERED = 256;
+
+    std::string& m_out;
+    std::size_t m_size = 0;
+    bool m_begun = false;
+    std::array<char, GATHERED> m_gathered;
+};
+
+}  // namespace NS_UTIL::NS_FDN

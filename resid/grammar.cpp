@@ -1,0 +1,124 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include <kx_domain_util/resIDUtil.h>
+
+#include "resid/fdnscanner.h"
+
+namespace NS_UTIL {
+
+using NS_FDN::Level;
+using NS_FDN::LevelScanner;
+using NS_FDN::SubValueScanner;
+
+namespace {
+
+void AppendSubValues(std::string_view value, std::vector<std::string>& values) {
+    SubValueScanner scanner(value);
+    std::string_view subValue;
+    while (scanner.Next(subValue)) {
+        values.emplace_back(subValue);
+    }
+}
+
+// The sub-value of level tag at index; null when there is none.
+const std::string* FindSubValue(const std::string& tag, const MocLvlValueMap& map, int index) {
+    const auto level = map.find(tag);
+    if (level == map.end() || index < 0 || static_cast<std::size_t>(index) >= level->second.size()) {
+        return nullptr;
+    }
+    return &level->second[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
+
+void ResIDUtil::Fdn2MocLvlValueMap(const std::string& fdn, MocLvlValueMap& map) {
+    map.clear();
+    LevelScanner scanner(fdn);
+    Level level;
+    while (scanner.Next(level)) {
+        const auto [entry, isFirst] = map.try_emplace(std::string(level.tag));
+        if (isFirst) {
+            AppendSubValues(level.value, entry->second);
+        }
+    }
+}
+
+void ResIDUtil::ResolveMocLevelObj(const std::string& level, std::string& tag, std::vector<std::string>& values) {
+    const Level split = NS_FDN::SplitLevel(level);
+    AppendSubValues(split.value, values);
+    tag = split.tag;
+}
+
+bool ResIDUtil::GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, std::string& value, int index) {
+    const std::string* const subValue = FindSubValue(tag, map, index);
+    if (subValue == nullptr) {
+        return false;
+    }
+    value = *subValue;
+    return true;
+}
+
+bool ResIDUtil::GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value, int index) {
+    const std::string* const subValue = FindSubValue(tag, map, index);
+    if (subValue == nullptr) {
+        return false;
+    }
+    Str2Int(*subValue, value);
+    return true;
+}
+
+bool ResIDUtil::GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value) {
+    return GetValueByMocLvlName(tag, map, value, 0);
+}
+
+void ResIDUtil::ConstructMocLevelObj(const std::string& tag, const std::vector<std::string>& values,
+                                     std::string& level) {
+    if (values.empty()) {
+        return;
+    }
+    std::string text = tag;
+    char separator = '=';
+    for (const std::string& value : values) {
+        text.append(1, separator).append(value);
+        separator = '|';
+    }
+    level = std::move(text);
+}
+
+bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,
+                                std::vector<std::string>& values) {
+    const std::string_view tagText = tag;
+    const auto found = fdn.find(tagText);
+    if (found == std::string::npos) {
+        return false;
+    }
+    std::string_view value = std::string_view(fdn).substr(found + tagText.size());
+    const auto comma = value.find(',');
+    if (comma != std::string_view::npos) {
+        value = value.substr(0, comma);
+        if (value.ends_with('\\')) {
+            value = {};  // an escaped comma is not stepped over: the value is lost, on purpose
+        }
+    }
+    AppendSubValues(value, values);
+    return minCount <= 0 || values.size() >= static_cast<std::size_t>(minCount);
+}
+
+std::string ResIDUtil::GetMOCFromFDN(const std::string& fdn) {
+    const auto comma = fdn.rfind(',');
+    const auto begin = comma == std::string::npos ? 0 : comma + 1;
+    const auto equals = fdn.rfind('=');
+    const bool isBehind = equals != std::string::npos && equals >= begin;
+    return fdn.substr(begin, isBehind ? equals - begin : std::string::npos);
+}
+
+bool ResIDUtil::IsServiceFDN(const std::string& moc) {
+    static constexpr std::array<std::string_view, 17> SERVICE_MOCS{
+        "TUNNEL", "VSI", "PWE3", "PWSW",  "ATMTD",     "LSP",         "SUBIF",   "VRF",  "PW",
+        "AP",     "MEP", "L3VPN", "PWE3TRAIL", "TUNNELTRAIL", "PWTRAIL", "VPLS", "TUNNELPGTRAIL"};
+    return std::find(SERVICE_MOCS.begin(), SERVICE_MOCS.end(), moc) != SERVICE_MOCS.end();
+}
+
+}  // namespace NS_UTIL

@@ -1,0 +1,333 @@
+#include <cstdint>
+#include <string_view>
+
+#include <kx_domain_util/resIDUtil.h>
+
+#include "frame/configuration.h"
+#include "frame/inventory.h"
+#include "frame/serviceaccess.h"
+#include "resid/fdnscanner.h"
+#include "resid/fdnwriter.h"
+
+namespace NS_UTIL {
+
+using NS_DOMAIN::CtpKey_T;
+using NS_DOMAIN::PortIndex;
+using NS_DOMAIN::TPIndex;
+using NS_FDN::FdnWriter;
+using NS_FDN::LevelFinder;
+using NS_FDN::SubValues;
+namespace TAG = NS_FDN::TAG;
+
+namespace {
+
+// An identifier that contains this stands for no port.
+constexpr std::string_view NO_PORT = "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|";
+
+// The `ppType` of a port that is identified by its name.
+constexpr int NAMED_PORT = 251;
+// The `ppType` of ports whose access points are sub-interfaces and channel sets.
+constexpr int CHANNELLED_PORT = 16;
+
+// The FB type whose ports may have a "|" in their names, escaped by a backslash.
+constexpr int FB_WITH_ESCAPED_NAME = 1025;
+
+// ---- Writing --------------------------------------------------------------------------------------------------------
+
+// What is written of a port, whichever record it comes from.
+struct PortFields {
+    std::int32_t neId;
+    std::int32_t shelfId;
+    std::int32_t slotId;
+    std::int32_t subSlotId;
+    std::int32_t portId;
+    std::int32_t ppType;
+    std::int32_t fbType;
+    bool isLogical;
+    std::string_view label;
+};
+
+template <class Record>
+PortFields FieldsOf(const Record& record, std::string_view label) {
+    return {record.neId,   record.shelfId, record.slotId,    record.subSlotId, record.portId,
+            record.ppType, record.fbType,  record.isLogical, label};
+}
+
+bool IsShelfWritten(const PortFields& port) {
+    if (!port.isLogical) {
+        return port.shelfId != -1;
+    }
+    switch (port.fbType) {
+        case 65543:
+        case 65547:
+        case 65549:
+        case 65562:
+        case 65571:
+        case 65635:
+            return port.shelfId != -1 && port.slotId != -1;
+        default:
+            return false;
+    }
+}
+
+template <class PortNumber>
+void AppendPortLevel(FdnWriter& writer, const PortFields& port, bool asLogical, PortNumber portNumber) {
+    writer.Text(asLogical ? ",LP=" : ",PP=");
+    if (port.ppType != 0 && port.ppType != NAMED_PORT) {
+        writer.Decimal(port.ppType);
+    }
+    writer.Text("|");
+    if (port.fbType != 0) {
+        writer.Decimal(port.fbType);
+    }
+    writer.Text("|").Decimal(portNumber).Text("|").Text(port.label);
+}
+
+void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical) {
+    writer.Level("NE=", port.neId);
+    if (IsShelfWritten(port)) {
+        writer.Level(",FR=", port.shelfId);
+    }
+    const int carrierProfile = NS_FRAME::ReadCarrierProfile();
+    const NS_FRAME::SubSlotNETypes subSlotNETypes;
+    if (port.slotId == -1) {
+        if (carrierProfile != 0 && (port.fbType == 0 || port.fbType == 65547)) {
+            writer.Text(",S=0,CP=-1");
+        }
+    } else {
+        writer.Level(",S=", port.slotId).Text(",CP=-1");
+        if (port.subSlotId != -1) {
+            writer.Level(",SS=", port.subSlotId).Text(",SC=-1");
+            // The inventory is asked also when the list is empty.
+        } else if (subSlotNETypes.Contains(writer.Ask([&] { return NS_FRAME::QueryNEType(port.neId); }))) {
+            writer.Text(",SS=-1,SC=-1");
+        }
+    }
+    AppendPortLevel(writer, port, asLogical, static_cast<std::uint32_t>(port.portId));
+}
+
+// ---- Reading --------------------------------------------------------------------------------------------------------
+
+template <class Levels, class Record>
+void ReadContainers(const Levels& levels, Record& record) {
+    levels.template ReadNumber<TAG::NE>(record.neId);
+    levels.template ReadNumber<TAG::FR>(record.shelfId);
+    levels.template ReadNumber<TAG::S>(record.slotId);
+    levels.template ReadNumber<TAG::SS>(record.subSlotId);
+}
+
+enum class Escapes { TAKEN, LEFT };
+
+template <class Levels, class Record>
+void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes) {
+    record.portId = -1;
+    record.isLogical = !levels.template Has<TAG::PP>();
+    const SubValues<5> port(record.isLogical ? levels.template Value<TAG::LP>() : levels.template Value<TAG::PP>());
+    if (port.count < 4) {
+        return;
+    }
+    record.ppType = Str2Int(port.texts[0]);
+    record.fbType = Str2Int(port.texts[1]);
+    record.portId = Str2Int(port.texts[2]);
+    const std::string_view name = port.texts[3];
+    record.portLabel = name;
+    // A backslash with nothing behind the "|" that it would escape stays in the name.
+    if (escapes == Escapes::TAKEN && record.fbType == FB_WITH_ESCAPED_NAME && port.count > 4) {
+        if (const auto backslash = name.find('\\'); backslash != std::string_view::npos) {
+            record.portLabel.erase(backslash, 1).append("|").append(port.texts[4]);
+        }
+    }
+    if (!record.portLabel.empty() && record.ppType == 0) {
+        record.ppType = NAMED_PORT;
+    }
+}
+
+template <class Levels, class Record>
+void ReadPort(const Levels& levels, Record& record) {
+    ReadContainers(levels, record);
+    const int carrierProfile = NS_FRAME::ReadCarrierProfile();
+    const auto dropSlot = [&record] {
+        record.slotId = -1;
+        record.subSlotId = -1;
+    };
+    if (carrierProfile != 0 && record.slotId < 1) {
+        dropSlot();  // under this profile a slot 0 means that there is no slot, whatever sub-slot was read
+    }
+    ReadPortLevel(levels, record, Escapes::TAKEN);
+    if (carrierProfile != 0 && record.ppType == NAMED_PORT &&
+        (record.fbType == 65547 || record.fbType == 65549)) {
+        dropSlot();
+    }
+}
+
+using PortLevels = LevelFinder<TAG::NE, TAG::FR, TAG::S, TAG::SS, TAG::PP, TAG::LP>;
+
+bool StandsForNoPort(std::string_view fdn) {
+    return fdn.find(NO_PORT) != std::string_view::npos;
+}
+
+// The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
+// turned into an access point, in key.fdnText.
+std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
+    if (const auto subIf = fdn.find("SUBIF"); subIf != std::string::npos) {
+        return std::string_view(fdn).substr(subIf);
+    }
+    const auto channelSet = fdn.find("CHANNELSET");
+    if (channelSet == std::string::npos) {
+        return fdn;
+    }
+    const auto equals = std::string_view(fdn).substr(channelSet).rfind('=');
+    if (equals == std::string_view::npos) {
+        return {};
+    }
+    // The "=" is counted from the channel set, yet the identifier is cut there from its own start, on purpose. All
+    // between that cut and the channel set's number gives way to the access point.
+    key.fdnText = fdn;
+    key.fdnText.replace(equals, channelSet + 1, "AP=||1000");
+    return key.fdnText;
+}
+
+}  // namespace
+
+void ResIDUtil::PortIndex2ResID(const PortIndex& port, std::string& fdn, bool asLogical) {
+    FdnWriter writer(fdn);
+    AppendPort(writer, FieldsOf(port, port.portLabel), asLogical);
+    writer.Flush();
+}
+
+void ResIDUtil::PortIndex2ResIDByNEType(const PortIndex& port, std::string& fdn, bool asLogical,
+                                        unsigned long neType) {
+    FdnWriter writer(fdn);
+    writer.Level("NE=", port.neId);
+    if (port.shelfId != -1) {
+        writer.Level(",FR=", port.shelfId);
+    }
+    if (port.slotId != -1) {
+        writer.Level(",S=", port.slotId);  // no ",CP=-1" here, on purpose
+    }
+    if (port.subSlotId != -1) {
+        writer.Level(",SS=", port.subSlotId).Text(",SC=-1");
+    } else if (!asLogical && (neType == 1911 || neType == 1912)) {
+        writer.Text(",SS=-1,SC=-1");
+    }
+    AppendPortLevel(writer, FieldsOf(port, port.portLabel), asLogical, port.portId);
+    writer.Flush();
+}
+
+void ResIDUtil::PortIndex2ResID(const CtpKey_T& key, std::string& fdn, bool withSubIf) {
+    FdnWriter writer(fdn);
+    AppendPort(writer, FieldsOf(key.port, key.port.portLabel), withSubIf);
+    if (withSubIf && key.subIfId > 0) {
+        writer.Level(",SUBIF=", key.subIfId);
+    }
+    writer.Flush();
+}
+
+void ResIDUtil::APIndex2ResID(const CtpKey_T& key, std::string& fdn, bool asLogical) {
+    FdnWriter writer(fdn);
+    AppendPort(writer, FieldsOf(key.port, key.port.portLabel), asLogical);
+    writer.Level(",AP=", key.apValue1).Text("|").Decimal(key.apValue2).Text("|");
+    if (key.subIfId != 0) {
+        writer.Decimal(key.subIfId);
+    }
+    writer.Flush();
+}
+
+void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
+    const bool isNamed = tp.ppType == NAMED_PORT;
+    std::string_view label = tp.portLabel;
+    std::string_view subIf;
+    if (const auto dot = label.find('.'); isNamed && dot != std::string_view::npos) {
+        subIf = label.substr(dot + 1);
+        label = label.substr(0, dot);
+    }
+    FdnWriter writer(fdn);
+    AppendPort(writer, FieldsOf(tp, label), tp.isLogical);
+    if (!subIf.empty()) {
+        writer.Text(",SUBIF=").Text(subIf);
+    }
+    if (isNamed && tp.vc4Id != 0) {
+        writer.Level(",VC4=", tp.vc4Id);
+    }
+    if (isNamed && tp.vc12Id != 0) {
+        writer.Level(",VC12=", tp.vc12Id);
+    }
+    writer.Flush();
+}
+
+void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
+    if (!StandsForNoPort(fdn)) {
+        ReadPort(PortLevels(fdn), port);
+    }
+}
+
+void ResIDUtil::ResID2PortIndex(const std::string& fdn, CtpKey_T& key) {
+    ResID2PortIndex(fdn, key.port);
+    constexpr std::string_view SUBIF = "SUBIF=";
+    if (const auto subIf = fdn.find(SUBIF); subIf != std::string::npos) {
+        key.subIfId = Str2Int(std::string_view(fdn).substr(subIf + SUBIF.size()));
+    }
+}
+
+void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
+    if (key.port.neId == -1) {
+        ResID2PortIndex(fdn, key.port);
+    }
+    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
+    const LevelFinder<TAG::VR, TAG::AP, TAG::SUBIF> levels(text);
+    key.neId = key.port.neId;
+    levels.ReadNumber<TAG::VR>(key.vrId);
+    key.fbType = key.port.fbType;
+    const SubValues<3> accessPoint(levels.Value<TAG::AP>());
+    if (accessPoint.count == 3) {
+        key.apValue1 = Str2Int(accessPoint.texts[0]);
+        key.apValue2 = Str2Int(accessPoint.texts[1]);
+        key.apText = accessPoint.texts[1];
+        key.subIfId = Str2Int(accessPoint.texts[2]);
+    } else {
+        levels.ReadNumber<TAG::SUBIF>(key.subIfId);
+    }
+    if (text.empty()) {
+        key.fdnText = fdn;
+    } else if (text.data() != key.fdnText.data()) {
+        key.fdnText = text;
+    }
+}
+
+void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
+    tp.reserved = 0;
+    tp.neId = -1;
+    tp.shelfId = -1;
+    tp.slotId = -1;
+    tp.subSlotId = -1;
+    tp.portId = -1;
+    tp.ppType = 0;
+    tp.fbType = 0;
+    tp.portLabel.clear();
+    tp.isLogical = false;
+    const LevelFinder<TAG::NE, TAG::FR, TAG::S, TAG::SS, TAG::PP, TAG::LP, TAG::SUBIF> levels(fdn);
+    if (!StandsForNoPort(fdn)) {
+        ReadPort(levels, tp);
+    }
+    std::int32_t subIf = -1;
+    if (levels.ReadNumber<TAG::SUBIF>(subIf) && subIf != -1) {
+        tp.portLabel.append(".").append(Int2Str(subIf));
+    }
+}
+
+void ResIDUtil::ResID2LoopBackPortIndex(const std::string& fdn, PortIndex& port) {
+    const PortLevels levels(fdn);
+    ReadContainers(levels, port);
+    // The agent configuration is asked for the carrier profile, as it always was; what it answers has no effect.
+    static const std::string path = "kx_corbaagent_bundle/bundle.cfg";
+    static const std::string section;
+    static const std::string item = "Telvandaire";
+    NS_FRAME::ServiceAccess<NS_SERVICE::DAWSvcInterface> dataAccess;
+    if (NS_SERVICE::ConfigObject* const configuration = dataAccess.Get().GetConfiguration(path, section)) {
+        int carrierProfile = 0;
+        configuration->GetIntItemInfo(item, carrierProfile);
+    }
+    ReadPortLevel(levels, port, Escapes::LEFT);
+}
+
+}  // namespace NS_UTIL

@@ -1,0 +1,64 @@
+/// The inventory as a file: an SQLite database of three tables with a schema version.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <kx_standalone/export.h>
+
+namespace NS_STANDALONE {
+
+/// One NE.
+struct NeRow {
+    std::int32_t neId = 0;           ///< unique
+    std::uint16_t neType = 0;        ///< must be in the table of NE types
+    bool multiSubShelf = false;      ///< has several sub-shelves
+    bool oamNumberOmitted = false;   ///< its OAM identifiers leave the MD and MA numbers out
+
+    bool operator==(const NeRow&) const = default;
+};
+
+/// One NE type.
+struct NeTypeRow {
+    std::uint16_t neType = 0;  ///< unique
+    std::string name;
+    bool ipService = false;  ///< offers IP services
+    bool klv = false;        ///< belongs to the KLV family
+
+    bool operator==(const NeTypeRow&) const = default;
+};
+
+/// The cache of `DeviceDomainMgr` that a domain list belongs to.
+enum class DomainCache { NE_TYPE_LIST, EQUIPMENT_TYPE };
+
+/// One NE type in one domain list.
+struct DomainMemberRow {
+    DomainCache cache = DomainCache::EQUIPMENT_TYPE;
+    std::string domain;        ///< such as "OTN"
+    std::uint16_t neType = 0;  ///< need not be in the table of NE types
+
+    bool operator==(const DomainMemberRow&) const = default;
+};
+
+/// All rows of an inventory; read in the order of their keys.
+struct Inventory {
+    std::vector<NeTypeRow> neTypes;
+    std::vector<NeRow> nes;
+    std::vector<DomainMemberRow> domainMembers;
+
+    bool operator==(const Inventory&) const = default;
+};
+
+/// All of these throw std::runtime_error; its text names the file and, where it applies, the table and the row. Writers
+/// wait a few seconds for each other.
+
+/// Makes an empty inventory. Throws when the file exists.
+KX_STANDALONE_API void CreateInventory(const std::filesystem::path& file);
+/// Reads all rows. Throws when the file is missing, not SQLite, of another schema version, or has a row out of range.
+KX_STANDALONE_API Inventory ReadInventory(const std::filesystem::path& file);
+/// Replaces all rows in one transaction: after a failure, or when the process is killed, the file holds what it held.
+KX_STANDALONE_API void ReplaceInventory(const std::filesystem::path& file, const Inventory& inventory);
+
+}  // namespace NS_STANDALONE

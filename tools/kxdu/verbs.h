@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace NS_KXDU {
+
+/// How a run ends, as the shell sees it.
+enum class ExitCode : int {
+    OK = 0,
+    FOUND = 1,   ///< the run went through, but a line could not be converted or a finding was reported
+    USAGE = 2,   ///< wrong arguments, or an input, inventory or configuration that cannot be read
+    OUTPUT = 3,  ///< output could not be written: disk full, no such folder
+};
+
+/// What a verb does once its arguments are parsed.
+using Action = std::function<ExitCode()>;
+
+/// Each adds one verb with its options, its help and its examples to app, and sets action when the verb was chosen.
+void AddDecode(CLI::App& app, Action& action);
+void AddEncode(CLI::App& app, Action& action);
+void AddCheck(CLI::App& app, Action& action);
+void AddExplain(CLI::App& app, Action& action);
+void AddGet(CLI::App& app, Action& action);
+void AddInventory(CLI::App& app, Action& action);
+void AddSample(CLI::App& app, Action& action);
+
+}  // namespace NS_KXDU
