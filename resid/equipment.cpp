@@ -1,8 +1,8 @@
+#include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/resIDUtil.h>
 
 #include "frame/inventory.h"
-#include "resid/fdnscanner.h"
 #include "resid/fdnwriter.h"
 
 namespace NS_UTIL {

@@ -1,4 +1,4 @@
-#include "resid/fdnscanner.h"
+#include <kx_domain_util/fdnscanner.h>
 
 namespace NS_UTIL::NS_FDN {
 

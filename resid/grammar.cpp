@@ -2,9 +2,8 @@
 #include <array>
 #include <string_view>
 
+#include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/resIDUtil.h>
-
-#include "resid/fdnscanner.h"
 
 namespace NS_UTIL {
 

@@ -1,12 +1,12 @@
 #include <cstdint>
 #include <string_view>
 
+#include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/resIDUtil.h>
 
 #include "frame/configuration.h"
 #include "frame/inventory.h"
 #include "frame/serviceaccess.h"
-#include "resid/fdnscanner.h"
 #include "resid/fdnwriter.h"
 
 namespace NS_UTIL {

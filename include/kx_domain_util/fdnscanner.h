@@ -1,5 +1,8 @@
 /// Reading of FDN text: the one place that knows where a level, a tag and a sub-value begin and end. Nothing here
-/// allocates; all answers are views of the text.
+/// allocates; all answers are views of the text, so that a place in the text can be told from them.
+///
+/// For those who look at the text itself; whoever wants records takes `resIDUtil.h`. Threads: any, scanners are not
+/// shared. Nothing throws.
 #pragma once
 
 #include <array>
@@ -7,6 +10,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include <kx_domain_util/export.h>
 #include <kx_platform/textutil.h>
 
 namespace NS_UTIL::NS_FDN {
@@ -18,7 +22,7 @@ struct Level {
 };
 
 /// Splits one level at its first "=".
-Level SplitLevel(std::string_view text) noexcept;
+KX_DOMAIN_UTIL_API Level SplitLevel(std::string_view text) noexcept;
 
 /// Walks the sub-values of a level's value, "a|b|c". An empty value has none; otherwise empty sub-values count.
 class SubValueScanner {
