@@ -1,0 +1,27 @@
+include(CMakePackageConfigHelpers)
+
+set(KX_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kx_domain_util)
+
+install(TARGETS kx_domain_util kx_platform kx_standalone
+    EXPORT kx_domain_util
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY
+    include/kx_domain_util
+    platform/include/kx_platform
+    standalone/include/kx_standalone
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+install(EXPORT kx_domain_util NAMESPACE kx:: FILE kx_domain_utilTargets.cmake DESTINATION ${KX_PACKAGE_DIR})
+configure_package_config_file(cmake/kx_domain_utilConfig.cmake.in kx_domain_utilConfig.cmake
+    INSTALL_DESTINATION ${KX_PACKAGE_DIR})
+write_basic_package_version_file(kx_domain_utilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${PROJECT_BINARY_DIR}/kx_domain_utilConfig.cmake
+    ${PROJECT_BINARY_DIR}/kx_domain_utilConfigVersion.cmake
+    DESTINATION ${KX_PACKAGE_DIR})
+
+# The pkg-config file finds its prefix from where it lies, so that an installed tree can be moved.
+file(RELATIVE_PATH KX_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(cmake/kx_domain_util.pc.in kx_domain_util.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/kx_domain_util.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

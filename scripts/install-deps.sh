@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Installs what building and testing needs, from Debian's packages. Asks nothing, and does nothing when all is there.
+set -euo pipefail
+
+build=(cmake g++ git ninja-build pkg-config)
+libraries=(libace-dev libcli11-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev libtbb-dev libtomlplusplus-dev
+           rapidjson-dev)
+tests=(ccache clang-14 clang-format-14 clang-tidy-14 libbenchmark-dev libclang-rt-14-dev libgmock-dev libgtest-dev)
+
+missing=()
+for package in "${build[@]}" "${libraries[@]}" "${tests[@]}"; do
+    if ! dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+        missing+=("$package")
+    fi
+done
+if [ ${#missing[@]} -eq 0 ]; then
+    echo "install-deps: all packages are installed"
+    exit 0
+fi
+
+echo "install-deps: installing ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! { "${as_root[@]}" apt-get update -q &&
+       "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "install-deps: could not install the packages" >&2
+    exit 1
+fi
+echo "install-deps: done"

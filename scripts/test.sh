@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds each preset and runs its tests. Its last line counts the tests of all presets.
+#   scripts/test.sh [PRESET...]      default: release clang asan tsan
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+presets=("$@")
+if [ ${#presets[@]} -eq 0 ]; then
+    presets=(release clang asan tsan)
+fi
+
+scripts/install-deps.sh
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+export ASAN_OPTIONS=detect_stack_use_after_return=1
+export TSAN_OPTIONS="halt_on_error=1 suppressions=$PWD/tests/support/tsan.supp"
+
+jobs=$(nproc)
+passed=0
+failed=0
+for preset in "${presets[@]}"; do
+    log=build/$preset.log
+    mkdir -p build
+    echo "== $preset: build"
+    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs"; } >"$log" 2>&1; then
+        tail -n 60 "$log"
+        echo "== $preset: the build failed (whole log: $log)"
+        failed=$((failed + 1))
+        continue
+    fi
+    echo "== $preset: test"
+    report=$PWD/build/$preset.xml
+    rm -f "$report"
+    ctest --preset "$preset" -j "$jobs" --output-junit "$report" >>"$log" 2>&1 || true
+    count() { sed -n "s/.*<testsuite .*$1=\"\([0-9]*\)\".*/\1/p; s/^[[:space:]]*$1=\"\([0-9]*\)\".*/\1/p" "$report" | head -n 1; }
+    if [ ! -s "$report" ] || [ -z "$(count tests)" ]; then
+        tail -n 60 "$log"
+        echo "== $preset: the tests did not run (whole log: $log)"
+        failed=$((failed + 1))
+        continue
+    fi
+    bad=$(count failures)
+    good=$(($(count tests) - bad - $(count skipped) - $(count disabled)))
+    if [ "$bad" -gt 0 ]; then
+        sed -n '/The following tests FAILED/,$p' "$log"
+        echo "== $preset: whole log: $log"
+    fi
+    echo "== $preset: $good passed, $bad failed"
+    passed=$((passed + good))
+    failed=$((failed + bad))
+done
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
