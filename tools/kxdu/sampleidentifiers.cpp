@@ -1,0 +1,110 @@
+#include "sampleidentifiers.h"
+
+#include <array>
+
+#include <kx_domain_util/resIDUtil.h>
+
+#include "splitmix64.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+using NS_UTIL::ResIDUtil;
+
+// How many NEs an administrative area (ONE object) has.
+constexpr std::int32_t AREA_SIZE = 64;
+
+void WriteAreas(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    if (ne.neId == 1) {
+        ResIDUtil::OSID2ResID(1, fdn);
+        take(fdn);
+    }
+    if (ne.neId % AREA_SIZE == 1) {
+        ResIDUtil::ONEID2ResID(1 + ne.neId / AREA_SIZE, fdn);
+        take(fdn);
+    }
+}
+
+void WriteNe(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    ResIDUtil::NEID2ResID(0, ne.neId, fdn);
+    take(fdn);
+    for (const NS_DOMAIN::ShelfIndex& shelf : ne.shelves) {
+        ResIDUtil::ShelfIndex2ResID(shelf, fdn);
+        take(fdn);
+    }
+}
+
+void WriteSlots(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const NS_DOMAIN::CardIndex& card : ne.cards) {
+        ResIDUtil::SlotIndex2ResID({0, card.neId, card.shelfId, card.slotId, -1}, fdn);
+        take(fdn);
+        ResIDUtil::CardIndex2ResID(card, fdn);
+        take(fdn);
+    }
+    for (const NS_DOMAIN::SlotIndex& subSlot : ne.subSlots) {
+        ResIDUtil::SubSlotIndex2ResID(subSlot, fdn);
+        take(fdn);
+    }
+}
+
+void WritePorts(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const auto* const ports : {&ne.ports, &ne.logicalPorts}) {
+        for (const NS_DOMAIN::PortIndex& port : *ports) {
+            ResIDUtil::PortIndex2ResID(port, fdn, port.isLogical);
+            take(fdn);
+        }
+    }
+}
+
+void WriteAccessPoints(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    NS_DOMAIN::CtpKey_T key;
+    for (const NS_DOMAIN::PortIndex& port : ne.accessPorts) {
+        if (!random.OneIn(3)) {
+            continue;
+        }
+        key.port = port;
+        key.apValue1 = random.Between(1, 16);
+        key.apValue2 = random.Between(1, 63);
+        key.subIfId = random.OneIn(2) ? 0 : random.Between(1, 4000);
+        ResIDUtil::APIndex2ResID(key, fdn, port.isLogical);
+        take(fdn);
+    }
+}
+
+void WriteSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    NS_DOMAIN::CtpKey_T key;
+    for (const NS_DOMAIN::PortIndex& port : ne.logicalPorts) {
+        const std::int32_t count = random.Between(0, 3);
+        key.port = port;
+        key.subIfId = 0;
+        for (std::int32_t number = 0; number < count; ++number) {
+            key.subIfId += random.Between(1, 1000);
+            ResIDUtil::PortIndex2ResID(key, fdn, true);
+            take(fdn);
+        }
+    }
+}
+
+// What is written of an NE, in this order. A new one goes to the end: each has a sequence of random numbers of its own,
+// by its place, so the identifiers of those before it stay as they are.
+constexpr std::array GENERATORS{WriteAreas, WriteNe, WriteSlots, WritePorts, WriteAccessPoints, WriteSubInterfaces};
+
+}  // namespace
+
+void SampleIdentifiers::Write(std::int32_t neId, const TakeIdentifier& take) {
+    m_network.DrawNe(neId, m_ne);
+    SplitMix64 seeds(m_network.Seed() + static_cast<std::uint64_t>(neId));
+    for (const auto& generator : GENERATORS) {
+        SplitMix64 random(seeds.Next());
+        generator(m_ne, random, take);
+    }
+}
+
+}  // namespace NS_KXDU

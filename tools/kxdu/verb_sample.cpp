@@ -1,0 +1,88 @@
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "inventorycsv.h"
+#include "outputfile.h"
+#include "sampleidentifiers.h"
+#include "samplenetwork.h"
+#include "verbs.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr std::int32_t MOST_NES = 100'000'000;
+
+struct SampleOptions {
+    std::int32_t neCount = 2000;
+    std::uint64_t identifierCount = 0;  // 0: all of the NEs' identifiers
+    std::uint64_t seed = 1;
+    std::filesystem::path output;
+    std::filesystem::path inventoryFolder;  // empty: no inventory is written
+};
+
+// Writes identifiers until there are as many as asked for; answers how many NEs they are of.
+std::int32_t WriteNetwork(const SampleNetwork& network, const SampleOptions& options, OutputFile& output) {
+    const SampleInventoryService inventory(network);
+    SampleIdentifiers identifiers(network);
+    const std::int32_t mostNes = options.identifierCount == 0 ? options.neCount : MOST_NES;
+    const std::uint64_t most = options.identifierCount == 0 ? UINT64_MAX : options.identifierCount;
+    std::uint64_t written = 0;
+    const auto take = [&](const std::string& fdn) {
+        if (written < most) {
+            ++written;
+            output.Write(fdn);
+            output.Write("\n");
+        }
+    };
+    std::int32_t neId = 0;
+    while (neId < mostNes && written < most) {
+        identifiers.Write(++neId, take);
+    }
+    return neId;
+}
+
+ExitCode RunSample(const SampleOptions& options) {
+    const SampleNetwork network(options.seed);
+    OutputFile output(options.output);
+    const std::int32_t neCount = WriteNetwork(network, options, output);
+    if (!options.inventoryFolder.empty()) {
+        WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
+    }
+    output.Finish();
+    return ExitCode::OK;
+}
+
+constexpr const char* EXAMPLES = R"(Examples:
+  kxdu sample --ne 3 --seed 7
+      the identifiers of three NEs
+  kxdu sample --ne 2000 -o network.fdn --inventory-csv network/
+      those of a network, and the inventory that "kxdu inventory import" reads
+  kxdu sample --identifiers 5000000 | kxdu check
+      as many as asked for, to measure with)";
+
+}  // namespace
+
+void AddSample(CLI::App& app, Action& action) {
+    CLI::App* const verb = app.add_subcommand("sample", "Make up a plausible network: its identifiers, its inventory");
+    const auto options = std::make_shared<SampleOptions>();
+    auto* const neCount = verb->add_option("--ne", options->neCount, "How many NEs the network has")
+                              ->capture_default_str()
+                              ->check(CLI::Range(1, MOST_NES));
+    verb->add_option("--identifiers", options->identifierCount,
+                     "How many identifiers are written, of as many NEs as it takes")
+        ->check(CLI::PositiveNumber)
+        ->excludes(neCount);
+    verb->add_option("--seed", options->seed, "The same seed gives the same bytes, on every machine")
+        ->capture_default_str();
+    verb->add_option("-o,--output", options->output, "File to write the identifiers to, instead of standard output");
+    verb->add_option("--inventory-csv", options->inventoryFolder, "Folder to write the inventory to, as CSV files");
+    verb->footer(EXAMPLES);
+    verb->callback([options, &action] { action = [options] { return RunSample(*options); }; });
+}
+
+}  // namespace NS_KXDU
