@@ -3,6 +3,13 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(ACE REQUIRED IMPORTED_TARGET ACE)
 
 add_library(kx_domain_util_objects OBJECT
+    common/constanttables.cpp
+    common/fbtype.cpp
+    common/layers.cpp
+    common/ntffilter.cpp
+    common/opticalboards.cpp
+    common/terminationpoints.cpp
+    common/utilcommon.cpp
     device/devicedomainmgr.cpp
     device/netype.cpp
     frame/configuration.cpp
@@ -14,7 +21,9 @@ add_library(kx_domain_util_objects OBJECT
     resid/equipment.cpp
     resid/fdnscanner.cpp
     resid/grammar.cpp
-    resid/port.cpp)
+    resid/oam.cpp
+    resid/port.cpp
+    resid/service.cpp)
 target_include_directories(kx_domain_util_objects
     PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>

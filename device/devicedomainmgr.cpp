@@ -1,6 +1,6 @@
-#include <kx_domain_util/devicedomainmgr.h>
-
 #include <algorithm>
+
+#include <kx_domain_util/devicedomainmgr.h>
 
 #include "frame/singleton.h"
 

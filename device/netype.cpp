@@ -1,8 +1,7 @@
-#include <kx_domain_util/netype.h>
-
 #include <string>
 
 #include <kx_domain_util/devicedomainmgr.h>
+#include <kx_domain_util/netype.h>
 
 #include "frame/serviceaccess.h"
 

@@ -17,6 +17,11 @@ int ReadCarrierProfile() {
     return profile;
 }
 
+bool ReadPfmFrameSize(int& size) {
+    static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("PfmFrameRdSize");
+    return item.GetInt(size);
+}
+
 SubSlotNETypes::SubSlotNETypes() {
     static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("NETypeListForSubSlot");
     m_list = item.GetText(m_pin);

@@ -10,6 +10,10 @@ namespace NS_UTIL::NS_FRAME {
 /// The carrier profile switch, item "Telvandaire"; 0 when it cannot be read.
 int ReadCarrierProfile();
 
+/// The bytes of performance data that are read at a time, item "PfmFrameRdSize", as it was set. False, and size
+/// untouched, when the item is missing or no number.
+bool ReadPfmFrameSize(int& size);
+
 /// The NE types that spell out an absent sub-slot, item "NETypeListForSubSlot" (decimal numbers separated by ","), as
 /// the item stands when this object is made. A local variable.
 class SubSlotNETypes {

@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 
+#include <kx_domain_util/processexception.h>
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/dawsvcinterface.h>
 #include <kx_platform/inventorybufif.h>
 #include <kx_platform/logsvcinterface.h>
-#include <kx_domain_util/processexception.h>
 #include <kx_platform/readpin.h>
 
 namespace NS_UTIL::NS_FRAME {

@@ -6,8 +6,7 @@
 
 namespace NS_UTIL::NS_FRAME {
 
-StaticObjectLock::StaticObjectLock()
-    : m_held(ACE_OS::mutex_lock(&ACE_Static_Object_Lock::instance()->lock()) == 0) {}
+StaticObjectLock::StaticObjectLock() : m_held(ACE_OS::mutex_lock(&ACE_Static_Object_Lock::instance()->lock()) == 0) {}
 
 StaticObjectLock::~StaticObjectLock() {
     if (m_held) {

@@ -115,8 +115,8 @@ std::string ResIDUtil::GetMOCFromFDN(const std::string& fdn) {
 
 bool ResIDUtil::IsServiceFDN(const std::string& moc) {
     static constexpr std::array<std::string_view, 17> SERVICE_MOCS{
-        "TUNNEL", "VSI", "PWE3", "PWSW",  "ATMTD",     "LSP",         "SUBIF",   "VRF",  "PW",
-        "AP",     "MEP", "L3VPN", "PWE3TRAIL", "TUNNELTRAIL", "PWTRAIL", "VPLS", "TUNNELPGTRAIL"};
+        "TUNNEL", "VSI", "PWE3",  "PWSW",      "ATMTD",       "LSP",     "SUBIF", "VRF",          "PW",
+        "AP",     "MEP", "L3VPN", "PWE3TRAIL", "TUNNELTRAIL", "PWTRAIL", "VPLS",  "TUNNELPGTRAIL"};
     return std::find(SERVICE_MOCS.begin(), SERVICE_MOCS.end(), moc) != SERVICE_MOCS.end();
 }
 

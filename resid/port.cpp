@@ -49,8 +49,8 @@ struct PortFields {
 
 template <class Record>
 PortFields FieldsOf(const Record& record, std::string_view label) {
-    return {record.neId,   record.shelfId, record.slotId,    record.subSlotId, record.portId,
-            record.ppType, record.fbType,  record.isLogical, label};
+    return {record.neId,   record.shelfId,   record.slotId, record.subSlotId, record.portId, record.ppType,
+            record.fbType, record.isLogical, label};
 }
 
 bool IsShelfWritten(const PortFields& port) {
@@ -154,8 +154,7 @@ void ReadPort(const Levels& levels, Record& record) {
         dropSlot();  // under this profile a slot 0 means that there is no slot, whatever sub-slot was read
     }
     ReadPortLevel(levels, record, Escapes::TAKEN);
-    if (carrierProfile != 0 && record.ppType == NAMED_PORT &&
-        (record.fbType == 65547 || record.fbType == 65549)) {
+    if (carrierProfile != 0 && record.ppType == NAMED_PORT && (record.fbType == 65547 || record.fbType == 65549)) {
         dropSlot();
     }
 }
@@ -195,8 +194,7 @@ void ResIDUtil::PortIndex2ResID(const PortIndex& port, std::string& fdn, bool as
     writer.Flush();
 }
 
-void ResIDUtil::PortIndex2ResIDByNEType(const PortIndex& port, std::string& fdn, bool asLogical,
-                                        unsigned long neType) {
+void ResIDUtil::PortIndex2ResIDByNEType(const PortIndex& port, std::string& fdn, bool asLogical, unsigned long neType) {
     FdnWriter writer(fdn);
     writer.Level("NE=", port.neId);
     if (port.shelfId != -1) {

@@ -91,9 +91,9 @@ struct CtpKey_T {
     std::int32_t apValue2 = 0;  ///< second sub-value of "AP" as a number
     std::string apText;         ///< second sub-value of "AP" as text
     PortIndex port;
-    std::int32_t fbType = 0;    ///< the port's FB type
-    std::int32_t subIfId = 0;   ///< third sub-value of "AP", or "SUBIF"; 0: none
-    std::string fdnText;        ///< the text that the access-point reader parsed
+    std::int32_t fbType = 0;   ///< the port's FB type
+    std::int32_t subIfId = 0;  ///< third sub-value of "AP", or "SUBIF"; 0: none
+    std::string fdnText;       ///< the text that the access-point reader parsed
 
     bool operator==(const CtpKey_T&) const = default;
 };

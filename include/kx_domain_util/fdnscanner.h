@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include <kx_domain_util/export.h>
@@ -19,6 +20,9 @@ namespace NS_UTIL::NS_FDN {
 struct Level {
     std::string_view tag;
     std::string_view value;
+
+    /// Whether there is an "=". Without one the value begins where the tag ends.
+    [[nodiscard]] bool HasEquals() const noexcept { return value.data() != tag.data() + tag.size(); }
 };
 
 /// Splits one level at its first "=".
@@ -64,7 +68,8 @@ struct SubValues {
 /// with an empty tag.
 class LevelScanner {
 public:
-    explicit LevelScanner(std::string_view fdn) noexcept : m_at(fdn.data()), m_end(m_at + fdn.size()), m_more(!fdn.empty()) {}
+    explicit LevelScanner(std::string_view fdn) noexcept
+        : m_at(fdn.data()), m_end(m_at + fdn.size()), m_more(!fdn.empty()) {}
 
     /// Gives the next level; false behind the last.
     bool Next(Level& level) noexcept {
@@ -88,6 +93,9 @@ public:
         return true;
     }
 
+    /// Whether `Next` has another level to give.
+    [[nodiscard]] bool HasMore() const noexcept { return m_more; }
+
 private:
     const char* m_at;
     const char* m_end;
@@ -106,6 +114,16 @@ constexpr std::uint64_t PackTag(std::string_view tag) noexcept {
         packed = packed << 8U | (at <= tag.size() ? static_cast<unsigned char>(tag[at - 1]) : 0U);
     }
     return packed;
+}
+
+/// The tag that `PackTag` made a number of.
+inline std::string UnpackTag(std::uint64_t packed) {
+    std::string tag(packed >> 56U, '\0');
+    for (char& character : tag) {
+        character = static_cast<char>(packed & 0xFFU);
+        packed >>= 8U;
+    }
+    return tag;
 }
 
 /// The levels of an FDN that a reader wants, found in one pass. Of a repeated tag the first counts.
@@ -187,6 +205,16 @@ inline constexpr std::uint64_t LP = PackTag("LP");
 inline constexpr std::uint64_t SUBIF = PackTag("SUBIF");
 inline constexpr std::uint64_t VR = PackTag("VR");
 inline constexpr std::uint64_t AP = PackTag("AP");
+inline constexpr std::uint64_t VEGROUP = PackTag("VEGROUP");
+inline constexpr std::uint64_t PWE3 = PackTag("PWE3");
+inline constexpr std::uint64_t NETH = PackTag("NETH");
+inline constexpr std::uint64_t VSI = PackTag("VSI");
+inline constexpr std::uint64_t VRF = PackTag("VRF");
+inline constexpr std::uint64_t TUNNEL = PackTag("TUNNEL");
+inline constexpr std::uint64_t ATMTD = PackTag("ATMTD");
+inline constexpr std::uint64_t MD = PackTag("MD");
+inline constexpr std::uint64_t MA = PackTag("MA");
+inline constexpr std::uint64_t MIP = PackTag("MIP");
 }  // namespace TAG
 
 }  // namespace NS_UTIL::NS_FDN

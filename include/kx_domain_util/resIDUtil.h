@@ -160,6 +160,77 @@ public:
     /// Asks the data-access service for the agent configuration all the same, and throws `InterfaceNotExistException`
     /// when there is none.
     static void ResID2LoopBackPortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
+
+    // ---- Services, trails, tunnels ----------------------------------------------------------------------------------
+
+    /// "NE=1," and `resId` as it stands, which names the rest. Not the reverse of `ResID2PWIndex`, whose `resId` holds
+    /// the NE level too.
+    static void PWIndex2ResID(const NS_DOMAIN::PWIndex& pw, std::string& fdn);
+    /// `resId` becomes the whole fdn.
+    static void ResID2PWIndex(const std::string& fdn, NS_DOMAIN::PWIndex& pw);
+    /// `resId` becomes the whole fdn.
+    static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch);
+    /// The number of level "VEGROUP".
+    static void ResID2GroupID(const std::string& fdn, int& group);
+
+    /// The trail readers search their tag, "PWTRAIL=" say, anywhere in fdn, also inside a longer tag, and keep the text
+    /// from there to the end; a text without it leaves the record as it was.
+    static void ResID2VPNTrailIndex(const std::string& fdn, NS_DOMAIN::VPNTrailIndex& trail);
+    static void ResID2TunnelTrailIndex(const std::string& fdn, NS_DOMAIN::TunnelTrailIndex& trail);
+    static void ResID2PWTrailIndex(const std::string& fdn, NS_DOMAIN::PWTrailIndex& trail);
+    static void ResID2TNPIndex(const std::string& fdn, NS_DOMAIN::TNPIndex_T& group);
+
+    /// Reads a service from the first of the levels "PWE3" (type and number), "NETH" (type 2), "VSI" (type 4) and "VRF"
+    /// (type left alone) that is there. A "PWE3" level needs two sub-values. `resId` becomes the whole fdn.
+    static void ResID2SVCIndex(const std::string& fdn, NS_DOMAIN::ServiceIndex& service);
+    /// Reads the seven sub-values of level "TUNNEL", all or none. `resId` becomes the whole fdn.
+    static void ResID2TunnelIndex(const std::string& fdn, NS_DOMAIN::TunnelIndex& tunnel);
+    /// Reads an ATM traffic descriptor; `neId` becomes 0 when there is no NE level.
+    static void ResID2TDIndex(const std::string& fdn, NS_DOMAIN::TDIndex& descriptor);
+
+    /// Copies the four fields.
+    static void Domain2TE(const NS_DOMAIN::UniResID& from, NS_DOMAIN_SOUTHAPISET::TEUniResID& to);
+    /// Copies the four fields.
+    static void TE2Domain(const NS_DOMAIN_SOUTHAPISET::TEUniResID& from, NS_DOMAIN::UniResID& to);
+
+    // ---- OAM --------------------------------------------------------------------------------------------------------
+
+    /// What `ResID2MepIndex` answers to text that it cannot read.
+    static constexpr int MEP_NOT_READABLE = 0x411800BA;
+
+    /// The writers ask the inventory, once for each MD and MA level, whether the NE's identifiers leave the numbers
+    /// out, also when there is no number; they throw `InterfaceNotExistException` when there is no inventory. A number
+    /// of -1 is left out too. The name is always written.
+
+    /// "NE=1,MD=2|md".
+    static void MDIndex2ResID(const NS_DOMAIN::MDIndex& md, std::string& fdn);
+    /// "NE=1,MD=2|md,MA=3|ma".
+    static void MAIndex2ResID(const NS_DOMAIN::MAIndex& ma, std::string& fdn);
+    /// "NE=1,MD=2|md,MA=3|ma,MEP=4"; the end point's number always.
+    static void MepIndex2ResID(const NS_DOMAIN::MEPIndex& mep, std::string& fdn);
+    /// "NE=1,MD=2|md,MA=3|ma,RMEP=4"; the end point's number always.
+    static void RmepIndex2ResID(const NS_DOMAIN::MEPIndex& mep, std::string& fdn);
+    /// "NE=1,MD=2|md,MIP=3|mip"; without the MD level, and without asking the inventory, when `mdId` is -1. A MIP
+    /// number of 0 is left out, unlike the others.
+    static void MIPIndex2ResID(const NS_DOMAIN::MIPIndex& mip, std::string& fdn);
+
+    /// Read a record from a parsed FDN. A missing MD, MA or MIP number becomes -1; a missing name is logged at level 1.
+    /// `FillMDIndex` leaves a missing NE number and name as they were; the other two make them -1 and empty (the MA's
+    /// own name stays as it was). `mipName` is never read.
+    static void FillMDIndex(const MocLvlValueMap& map, NS_DOMAIN::MDIndex& md);
+    static void FillMAIndex(const MocLvlValueMap& map, NS_DOMAIN::MAIndex& ma);
+    static void FillMIPIndex(const MocLvlValueMap& map, NS_DOMAIN::MIPIndex& mip);
+    /// The same from text.
+    static void ResID2MDIndex(const std::string& fdn, NS_DOMAIN::MDIndex& md);
+    static void ResID2MAIndex(const std::string& fdn, NS_DOMAIN::MAIndex& ma);
+    static void ResID2MIPIndex(const std::string& fdn, NS_DOMAIN::MIPIndex& mip);
+
+    /// Reads an end point, local or remote, by position: NE, MD, MA and end point in this order, whatever their tags;
+    /// the last level is the end point, so fewer levels leave fields as they were. An MD or MA number of 0 means that
+    /// there is none: then the value without its first character is the name, which is otherwise left as it was.
+    /// Answers 0, or `MEP_NOT_READABLE` when there are more than four levels or one has no "="; what was read before
+    /// that stays. Both are logged at level 1, except for the last level.
+    static int ResID2MepIndex(const std::string& fdn, NS_DOMAIN::MEPIndex& mep);
 };
 
 }  // namespace NS_UTIL

@@ -113,7 +113,8 @@ void CorbaConfigItems::Assign(ConfigItem& item, std::unique_ptr<const std::strin
     const std::optional<int> number = text != nullptr ? WholeNumber(*text) : std::nullopt;
     item.m_number.store(number ? (ConfigItem::IS_NUMBER | static_cast<std::uint32_t>(*number)) : 0);
     m_retired.emplace_back(item.m_text.exchange(text.release()));
-    std::erase_if(m_retired, [](const auto& retired) { return retired == nullptr || !ReadPin::IsPinned(retired.get()); });
+    std::erase_if(m_retired,
+                  [](const auto& retired) { return retired == nullptr || !ReadPin::IsPinned(retired.get()); });
 }
 
 }  // namespace NS_BUNDLEMGR1

@@ -42,8 +42,7 @@ Block* TakeFreeBlock(Block* owner) {
     auto* const block = new Block;
     block->owner.store(owner != nullptr ? owner : block);
     block->next = allBlocks.load();
-    while (!allBlocks.compare_exchange_weak(block->next, block)) {
-    }
+    while (!allBlocks.compare_exchange_weak(block->next, block)) {}
     return block;
 }
 

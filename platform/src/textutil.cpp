@@ -33,8 +33,7 @@ bool Parser::ParseItemNVByTag(const std::string& item, std::string& name, std::s
     return true;
 }
 
-bool SplitStringByTag(const std::string& text, std::vector<std::string>& out, char separator,
-                      std::bitset<8> options) {
+bool SplitStringByTag(const std::string& text, std::vector<std::string>& out, char separator, std::bitset<8> options) {
     const bool keepEmpty = options.test(KEEP_EMPTY_TOKENS);
     const auto before = out.size();
     std::string::size_type begin = 0;

@@ -165,7 +165,8 @@ private:
     void Retire(std::unique_ptr<ServiceObjectBase> object);
 
     std::vector<std::unique_ptr<ServiceObjectBase>> m_objects;
-    std::vector<std::unique_ptr<ServiceObjectBase>> m_retired;  // gone, but still pinned by the thread that took it back
+    std::vector<std::unique_ptr<ServiceObjectBase>>
+        m_retired;  // gone, but still pinned by the thread that took it back
 };
 
 }  // namespace NS_BUNDLEMGR1

@@ -28,8 +28,8 @@ public:
 /// Option of `SplitStringByTag`, a bit's position: empty tokens are kept, not dropped.
 inline constexpr std::size_t KEEP_EMPTY_TOKENS = 0;
 
-/// Appends the tokens of text between separators to out; empty tokens are dropped unless `KEEP_EMPTY_TOKENS` is set. The
-/// other options are reserved. False when it produced no token. Any thread.
+/// Appends the tokens of text between separators to out; empty tokens are dropped unless `KEEP_EMPTY_TOKENS` is set.
+/// The other options are reserved. False when it produced no token. Any thread.
 KX_PLATFORM_API bool SplitStringByTag(const std::string& text, std::vector<std::string>& out, char separator,
                                       std::bitset<8> options);
 

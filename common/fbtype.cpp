@@ -1,0 +1,81 @@
+#include <algorithm>
+#include <map>
+#include <vector>
+
+#include <kx_domain_util/fbtype.h>
+#include <kx_platform/textutil.h>
+
+#include "common/loadonce.h"
+#include "common/tables/domainname.h"
+#include "common/tables/fbtypename.h"
+#include "common/tables/portobjectfbtype.h"
+#include "common/tables/ptnaidfbtype.h"
+
+namespace NS_UTIL {
+
+namespace {
+
+// A table that is built on first use and lives until the process ends: threads may ask while the process is ending, so
+// nothing destroys it.
+template <class Table>
+class LazyTable {
+public:
+    template <class Fill>
+    const Table& Get(Fill fill) {
+        LoadOnce(m_built, MutexLock{m_mutex}, [&] {
+            Table table;
+            fill(table);
+            m_table = std::move(table);
+        });
+        return m_table;
+    }
+
+private:
+    std::atomic<bool> m_built{false};
+    ACE_Thread_Mutex m_mutex;
+    Table m_table;
+};
+
+template <class Rows>
+bool IsListed(LazyTable<std::vector<int>>& table, const Rows& rows, int fbType) {
+    const std::vector<int>& fbTypes = table.Get([&](std::vector<int>& list) { list.assign(rows.begin(), rows.end()); });
+    return std::find(fbTypes.begin(), fbTypes.end(), fbType) != fbTypes.end();
+}
+
+}  // namespace
+
+std::string GetFBTypeName(int fbType) {
+    static auto& table = *new LazyTable<std::map<int, std::string>>;
+    const std::map<int, std::string>& names = table.Get([](std::map<int, std::string>& map) {
+        for (const FbTypeNameRow& row : TABLE::FB_TYPE_NAMES) {
+            map[row.fbType] = row.name;
+        }
+    });
+    const auto entry = names.find(fbType);
+    return entry != names.end() ? entry->second : Int2Str(fbType);
+}
+
+bool IsPTNAIDFBType(int fbType) {
+    static auto& table = *new LazyTable<std::vector<int>>;
+    return IsListed(table, TABLE::PTN_AID_FB_TYPES, fbType);
+}
+
+bool IsPortObjByFbType(const int& fbType, const int& kind) {
+    static auto& table = *new LazyTable<std::vector<int>>;
+    if (IsListed(table, TABLE::PORT_OBJECT_FB_TYPES, fbType)) {
+        return true;
+    }
+    return kind != 3 && (fbType == 2 || fbType == 3);
+}
+
+bool IsLogicalPortByType(int type) {
+    return type > 65535;
+}
+
+std::string GetDomainStrByID(const unsigned int& domainId) {
+    const auto* const row = std::find_if(TABLE::DOMAIN_NAMES.begin(), TABLE::DOMAIN_NAMES.end(),
+                                         [&](const DomainNameRow& known) { return known.domainId == domainId; });
+    return std::string(row != TABLE::DOMAIN_NAMES.end() ? row->name : "UNKNOWN");
+}
+
+}  // namespace NS_UTIL

@@ -1,0 +1,59 @@
+#include <map>
+
+#include <kx_domain_util/utilcommon.h>
+
+#include "common/loadonce.h"
+#include "common/tables/bidirfbtype.h"
+#include "common/tables/fbtypelevel.h"
+#include "common/tables/levelfbtype.h"
+
+namespace NS_UTIL {
+
+namespace {
+
+// What is mapped from key; key itself when nothing is.
+template <class Number>
+Number FindOrPass(const std::map<Number, Number>& map, Number key) {
+    const auto entry = map.find(key);
+    return entry != map.end() ? entry->second : key;
+}
+
+const std::map<unsigned short, unsigned short>& BidirFbTypes() {
+    static std::atomic<bool> built{false};
+    static pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
+    static auto& bidirFbTypes = *new std::map<unsigned short, unsigned short>;  // lives until the process ends
+    LoadOnce(built, PosixWriteLock{lock}, [] {
+        for (const BidirFbTypeRow& row : TABLE::BIDIR_FB_TYPES) {
+            bidirFbTypes[row.fbType] = row.bidirFbType;
+        }
+    });
+    return bidirFbTypes;
+}
+
+}  // namespace
+
+void UtilCommon::InitFbType2ILMap() {
+    for (const FbTypeLevelRow& row : TABLE::FB_TYPE_LEVELS) {
+        m_mapFbType2IL[row.fbType] = row.level;
+    }
+}
+
+void UtilCommon::InitIL2FbTypeMap() {
+    for (const LevelFbTypeRow& row : TABLE::LEVEL_FB_TYPES) {
+        m_mapIL2FbType[row.level] = row.fbType;
+    }
+}
+
+void UtilCommon::FBType2InterfaceLevel(int& level, const int& fbType) const {
+    level = FindOrPass(m_mapFbType2IL, fbType);
+}
+
+void UtilCommon::InterfaceLevel2FBType(int& fbType, const int& level) const {
+    fbType = FindOrPass(m_mapIL2FbType, level);
+}
+
+unsigned short UtilCommon::GetBidirFBType(const unsigned short& fbType) const {
+    return FindOrPass(BidirFbTypes(), fbType);
+}
+
+}  // namespace NS_UTIL

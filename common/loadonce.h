@@ -1,0 +1,68 @@
+#pragma once
+
+#include <atomic>
+#include <cerrno>
+
+#include <ace/RW_Thread_Mutex.h>
+#include <ace/Thread_Mutex.h>
+#include <pthread.h>
+
+namespace NS_UTIL {
+
+/// Runs load unless loaded says that it has run, under a lock of one of the types below; loaded is looked at before and
+/// after the lock is taken. When the lock cannot be taken, load runs without it. What load throws passes; the lock is
+/// released, and the next call tries again.
+template <class Lock, class Load>
+void LoadOnce(std::atomic<bool>& loaded, Lock lock, Load load) {
+    if (loaded.load(std::memory_order_acquire)) {
+        return;
+    }
+    const struct Holder {
+        explicit Holder(Lock& taken) : held(taken.Take() ? &taken : nullptr) {}
+        ~Holder() {
+            if (held != nullptr) {
+                held->Release();
+            }
+        }
+        Holder(const Holder&) = delete;
+        Holder& operator=(const Holder&) = delete;
+        Lock* held;
+    } holder(lock);
+    if (!loaded.load(std::memory_order_acquire)) {
+        load();
+        loaded.store(true, std::memory_order_release);
+    }
+}
+
+/// A mutex, as `LoadOnce` takes it.
+struct MutexLock {
+    ACE_Thread_Mutex& mutex;
+
+    bool Take() const { return mutex.acquire() != -1; }
+    void Release() const { mutex.release(); }
+};
+
+/// A reader-writer mutex taken for writing.
+struct WriteLock {
+    ACE_RW_Thread_Mutex& mutex;
+
+    bool Take() const { return mutex.acquire_write() != -1; }
+    void Release() const { mutex.release(); }
+};
+
+/// A POSIX read-write lock taken for writing; a failure is left in errno.
+struct PosixWriteLock {
+    pthread_rwlock_t& lock;
+
+    bool Take() const { return NoError(pthread_rwlock_wrlock(&lock)); }
+    void Release() const { NoError(pthread_rwlock_unlock(&lock)); }
+
+    static bool NoError(int error) {
+        if (error != 0) {
+            errno = error;
+        }
+        return error == 0;
+    }
+};
+
+}  // namespace NS_UTIL

@@ -1,0 +1,88 @@
+#include <bitset>
+#include <string>
+#include <vector>
+
+#include <kx_domain_util/ntffilter.h>
+#include <kx_domain_util/utilcommon.h>
+#include <kx_platform/textutil.h>
+
+#include "common/loadonce.h"
+#include "frame/log.h"
+#include "frame/singleton.h"
+
+namespace NS_UTIL {
+
+namespace {
+
+constexpr int WHITE_LIST_MODE = 1;
+constexpr int BLACK_LIST_MODE = 2;
+
+// Passes every white list, whatever the configuration says.
+constexpr int ALWAYS_PASSES = 2101250;
+
+void GetEventFilterList(std::set<int>& list, const std::string& item) {
+    std::string value;
+    if (!UtilCommon::Instance()->GetSupportCfgItem(item, value)) {
+        return;
+    }
+    std::vector<std::string> tokens;
+    if (!SplitStringByTag(value, tokens, ',', std::bitset<8>{})) {
+        NS_FRAME::UtilCommonLog().Write(1008, 0, "[GetEventFilterList]: %s=%s is empty or wrong", item.c_str(),
+                                        value.c_str());
+    }
+    for (const std::string& token : tokens) {
+        if (const int notificationId = Str2Int(token); notificationId > 0) {
+            list.insert(notificationId);
+        }
+    }
+}
+
+}  // namespace
+
+std::atomic<NtfFilter*> NtfFilter::m_pInstance{nullptr};
+
+NtfFilter* NtfFilter::Instance() {
+    return NS_FRAME::GetInstance(m_pInstance, [] { return new NtfFilter; });
+}
+
+void NtfFilter::Destroy() {
+    NS_FRAME::DestroyInstance(m_pInstance, [](NtfFilter* instance) { delete instance; });
+}
+
+NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {}
+
+NtfFilter::~NtfFilter() = default;
+
+void NtfFilter::Load() {
+    std::string value;
+    if (UtilCommon::Instance()->GetSupportCfgItem("EventSwitch", value)) {
+        m_nEventSwitch = Str2Int(value);
+    }
+    NS_FRAME::UtilCommonLog().Write(1042, 1, "[NtfFilter::IsFilteNtf]: EventSwitch=%d", m_nEventSwitch);
+    if (m_nEventSwitch == WHITE_LIST_MODE) {
+        GetEventFilterList(m_setWhiteList, "Whitelist");
+        m_setWhiteList.insert(ALWAYS_PASSES);
+    } else if (m_nEventSwitch == BLACK_LIST_MODE) {
+        GetEventFilterList(m_setBlackList, "Blacklist");
+    } else {
+        m_nEventSwitch = 0;
+    }
+}
+
+bool NtfFilter::IsFilteNtf(int notificationId) {
+    LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
+    // The two messages name another class; they are searched for in this form.
+    if (m_nEventSwitch == WHITE_LIST_MODE && !m_setWhiteList.contains(notificationId)) {
+        NS_FRAME::UtilCommonLog().Write(
+            1069, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by WhiteList", notificationId);
+        return true;
+    }
+    if (m_nEventSwitch == BLACK_LIST_MODE && m_setBlackList.contains(notificationId)) {
+        NS_FRAME::UtilCommonLog().Write(
+            1075, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by BlackList", notificationId);
+        return true;
+    }
+    return false;
+}
+
+}  // namespace NS_UTIL

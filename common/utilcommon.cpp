@@ -1,0 +1,140 @@
+#include <string_view>
+
+#include <kx_domain_util/utilcommon.h>
+#include <kx_platform/selfutilcommon.h>
+#include <kx_platform/textutil.h>
+
+#include "common/tables/clientrate.h"
+#include "frame/configuration.h"
+#include "frame/log.h"
+#include "frame/singleton.h"
+
+namespace NS_UTIL {
+
+std::atomic<UtilCommon*> UtilCommon::m_pInstance{nullptr};
+
+UtilCommon* UtilCommon::Instance() {
+    return NS_FRAME::GetInstance(m_pInstance, [] { return new UtilCommon; });
+}
+
+void UtilCommon::Destroy() {
+    NS_FRAME::DestroyInstance(m_pInstance, [](UtilCommon* instance) { delete instance; });
+}
+
+UtilCommon::UtilCommon() {
+    InitFbType2ILMap();
+    InitIL2FbTypeMap();
+    InitOpticalBoardList();
+    InitCTPId2TMFNameMap();
+    InitTMFCTPName2ID();
+}
+
+void UtilCommon::GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
+                                  const std::string& separator) const {
+    SelfUtilCommon::Instance()->GetSpliteFDNData(out, text, separator);
+}
+
+void UtilCommon::GetSplitNameValueMapbyTag(std::map<std::string, std::string>& out, const std::string& text,
+                                           const std::string& separator) const {
+    GetSpliteFDNData(out, text, separator);
+}
+
+bool UtilCommon::GetDataFromMap(const std::map<std::string, std::string>& map, const std::string& key,
+                                std::string& value) const {
+    return SelfUtilCommon::Instance()->GetDataFromMap(map, key, value);
+}
+
+bool UtilCommon::GetDataFromMap(const std::map<int, std::string>& map, int key, std::string& value) const {
+    return SelfUtilCommon::Instance()->GetDataFromMap(map, key, value);
+}
+
+bool UtilCommon::GetIntegerValueByName(const std::map<std::string, std::string>& map, const std::string& name,
+                                       int& value) const {
+    return SelfUtilCommon::Instance()->GetIntegerValueByName(map, name, value);
+}
+
+bool UtilCommon::GetSupportCfgItem(const std::string& item, std::string& value) const {
+    return SelfUtilCommon::Instance()->GetSupportCfgItem(item, value);
+}
+
+bool UtilCommon::IsSupportCfgItem(const std::string& item) const {
+    return SelfUtilCommon::Instance()->IsSupportCfgItem(item);
+}
+
+std::string UtilCommon::GetMoc(const std::string& fdn) const {
+    const auto comma = fdn.rfind(',');
+    const auto equals = fdn.rfind('=');
+    const bool hasComma = comma != std::string::npos;
+    const bool hasEquals = equals != std::string::npos;
+    if (hasComma && hasEquals && equals > comma) {
+        std::string tag = fdn.substr(comma + 1, equals - comma - 1);
+        if (tag != "CLI_NAME") {
+            return tag;
+        }
+        if (fdn.find("PP=") != std::string::npos) {
+            return "PP";
+        }
+        return fdn.find("LP=") != std::string::npos ? "LP" : "";
+    }
+    std::string head = fdn.substr(0, equals);
+    if (!hasComma && hasEquals) {
+        return head;
+    }
+    // What is left is an object that is named without a level, or no identifier.
+    return head == "OS" || head == "SYSTEM" ? "OS" : "";
+}
+
+void UtilCommon::GetSplitePPDataByLine(std::map<int, std::string>& out, const std::string& line) const {
+    // One past npos is 0: the first search, and each after a missing separator, starts at the line's beginning.
+    auto previous = std::string::npos;
+    for (int key = 0; key < 3; ++key) {
+        const auto begin = previous + 1;
+        const auto end = line.find('|', begin);
+        if (end != std::string::npos) {
+            out[key] = end > begin ? line.substr(begin, end - begin) : "-1";
+        }
+        previous = end;
+    }
+    const auto begin = previous + 1;
+    out[3] = begin < line.size() ? line.substr(begin) : "";
+}
+
+void UtilCommon::GetSpliteFBDataByLine(std::map<int, std::string>& out, const std::string& line) const {
+    GetSplitePPDataByLine(out, line);
+}
+
+void UtilCommon::GetSplitePATHDataByLine(std::map<int, int>& out, const std::string& line) const {
+    std::map<std::string, unsigned int> rates;
+    InitClientRateMap(rates);
+    std::vector<std::string> items;
+    Parser::SplitStrByTag(line, "-", items);
+    for (const std::string& item : items) {
+        const auto colon = item.find(':');
+        if (colon == std::string::npos) {
+            continue;
+        }
+        const auto rate = rates.find(SelfUtilCommon::Instance()->upperStr(item.substr(0, colon)));
+        if (rate != rates.end()) {
+            out[static_cast<int>(rate->second)] = Str2Int(std::string_view(item).substr(colon + 1));
+        }
+    }
+}
+
+int UtilCommon::GetPFMPacketSize() const {
+    constexpr int LARGEST = 6000;
+    constexpr int FALLBACK = 2000;
+    int size = FALLBACK;
+    if (!NS_FRAME::ReadPfmFrameSize(size) || static_cast<unsigned int>(size) > LARGEST) {
+        size = FALLBACK;
+    }
+    NS_FRAME::UtilCommonLog().Write(766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = %d", size);
+    return size;
+}
+
+void UtilCommon::InitClientRateMap(std::map<std::string, unsigned int>& rates) const {
+    for (const ClientRateRow& row : TABLE::CLIENT_RATES) {
+        rates.emplace(row.name, row.level);
+    }
+}
+
+}  // namespace NS_UTIL

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <set>
+
+#include <kx_domain_util/export.h>
+
+class ACE_RW_Thread_Mutex;
+
+namespace NS_UTIL {
+
+/// Decides which notifications are held back. The operator chooses by configuration item "EventSwitch": 1, only the
+/// identifiers of item "Whitelist" pass; 2, those of item "Blacklist" are held back; anything else, or none, and all
+/// pass. The lists are decimal identifiers separated by ","; what is not a number above 0 is skipped.
+///
+/// The items are read once, at the first question; a change is seen after `Destroy`.
+class KX_DOMAIN_UTIL_API NtfFilter {
+public:
+    /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.
+    static NtfFilter* Instance();
+    /// Deletes the instance. Does not wait for threads that still ask it.
+    static void Destroy();
+
+    NtfFilter(const NtfFilter&) = delete;
+    NtfFilter& operator=(const NtfFilter&) = delete;
+
+    /// True: hold the notification back; false: let it pass. With a white list, identifier 2101250 always passes. What
+    /// is held back is logged at level 3. Takes no lock after the first question. Any thread. Exceptions:
+    /// std::bad_alloc at most, while the items are read; the next question reads them again.
+    bool IsFilteNtf(int notificationId);
+
+private:
+    NtfFilter();
+    ~NtfFilter();
+
+    void Load();
+
+    static std::atomic<NtfFilter*> m_pInstance;
+
+    std::unique_ptr<ACE_RW_Thread_Mutex> m_rwLock;  // by pointer, so that including this header needs no ACE
+    std::set<int> m_setWhiteList;
+    std::set<int> m_setBlackList;
+    int m_nEventSwitch = 0;
+    std::atomic<bool> m_bInit{false};
+};
+
+}  // namespace NS_UTIL
