@@ -1,0 +1,366 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <limits>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/VariadicBind.h>
+
+#include <kx_standalone/inventoryfile.h>
+
+namespace NS_STANDALONE {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int APPLICATION_ID = 0x6B784E45;  // "kxNE": tells an inventory from other SQLite files
+constexpr int SCHEMA_VERSION = 1;
+constexpr int BUSY_TIMEOUT_MS = 5000;
+
+constexpr const char* SCHEMA = R"(
+CREATE TABLE ne_type (
+    ne_type INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535),
+    name TEXT NOT NULL,
+    ip_service INTEGER NOT NULL CHECK (ip_service IN (0, 1)),
+    klv INTEGER NOT NULL CHECK (klv IN (0, 1))
+) STRICT;
+CREATE TABLE ne (
+    ne_id INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647),
+    ne_type INTEGER NOT NULL REFERENCES ne_type (ne_type),
+    multi_sub_shelf INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1)),
+    oam_number_omitted INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))
+) STRICT;
+CREATE TABLE domain_member (
+    cache TEXT NOT NULL CHECK (cache IN ('NE_TYPE_LIST', 'EQUIPMENT_TYPE')),
+    domain TEXT NOT NULL CHECK (domain <> ''),
+    ne_type INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535),
+    PRIMARY KEY (cache, domain, ne_type)
+) STRICT, WITHOUT ROWID;
+)";
+
+struct Table {
+    std::string_view name;
+    std::string_view columns;  // in the order of the row structs
+    std::string_view values;   // one placeholder for each column
+    std::string_view key;
+    int keyColumns;  // the first ones
+};
+
+constexpr Table NE_TYPE_TABLE{"ne_type", "ne_type, name, ip_service, klv", "?, ?, ?, ?", "ne_type", 1};
+constexpr Table NE_TABLE{"ne", "ne_id, ne_type, multi_sub_shelf, oam_number_omitted", "?, ?, ?, ?", "ne_id", 1};
+constexpr Table DOMAIN_MEMBER_TABLE{"domain_member", "cache, domain, ne_type", "?, ?, ?", "cache, domain, ne_type", 3};
+
+constexpr std::array<std::pair<DomainCache, std::string_view>, 2> CACHE_NAMES{{
+    {DomainCache::NE_TYPE_LIST, "NE_TYPE_LIST"},
+    {DomainCache::EQUIPMENT_TYPE, "EQUIPMENT_TYPE"},
+}};
+
+// A place in an inventory, for error texts.
+struct Place {
+    const fs::path& file;
+    std::string_view table{};
+
+    [[noreturn]] void Fail(const std::string& what) const {
+        std::string text = file.string() + ": ";
+        if (!table.empty()) {
+            text.append("table ").append(table).append(": ");
+        }
+        throw std::runtime_error(text + what);
+    }
+};
+
+// Runs action; what SQLite has to say against it is reported with its place.
+template <class Action>
+auto At(const Place& place, Action action) {
+    try {
+        return action();
+    } catch (const SQLite::Exception& error) {
+        place.Fail(error.what());
+    }
+}
+
+// The rows of a table, in the order of the key. Others may have made the file, with fewer checks than ours, so that
+// each value is checked here again.
+class RowReader {
+public:
+    RowReader(const SQLite::Database& database, Place place, const Table& table)
+        : m_place(place), m_keyColumns(table.keyColumns), m_statement(database, SelectText(table)) {}
+
+    bool Next() { return m_statement.executeStep(); }
+
+    template <class Number>
+    Number GetNumber(int column, std::int64_t smallest, std::int64_t largest) {
+        const SQLite::Column value = m_statement.getColumn(column);
+        if (!value.isInteger() || value.getInt64() < smallest || value.getInt64() > largest) {
+            FailAtValue(column, "a whole number from " + std::to_string(smallest) + " to " + std::to_string(largest));
+        }
+        return static_cast<Number>(value.getInt64());
+    }
+
+    std::uint16_t GetNeType(int column) {
+        return GetNumber<std::uint16_t>(column, 0, std::numeric_limits<std::uint16_t>::max());
+    }
+
+    bool GetFlag(int column) { return GetNumber<int>(column, 0, 1) == 1; }
+
+    std::string GetText(int column) {
+        const SQLite::Column value = m_statement.getColumn(column);
+        if (!value.isText()) {
+            FailAtValue(column, "a text");
+        }
+        return value.getString();
+    }
+
+    [[noreturn]] void FailAtValue(int column, const std::string& expected) {
+        FailAtRow(std::string(m_statement.getColumn(column).getName()) + " is " + GetValueText(column) + ", not " +
+                  expected);
+    }
+
+    [[noreturn]] void FailAtRow(const std::string& what) {
+        std::string row;
+        for (int column = 0; column < m_keyColumns; ++column) {
+            row.append(column == 0 ? "row " : ", ").append(m_statement.getColumn(column).getName());
+            row.append("=").append(GetValueText(column));
+        }
+        m_place.Fail(row + ": " + what);
+    }
+
+private:
+    static std::string SelectText(const Table& table) {
+        std::ostringstream text;
+        text << "SELECT " << table.columns << " FROM " << table.name << " ORDER BY " << table.key;
+        return text.str();
+    }
+
+    std::string GetValueText(int column) {
+        const SQLite::Column value = m_statement.getColumn(column);
+        if (value.isNull()) {
+            return "NULL";
+        }
+        if (value.isText()) {
+            return std::string(1, '"').append(value.getString()).append(1, '"');
+        }
+        return value.isBlob() ? "binary" : value.getString();
+    }
+
+    Place m_place;
+    int m_keyColumns;
+    SQLite::Statement m_statement;
+};
+
+// Adds rows to a table.
+class RowWriter {
+public:
+    RowWriter(const SQLite::Database& database, Place place, const Table& table)
+        : m_place(place), m_columns(table.columns), m_statement(database, InsertText(table)) {}
+
+    template <class... Values>
+    void Write(const Values&... values) {
+        m_statement.reset();
+        try {
+            SQLite::bind(m_statement, values...);
+            m_statement.exec();
+        } catch (const SQLite::Exception& error) {
+            std::ostringstream row;
+            const char* separator = "";
+            ((row << separator << values, separator = ", "), ...);
+            m_place.Fail("row (" + std::string(m_columns) + ") = (" + row.str() + "): " + error.what());
+        }
+    }
+
+private:
+    static std::string InsertText(const Table& table) {
+        std::ostringstream text;
+        text << "INSERT INTO " << table.name << " (" << table.columns << ") VALUES (" << table.values << ")";
+        return text.str();
+    }
+
+    Place m_place;
+    std::string_view m_columns;
+    SQLite::Statement m_statement;
+};
+
+// For writing if that is possible, also when we only read: a transaction that its writer did not live to finish is
+// undone by the next one who opens the file.
+SQLite::Database Open(const fs::path& file) {
+    if (!fs::is_regular_file(file)) {
+        Place{file}.Fail(fs::exists(file) ? "is not a regular file" : "no such file");
+    }
+    // An absolute name is never one of the names that SQLite gives a meaning of their own.
+    return {fs::absolute(file).string(), SQLite::OPEN_READWRITE, BUSY_TIMEOUT_MS};
+}
+
+void CheckSchema(const SQLite::Database& database, const fs::path& file) {
+    const auto pragma = [&](const char* query) {
+        SQLite::Statement statement(database, query);
+        statement.executeStep();
+        return statement.getColumn(0).getInt();
+    };
+    if (pragma("PRAGMA application_id") != APPLICATION_ID) {
+        Place{file}.Fail("is not an inventory");
+    }
+    const int version = pragma("PRAGMA user_version");
+    if (version != SCHEMA_VERSION) {
+        Place{file}.Fail("is an inventory of schema version " + std::to_string(version) + ", not " +
+                         std::to_string(SCHEMA_VERSION));
+    }
+}
+
+// Reads a table by calling readRow at each of its rows.
+template <class ReadRow>
+void ReadTable(const SQLite::Database& database, const fs::path& file, const Table& table, ReadRow readRow) {
+    const Place place{file, table.name};
+    At(place, [&] {
+        RowReader reader(database, place, table);
+        while (reader.Next()) {
+            readRow(reader);
+        }
+    });
+}
+
+DomainCache ReadCache(RowReader& reader) {
+    const std::string name = reader.GetText(0);
+    for (const auto& [cache, cacheName] : CACHE_NAMES) {
+        if (name == cacheName) {
+            return cache;
+        }
+    }
+    reader.FailAtValue(0, "NE_TYPE_LIST or EQUIPMENT_TYPE");
+}
+
+// Rows come in the order of their keys, so that a repeated key is that of the row before.
+std::vector<NeTypeRow> ReadNeTypes(const SQLite::Database& database, const fs::path& file) {
+    std::vector<NeTypeRow> rows;
+    ReadTable(database, file, NE_TYPE_TABLE, [&](RowReader& reader) {
+        const NeTypeRow row{reader.GetNeType(0), reader.GetText(1), reader.GetFlag(2), reader.GetFlag(3)};
+        if (!rows.empty() && rows.back().neType == row.neType) {
+            reader.FailAtRow("is there twice");
+        }
+        rows.push_back(row);
+    });
+    return rows;
+}
+
+std::vector<NeRow> ReadNes(const SQLite::Database& database, const fs::path& file,
+                           const std::vector<NeTypeRow>& neTypes) {
+    std::vector<NeRow> rows;
+    ReadTable(database, file, NE_TABLE, [&](RowReader& reader) {
+        const NeRow row{reader.GetNumber<std::int32_t>(0, 0, std::numeric_limits<std::int32_t>::max()),
+                        reader.GetNeType(1), reader.GetFlag(2), reader.GetFlag(3)};
+        if (!rows.empty() && rows.back().neId == row.neId) {
+            reader.FailAtRow("is there twice");
+        }
+        if (!std::ranges::binary_search(neTypes, row.neType, {}, &NeTypeRow::neType)) {
+            reader.FailAtValue(1, "in table ne_type");
+        }
+        rows.push_back(row);
+    });
+    return rows;
+}
+
+std::vector<DomainMemberRow> ReadDomainMembers(const SQLite::Database& database, const fs::path& file) {
+    std::vector<DomainMemberRow> rows;
+    ReadTable(database, file, DOMAIN_MEMBER_TABLE, [&](RowReader& reader) {
+        const DomainMemberRow row{ReadCache(reader), reader.GetText(1), reader.GetNeType(2)};
+        if (row.domain.empty()) {
+            reader.FailAtValue(1, "the name of a domain");
+        }
+        if (!rows.empty() && rows.back() == row) {
+            reader.FailAtRow("is there twice");
+        }
+        rows.push_back(row);
+    });
+    // The file has the caches in the order of their names.
+    std::ranges::stable_sort(rows, {}, &DomainMemberRow::cache);
+    return rows;
+}
+
+// Writes rows by calling writeRow for each of them.
+template <class Row, class WriteRow>
+void WriteTable(const SQLite::Database& database, const fs::path& file, const Table& table,
+                const std::vector<Row>& rows, WriteRow writeRow) {
+    const Place place{file, table.name};
+    At(place, [&] {
+        RowWriter writer(database, place, table);
+        for (const Row& row : rows) {
+            writeRow(writer, row);
+        }
+    });
+}
+
+void WriteRows(const SQLite::Database& database, const fs::path& file, const Inventory& inventory) {
+    WriteTable(database, file, NE_TYPE_TABLE, inventory.neTypes, [](RowWriter& writer, const NeTypeRow& row) {
+        writer.Write(row.neType, row.name, row.ipService, row.klv);
+    });
+    WriteTable(database, file, NE_TABLE, inventory.nes, [](RowWriter& writer, const NeRow& row) {
+        writer.Write(row.neId, row.neType, row.multiSubShelf, row.oamNumberOmitted);
+    });
+    WriteTable(
+        database, file, DOMAIN_MEMBER_TABLE, inventory.domainMembers,
+        [](RowWriter& writer, const DomainMemberRow& row) {
+            const auto name = std::ranges::find(CACHE_NAMES, row.cache, [](const auto& one) { return one.first; });
+            writer.Write(std::string(name != CACHE_NAMES.end() ? name->second : "unknown"), row.domain, row.neType);
+        });
+}
+
+void MakeSchema(const fs::path& file) {
+    SQLite::Database database = Open(file);
+    SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
+    database.exec("PRAGMA application_id = " + std::to_string(APPLICATION_ID));
+    database.exec("PRAGMA user_version = " + std::to_string(SCHEMA_VERSION));
+    database.exec(SCHEMA);
+    transaction.commit();
+}
+
+}  // namespace
+
+void CreateInventory(const fs::path& file) {
+    // Made here and not by SQLite, which would take over a file that another process makes at the same moment.
+    std::FILE* const made = std::fopen(file.c_str(), "wx");
+    if (made == nullptr) {
+        Place{file}.Fail(std::generic_category().message(errno));
+    }
+    std::fclose(made);
+    try {
+        At(Place{file}, [&] { MakeSchema(file); });
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(file, ignored);
+        throw;
+    }
+}
+
+Inventory ReadInventory(const fs::path& file) {
+    return At(Place{file}, [&] {
+        SQLite::Database database = Open(file);
+        // One state of the file, whatever others write meanwhile.
+        const SQLite::Transaction transaction(database);
+        CheckSchema(database, file);
+        Inventory inventory;
+        inventory.neTypes = ReadNeTypes(database, file);
+        inventory.nes = ReadNes(database, file, inventory.neTypes);
+        inventory.domainMembers = ReadDomainMembers(database, file);
+        return inventory;
+    });
+}
+
+void ReplaceInventory(const fs::path& file, const Inventory& inventory) {
+    At(Place{file}, [&] {
+        SQLite::Database database = Open(file);
+        database.exec("PRAGMA foreign_keys = ON");
+        SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
+        CheckSchema(database, file);
+        database.exec("DELETE FROM ne; DELETE FROM ne_type; DELETE FROM domain_member");
+        WriteRows(database, file, inventory);
+        transaction.commit();
+    });
+}
+
+}  // namespace NS_STANDALONE

@@ -1,0 +1,63 @@
+#include "inventoryservice.h"
+
+#include <memory>
+
+namespace NS_STANDALONE {
+
+using NS_BUNDLEMGR1::ReadPin;
+
+InventoryService::Table::Table(const Inventory& inventory) {
+    m_nes.reserve(inventory.nes.size());
+    for (const NeRow& row : inventory.nes) {
+        m_nes.emplace(row.neId, row);
+    }
+    for (const NeTypeRow& row : inventory.neTypes) {
+        m_ipService[row.neType] = row.ipService;
+        m_klv[row.neType] = row.klv;
+    }
+}
+
+const NeRow* InventoryService::Table::FindNe(std::int64_t neId) const {
+    const auto found = m_nes.find(neId);
+    return found != m_nes.end() ? &found->second : nullptr;
+}
+
+InventoryService::InventoryService(const Inventory& inventory) : m_table(std::make_unique<Table>(inventory)) {}
+
+void InventoryService::Replace(const Inventory& inventory) {
+    m_table.Replace(std::make_unique<Table>(inventory));
+}
+
+bool InventoryService::QueryNEType(std::int64_t neId, std::uint32_t& neType, bool /*flag*/) {
+    ReadPin pin;
+    const NeRow* const ne = m_table.Read(pin).FindNe(neId);
+    if (ne == nullptr) {
+        return false;
+    }
+    neType = ne->neType;
+    return true;
+}
+
+bool InventoryService::IsOamNumberOmitted(int neId) {
+    ReadPin pin;
+    const NeRow* const ne = m_table.Read(pin).FindNe(neId);
+    return ne != nullptr && ne->oamNumberOmitted;
+}
+
+bool InventoryService::IsIPServiceNEType(unsigned short neType) {
+    ReadPin pin;
+    return m_table.Read(pin).IsIpService(neType);
+}
+
+bool InventoryService::IsKLVNEType(unsigned short neType) {
+    ReadPin pin;
+    return m_table.Read(pin).IsKlv(neType);
+}
+
+bool InventoryService::IsTransMultiSubShelf(unsigned long neId, unsigned short /*neType*/) {
+    ReadPin pin;
+    const NeRow* const ne = m_table.Read(pin).FindNe(static_cast<std::int64_t>(neId));
+    return ne != nullptr && ne->multiSubShelf;
+}
+
+}  // namespace NS_STANDALONE

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+#include <unordered_map>
+
+#include <kx_platform/inventorybufif.h>
+#include <kx_standalone/inventoryfile.h>
+
+#include "published.h"
+
+namespace NS_STANDALONE {
+
+/// Answers from an inventory that is held in memory. A query costs one look-up and takes no lock.
+class InventoryService final : public NS_SERVICE::InventoryBufif {
+public:
+    explicit InventoryService(const Inventory& inventory);
+
+    /// Puts inventory in the place of what was there. One thread at a time; queries go on meanwhile.
+    void Replace(const Inventory& inventory);
+
+    /// flag plays no part.
+    bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override;
+    bool IsOamNumberOmitted(int neId) override;
+    bool IsIPServiceNEType(unsigned short neType) override;
+    bool IsKLVNEType(unsigned short neType) override;
+    /// What is recorded of the NE; neType plays no part.
+    bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override;
+
+private:
+    class Table {
+    public:
+        explicit Table(const Inventory& inventory);
+
+        /// Null: unknown NE.
+        [[nodiscard]] const NeRow* FindNe(std::int64_t neId) const;
+        [[nodiscard]] bool IsIpService(std::uint16_t neType) const { return m_ipService[neType]; }
+        [[nodiscard]] bool IsKlv(std::uint16_t neType) const { return m_klv[neType]; }
+
+    private:
+        using NeTypeSet = std::bitset<1U << 16U>;
+
+        std::unordered_map<std::int64_t, NeRow> m_nes;
+        NeTypeSet m_ipService;
+        NeTypeSet m_klv;
+    };
+
+    Published<Table> m_table;
+};
+
+}  // namespace NS_STANDALONE

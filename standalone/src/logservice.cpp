@@ -1,0 +1,114 @@
+#include "logservice.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include <spdlog/logger.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+
+namespace NS_STANDALONE {
+
+namespace {
+
+constexpr const char* RECORD_PATTERN = "%Y-%m-%d %H:%M:%S.%e %l [%t] %n %v";
+
+// By the numbers that records carry.
+constexpr std::array RECORD_LEVELS{spdlog::level::err, spdlog::level::warn, spdlog::level::info, spdlog::level::debug};
+
+constexpr std::array<std::pair<std::string_view, spdlog::level::level_enum>, 5> THRESHOLDS{{
+    {"error", spdlog::level::err},
+    {"warning", spdlog::level::warn},
+    {"info", spdlog::level::info},
+    {"debug", spdlog::level::debug},
+    {"trace", spdlog::level::trace},
+}};
+
+spdlog::level::level_enum RecordLevel(int level) {
+    const auto position = static_cast<std::size_t>(std::max(level, 0));
+    return position < RECORD_LEVELS.size() ? RECORD_LEVELS[position] : spdlog::level::trace;
+}
+
+spdlog::level::level_enum Threshold(std::string_view name) {
+    const auto found = std::ranges::find(THRESHOLDS, name, [](const auto& row) { return row.first; });
+    return found != THRESHOLDS.end() ? found->second : spdlog::level::debug;
+}
+
+// The message that printf makes of format and arguments; a format that printf refuses stands for itself.
+std::string FormatMessage(const char* format, std::va_list arguments) {
+    std::array<char, 512> buffer{};
+    std::va_list again;
+    va_copy(again, arguments);
+    const int needed = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+    std::string message;
+    if (needed < 0) {
+        message = format;
+    } else if (static_cast<std::size_t>(needed) < buffer.size()) {
+        message.assign(buffer.data(), static_cast<std::size_t>(needed));
+    } else {
+        message.resize(static_cast<std::size_t>(needed));
+        std::vsnprintf(message.data(), message.size() + 1, format, again);
+    }
+    va_end(again);
+    return message;
+}
+
+class Logger final : public NS_SERVICE::ModuleLogger {
+public:
+    Logger(const std::string& name, spdlog::sink_ptr sink, spdlog::level::level_enum threshold)
+        : m_logger(name, std::move(sink)) {
+        m_logger.set_level(threshold);
+        m_logger.flush_on(spdlog::level::warn);
+    }
+
+    void WriteLog(const std::string& file, const std::string& function, int line, int level, const char* format,
+                  ...) override {
+        const spdlog::level::level_enum recordLevel = RecordLevel(level);
+        if (!m_logger.should_log(recordLevel)) {
+            return;
+        }
+        std::va_list arguments;
+        va_start(arguments, format);
+        const std::string message = FormatMessage(format, arguments);
+        va_end(arguments);
+        m_logger.log(recordLevel, "{}:{} {}: {}", file, line, function, message);
+    }
+
+private:
+    spdlog::logger m_logger;
+};
+
+spdlog::sink_ptr MakeSink(const LogTarget& target) {
+    if (target.kind == LogTarget::Kind::STDERR) {
+        return std::make_shared<spdlog::sinks::stderr_sink_mt>();
+    }
+    try {
+        return std::make_shared<spdlog::sinks::rotating_file_sink_mt>(target.file.string(), target.maxFileBytes,
+                                                                      target.maxFiles);
+    } catch (const spdlog::spdlog_ex& error) {
+        throw std::runtime_error(target.file.string() + ": cannot be the log file: " + error.what());
+    }
+}
+
+}  // namespace
+
+LogService::LogService(const LogTarget& target) : m_sink(MakeSink(target)) {
+    m_sink->set_pattern(RECORD_PATTERN);
+}
+
+NS_SERVICE::ModuleLogger* LogService::GetModuleLogger(const std::string& module, const std::string& subModule,
+                                                      const std::string& level) {
+    const std::lock_guard lock(m_mutex);
+    std::unique_ptr<NS_SERVICE::ModuleLogger>& logger = m_loggers[{module, subModule, level}];
+    if (logger == nullptr) {
+        logger = std::make_unique<Logger>(module + "/" + subModule, m_sink, Threshold(level));
+    }
+    return logger.get();
+}
+
+}  // namespace NS_STANDALONE
