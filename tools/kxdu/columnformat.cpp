@@ -1,0 +1,190 @@
+#include "columnformat.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace NS_KXDU {
+
+namespace {
+
+// The sink of one record's fields as texts under their whole names.
+class FieldTexts : public RecordSink {
+public:
+    virtual void Take(std::string_view name, std::string_view text) = 0;
+
+private:
+    void Number(std::string_view name, std::int64_t number) override { Take(Whole(name), std::to_string(number)); }
+    void Flag(std::string_view name, bool flag) override { Take(Whole(name), flag ? "true" : "false"); }
+    void Text(std::string_view name, std::string_view text) override { Take(Whole(name), text); }
+
+    void BeginNested(std::string_view name) override { m_prefix.append(name).append("."); }
+    void EndNested() override { m_prefix.clear(); }  // records nest no deeper
+
+    std::string_view Whole(std::string_view name) {
+        m_whole.assign(m_prefix).append(name);
+        return m_whole;
+    }
+
+    std::string m_prefix;
+    std::string m_whole;
+};
+
+class NameList : public FieldTexts {
+public:
+    void Take(std::string_view name, std::string_view) override {
+        if (std::find(names.begin(), names.end(), name) == names.end()) {
+            names.emplace_back(name);
+        }
+    }
+
+    std::vector<std::string> names;
+};
+
+std::vector<std::string> ColumnNames(const Layout& layout) {
+    NameList list;
+    list.names = {"fdn", "type"};
+    for (const Kind* const kind : layout.kinds) {
+        kind->Describe(list);
+    }
+    return list.names;
+}
+
+// ---- How a row is put together --------------------------------------------------------------------------------------
+
+void AppendCsvCell(std::string_view text, TextBuffer& out) {
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+        Append(out, text);
+        return;
+    }
+    out.Put('"');
+    for (const char character : text) {
+        if (character == '"') {
+            out.Put('"');
+        }
+        out.Put(character);
+    }
+    out.Put('"');
+}
+
+void AppendTsvCell(std::string_view text, TextBuffer& out) {
+    for (const char character : text) {
+        switch (character) {
+            case '\t':
+                Append(out, "\\t");
+                break;
+            case '\r':
+                Append(out, "\\r");
+                break;
+            case '\\':
+                Append(out, "\\\\");
+                break;
+            default:
+                out.Put(character);
+        }
+    }
+}
+
+void AppendRow(const std::vector<std::string>& cells, FormatName format, TextBuffer& out) {
+    const bool isCsv = format == FormatName::CSV;
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+        if (column != 0) {
+            out.Put(isCsv ? ',' : '\t');
+        }
+        isCsv ? AppendCsvCell(cells[column], out) : AppendTsvCell(cells[column], out);
+    }
+    out.Put('\n');
+}
+
+// Every field has its column; a record leaves those that it does not have empty.
+class RowFormat : public RecordFormat, private FieldTexts {
+public:
+    explicit RowFormat(const Layout& layout)
+        : m_format(layout.format), m_names(ColumnNames(layout)), m_cells(m_names.size()) {}
+
+    void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) override {
+        for (std::string& cell : m_cells) {
+            cell.clear();
+        }
+        m_column = 0;
+        Take("fdn", fdn);
+        Take("type", kind.Type());
+        kind.Decode(fdn, *this);
+        AppendRow(m_cells, m_format, out);
+    }
+
+private:
+    void Take(std::string_view name, std::string_view text) override {
+        // Fields mostly come in the order of the columns.
+        while (m_names[m_column] != name) {
+            m_column = (m_column + 1) % m_names.size();
+        }
+        m_cells[m_column] = text;
+    }
+
+    FormatName m_format;
+    std::vector<std::string> m_names;
+    std::vector<std::string> m_cells;
+    std::size_t m_column = 0;
+};
+
+constexpr std::size_t TYPE_WIDTH = 14;
+constexpr std::size_t FDN_WIDTH = 48;
+
+void AppendPadded(std::string_view text, std::size_t width, TextBuffer& out) {
+    Append(out, text);
+    for (std::size_t size = text.size(); size < width; ++size) {
+        out.Put(' ');
+    }
+    Append(out, "  ");
+}
+
+// For people: type and identifier in columns, and of the fields only those that say something.
+class TableFormat : public RecordFormat, private FieldTexts {
+public:
+    void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) override {
+        m_fields.clear();
+        kind.Decode(fdn, *this);
+        AppendPadded(kind.Type(), TYPE_WIDTH, out);
+        if (m_fields.empty()) {
+            Append(out, fdn);
+        } else {
+            AppendPadded(fdn, FDN_WIDTH, out);
+            Append(out, m_fields);
+        }
+        out.Put('\n');
+    }
+
+private:
+    void Take(std::string_view name, std::string_view text) override {
+        const bool isSilent = text.empty() || text == "-1" || text == "false" ||
+                              (text == "0" && name.find("reserved") != std::string_view::npos);
+        if (!isSilent) {
+            m_fields.append(m_fields.empty() ? "" : " ").append(name).append("=").append(text);
+        }
+    }
+
+    std::string m_fields;
+};
+
+}  // namespace
+
+std::string MakeColumnHeader(const Layout& layout) {
+    TextBuffer header;
+    if (layout.format == FormatName::TABLE) {
+        AppendPadded("TYPE", TYPE_WIDTH, header);
+        AppendPadded("FDN", FDN_WIDTH, header);
+        Append(header, "RECORD\n");
+    } else {
+        AppendRow(ColumnNames(layout), layout.format, header);
+    }
+    return std::string(ViewOf(header));
+}
+
+std::unique_ptr<RecordFormat> MakeColumnFormat(const Layout& layout) {
+    if (layout.format == FormatName::TABLE) {
+        return std::make_unique<TableFormat>();
+    }
+    return std::make_unique<RowFormat>(layout);
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "verbs.h"
+
+namespace NS_KXDU {
+
+/// Ends the run with this exit code; the text tells the user why.
+class Failure : public std::runtime_error {
+public:
+    Failure(ExitCode code, const std::string& text) : std::runtime_error(text), m_code(code) {}
+
+    [[nodiscard]] ExitCode Code() const noexcept { return m_code; }
+
+private:
+    ExitCode m_code;
+};
+
+/// Whoever read our output has gone: nothing is left to do, and nothing is wrong.
+class ClosedPipe : public std::runtime_error {
+public:
+    ClosedPipe() : std::runtime_error("the reader of the output has gone") {}
+};
+
+}  // namespace NS_KXDU

@@ -1,0 +1,291 @@
+#include "lines.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+
+#include <CLI/CLI.hpp>
+#include <oneapi/tbb/concurrent_queue.h>
+#include <oneapi/tbb/global_control.h>
+#include <oneapi/tbb/info.h>
+#include <oneapi/tbb/parallel_pipeline.h>
+#include <unistd.h>
+
+#include "blockreader.h"
+#include "failure.h"
+#include "output.h"
+#include "progress.h"
+#include "text.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+// In the worst case, a text of control characters as JSON, an input byte becomes twelve output bytes.
+constexpr std::size_t GROWTH = 20;
+constexpr std::size_t MEMORY = std::size_t{40} << 20U;
+constexpr std::size_t LARGEST_BLOCK = std::size_t{256} << 10U;
+constexpr std::size_t SMALLEST_BLOCK = std::size_t{4} << 10U;
+
+std::size_t BlockSize(std::size_t inFlight) {
+    return std::clamp(MEMORY / GROWTH / inFlight, SMALLEST_BLOCK, LARGEST_BLOCK);
+}
+
+// A block on its way, with all that belongs to it.
+struct Piece {
+    InputBlock input;
+    LineResult result;
+    std::unique_ptr<LineConverter> converter;
+};
+
+std::size_t Threads(unsigned jobs) {
+    return jobs != 0 ? jobs : static_cast<std::size_t>(tbb::info::default_concurrency());
+}
+
+std::string Summary(const LineWork& work, std::uint64_t findings, std::uint64_t lines) {
+    return "kxdu: " + std::to_string(findings) + " " + std::string(work.finding) + " in " + std::to_string(lines) +
+           (lines == 1 ? " line\n" : " lines\n");
+}
+
+}  // namespace
+
+// ---- LineResult -----------------------------------------------------------------------------------------------------
+
+void LineResult::Begin(std::string_view inputName, std::size_t firstLine) {
+    output.Clear();
+    m_report.Clear();
+    m_inputName = inputName;
+    m_line = firstLine;
+    m_findings = 0;
+}
+
+void LineResult::Report(std::string_view reason, std::size_t column) {
+    Append(m_report, m_inputName);
+    Append(m_report, ":");
+    AppendNumber(m_report, m_line);
+    if (column != 0) {
+        Append(m_report, ":");
+        AppendNumber(m_report, column);
+    }
+    Append(m_report, ": ");
+    Append(m_report, reason);
+    Append(m_report, "\n");
+    if (m_findings++ == 0) {
+        m_outputBeforeFirst = output.GetSize();
+        m_firstFindingEnd = m_report.GetSize();
+    }
+}
+
+// ---- The run --------------------------------------------------------------------------------------------------------
+
+class LineRun {
+public:
+    LineRun(const BulkOptions& options, const LineWork& work)
+        : m_options(options),
+          m_work(work),
+          m_inFlight(Threads(options.jobs) * 3 / 2 + 1),
+          m_blockSize(BlockSize(m_inFlight)),
+          m_reader(options.files, m_blockSize),
+          m_output(options.output),
+          m_progress(IsProgressShown(), m_reader.TotalBytes()) {
+        if (!options.rejects.empty()) {
+            m_rejects.emplace(options.rejects);
+        }
+        for (std::size_t piece = 0; piece < m_inFlight; ++piece) {
+            m_pieces.push_back(NewPiece());
+            m_free.push(m_pieces.back().get());
+        }
+    }
+
+    ExitCode Run() {
+        const tbb::global_control threads(tbb::global_control::max_allowed_parallelism, Threads(m_options.jobs));
+        try {
+            m_output.Write(m_work.header);
+            while (!m_isStopped && !m_isInputAtEnd) {
+                RunPipeline();
+                RunLargePiece();
+            }
+        } catch (const ClosedPipe&) {
+            return End();
+        }
+        if (m_isStopped && !m_work.isReportTheOutput) {
+            return End();  // half an output is none
+        }
+        m_output.Complete();
+        return End();
+    }
+
+private:
+    std::unique_ptr<Piece> NewPiece() const {
+        auto piece = std::make_unique<Piece>();
+        piece->converter = m_work.makeConverter();
+        return piece;
+    }
+
+    [[nodiscard]] bool IsProgressShown() const {
+        return m_options.hasProgress && isatty(STDERR_FILENO) == 1 && !m_output.IsTerminal();
+    }
+
+    void RunPipeline() {
+        tbb::parallel_pipeline(
+            m_inFlight,
+            tbb::make_filter<void, Piece*>(tbb::filter_mode::serial_in_order, [this](tbb::flow_control& flow) {
+                return ReadPiece(flow);
+            }) & tbb::make_filter<Piece*, Piece*>(tbb::filter_mode::parallel, [this](Piece* piece) {
+                ConvertPiece(*piece);
+                return piece;
+            }) & tbb::make_filter<Piece*, void>(tbb::filter_mode::serial_in_order, [this](Piece* piece) {
+                WritePiece(*piece);
+                m_free.push(piece);
+            }));
+    }
+
+    Piece* ReadPiece(tbb::flow_control& flow) {
+        Piece* piece = nullptr;
+        if (m_isStopped || !m_free.try_pop(piece)) {
+            flow.stop();
+            return nullptr;
+        }
+        if (!m_reader.Next(piece->input)) {
+            m_isInputAtEnd = true;
+        } else if (piece->input.size <= m_blockSize) {
+            return piece;
+        } else {
+            m_large = NewPiece();
+            std::swap(m_large->input, piece->input);
+        }
+        m_free.push(piece);
+        flow.stop();
+        return nullptr;
+    }
+
+    // Only one block with very long lines is held at a time, and after all others.
+    void RunLargePiece() {
+        if (m_large && !m_isStopped) {
+            ConvertPiece(*m_large);
+            WritePiece(*m_large);
+        }
+        m_large.reset();
+    }
+
+    void ConvertPiece(Piece& piece) const {
+        LineResult& result = piece.result;
+        result.Begin(piece.input.inputName, piece.input.firstLine);
+        if (piece.input.isTooLongLine) {
+            result.Report("the line is longer than 1 MiB");
+            ++result.m_line;
+            return;
+        }
+        std::string_view text = piece.input.Text();
+        const bool hasNul = std::memchr(text.data(), 0, text.size()) != nullptr;
+        const bool mayBeInvalid = m_work.mustBeUtf8 && !IsAscii(text);
+        while (!text.empty()) {
+            const auto end = text.find('\n');
+            std::string_view line = text.substr(0, end);
+            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+            if (end != std::string_view::npos && line.ends_with('\r')) {
+                line.remove_suffix(1);  // belongs to the line end
+            }
+            ConvertLine(line, hasNul, mayBeInvalid, piece);
+            ++result.m_line;
+        }
+    }
+
+    static void ConvertLine(std::string_view line, bool hasNul, bool mayBeInvalid, Piece& piece) {
+        LineResult& result = piece.result;
+        if (line.empty()) {
+            result.Report("the line is empty");
+        } else if (line.size() > LONGEST_LINE) {
+            result.Report("the line is longer than 1 MiB");
+        } else if (const auto nul = hasNul ? line.find('\0') : std::string_view::npos; nul != std::string_view::npos) {
+            result.Report("NUL byte", nul + 1);
+        } else if (const auto invalid = mayBeInvalid ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
+            result.Report("not UTF-8", invalid + 1);
+        } else {
+            piece.converter->Convert(line, result);
+        }
+    }
+
+    void WritePiece(Piece& piece) {
+        LineResult& result = piece.result;
+        if (m_isStopped) {
+            return;
+        }
+        m_isStopped = m_options.isStrict && result.m_findings != 0;
+        if (m_isStopped) {
+            m_findings += 1;
+            m_output.Write(ViewOf(result.output).substr(0, result.m_outputBeforeFirst));
+            WriteReport(ViewOf(result.m_report).substr(0, result.m_firstFindingEnd));
+        } else {
+            m_findings += result.m_findings;
+            m_output.Write(ViewOf(result.output));
+            WriteReport(ViewOf(result.m_report));
+        }
+        m_lines += result.m_line - piece.input.firstLine;
+        m_progress.Update(piece.input.bytesRead, m_lines);
+    }
+
+    void WriteReport(std::string_view report) {
+        if (m_work.isReportTheOutput) {
+            m_output.Write(report);
+        } else if (m_rejects) {
+            m_rejects->Write(report);
+        } else if (!report.empty()) {
+            m_progress.Clear();
+            std::fwrite(report.data(), 1, report.size(), stderr);
+        }
+    }
+
+    // The rejected lines are of use however the run ended.
+    ExitCode End() {
+        if (m_rejects) {
+            m_rejects->Complete();
+        }
+        m_progress.Clear();
+        if (m_findings == 0) {
+            return ExitCode::OK;
+        }
+        std::fputs(Summary(m_work, m_findings, m_lines).c_str(), stderr);
+        return ExitCode::FOUND;
+    }
+
+    const BulkOptions& m_options;
+    const LineWork& m_work;
+    std::size_t m_inFlight;
+    std::size_t m_blockSize;
+    BlockReader m_reader;
+    Output m_output;
+    std::optional<Output> m_rejects;
+    Progress m_progress;
+    std::vector<std::unique_ptr<Piece>> m_pieces;
+    tbb::concurrent_queue<Piece*> m_free;
+    std::unique_ptr<Piece> m_large;
+    bool m_isInputAtEnd = false;
+    std::atomic<bool> m_isStopped = false;
+    std::uint64_t m_findings = 0;
+    std::uint64_t m_lines = 0;
+};
+
+ExitCode RunLines(const BulkOptions& options, const LineWork& work) {
+    return LineRun(options, work).Run();
+}
+
+void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFiles) {
+    verb.add_option(withPositionalFiles ? "FILE" : "-i,--input", options.files,
+                    "Files to read, one identifier a line; standard input when there are none, or for -")
+        ->type_name(withPositionalFiles ? "" : "FILE");
+    verb.add_option("-o,--output", options.output,
+                    "Write to FILE, which appears when it is complete; standard output otherwise")
+        ->type_name("FILE");
+    verb.add_option("--rejects", options.rejects, "Write lines that cannot be converted, and why, to FILE")
+        ->type_name("FILE");
+    verb.add_flag("--strict", options.isStrict, "Stop at the first line that cannot be converted");
+    verb.add_option("-j,--jobs", options.jobs, "Threads; one for each core by default")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024));
+    verb.add_flag("!--no-progress", options.hasProgress, "No progress bar on the terminal");
+}
+
+}  // namespace NS_KXDU

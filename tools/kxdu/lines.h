@@ -1,0 +1,76 @@
+/// Bulk work: every line of the inputs through a converter, on all cores, in the order of the lines, and in little
+/// memory whatever the inputs' size.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "textbuffer.h"
+#include "verbs.h"
+
+namespace NS_KXDU {
+
+/// What the user chose for bulk work.
+struct BulkOptions {
+    std::vector<std::string> files;  ///< none: standard input
+    std::string output;              ///< empty: standard output
+    std::string rejects;             ///< empty: standard error
+    unsigned jobs = 0;               ///< threads; 0: one for each core
+    bool isStrict = false;           ///< the first finding ends the run
+    bool hasProgress = true;         ///< a progress bar, where standard error is a terminal
+};
+
+/// Adds the options above to verb, and input files as its positional arguments; withPositionalFiles false makes them an
+/// option, for verbs that have other positional arguments.
+void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFiles = true);
+
+/// Where a converter puts what it makes of the lines of a block.
+class LineResult {
+public:
+    /// What goes to the output.
+    TextBuffer output;
+
+    /// Reports something about the current line, as "file:line: reason", or "file:line:column: reason" when column
+    /// (from 1) is not 0.
+    void Report(std::string_view reason, std::size_t column = 0);
+
+    [[nodiscard]] std::size_t Findings() const noexcept { return m_findings; }
+
+private:
+    friend class LineRun;
+
+    void Begin(std::string_view inputName, std::size_t firstLine);
+
+    TextBuffer m_report;
+    std::string_view m_inputName;
+    std::size_t m_line = 0;
+    std::size_t m_findings = 0;
+    std::size_t m_outputBeforeFirst = 0;
+    std::size_t m_firstFindingEnd = 0;
+};
+
+/// Makes something of lines. Each belongs to one thread at a time.
+class LineConverter {
+public:
+    virtual ~LineConverter() = default;
+    /// line has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte.
+    virtual void Convert(std::string_view line, LineResult& result) = 0;
+};
+
+/// What a verb does with lines.
+struct LineWork {
+    std::function<std::unique_ptr<LineConverter>()> makeConverter;  ///< called once for each block that is in flight
+    std::string header;                                             ///< the output begins with it
+    bool mustBeUtf8 = true;                                         ///< lines that are not are rejected
+    bool isReportTheOutput = false;         ///< findings are what the user asked for: they go to the output
+    std::string_view finding = "rejected";  ///< a line with a finding, in the summary
+};
+
+/// Runs the work. `ExitCode::FOUND` when there was a finding. Throws `Failure` as the parts do.
+ExitCode RunLines(const BulkOptions& options, const LineWork& work);
+
+}  // namespace NS_KXDU

@@ -1,0 +1,41 @@
+#include "services.h"
+
+#include <CLI/CLI.hpp>
+
+#include "failure.h"
+
+namespace NS_KXDU {
+
+void AddServiceOptions(CLI::App& verb, ServiceOptions& options) {
+    verb.add_option("--inventory", options.inventory, "Inventory of the network (see kxdu inventory --help)")
+        ->type_name("FILE")
+        ->envname("KX_INVENTORY");
+    verb.add_option("--config", options.config, "Folder that holds kx_corbaagent_bundle/bundle.cfg")
+        ->type_name("DIR")
+        ->envname("KX_CONFIG_DIR");
+}
+
+std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options) {
+    NS_STANDALONE::HostOptions hostOptions;
+    hostOptions.inventoryFile = options.inventory;
+    hostOptions.configFolder = options.config;
+    try {
+        return std::make_unique<NS_STANDALONE::Host>(hostOptions);
+    } catch (const std::runtime_error& error) {
+        throw Failure(ExitCode::USAGE, error.what());
+    }
+}
+
+void ComplainOfNoInventory() {
+    throw Failure(ExitCode::USAGE,
+                  "some identifiers are written as the type of their NE tells: give an inventory with --inventory FILE "
+                  "or in KX_INVENTORY (kxdu inventory --help tells how to make one)");
+}
+
+void ComplainOfNoConfiguration() {
+    throw Failure(ExitCode::USAGE,
+                  "identifiers of this type are read as the configuration tells: give its folder with --config DIR or "
+                  "in KX_CONFIG_DIR");
+}
+
+}  // namespace NS_KXDU

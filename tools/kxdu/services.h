@@ -1,0 +1,54 @@
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <kx_domain_util/processexception.h>
+#include <kx_standalone/host.h>
+
+namespace CLI {
+class App;
+}
+
+namespace NS_KXDU {
+
+/// What the user said about the services that the library stands on.
+struct ServiceOptions {
+    std::string inventory;  ///< SQLite file; empty: none
+    std::string config;     ///< folder; empty: none
+};
+
+/// Adds `--inventory` and `--config` to verb, with their environment variables.
+void AddServiceOptions(CLI::App& verb, ServiceOptions& options);
+
+/// The services, for as long as it lives. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.
+std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options);
+
+/// Throws `Failure` with `ExitCode::USAGE`, which tells how to give an inventory.
+[[noreturn]] void ComplainOfNoInventory();
+/// The same for a configuration.
+[[noreturn]] void ComplainOfNoConfiguration();
+
+/// Runs read, which reads an identifier: what it may miss is the configuration.
+template <class Read>
+void Reading(Read read) {
+    try {
+        read();
+    } catch (const NS_UTIL::InterfaceNotExistException&) {
+        ComplainOfNoConfiguration();
+    }
+}
+
+/// Runs write, which writes an identifier: what it may miss is the inventory.
+template <class Write>
+void Writing(Write write) {
+    try {
+        write();
+    } catch (const NS_UTIL::InterfaceNotExistException&) {
+        ComplainOfNoInventory();
+    }
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,41 @@
+/// The tags of levels and what their sub-values are: one table for all that looks at the text itself.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace NS_KXDU {
+
+enum class SubValueKind {
+    NUMBER,           ///< signed 32 bits
+    OPTIONAL_NUMBER,  ///< the same, or empty
+    PORT_NUMBER,      ///< signed or unsigned 32 bits: -1 is also written 4294967295
+    TEXT,             ///< anything, also nothing
+};
+
+struct SubValue {
+    SubValueKind kind;
+    std::string_view meaning;
+};
+
+/// Enough for the longest level, "TUNNEL".
+using SubValueArray = std::array<SubValue, 7>;
+
+struct Tag {
+    std::string_view name;
+    std::string_view meaning;
+    std::size_t least;  ///< sub-values that must be there
+    std::size_t most;   ///< sub-values that are described; `isOpen` levels may have more
+    SubValueArray subValues;
+    bool isOpen = false;
+};
+
+/// All tags, containers first.
+std::span<const Tag> AllTags();
+
+/// The row of a tag; null when nobody knows it.
+const Tag* FindTag(std::string_view name);
+
+}  // namespace NS_KXDU

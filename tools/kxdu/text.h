@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace NS_KXDU {
+
+/// Whether text holds nothing but ASCII.
+bool IsAscii(std::string_view text) noexcept;
+
+/// Where the first byte sequence begins that is not UTF-8; text.size() when all of it is.
+std::size_t FindInvalidUtf8(std::string_view text);
+
+/// Text in double quotes for a message: cut when long, and without characters that would steer a terminal.
+std::string Quoted(std::string_view text);
+
+}  // namespace NS_KXDU
