@@ -1,16 +1,19 @@
 #include "inventorycsv.h"
 
+#include <cerrno>
 #include <charconv>
 #include <fstream>
+#include <iterator>
 #include <limits>
-#include <map>
 #include <set>
-#include <sstream>
 #include <stdexcept>
+#include <system_error>
 #include <tuple>
 
+#include "bufferedoutput.h"
 #include "csv.h"
-#include "outputfile.h"
+#include "failure.h"
+#include "text.h"
 
 namespace NS_KXDU {
 
@@ -42,22 +45,18 @@ const Table& DomainMemberTable() {
     return table;
 }
 
-constexpr const char* NE_TYPE_LIST = "ne_type_list";
-constexpr const char* EQUIPMENT_TYPE = "equipment_type";
+constexpr const char* NE_TYPE_LIST = "NE_TYPE_LIST";
+constexpr const char* EQUIPMENT_TYPE = "EQUIPMENT_TYPE";
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-std::string ReadText(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    if (!file || !(text << file.rdbuf())) {
-        // An empty file makes the copy fail too; it is told apart by the header line that it lacks.
-        std::error_code error;
-        if (std::filesystem::file_size(path, error) != 0 || error) {
-            throw std::runtime_error(path.string() + ": cannot be read");
-        }
-    }
-    return text.str();
+std::string ReadFile(const std::filesystem::path& path) try {
+    std::ifstream file;
+    file.exceptions(std::ios::failbit | std::ios::badbit);
+    file.open(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+} catch (const std::ios_base::failure&) {
+    throw std::runtime_error(path.string() + ": cannot be read: " + std::generic_category().message(errno));
 }
 
 std::string Joined(const CsvRow& row) {
@@ -72,7 +71,7 @@ std::string Joined(const CsvRow& row) {
 class TableReader {
 public:
     TableReader(const std::filesystem::path& folder, const Table& table)
-        : m_table(table), m_text(ReadText(folder / table.file)), m_rows((folder / table.file).string(), m_text) {
+        : m_table(table), m_text(ReadFile(folder / table.file)), m_rows((folder / table.file).string(), m_text) {
         if (!m_rows.Next(m_row) || m_row != table.columns) {
             throw std::runtime_error((folder / table.file).string() + ":1: the first line must be \"" +
                                      Joined(table.columns) + "\"");
@@ -90,7 +89,12 @@ public:
         return true;
     }
 
-    [[nodiscard]] const std::string& Text(std::size_t column) const { return m_row[column]; }
+    [[nodiscard]] const std::string& Text(std::size_t column) const {
+        if (FindInvalidUtf8(m_row[column]) != m_row[column].size()) {
+            ComplainAbout(column, "UTF-8");
+        }
+        return m_row[column];
+    }
 
     template <class Number>
     [[nodiscard]] Number ReadNumber(std::size_t column, Number lowest = std::numeric_limits<Number>::min()) const {
@@ -113,10 +117,8 @@ public:
     }
 
     [[noreturn]] void ComplainAbout(std::size_t column, const std::string& wanted) const {
-        m_rows.Complain(m_table.columns[column] + " is \"" + m_row[column] + "\", not " + wanted);
+        m_rows.Complain(m_table.columns[column] + " is " + Quoted(m_row[column]) + ", not " + wanted);
     }
-
-    [[noreturn]] void ComplainRepeated(const std::string& what) const { m_rows.Complain(what + " is repeated"); }
 
     [[noreturn]] void Complain(const std::string& reason) const { m_rows.Complain(reason); }
 
@@ -133,7 +135,7 @@ std::vector<NeTypeRow> ReadNeTypes(const std::filesystem::path& folder, std::set
     while (reader.Next()) {
         const auto neType = reader.ReadNumber<std::uint16_t>(0);
         if (!known.insert(neType).second) {
-            reader.ComplainRepeated("NE type " + std::to_string(neType));
+            reader.Complain("NE type " + std::to_string(neType) + " is repeated");
         }
         rows.push_back({neType, reader.Text(1), reader.ReadFlag(2), reader.ReadFlag(3)});
     }
@@ -145,13 +147,13 @@ std::vector<NeRow> ReadNes(const std::filesystem::path& folder, const std::set<s
     std::set<std::int32_t> known;
     TableReader reader(folder, NeTable());
     while (reader.Next()) {
-        const NeRow row{reader.ReadNumber<std::int32_t>(0), reader.ReadNumber<std::uint16_t>(1), reader.ReadFlag(2),
+        const NeRow row{reader.ReadNumber<std::int32_t>(0, 0), reader.ReadNumber<std::uint16_t>(1), reader.ReadFlag(2),
                         reader.ReadFlag(3)};
         if (!knownTypes.contains(row.neType)) {
             reader.Complain("NE type " + std::to_string(row.neType) + " is not in " + NeTypeTable().file);
         }
         if (!known.insert(row.neId).second) {
-            reader.ComplainRepeated("NE " + std::to_string(row.neId));
+            reader.Complain("NE " + std::to_string(row.neId) + " is repeated");
         }
         rows.push_back(row);
     }
@@ -174,8 +176,11 @@ std::vector<DomainMemberRow> ReadDomainMembers(const std::filesystem::path& fold
     TableReader reader(folder, DomainMemberTable());
     while (reader.Next()) {
         const DomainMemberRow row{ReadCache(reader, 0), reader.Text(1), reader.ReadNumber<std::uint16_t>(2)};
+        if (row.domain.empty()) {
+            reader.ComplainAbout(1, "the name of a domain");
+        }
         if (!known.emplace(row.cache, row.domain, row.neType).second) {
-            reader.ComplainRepeated("NE type " + std::to_string(row.neType) + " of \"" + row.domain + "\"");
+            reader.Complain("NE type " + std::to_string(row.neType) + " of " + Quoted(row.domain) + " is repeated");
         }
         rows.push_back(row);
     }
@@ -203,12 +208,12 @@ CsvRow Columns(const DomainMemberRow& row) {
 
 template <class Row>
 void WriteTable(const std::filesystem::path& folder, const Table& table, const std::vector<Row>& rows) {
-    OutputFile file(folder / table.file);
+    BufferedOutput file(folder / table.file);
     file.Write(CsvLine(table.columns));
     for (const Row& row : rows) {
         file.Write(CsvLine(Columns(row)));
     }
-    file.Finish();
+    file.Complete();
 }
 
 }  // namespace
@@ -226,7 +231,7 @@ void WriteInventoryCsv(const std::filesystem::path& folder, const Inventory& inv
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) {
-        throw OutputError(folder.string() + ": cannot be made: " + error.message());
+        throw Failure(ExitCode::OUTPUT, folder.string() + ": cannot be made: " + error.message());
     }
     WriteTable(folder, NeTable(), inventory.nes);
     WriteTable(folder, NeTypeTable(), inventory.neTypes);

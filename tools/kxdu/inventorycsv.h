@@ -4,7 +4,7 @@
 ///     ne_type.csv        ne_type,name,ip_service,klv
 ///     domain_member.csv  cache,domain,ne_type
 ///
-/// Yes and no are 1 and 0; a cache is "ne_type_list" or "equipment_type".
+/// Yes and no are 1 and 0; a cache is "NE_TYPE_LIST" or "EQUIPMENT_TYPE".
 #pragma once
 
 #include <filesystem>
@@ -18,7 +18,8 @@ namespace NS_KXDU {
 /// an NE is of an unknown type.
 NS_STANDALONE::Inventory ReadInventoryCsv(const std::filesystem::path& folder);
 
-/// Makes the folder when there is none, and replaces the three files. Throws OutputError when one cannot be written.
+/// Makes the folder when there is none, and replaces the three files. Throws `Failure` with `ExitCode::OUTPUT` and
+/// `ClosedPipe` as `Output` does.
 void WriteInventoryCsv(const std::filesystem::path& folder, const NS_STANDALONE::Inventory& inventory);
 
 }  // namespace NS_KXDU

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "bufferedoutput.h"
 #include "inventorycsv.h"
-#include "outputfile.h"
 #include "sampleidentifiers.h"
 #include "samplenetwork.h"
 #include "verbs.h"
@@ -26,7 +26,7 @@ struct SampleOptions {
 };
 
 // Writes identifiers until there are as many as asked for; answers how many NEs they are of.
-std::int32_t WriteNetwork(const SampleNetwork& network, const SampleOptions& options, OutputFile& output) {
+std::int32_t WriteNetwork(const SampleNetwork& network, const SampleOptions& options, BufferedOutput& output) {
     const SampleInventoryService inventory(network);
     SampleIdentifiers identifiers(network);
     const std::int32_t mostNes = options.identifierCount == 0 ? options.neCount : MOST_NES;
@@ -48,12 +48,12 @@ std::int32_t WriteNetwork(const SampleNetwork& network, const SampleOptions& opt
 
 ExitCode RunSample(const SampleOptions& options) {
     const SampleNetwork network(options.seed);
-    OutputFile output(options.output);
+    BufferedOutput output(options.output);
     const std::int32_t neCount = WriteNetwork(network, options, output);
     if (!options.inventoryFolder.empty()) {
         WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
     }
-    output.Finish();
+    output.Complete();
     return ExitCode::OK;
 }
 
