@@ -6,12 +6,15 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
 #include <kx_domain_util/export.h>
+#include <kx_domain_util/separatorfinder.h>
 #include <kx_platform/textutil.h>
 
 namespace NS_UTIL::NS_FDN {
@@ -31,22 +34,23 @@ KX_DOMAIN_UTIL_API Level SplitLevel(std::string_view text) noexcept;
 /// Walks the sub-values of a level's value, "a|b|c". An empty value has none; otherwise empty sub-values count.
 class SubValueScanner {
 public:
-    explicit SubValueScanner(std::string_view value) noexcept : m_rest(value), m_more(!value.empty()) {}
+    explicit SubValueScanner(std::string_view value) noexcept : m_bars(value), m_more(!value.empty()) {}
 
     /// Gives the next sub-value; false when there is none.
     bool Next(std::string_view& subValue) noexcept {
         if (!m_more) {
             return false;
         }
-        const auto end = m_rest.find('|');
-        subValue = m_rest.substr(0, end);
-        m_more = end != std::string_view::npos;
-        m_rest.remove_prefix(m_more ? end + 1 : m_rest.size());
+        const std::size_t end = m_bars.Next().stop;
+        subValue = m_bars.Between(m_begin, end);
+        m_more = end != m_bars.Size();
+        m_begin = end + 1;
         return true;
     }
 
 private:
-    std::string_view m_rest;
+    SeparatorFinder<'|'> m_bars;
+    std::size_t m_begin = 0;
     bool m_more;
 };
 
@@ -64,56 +68,11 @@ struct SubValues {
     }
 };
 
-/// Walks the levels of an FDN in one pass. An empty FDN has none; otherwise an empty piece between commas is a level
-/// with an empty tag.
-class LevelScanner {
-public:
-    explicit LevelScanner(std::string_view fdn) noexcept
-        : m_at(fdn.data()), m_end(m_at + fdn.size()), m_more(!fdn.empty()) {}
-
-    /// Gives the next level; false behind the last.
-    bool Next(Level& level) noexcept {
-        if (!m_more) {
-            return false;
-        }
-        const char* const begin = m_at;
-        const char* equals = nullptr;
-        const char* at = begin;
-        for (; at != m_end && *at != ','; ++at) {
-            if (*at == '=' && equals == nullptr) {
-                equals = at;
-            }
-        }
-        const char* const tagEnd = equals != nullptr ? equals : at;
-        const char* const valueBegin = equals != nullptr ? equals + 1 : at;
-        level.tag = {begin, static_cast<std::size_t>(tagEnd - begin)};
-        level.value = {valueBegin, static_cast<std::size_t>(at - valueBegin)};
-        m_more = at != m_end;
-        m_at = m_more ? at + 1 : at;
-        return true;
-    }
-
-    /// Whether `Next` has another level to give.
-    [[nodiscard]] bool HasMore() const noexcept { return m_more; }
-
-private:
-    const char* m_at;
-    const char* m_end;
-    bool m_more;
-};
-
 /// A tag as a number, so that it compares in one step: its characters, at most seven, the first lowest, and its length
 /// on top. Longer tags, which no reader asks for, are 0.
 constexpr std::uint64_t PackTag(std::string_view tag) noexcept {
     constexpr std::size_t LONGEST = 7;
-    if (tag.size() > LONGEST) {
-        return 0;
-    }
-    std::uint64_t packed = tag.size();
-    for (std::size_t at = LONGEST; at > 0; --at) {
-        packed = packed << 8U | (at <= tag.size() ? static_cast<unsigned char>(tag[at - 1]) : 0U);
-    }
-    return packed;
+    return tag.size() > LONGEST ? 0 : LoadFewCharacters(tag.data(), tag.size()) | std::uint64_t{tag.size()} << 56U;
 }
 
 /// The tag that `PackTag` made a number of.
@@ -126,6 +85,93 @@ inline std::string UnpackTag(std::uint64_t packed) {
     return tag;
 }
 
+/// Walks the levels of an FDN in one pass. An empty FDN has none; otherwise an empty piece between commas is a level
+/// with an empty tag.
+class LevelScanner {
+public:
+    explicit LevelScanner(std::string_view fdn) noexcept : m_separators(fdn), m_more(!fdn.empty()) {}
+
+    /// Gives the next level; false behind the last.
+    bool Next(Level& level) noexcept {
+        if (!m_more) {
+            return false;
+        }
+        const auto [comma, equals] = m_separators.Next();
+        const bool hasEquals = equals < comma;
+        level.tag = m_separators.Between(m_begin, hasEquals ? equals : comma);
+        level.value = m_separators.Between(hasEquals ? equals + 1 : comma, comma);
+        m_more = comma != m_separators.Size();
+        m_begin = comma + 1;
+        return true;
+    }
+
+    /// Whether `Next` has another level to give.
+    [[nodiscard]] bool HasMore() const noexcept { return m_more; }
+
+    /// `PackTag` of a tag that this scanner gave: in one load, unless the text ends right behind it.
+    [[nodiscard]] std::uint64_t Pack(std::string_view tag) const noexcept {
+        const std::uint64_t size = tag.size();
+        std::uint64_t packed = 0;
+        if (std::endian::native != std::endian::little || size >= sizeof(packed) ||
+            m_separators.End() - tag.data() < static_cast<std::ptrdiff_t>(sizeof(packed))) {
+            return PackTag(tag);
+        }
+        std::memcpy(&packed, tag.data(), sizeof(packed));
+        return (packed & ((std::uint64_t{1} << 8 * size) - 1)) | size << 56U;
+    }
+
+private:
+    SeparatorFinder<',', '='> m_separators;
+    std::size_t m_begin = 0;
+    bool m_more;
+};
+
+/// Tells in one step which of a few packed tags a tag is: each has a place of its own in a small table, found by a
+/// multiplication that is searched for when the program is compiled.
+template <std::uint64_t... Tags>
+class TagTable {
+public:
+    /// The index of tag among Tags; the number of Tags when it is none of them.
+    static constexpr unsigned IndexOf(std::uint64_t tag) noexcept {
+        const Place& place = PLACES[PlaceOf(tag, MULTIPLIER)];
+        return place.tag == tag ? place.index : sizeof...(Tags);
+    }
+
+private:
+    struct Place {
+        std::uint64_t tag = 0;
+        unsigned index = sizeof...(Tags);
+    };
+
+    static constexpr unsigned PLACE_BITS = 4;
+    static_assert(sizeof...(Tags) <= (1U << PLACE_BITS) / 2);
+
+    static constexpr std::size_t PlaceOf(std::uint64_t tag, std::uint64_t multiplier) noexcept {
+        return (tag * multiplier) >> (64 - PLACE_BITS);
+    }
+
+    static consteval std::uint64_t FindMultiplier() {
+        std::uint64_t multiplier = 0x9E3779B97F4A7C15;
+        while (true) {
+            unsigned taken = 0;
+            ((taken |= 1U << PlaceOf(Tags, multiplier)), ...);
+            if (std::popcount(taken) == sizeof...(Tags)) {
+                return multiplier;
+            }
+            multiplier = multiplier * 6364136223846793005U + 1442695040888963406U;
+        }
+    }
+    static constexpr std::uint64_t MULTIPLIER = FindMultiplier();
+
+    static consteval auto FillPlaces() {
+        std::array<Place, 1U << PLACE_BITS> places{};
+        unsigned index = 0;
+        ((places[PlaceOf(Tags, MULTIPLIER)] = Place{Tags, index++}), ...);
+        return places;
+    }
+    static constexpr std::array<Place, 1U << PLACE_BITS> PLACES = FillPlaces();
+};
+
 /// The levels of an FDN that a reader wants, found in one pass. Of a repeated tag the first counts.
 template <std::uint64_t... Tags>
 class LevelFinder {
@@ -133,9 +179,16 @@ public:
     explicit LevelFinder(std::string_view fdn) noexcept {
         LevelScanner scanner(fdn);
         Level level;
-        while (m_found != ALL && scanner.Next(level)) {
-            Keep(PackTag(level.tag), level.value);
+        unsigned found = 0;
+        while (found != ALL && scanner.Next(level)) {
+            const unsigned index = TagTable<Tags...>::IndexOf(scanner.Pack(level.tag));
+            const unsigned bit = 1U << index & ALL;
+            if ((bit & ~found) != 0) {
+                found |= bit;
+                m_values[index] = {level.value.data(), level.value.size()};
+            }
         }
+        m_found = found;
     }
 
     /// Whether there is a level of this tag, with or without sub-values.
@@ -147,7 +200,11 @@ public:
     /// The value of the level; empty when there is no such level.
     template <std::uint64_t Tag>
     [[nodiscard]] std::string_view Value() const noexcept {
-        return m_values[IndexOf<Tag>()];
+        if (!Has<Tag>()) {
+            return {};
+        }
+        const Text& text = m_values[IndexOf<Tag>()];
+        return {text.data, text.size};
     }
 
     /// Reads the first sub-value as a number into field. False, and field untouched, when there is no such level or it
@@ -167,29 +224,18 @@ private:
 
     template <std::uint64_t Tag>
     static consteval unsigned IndexOf() {
-        constexpr std::array<std::uint64_t, sizeof...(Tags)> tags{Tags...};
-        unsigned index = 0;
-        while (tags.at(index) != Tag) {
-            ++index;
-        }
+        constexpr unsigned index = TagTable<Tags...>::IndexOf(Tag);
+        static_assert(index < sizeof...(Tags), "this finder does not look for that tag");
         return index;
     }
 
-    void Keep(std::uint64_t tag, std::string_view value) noexcept {
-        unsigned index = 0;
-        const auto keepIf = [&](std::uint64_t wanted) {
-            const unsigned bit = 1U << index;
-            if (tag == wanted && (m_found & bit) == 0) {
-                m_found |= bit;
-                m_values[index] = value;
-            }
-            ++index;
-        };
-        (keepIf(Tags), ...);
-    }
+    struct Text {
+        const char* data;
+        std::size_t size;
+    };
 
-    unsigned m_found = 0;
-    std::array<std::string_view, sizeof...(Tags)> m_values;
+    unsigned m_found;
+    std::array<Text, sizeof...(Tags)> m_values;  // of the found ones only: the others are not initialised
 };
 
 /// The tags that readers ask for.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -46,19 +47,23 @@ constexpr int Str2Int(std::string_view text) noexcept {
     if (negative || (at != end && *at == '+')) {
         ++at;
     }
-    constexpr std::uint64_t LIMIT = std::numeric_limits<std::int64_t>::max();
-    const std::uint64_t largest = negative ? LIMIT + 1 : LIMIT;
+    const auto digitAt = [](const char* place) {
+        return static_cast<unsigned>(static_cast<unsigned char>(*place)) - unsigned{'0'};
+    };
+    constexpr std::ptrdiff_t SAFE_DIGITS = std::numeric_limits<std::int64_t>::digits10;  // cannot overflow
+    const char* const safeEnd = end - at > SAFE_DIGITS ? at + SAFE_DIGITS : end;
     std::uint64_t number = 0;
-    for (; at != end; ++at) {
-        const auto digit = static_cast<unsigned>(static_cast<unsigned char>(*at)) - unsigned{'0'};
-        if (digit > 9) {
-            break;
-        }
-        if (number > (largest - digit) / 10) {
+    for (; at != safeEnd && digitAt(at) <= 9; ++at) {
+        number = number * 10 + digitAt(at);
+    }
+    constexpr std::uint64_t LARGEST = std::numeric_limits<std::int64_t>::max();
+    const std::uint64_t largest = negative ? LARGEST + 1 : LARGEST;
+    for (; at != end && digitAt(at) <= 9; ++at) {
+        if (number > (largest - digitAt(at)) / 10) {
             number = largest;
             break;
         }
-        number = number * 10 + digit;
+        number = number * 10 + digitAt(at);
     }
     return static_cast<int>(static_cast<std::uint32_t>(negative ? 0 - number : number));
 }
