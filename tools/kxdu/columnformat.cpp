@@ -138,32 +138,48 @@ void AppendPadded(std::string_view text, std::size_t width, TextBuffer& out) {
     Append(out, "  ");
 }
 
-// For people: type and identifier in columns, and of the fields only those that say something.
+// The texts of a record's fields in their order.
+class TextList : public FieldTexts {
+public:
+    void Take(std::string_view, std::string_view text) override { texts.emplace_back(text); }
+
+    std::vector<std::string> texts;
+};
+
+// For people: type and identifier in columns, and of the fields only those that a fresh record does not say too.
 class TableFormat : public RecordFormat, private FieldTexts {
 public:
     void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) override {
+        TakeFreshFieldsOf(kind);
         m_fields.clear();
+        m_field = 0;
         kind.Decode(fdn, *this);
         AppendPadded(kind.Type(), TYPE_WIDTH, out);
-        if (m_fields.empty()) {
-            Append(out, fdn);
-        } else {
-            AppendPadded(fdn, FDN_WIDTH, out);
-            Append(out, m_fields);
-        }
+        AppendPadded(fdn, FDN_WIDTH, out);
+        Append(out, m_fields);
         out.Put('\n');
     }
 
 private:
+    void TakeFreshFieldsOf(const Kind& kind) {
+        if (m_kind != &kind) {
+            TextList list;
+            kind.Describe(list);
+            m_fresh = std::move(list.texts);
+            m_kind = &kind;
+        }
+    }
+
     void Take(std::string_view name, std::string_view text) override {
-        const bool isSilent = text.empty() || text == "-1" || text == "false" ||
-                              (text == "0" && name.find("reserved") != std::string_view::npos);
-        if (!isSilent) {
+        if (m_fresh[m_field++] != text) {
             m_fields.append(m_fields.empty() ? "" : " ").append(name).append("=").append(text);
         }
     }
 
+    const Kind* m_kind = nullptr;
+    std::vector<std::string> m_fresh;
     std::string m_fields;
+    std::size_t m_field = 0;
 };
 
 }  // namespace

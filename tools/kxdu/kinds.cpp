@@ -65,6 +65,7 @@ public:
     void Encode(RecordSource& source, std::string& fdn) const override {
         Record record;
         VisitRecord(source, record);
+        source.End();
         m_write(record, fdn);
     }
 

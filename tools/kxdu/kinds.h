@@ -33,6 +33,8 @@ public:
     virtual void Text(std::string_view name, std::string& text) = 0;
     virtual void BeginNested(std::string_view name) = 0;
     virtual void EndNested() = 0;
+    /// All fields were asked for: what is left over belongs to no field.
+    virtual void End() = 0;
 };
 
 /// One kind of identifier. All operations may run on any number of threads; those that read or write identifiers let
