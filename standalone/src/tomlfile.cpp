@@ -59,7 +59,7 @@ TomlFile ReadTomlFile(const std::filesystem::path& file) {
     result.sections.emplace("", ReadIntItems(top));
     for (const auto& [key, node] : top) {
         if (const auto* const section = node.as_table()) {
-            result.sections.insert_or_assign(std::string(key.str()), ReadIntItems(*section));
+            result.sections.emplace(key.str(), ReadIntItems(*section));
         } else if (const auto* const text = node.as_string()) {
             result.items.emplace(key.str(), text->get());
         } else if (const std::optional<std::int64_t> number = WholeNumber(node)) {

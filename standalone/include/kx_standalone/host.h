@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 
@@ -8,17 +9,31 @@
 /// Real services for a process that has no management system around it.
 namespace NS_STANDALONE {
 
-/// Where log records go.
+/// Where log records go. A record is one line: time, level, thread, module/sub-module, source file:line, function,
+/// message. Record levels: 0 error, 1 warning, 2 info, 3 debug, above that trace; below 0 counts as 0. A logger writes
+/// the records from the level on by which it was asked for ("error", "warning", "info", "debug", "trace"; any other
+/// name counts as "debug"). Warnings and errors are on the disk at once; others when the target gets round to it.
 struct LogTarget {
     enum class Kind { NONE, STDERR, FILE };
 
-    Kind kind = Kind::NONE;          ///< NONE registers no log service: records are dropped unbuilt
-    std::filesystem::path file;      ///< of kind FILE: the newest file; older ones get a number
+    Kind kind = Kind::NONE;                 ///< NONE registers no log service: records are dropped unbuilt
+    std::filesystem::path file;             ///< of kind FILE: the newest file; older ones get a number
     std::size_t maxFileBytes = 10U << 20U;  ///< a file that grows beyond it is rotated
-    std::size_t maxFiles = 5;        ///< how many older files are kept
+    std::size_t maxFiles = 5;               ///< how many older files are kept
 };
 
 /// What a host is made of. Each part may be left out; its service is then not registered.
+///
+/// Configuration: each top-level item of the bundle file becomes an item of `CorbaConfigItems`: a text as it is, a
+/// whole number in decimal, a boolean as 0 or 1; any other type is an error. Each table is a section, which only the
+/// data-access service shows. That service answers the whole numbers of 32 bits and the booleans of any TOML file in
+/// the folder, top level (section empty) or section; a section that the file does not have has no items. It answers
+/// null for a path that is absolute or has "..", for a file that is not there, and for one that does not parse.
+///
+/// Inventory: `IsTransMultiSubShelf` answers from the NE alone, and whatever is not in the inventory is answered false.
+/// The lists in `DeviceDomainMgr` belong to a host with an inventory: each domain that a predicate of `netype.h` asks
+/// for gets a list, an empty one where the inventory has none, so that any number of threads may ask the predicates;
+/// all lists go with the host (`DeviceDomainMgr::Destroy`). A host without an inventory leaves them alone.
 struct HostOptions {
     std::filesystem::path configFolder;   ///< holds "kx_corbaagent_bundle/bundle.cfg" (TOML); empty: no configuration
     std::filesystem::path inventoryFile;  ///< SQLite file (see `inventoryfile.h`); empty: no inventory
@@ -26,7 +41,8 @@ struct HostOptions {
 };
 
 /// Registers the inventory, data-access and log services of a process, sets its configuration items, and loads the
-/// domain lists into `DeviceDomainMgr`; takes all of it back when it is destroyed. One host at a time.
+/// domain lists into `DeviceDomainMgr`; takes all of it back when it is destroyed. One host at a time. What somebody
+/// else registered or set before under the same name is replaced, and does not come back.
 ///
 /// Threads: make and destroy it while no other thread uses the library. The services answer any number of threads.
 class KX_STANDALONE_API Host {
@@ -38,11 +54,15 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Reads the inventory file again and puts it in the place of what was read before, for all threads at once; queries
-    /// in flight finish on the old one. Throws as the constructor does, and then keeps what was there. The domain lists
-    /// are loaded anew too, so no other thread may use the predicates of `netype.h` meanwhile.
+    /// Reads the inventory file again and puts it in the place of what was read before, for all threads at once;
+    /// queries in flight finish on the old one. Throws as the constructor does, and then keeps what was there. The
+    /// domain lists are loaded anew too, so no other thread may use the predicates of `netype.h` meanwhile; a domain
+    /// that is in the file no more gets an empty list. Does nothing without an inventory. One thread at a time.
     void ReloadInventory();
-    /// Reads the configuration file again. Throws as the constructor does, and then leaves the items as they were.
+    /// Reads the configuration file again, and the files that the data-access service was asked for. Throws as the
+    /// constructor does, also for one of these that does not parse any more, and then leaves all as it was. Items that
+    /// the file no longer has are removed; items that the host did not set stay. Objects that the data-access service
+    /// gave out answer from the new files. Does nothing without a configuration folder. Any thread.
     void ReloadConfiguration();
 
 private:

@@ -12,10 +12,10 @@ namespace NS_STANDALONE {
 
 /// One NE.
 struct NeRow {
-    std::int32_t neId = 0;           ///< unique
-    std::uint16_t neType = 0;        ///< must be in the table of NE types
-    bool multiSubShelf = false;      ///< has several sub-shelves
-    bool oamNumberOmitted = false;   ///< its OAM identifiers leave the MD and MA numbers out
+    std::int32_t neId = 0;          ///< unique; 0 to 2147483647
+    std::uint16_t neType = 0;       ///< must be in the table of NE types
+    bool multiSubShelf = false;     ///< has several sub-shelves
+    bool oamNumberOmitted = false;  ///< its OAM identifiers leave the MD and MA numbers out
 
     bool operator==(const NeRow&) const = default;
 };
@@ -33,10 +33,10 @@ struct NeTypeRow {
 /// The cache of `DeviceDomainMgr` that a domain list belongs to.
 enum class DomainCache { NE_TYPE_LIST, EQUIPMENT_TYPE };
 
-/// One NE type in one domain list.
+/// One NE type in one domain list; no two rows are equal.
 struct DomainMemberRow {
     DomainCache cache = DomainCache::EQUIPMENT_TYPE;
-    std::string domain;        ///< such as "OTN"
+    std::string domain;        ///< such as "OTN"; not empty
     std::uint16_t neType = 0;  ///< need not be in the table of NE types
 
     bool operator==(const DomainMemberRow&) const = default;

@@ -1,0 +1,417 @@
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <kx_standalone/inventoryfile.h>
+
+#include "support.h"
+
+namespace {
+
+using namespace NS_STANDALONE;
+using namespace NS_TEST;
+using testing::AllOf;
+using testing::AnyOf;
+using testing::HasSubstr;
+
+Inventory SmallInventory() {
+    return {.neTypes = {{0, "", false, false}, {1887, "KLV \"one\"", false, true}, {65535, "last\n", true, true}},
+            .nes = {{0, 1887, false, true}, {7, 65535, true, false}, {2147483647, 0, true, true}},
+            .domainMembers = {{DomainCache::NE_TYPE_LIST, "access", 3},
+                              {DomainCache::NE_TYPE_LIST, "router and metro", 65535},
+                              {DomainCache::EQUIPMENT_TYPE, "OTN", 0},
+                              {DomainCache::EQUIPMENT_TYPE, "OTN", 9}}};
+}
+
+// Large enough that writing it takes a while; all rows tell which one it is.
+Inventory LargeInventory(std::uint16_t neType, std::int32_t neCount = 20000) {
+    Inventory inventory{.neTypes = {{neType, "type", false, false}}, .nes = {}, .domainMembers = {}};
+    for (std::int32_t neId = 0; neId < neCount; ++neId) {
+        inventory.nes.push_back({neId, neType, false, false});
+    }
+    return inventory;
+}
+
+void Execute(const std::filesystem::path& file, const std::string& statements) {
+    SQLite::Database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(statements);
+}
+
+// An inventory as someone else may have made it: right tables, no checks.
+std::filesystem::path MakeUncheckedInventory(const std::filesystem::path& file, const std::string& rows) {
+    CreateInventory(file);
+    Execute(file, R"(
+        DROP TABLE ne; DROP TABLE ne_type; DROP TABLE domain_member;
+        CREATE TABLE ne_type (ne_type, name, ip_service, klv);
+        CREATE TABLE ne (ne_id, ne_type, multi_sub_shelf, oam_number_omitted);
+        CREATE TABLE domain_member (cache, domain, ne_type);
+        INSERT INTO ne_type VALUES (5, 'five', 0, 0);
+        INSERT INTO ne VALUES (50, 5, 1, 0);
+        INSERT INTO domain_member VALUES ('EQUIPMENT_TYPE', 'OTN', 5);)" +
+                      rows);
+    return file;
+}
+
+TEST(InventoryFile, StartsEmpty) {
+    const TemporaryFolder folder;
+    CreateInventory(folder / "a.db");
+    EXPECT_EQ(ReadInventory(folder / "a.db"), Inventory{});
+}
+
+TEST(InventoryFile, IsNotCreatedOverAFile) {
+    const TemporaryFolder folder;
+    WriteFile(folder / "a.db", "mine");
+    EXPECT_THAT(ErrorOf([&] { CreateInventory(folder / "a.db"); }),
+                AllOf(HasSubstr((folder / "a.db").string()), HasSubstr("File exists")));
+    EXPECT_EQ(ReadFile(folder / "a.db"), "mine");
+}
+
+TEST(InventoryFile, IsNotCreatedInAMissingFolder) {
+    const TemporaryFolder folder;
+    EXPECT_THAT(ErrorOf([&] { CreateInventory(folder / "none/a.db"); }), HasSubstr((folder / "none/a.db").string()));
+}
+
+TEST(InventoryFile, GivesBackWhatWasWritten) {
+    const TemporaryFolder folder;
+    MakeInventory(folder / "a.db", SmallInventory());
+    EXPECT_EQ(ReadInventory(folder / "a.db"), SmallInventory());
+    ReplaceInventory(folder / "a.db", {});
+    EXPECT_EQ(ReadInventory(folder / "a.db"), Inventory{});
+}
+
+TEST(InventoryFile, IsReadInTheOrderOfKeys) {
+    const TemporaryFolder folder;
+    Inventory backwards = SmallInventory();
+    std::ranges::reverse(backwards.neTypes);
+    std::ranges::reverse(backwards.nes);
+    std::ranges::reverse(backwards.domainMembers);
+    MakeInventory(folder / "a.db", backwards);
+    EXPECT_EQ(ReadInventory(folder / "a.db"), SmallInventory());
+}
+
+TEST(InventoryFile, MayHaveANameThatSqliteGivesAMeaning) {
+    const TemporaryFolder folder;
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.Path());
+    MakeInventory(":memory:", SmallInventory());
+    EXPECT_EQ(ReadInventory(":memory:"), SmallInventory());
+    std::filesystem::current_path(before);
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder / ":memory:"));
+}
+
+TEST(InventoryFile, MustBeThere) {
+    const TemporaryFolder folder;
+    const auto complaint = AllOf(HasSubstr((folder / "a.db").string()), HasSubstr("no such file"));
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(folder / "a.db"); }), complaint);
+    EXPECT_THAT(ErrorOf([&] { ReplaceInventory(folder / "a.db", {}); }), complaint);
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.db"));
+}
+
+TEST(InventoryFile, MustBeAFile) {
+    const TemporaryFolder folder;
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(folder.Path()); }),
+                AllOf(HasSubstr(folder.Path().string()), HasSubstr("not a regular file")));
+}
+
+TEST(InventoryFile, MustBeSqlite) {
+    const TemporaryFolder folder;
+    WriteFile(folder / "a.db", std::string(5000, 'x'));
+    const auto complaint = AllOf(HasSubstr((folder / "a.db").string()), HasSubstr("not a database"));
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(folder / "a.db"); }), complaint);
+    EXPECT_THAT(ErrorOf([&] { ReplaceInventory(folder / "a.db", {}); }), complaint);
+    EXPECT_EQ(ReadFile(folder / "a.db"), std::string(5000, 'x'));
+}
+
+TEST(InventoryFile, MustBeAnInventory) {
+    const TemporaryFolder folder;
+    WriteFile(folder / "empty.db", "");
+    Execute(folder / "other.db", "CREATE TABLE ne (ne_id); PRAGMA user_version = 1");
+    for (const char* name : {"empty.db", "other.db"}) {
+        const auto complaint = AllOf(HasSubstr((folder / name).string()), HasSubstr("is not an inventory"));
+        EXPECT_THAT(ErrorOf([&] { ReadInventory(folder / name); }), complaint);
+        EXPECT_THAT(ErrorOf([&] { ReplaceInventory(folder / name, {}); }), complaint);
+    }
+    EXPECT_EQ(ReadFile(folder / "empty.db"), "");
+}
+
+TEST(InventoryFile, MustBeOfThisSchemaVersion) {
+    const TemporaryFolder folder;
+    MakeInventory(folder / "a.db", SmallInventory());
+    Execute(folder / "a.db", "PRAGMA user_version = 2");
+    const auto complaint = AllOf(HasSubstr((folder / "a.db").string()), HasSubstr("schema version 2, not 1"));
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(folder / "a.db"); }), complaint);
+    EXPECT_THAT(ErrorOf([&] { ReplaceInventory(folder / "a.db", {}); }), complaint);
+    Execute(folder / "a.db", "PRAGMA user_version = 1");
+    EXPECT_EQ(ReadInventory(folder / "a.db"), SmallInventory());
+}
+
+TEST(InventoryFile, MustHaveEachTableAndColumn) {
+    const TemporaryFolder folder;
+    for (const std::string table : {"ne_type", "ne", "domain_member"}) {
+        const auto file = MakeUncheckedInventory(folder / (table + ".db"), "DROP TABLE " + table);
+        EXPECT_THAT(ErrorOf([&] { ReadInventory(file); }),
+                    AllOf(HasSubstr(file.string()), HasSubstr("table " + table + ": no such table")));
+    }
+    const auto file = MakeUncheckedInventory(folder / "column.db", "ALTER TABLE ne_type DROP COLUMN klv");
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(file); }), HasSubstr("table ne_type: no such column: klv"));
+}
+
+TEST(InventoryFile, IsReadWithoutChecksOfItsOwn) {
+    const TemporaryFolder folder;
+    const Inventory expected{.neTypes = {{5, "five", false, false}},
+                             .nes = {{50, 5, true, false}},
+                             .domainMembers = {{DomainCache::EQUIPMENT_TYPE, "OTN", 5}}};
+    EXPECT_EQ(ReadInventory(MakeUncheckedInventory(folder / "a.db", "")), expected);
+}
+
+struct BadRow {
+    const char* name;
+    const char* statement;
+    const char* complaint;
+};
+
+class InventoryFileWithBadRow : public testing::TestWithParam<BadRow> {};
+
+TEST_P(InventoryFileWithBadRow, IsRefusedNamingFileTableAndRow) {
+    const TemporaryFolder folder;
+    const auto file = MakeUncheckedInventory(folder / "a.db", GetParam().statement);
+    EXPECT_EQ(ErrorOf([&] { ReadInventory(file); }), file.string() + ": " + GetParam().complaint);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, InventoryFileWithBadRow,
+    testing::Values(
+        BadRow{"NeTypeTooLarge", "INSERT INTO ne_type VALUES (65536, 'x', 0, 0)",
+               "table ne_type: row ne_type=65536: ne_type is 65536, not a whole number from 0 to 65535"},
+        BadRow{"NeTypeNegative", "INSERT INTO ne_type VALUES (-1, 'x', 0, 0)",
+               "table ne_type: row ne_type=-1: ne_type is -1, not a whole number from 0 to 65535"},
+        BadRow{"NeTypeText", "INSERT INTO ne_type VALUES ('6', 'x', 0, 0)",
+               "table ne_type: row ne_type=\"6\": ne_type is \"6\", not a whole number from 0 to 65535"},
+        BadRow{"NeTypeFraction", "INSERT INTO ne_type VALUES (6.5, 'x', 0, 0)",
+               "table ne_type: row ne_type=6.5: ne_type is 6.5, not a whole number from 0 to 65535"},
+        BadRow{"NeTypeNull", "INSERT INTO ne_type VALUES (NULL, 'x', 0, 0)",
+               "table ne_type: row ne_type=NULL: ne_type is NULL, not a whole number from 0 to 65535"},
+        BadRow{"NeTypeTwice", "INSERT INTO ne_type VALUES (5, 'x', 0, 0)",
+               "table ne_type: row ne_type=5: is there twice"},
+        BadRow{"NameNumber", "INSERT INTO ne_type VALUES (6, 6, 0, 0)",
+               "table ne_type: row ne_type=6: name is 6, not a text"},
+        BadRow{"NameBinary", "INSERT INTO ne_type VALUES (6, x'00', 0, 0)",
+               "table ne_type: row ne_type=6: name is binary, not a text"},
+        BadRow{"IpServiceTwo", "INSERT INTO ne_type VALUES (6, 'x', 2, 0)",
+               "table ne_type: row ne_type=6: ip_service is 2, not a whole number from 0 to 1"},
+        BadRow{"KlvNegative", "INSERT INTO ne_type VALUES (6, 'x', 0, -1)",
+               "table ne_type: row ne_type=6: klv is -1, not a whole number from 0 to 1"},
+        BadRow{"NeIdTooLarge", "INSERT INTO ne VALUES (2147483648, 5, 0, 0)",
+               "table ne: row ne_id=2147483648: ne_id is 2147483648, not a whole number from 0 to 2147483647"},
+        BadRow{"NeIdNegative", "INSERT INTO ne VALUES (-1, 5, 0, 0)",
+               "table ne: row ne_id=-1: ne_id is -1, not a whole number from 0 to 2147483647"},
+        BadRow{"NeIdTwice", "INSERT INTO ne VALUES (50, 5, 0, 0)", "table ne: row ne_id=50: is there twice"},
+        BadRow{"NeOfTypeTooLarge", "INSERT INTO ne VALUES (51, 70000, 0, 0)",
+               "table ne: row ne_id=51: ne_type is 70000, not a whole number from 0 to 65535"},
+        BadRow{"NeOfUnknownType", "INSERT INTO ne VALUES (51, 6, 0, 0)",
+               "table ne: row ne_id=51: ne_type is 6, not in table ne_type"},
+        BadRow{"SubShelfTwo", "INSERT INTO ne VALUES (51, 5, 2, 0)",
+               "table ne: row ne_id=51: multi_sub_shelf is 2, not a whole number from 0 to 1"},
+        BadRow{"OamNull", "INSERT INTO ne VALUES (51, 5, 0, NULL)",
+               "table ne: row ne_id=51: oam_number_omitted is NULL, not a whole number from 0 to 1"},
+        BadRow{"UnknownCache", "INSERT INTO domain_member VALUES ('OTHER', 'OTN', 5)",
+               "table domain_member: row cache=\"OTHER\", domain=\"OTN\", ne_type=5: cache is \"OTHER\", not "
+               "NE_TYPE_LIST or EQUIPMENT_TYPE"},
+        BadRow{"EmptyDomain", "INSERT INTO domain_member VALUES ('NE_TYPE_LIST', '', 5)",
+               "table domain_member: row cache=\"NE_TYPE_LIST\", domain=\"\", ne_type=5: domain is \"\", not the name "
+               "of a domain"},
+        BadRow{"MemberTooLarge", "INSERT INTO domain_member VALUES ('NE_TYPE_LIST', 'access', 65536)",
+               "table domain_member: row cache=\"NE_TYPE_LIST\", domain=\"access\", ne_type=65536: ne_type is 65536, "
+               "not a whole number from 0 to 65535"},
+        BadRow{"MemberTwice", "INSERT INTO domain_member VALUES ('EQUIPMENT_TYPE', 'OTN', 5)",
+               "table domain_member: row cache=\"EQUIPMENT_TYPE\", domain=\"OTN\", ne_type=5: is there twice"}),
+    [](const auto& parameter) { return parameter.param.name; });
+
+TEST(InventoryFile, IsRefusedWhenPartOfItIsLost) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", LargeInventory(1));
+    const auto size = std::filesystem::file_size(file);
+    const std::string whole = ReadFile(file);
+
+    std::filesystem::resize_file(file, size / 2);
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(file); }), AllOf(HasSubstr(file.string()), HasSubstr("malformed")));
+
+    std::string holed = whole;
+    holed.replace(holed.size() / 2, 8192, 8192, '\xAA');
+    WriteFile(file, holed);
+    EXPECT_THAT(ErrorOf([&] { ReadInventory(file); }),
+                AllOf(HasSubstr(file.string()), HasSubstr("table ne: "), HasSubstr("malformed")));
+}
+
+class InventoryWrittenBadly : public testing::Test {
+protected:
+    InventoryWrittenBadly() { MakeInventory(m_file, SmallInventory()); }
+
+    void ExpectRefused(const Inventory& inventory, const std::string& table, const std::string& row,
+                       const std::string& cause) {
+        EXPECT_THAT(
+            ErrorOf([&] { ReplaceInventory(m_file, inventory); }),
+            AllOf(HasSubstr(m_file.string() + ": table " + table + ": row "), HasSubstr(row), HasSubstr(cause)));
+        EXPECT_EQ(ReadInventory(m_file), SmallInventory());
+    }
+
+    TemporaryFolder m_folder;
+    std::filesystem::path m_file = m_folder / "a.db";
+};
+
+TEST_F(InventoryWrittenBadly, KeepsWhatItHeld) {
+    const Inventory good{.neTypes = {{5, "five", false, false}}, .nes = {{1, 5, false, false}}, .domainMembers = {}};
+    Inventory bad = good;
+    bad.nes.push_back({-1, 5, false, true});
+    ExpectRefused(bad, "ne", "(-1, 5, 0, 1)", "CHECK");
+    bad = good;
+    bad.nes.push_back({1, 5, false, false});
+    ExpectRefused(bad, "ne", "(1, 5, 0, 0)", "UNIQUE");
+    bad = good;
+    bad.nes.push_back({2, 6, false, false});
+    ExpectRefused(bad, "ne", "(2, 6, 0, 0)", "FOREIGN KEY");
+    bad = good;
+    bad.neTypes.push_back({5, "again", true, false});
+    ExpectRefused(bad, "ne_type", "(5, again, 1, 0)", "UNIQUE");
+    bad = good;
+    bad.domainMembers.push_back({DomainCache::EQUIPMENT_TYPE, "", 7});
+    ExpectRefused(bad, "domain_member", "(EQUIPMENT_TYPE, , 7)", "CHECK");
+    bad = good;
+    bad.domainMembers = {{DomainCache::NE_TYPE_LIST, "access", 7}, {DomainCache::NE_TYPE_LIST, "access", 7}};
+    ExpectRefused(bad, "domain_member", "(NE_TYPE_LIST, access, 7)", "UNIQUE");
+    bad = good;
+    bad.domainMembers = {{static_cast<DomainCache>(9), "access", 7}};
+    ExpectRefused(bad, "domain_member", "(unknown, access, 7)", "CHECK");
+}
+
+// A file whose own tables do check has the last word, whoever writes.
+TEST(InventoryFile, ChecksRowsItself) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", SmallInventory());
+    for (const char* statement :
+         {"INSERT INTO ne_type VALUES (65536, 'x', 0, 0)", "INSERT INTO ne_type VALUES (1, 'x', 2, 0)",
+          "INSERT INTO ne_type VALUES (1, 'x', 0, 2)", "INSERT INTO ne_type VALUES (1, NULL, 0, 0)",
+          "INSERT INTO ne_type VALUES (1, 'x', 'yes', 0)", "INSERT INTO ne VALUES (2147483648, 0, 0, 0)",
+          "INSERT INTO ne VALUES (1, 0, 2, 0)", "INSERT INTO ne VALUES (1, 0, 0, 2)",
+          "PRAGMA foreign_keys = ON; INSERT INTO ne VALUES (1, 1, 0, 0)",
+          "PRAGMA foreign_keys = ON; DELETE FROM ne_type", "INSERT INTO domain_member VALUES ('OTHER', 'OTN', 1)",
+          "INSERT INTO domain_member VALUES ('NE_TYPE_LIST', 'OTN', 65536)"}) {
+        EXPECT_THROW(Execute(file, statement), SQLite::Exception) << statement;
+    }
+    EXPECT_EQ(ReadInventory(file), SmallInventory());
+}
+
+// Runs action in a process of its own and kills that after a while.
+template <class Action>
+void RunAndKill(Action action, std::chrono::microseconds after) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        try {
+            action();
+        } catch (...) {
+            _exit(1);
+        }
+        pause();
+    }
+    std::this_thread::sleep_for(after);
+    kill(child, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "the writer failed";
+}
+
+TEST(InventoryFile, IsWholeWhereverItsWriterIsKilled) {
+    const TemporaryFolder folder;
+    const Inventory one = LargeInventory(1);
+    const Inventory two = LargeInventory(2);
+    const auto file = MakeInventory(folder / "a.db", one);
+    for (int round = 0; round < 30; ++round) {
+        RunAndKill(
+            [&] {
+                while (true) {
+                    ReplaceInventory(file, two);
+                    ReplaceInventory(file, one);
+                }
+            },
+            std::chrono::microseconds{1000 + round * 1700});
+        if (HasFatalFailure()) {
+            return;
+        }
+        EXPECT_THAT(ReadInventory(file), AnyOf(one, two));
+    }
+}
+
+// The writer dies when it has already changed the file: the next reader undoes that.
+TEST(InventoryFile, IsTheOldOneAfterAWriterThatDied) {
+    const TemporaryFolder folder;
+    const Inventory inventory = LargeInventory(1);
+    const auto file = MakeInventory(folder / "a.db", inventory);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
+        database.exec("PRAGMA cache_size = 1; BEGIN IMMEDIATE; UPDATE ne SET ne_id = ne_id + 1000000");
+        raise(SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    const auto journal = std::filesystem::path(file.string() + "-journal");
+    ASSERT_TRUE(std::filesystem::exists(journal) && std::filesystem::file_size(journal) > 0);
+    EXPECT_EQ(ReadInventory(file), inventory);
+}
+
+TEST(InventoryFile, LetsWritersWaitForEachOther) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", SmallInventory());
+    SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN IMMEDIATE");
+    std::atomic<bool> released{false};
+    std::thread holder([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds{300});
+        released = true;
+        other.exec("COMMIT");
+    });
+    ReplaceInventory(file, LargeInventory(3, 10));
+    EXPECT_TRUE(released);
+    holder.join();
+    EXPECT_EQ(ReadInventory(file), LargeInventory(3, 10));
+}
+
+TEST(InventoryFile, GivesUpOnAWriterThatNeverEnds) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", SmallInventory());
+    SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN IMMEDIATE");
+    EXPECT_THAT(ErrorOf([&] { ReplaceInventory(file, {}); }),
+                AllOf(HasSubstr(file.string()), HasSubstr("database is locked")));
+    EXPECT_EQ(ReadInventory(file), SmallInventory());
+}
+
+TEST(InventoryFile, IsAlwaysReadWhole) {
+    const TemporaryFolder folder;
+    constexpr std::int32_t NE_COUNT = 300;
+    const auto file = MakeInventory(folder / "a.db", LargeInventory(1, NE_COUNT));
+    std::vector<std::thread> writers;
+    for (std::uint16_t neType = 1; neType <= 2; ++neType) {
+        writers.emplace_back([&file, neType] {
+            for (int round = 0; round < 10; ++round) {
+                ReplaceInventory(file, LargeInventory(neType, NE_COUNT));
+            }
+        });
+    }
+    for (int round = 0; round < 40; ++round) {
+        EXPECT_THAT(ReadInventory(file), AnyOf(LargeInventory(1, NE_COUNT), LargeInventory(2, NE_COUNT)));
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+}
+
+}  // namespace
