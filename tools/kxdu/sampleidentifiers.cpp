@@ -10,6 +10,7 @@ namespace NS_KXDU {
 
 namespace {
 
+using Terminations = SampleCardKind::Terminations;
 using NS_UTIL::ResIDUtil;
 
 // How many NEs an administrative area (ONE object) has.
@@ -53,40 +54,70 @@ void WriteSlots(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier
 
 void WritePorts(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
     std::string fdn;
-    for (const auto* const ports : {&ne.ports, &ne.logicalPorts}) {
-        for (const NS_DOMAIN::PortIndex& port : *ports) {
-            ResIDUtil::PortIndex2ResID(port, fdn, port.isLogical);
-            take(fdn);
-        }
+    for (const SamplePort& port : ne.ports) {
+        ResIDUtil::PortIndex2ResID(port.index, fdn, port.index.isLogical);
+        take(fdn);
     }
 }
 
 void WriteAccessPoints(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
     std::string fdn;
     NS_DOMAIN::CtpKey_T key;
-    for (const NS_DOMAIN::PortIndex& port : ne.accessPorts) {
-        if (!random.OneIn(3)) {
+    for (const SamplePort& port : ne.ports) {
+        if (port.terminations != Terminations::ACCESS_POINTS || !random.OneIn(3)) {
             continue;
         }
-        key.port = port;
+        key.port = port.index;
         key.apValue1 = random.Between(1, 16);
         key.apValue2 = random.Between(1, 63);
         key.subIfId = random.OneIn(2) ? 0 : random.Between(1, 4000);
-        ResIDUtil::APIndex2ResID(key, fdn, port.isLogical);
+        ResIDUtil::APIndex2ResID(key, fdn, port.index.isLogical);
         take(fdn);
     }
 }
 
+NS_DOMAIN::TPIndex TerminationPointOf(const NS_DOMAIN::PortIndex& port) {
+    NS_DOMAIN::TPIndex tp;
+    tp.neId = port.neId;
+    tp.shelfId = port.shelfId;
+    tp.slotId = port.slotId;
+    tp.subSlotId = port.subSlotId;
+    tp.portId = port.portId;
+    tp.ppType = port.ppType;
+    tp.fbType = port.fbType;
+    tp.portLabel = port.portLabel;
+    tp.isLogical = port.isLogical;
+    return tp;
+}
+
 void WriteSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
     std::string fdn;
-    NS_DOMAIN::CtpKey_T key;
-    for (const NS_DOMAIN::PortIndex& port : ne.logicalPorts) {
-        const std::int32_t count = random.Between(0, 3);
-        key.port = port;
-        key.subIfId = 0;
-        for (std::int32_t number = 0; number < count; ++number) {
-            key.subIfId += random.Between(1, 1000);
-            ResIDUtil::PortIndex2ResID(key, fdn, true);
+    for (const SamplePort& port : ne.ports) {
+        if (port.terminations != Terminations::SUB_INTERFACES || !random.OneIn(4)) {
+            continue;
+        }
+        NS_DOMAIN::TPIndex tp = TerminationPointOf(port.index);
+        std::int32_t number = 0;
+        for (std::int32_t left = random.Between(1, 4); left > 0; --left) {
+            number += random.Between(1, 1000);
+            tp.portLabel = port.index.portLabel + "." + std::to_string(number);
+            ResIDUtil::TPIndex2ResID(tp, fdn);
+            take(fdn);
+        }
+    }
+}
+
+void WritePaths(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const SamplePort& port : ne.ports) {
+        if (port.terminations != Terminations::PATHS) {
+            continue;
+        }
+        NS_DOMAIN::TPIndex tp = TerminationPointOf(port.index);
+        for (tp.vc4Id = 1; tp.vc4Id <= 4; ++tp.vc4Id) {
+            // Higher-order as a whole, or cut into lower-order paths.
+            tp.vc12Id = random.OneIn(2) ? 0 : random.Between(1, 63);
+            ResIDUtil::TPIndex2ResID(tp, fdn);
             take(fdn);
         }
     }
@@ -94,7 +125,8 @@ void WriteSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdenti
 
 // What is written of an NE, in this order. A new one goes to the end: each has a sequence of random numbers of its own,
 // by its place, so the identifiers of those before it stay as they are.
-constexpr std::array GENERATORS{WriteAreas, WriteNe, WriteSlots, WritePorts, WriteAccessPoints, WriteSubInterfaces};
+constexpr std::array GENERATORS{WriteAreas,         WriteNe,   WriteSlots, WritePorts, WriteAccessPoints,
+                                WriteSubInterfaces, WritePaths};
 
 }  // namespace
 

@@ -81,14 +81,11 @@ void NamePort(const SampleCardKind& kind, SplitMix64& random, PortIndex& port) {
 void AddPorts(const SampleCardKind& kind, const PortIndex& place, SplitMix64& random, SampleNe& ne) {
     const std::int32_t count = random.Between(kind.leastPorts, kind.mostPorts);
     for (std::int32_t number = 1; number <= count; ++number) {
-        PortIndex& port = ne.ports.emplace_back(place);
+        PortIndex& port = ne.ports.emplace_back(SamplePort{place, kind.terminations}).index;
         port.portId = number;
         port.ppType = kind.ppType;
         port.fbType = kind.fbType;
         NamePort(kind, random, port);
-        if (kind.hasAccessPoints) {
-            ne.accessPorts.push_back(port);
-        }
     }
 }
 
@@ -121,7 +118,7 @@ void AddLogicalPorts(SplitMix64& random, SampleNe& ne) {
     const std::int32_t count = random.Between(0, ne.type->mostLogicalPorts);
     for (std::int32_t number = 1; number <= count; ++number) {
         const LogicalPortKind& kind = random.OneOf(LOGICAL_PORT_KINDS);
-        PortIndex& port = ne.logicalPorts.emplace_back();
+        PortIndex& port = ne.ports.emplace_back(SamplePort{{}, SampleCardKind::Terminations::SUB_INTERFACES}).index;
         port.neId = ne.neId;
         port.portId = number;
         port.ppType = NAMED_PORT;
@@ -141,8 +138,6 @@ void Clear(SampleNe& ne) {
     ne.cards.clear();
     ne.subSlots.clear();
     ne.ports.clear();
-    ne.accessPorts.clear();
-    ne.logicalPorts.clear();
 }
 
 }  // namespace

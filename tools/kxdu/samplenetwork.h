@@ -11,6 +11,12 @@
 
 namespace NS_KXDU {
 
+/// One port of a sample network.
+struct SamplePort {
+    NS_DOMAIN::PortIndex index;
+    SampleCardKind::Terminations terminations;
+};
+
 /// One NE of a sample network with all that is in it.
 struct SampleNe {
     std::int32_t neId = 0;
@@ -18,9 +24,7 @@ struct SampleNe {
     std::vector<NS_DOMAIN::ShelfIndex> shelves;
     std::vector<NS_DOMAIN::CardIndex> cards;  ///< one in each slot
     std::vector<NS_DOMAIN::SlotIndex> subSlots;
-    std::vector<NS_DOMAIN::PortIndex> ports;
-    std::vector<NS_DOMAIN::PortIndex> accessPorts;   ///< those of the ports that have access points
-    std::vector<NS_DOMAIN::PortIndex> logicalPorts;  ///< all of them named, by names without a "."
+    std::vector<SamplePort> ports;  ///< the logical ones last; no name has a "."
 };
 
 /// A synthetic but plausible network, drawn from a seed. NEs are numbered from 1; each is drawn for itself, so that a

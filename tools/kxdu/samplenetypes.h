@@ -15,6 +15,9 @@ namespace NS_KXDU {
 struct SampleCardKind {
     enum class PortNames { NONE, NUMBERED, BY_PLACE };  ///< "", "client 3", "GE1/2/3" (from the shelf inward)
 
+    /// What ends on the ports.
+    enum class Terminations { NONE, ACCESS_POINTS, SUB_INTERFACES, PATHS };
+
     PortNames portNames;
     std::string_view portPrefix;
     std::int32_t ppType;
@@ -22,7 +25,7 @@ struct SampleCardKind {
     std::int32_t leastPorts;
     std::int32_t mostPorts;
     std::int32_t mostSubSlots;  ///< 0: the ports sit on the card itself
-    bool hasAccessPoints;
+    Terminations terminations;
 };
 
 /// One NE type, and how its NEs are equipped.
