@@ -273,9 +273,12 @@ ExitCode RunLines(const BulkOptions& options, const LineWork& work) {
 }
 
 void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFiles) {
-    verb.add_option(withPositionalFiles ? "FILE" : "-i,--input", options.files,
-                    "Files to read, one identifier a line; standard input when there are none, or for -")
-        ->type_name(withPositionalFiles ? "" : "FILE");
+    constexpr auto HELP = "Files to read, one identifier a line; standard input when there are none, or for -";
+    if (withPositionalFiles) {
+        verb.add_option("FILE", options.files, HELP)->type_name("");
+    } else {
+        verb.add_option("-i,--input", options.files, HELP)->type_name("FILE")->allow_extra_args(false);
+    }
     verb.add_option("-o,--output", options.output,
                     "Write to FILE, which appears when it is complete; standard output otherwise")
         ->type_name("FILE");

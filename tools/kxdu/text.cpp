@@ -33,19 +33,20 @@ std::size_t FindInvalidUtf8(std::string_view text) {
     return text.size();
 }
 
-std::string Quoted(std::string_view text) {
-    constexpr std::size_t LONGEST = 60;
+std::string Quoted(std::string_view text, std::size_t longest) {
     constexpr std::string_view DIGITS = "0123456789abcdef";
+    const std::string_view shown = text.substr(0, longest);
+    const std::size_t validEnd = FindInvalidUtf8(shown);
     std::string quoted = "\"";
-    for (const char character : text.substr(0, LONGEST)) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte >= 0x20U && byte < 0x7FU) {
-            quoted += character;
-        } else {
+    for (std::size_t at = 0; at < shown.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(shown[at]);
+        if (byte < 0x20U || byte == 0x7FU || at >= validEnd) {
             quoted.append("\\x").append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
+        } else {
+            quoted += shown[at];
         }
     }
-    quoted += text.size() > LONGEST ? "...\"" : "\"";
+    quoted += shown.size() < text.size() ? "...\"" : "\"";
     return quoted;
 }
 

@@ -50,7 +50,7 @@ public:
         }
         const std::string_view fdn = m_record.Fdn();
         if (!m_isFdnIgnored && fdn.data() != nullptr && fdn != m_fdn) {
-            result.Report("written as " + Quoted(m_fdn) + ", which is not its fdn " + Quoted(fdn));
+            result.Report("written as " + QuotedWhole(m_fdn) + ", which is not its fdn " + QuotedWhole(fdn));
         }
         Append(result.output, m_fdn);
         result.output.Put('\n');

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace NS_KXDU {
+
+/// Something wrong in an identifier.
+struct Problem {
+    std::size_t column;  ///< from 1
+    std::string text;
+};
+
+/// Tells report each place where fdn is not well formed, has a tag that nobody knows, a sub-value that is out of range,
+/// or a level twice. Of very many in one identifier only the first few are told.
+void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
+
+}  // namespace NS_KXDU
