@@ -1,0 +1,172 @@
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <kx_domain_util/fdnscanner.h>
+
+#include "support/exacttext.h"
+#include "support/generated.h"
+#include "support/literalresidutil.h"
+#include "support/scale.h"
+
+namespace {
+
+using NS_TEST::ExactView;
+using NS_TEST::IdentifierGenerator;
+using NS_TEST::LiteralResIDUtil;
+using NS_TEST::Scaled;
+using NS_UTIL::NS_FDN::Level;
+using NS_UTIL::NS_FDN::LevelFinder;
+using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::PackTag;
+using NS_UTIL::NS_FDN::SplitLevel;
+using NS_UTIL::NS_FDN::SubValues;
+using NS_UTIL::NS_FDN::SubValueScanner;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+namespace TAG = NS_UTIL::NS_FDN::TAG;
+
+std::vector<std::pair<std::string, std::string>> LevelsOf(std::string_view fdn) {
+    std::vector<std::pair<std::string, std::string>> levels;
+    LevelScanner scanner(fdn);
+    Level level;
+    while (scanner.Next(level)) {
+        levels.emplace_back(level.tag, level.value);
+    }
+    EXPECT_FALSE(scanner.Next(level)) << "the end is the end";
+    return levels;
+}
+
+std::vector<std::string> SubValuesOf(std::string_view value) {
+    std::vector<std::string> subValues;
+    SubValueScanner scanner(value);
+    std::string_view subValue;
+    while (scanner.Next(subValue)) {
+        subValues.emplace_back(subValue);
+    }
+    EXPECT_FALSE(scanner.Next(subValue)) << "the end is the end";
+    return subValues;
+}
+
+TEST(LevelScanner, GivesLevelsInTheirOrder) {
+    EXPECT_THAT(LevelsOf(ExactView("NE=1,FR=2,NE=3")), ElementsAre(Pair("NE", "1"), Pair("FR", "2"), Pair("NE", "3")));
+}
+
+TEST(LevelScanner, GivesNothingOfAnEmptyText) {
+    EXPECT_THAT(LevelsOf(ExactView("")), IsEmpty());
+    EXPECT_THAT(LevelsOf({}), IsEmpty());
+}
+
+TEST(LevelScanner, GivesEmptyPieces) {
+    EXPECT_THAT(LevelsOf(ExactView(",NE=1,")), ElementsAre(Pair("", ""), Pair("NE", "1"), Pair("", "")));
+}
+
+TEST(LevelScanner, CutsAtTheFirstEqualitySign) {
+    EXPECT_THAT(LevelsOf(ExactView("A=b=c,D,=e")), ElementsAre(Pair("A", "b=c"), Pair("D", ""), Pair("", "e")));
+}
+
+TEST(LevelScanner, GivesViewsOfTheText) {
+    const std::string_view fdn = "NE=1,FR=22";
+    LevelScanner scanner(fdn);
+    Level level;
+    ASSERT_TRUE(scanner.Next(level));
+    ASSERT_TRUE(scanner.Next(level));
+    EXPECT_EQ(level.tag.data() - fdn.data(), 5);
+    EXPECT_EQ(level.value.data() - fdn.data(), 8);
+}
+
+TEST(SplitLevel, CutsAsTheScannerDoes) {
+    IdentifierGenerator identifiers(41);
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        const std::string text = identifiers.Next();
+        for (const auto& [tag, value] : LevelsOf(ExactView(text))) {
+            std::string whole = tag;
+            if (!value.empty()) {
+                whole.append("=").append(value);
+            }
+            const ExactView view(whole);
+            const Level level = SplitLevel(view);
+            EXPECT_EQ(level.tag, tag);
+            EXPECT_EQ(level.value, value);
+        }
+    }
+}
+
+TEST(SplitLevel, KnowsALevelWithoutEqualitySign) {
+    EXPECT_EQ(SplitLevel("NE").tag, "NE");
+    EXPECT_EQ(SplitLevel("NE").value, "");
+    EXPECT_EQ(SplitLevel("").tag, "");
+    EXPECT_EQ(SplitLevel("NE=").tag, "NE");
+}
+
+TEST(SubValueScanner, KeepsEmptySubValues) {
+    EXPECT_THAT(SubValuesOf(ExactView("16||0|")), ElementsAre("16", "", "0", ""));
+    EXPECT_THAT(SubValuesOf(ExactView("|")), ElementsAre("", ""));
+    EXPECT_THAT(SubValuesOf(ExactView("16")), ElementsAre("16"));
+}
+
+TEST(SubValueScanner, GivesNothingOfAnEmptyValue) {
+    EXPECT_THAT(SubValuesOf(ExactView("")), IsEmpty());
+}
+
+TEST(SubValuesOfALevel, StopAtTheLastPlace) {
+    const SubValues<2> two("a|b|c");
+    EXPECT_EQ(two.count, 2U);
+    EXPECT_THAT(two.texts, ElementsAre("a", "b"));
+    const SubValues<2> one("a");
+    EXPECT_EQ(one.count, 1U);
+    EXPECT_EQ(SubValues<2>("").count, 0U);
+}
+
+TEST(PackTag, TellsTagsApart) {
+    const std::vector<std::string> tags{
+        "S",  "SS",  "NE",      "EN",     std::string("NE\0", 3), std::string("\0NE", 3), "PP", "ne",
+        "OS", "ONE", "ABCDEFG", "ABCDEFH"};
+    std::set<std::uint64_t> packed;
+    for (const std::string& tag : tags) {
+        EXPECT_TRUE(packed.insert(PackTag(ExactView(tag))).second) << testing::PrintToString(tag);
+    }
+    EXPECT_EQ(packed.count(PackTag("PWE3TRAIL")), 0U) << "no short tag is taken for a long one";
+    EXPECT_EQ(PackTag("CHANNELSET"), 0U);
+}
+
+TEST(LevelFinder, FindsTheFirstOfEachTag) {
+    const LevelFinder<TAG::NE, TAG::PP, TAG::S> levels("S,PP=,NE=7,PP=8,NE=9");
+    EXPECT_TRUE(levels.Has<TAG::NE>());
+    EXPECT_TRUE(levels.Has<TAG::PP>());
+    EXPECT_TRUE(levels.Has<TAG::S>());
+    EXPECT_EQ(levels.Value<TAG::NE>(), "7");
+    EXPECT_EQ(levels.Value<TAG::PP>(), "");
+    EXPECT_EQ(levels.Value<TAG::S>(), "");
+}
+
+TEST(LevelFinder, LeavesAFieldWithoutValueUntouched) {
+    const LevelFinder<TAG::NE, TAG::PP, TAG::S> levels("PP=,S=|5");
+    std::int32_t field = 42;
+    EXPECT_FALSE(levels.ReadNumber<TAG::NE>(field));
+    EXPECT_FALSE(levels.ReadNumber<TAG::PP>(field));
+    EXPECT_EQ(field, 42);
+    EXPECT_TRUE(levels.ReadNumber<TAG::S>(field));
+    EXPECT_EQ(field, 0) << "the first sub-value is there, and empty";
+}
+
+TEST(LevelFinder, FindsWhatALiteralParsingFinds) {
+    IdentifierGenerator identifiers(42);
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        const std::string text = identifiers.Next();
+        const ExactView view(text);
+        LiteralResIDUtil::Map map;
+        LiteralResIDUtil::Fdn2MocLvlValueMap(text, map);
+        const LevelFinder<TAG::NE, TAG::SUBIF> levels(view);
+        EXPECT_EQ(levels.Has<TAG::NE>(), map.count("NE") == 1) << testing::PrintToString(text);
+        EXPECT_EQ(SubValuesOf(levels.Value<TAG::NE>()), map["NE"]) << testing::PrintToString(text);
+        EXPECT_EQ(SubValuesOf(levels.Value<TAG::SUBIF>()), map["SUBIF"]) << testing::PrintToString(text);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,136 @@
+/// All readers and writers as rows, each beside its literal counterpart: what tests of all of them walk over.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include <kx_domain_util/resIDUtil.h>
+
+#include "support/literalresidutil.h"
+#include "support/recordfields.h"
+
+namespace NS_TEST {
+
+template <class Record_>
+struct Reader {
+    using Record = Record_;
+    using Function = void (*)(const std::string&, Record&);
+
+    std::string_view name;
+    Function library;
+    Function literal;
+};
+
+/// Calls visit with each reader's row.
+template <class Visit>
+void ForEachReader(Visit visit) {
+    using NS_UTIL::ResIDUtil;
+    using Literal = LiteralResIDUtil;
+    using namespace NS_DOMAIN;
+    visit(Reader<OSIndex>{"ResID2OSIndex", &ResIDUtil::ResID2OSIndex, &Literal::ResID2OSIndex});
+    visit(Reader<ONEIndex>{"ResID2ONEIndex", &ResIDUtil::ResID2ONEIndex, &Literal::ResID2ONEIndex});
+    visit(Reader<NEIndex>{"ResID2NEIndex", &ResIDUtil::ResID2NEIndex, &Literal::ResID2NEIndex});
+    visit(Reader<ShelfIndex>{"ResID2ShelfIndex", &ResIDUtil::ResID2ShelfIndex, &Literal::ResID2ShelfIndex});
+    visit(Reader<SlotIndex>{"ResID2SlotIndex", &ResIDUtil::ResID2SlotIndex, &Literal::ResID2SlotIndex});
+    visit(Reader<SlotIndex>{"ResID2SubSlotIndex", &ResIDUtil::ResID2SubSlotIndex, &Literal::ResID2SubSlotIndex});
+    visit(Reader<CardIndex>{"ResID2CardIndex", &ResIDUtil::ResID2CardIndex, &Literal::ResID2CardIndex});
+    visit(Reader<PortIndex>{"ResID2PortIndex", &ResIDUtil::ResID2PortIndex, &Literal::ResID2PortIndex});
+    visit(Reader<CtpKey_T>{"ResID2PortIndex", &ResIDUtil::ResID2PortIndex, &Literal::ResID2PortIndex});
+    visit(Reader<CtpKey_T>{"ResID2APIndex", &ResIDUtil::ResID2APIndex, &Literal::ResID2APIndex});
+    visit(Reader<TPIndex>{"ResID2TPIndex", &ResIDUtil::ResID2TPIndex, &Literal::ResID2TPIndex});
+    visit(Reader<PortIndex>{"ResID2LoopBackPortIndex", &ResIDUtil::ResID2LoopBackPortIndex,
+                            &Literal::ResID2LoopBackPortIndex});
+}
+
+/// What writers take besides record and text.
+struct WriterArguments {
+    bool flag = false;         // `asLogical` or `withSubIf`
+    unsigned long neType = 0;  // of `PortIndex2ResIDByNEType`
+};
+
+template <class Record_>
+struct Writer {
+    using Record = Record_;
+    using Function = std::function<void(const Record&, std::string&, const WriterArguments&)>;
+
+    std::string_view name;
+    std::string_view flagName;  // empty: takes none
+    Function library;
+    Function literal;
+};
+
+/// write is called with the class to convert by, as a std::type_identity.
+template <class Record, class Write>
+Writer<Record> MakeWriter(std::string_view name, std::string_view flagName, Write write) {
+    const auto by = [write](auto conversions) {
+        return [write, conversions](const Record& record, std::string& fdn, const WriterArguments& arguments) {
+            write(conversions, record, fdn, arguments);
+        };
+    };
+    return {name, flagName, by(std::type_identity<NS_UTIL::ResIDUtil>{}), by(std::type_identity<LiteralResIDUtil>{})};
+}
+
+/// Calls visit with each writer's row.
+template <class Visit>
+void ForEachWriter(Visit visit) {
+    using namespace NS_DOMAIN;
+    using Text = std::string;
+    using Arguments = WriterArguments;
+    visit(MakeWriter<OSIndex>("OSID2ResID", "", []<class By>(By, const OSIndex& os, Text& fdn, const Arguments&) {
+        By::type::OSID2ResID(os.osId, fdn);
+    }));
+    visit(MakeWriter<ONEIndex>("ONEID2ResID", "", []<class By>(By, const ONEIndex& one, Text& fdn, const Arguments&) {
+        By::type::ONEID2ResID(one.oneId, fdn);
+    }));
+    visit(MakeWriter<NEPath>("NEID2ResID", "", []<class By>(By, const NEPath& path, Text& fdn, const Arguments&) {
+        By::type::NEID2ResID(path.oneId, path.neId, fdn);
+    }));
+    visit(MakeWriter<OSIndex>("OSIndex2ResID", "", []<class By>(By, const OSIndex& os, Text& fdn, const Arguments&) {
+        By::type::OSIndex2ResID(os, fdn);
+    }));
+    visit(MakeWriter<ONEIndex>(
+        "ONEIndex2ResID", "",
+        []<class By>(By, const ONEIndex& one, Text& fdn, const Arguments&) { By::type::ONEIndex2ResID(one, fdn); }));
+    visit(MakeWriter<NEIndex>("NEIndex2ResID", "", []<class By>(By, const NEIndex& ne, Text& fdn, const Arguments&) {
+        By::type::NEIndex2ResID(ne, fdn);
+    }));
+    visit(MakeWriter<ShelfIndex>("ShelfIndex2ResID", "",
+                                 []<class By>(By, const ShelfIndex& shelf, Text& fdn, const Arguments&) {
+                                     By::type::ShelfIndex2ResID(shelf, fdn);
+                                 }));
+    visit(MakeWriter<SlotIndex>("SlotIndex2ResID", "",
+                                []<class By>(By, const SlotIndex& slot, Text& fdn, const Arguments&) {
+                                    By::type::SlotIndex2ResID(slot, fdn);
+                                }));
+    visit(MakeWriter<SlotIndex>("SubSlotIndex2ResID", "",
+                                []<class By>(By, const SlotIndex& subSlot, Text& fdn, const Arguments&) {
+                                    By::type::SubSlotIndex2ResID(subSlot, fdn);
+                                }));
+    visit(MakeWriter<CardIndex>("CardIndex2ResID", "",
+                                []<class By>(By, const CardIndex& card, Text& fdn, const Arguments&) {
+                                    By::type::CardIndex2ResID(card, fdn);
+                                }));
+    visit(MakeWriter<PortIndex>("PortIndex2ResID", "asLogical",
+                                []<class By>(By, const PortIndex& port, Text& fdn, const Arguments& arguments) {
+                                    By::type::PortIndex2ResID(port, fdn, arguments.flag);
+                                }));
+    visit(MakeWriter<PortIndex>("PortIndex2ResIDByNEType", "asLogical",
+                                []<class By>(By, const PortIndex& port, Text& fdn, const Arguments& arguments) {
+                                    By::type::PortIndex2ResIDByNEType(port, fdn, arguments.flag, arguments.neType);
+                                }));
+    visit(MakeWriter<CtpKey_T>("PortIndex2ResID", "withSubIf",
+                               []<class By>(By, const CtpKey_T& key, Text& fdn, const Arguments& arguments) {
+                                   By::type::PortIndex2ResID(key, fdn, arguments.flag);
+                               }));
+    visit(MakeWriter<CtpKey_T>("APIndex2ResID", "asLogical",
+                               []<class By>(By, const CtpKey_T& key, Text& fdn, const Arguments& arguments) {
+                                   By::type::APIndex2ResID(key, fdn, arguments.flag);
+                               }));
+    visit(MakeWriter<TPIndex>("TPIndex2ResID", "", []<class By>(By, const TPIndex& tp, Text& fdn, const Arguments&) {
+        By::type::TPIndex2ResID(tp, fdn);
+    }));
+}
+
+}  // namespace NS_TEST

@@ -1,0 +1,25 @@
+/// How much a test does: sanitizers cost an order of magnitude, and need fewer rounds to see what they look for.
+#pragma once
+
+#include <cstddef>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define KX_TEST_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define KX_TEST_SANITIZED 1
+#endif
+#endif
+
+namespace NS_TEST {
+
+/// rounds, or a sixth of them under a sanitizer.
+constexpr std::size_t Scaled(std::size_t rounds) {
+#ifdef KX_TEST_SANITIZED
+    return rounds / 6;
+#else
+    return rounds;
+#endif
+}
+
+}  // namespace NS_TEST
