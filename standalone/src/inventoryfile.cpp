@@ -302,12 +302,13 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
     WriteTable(database, file, NE_TABLE, inventory.nes, [](RowWriter& writer, const NeRow& row) {
         writer.Write(row.neId, row.neType, row.multiSubShelf, row.oamNumberOmitted);
     });
-    WriteTable(
-        database, file, DOMAIN_MEMBER_TABLE, inventory.domainMembers,
-        [](RowWriter& writer, const DomainMemberRow& row) {
-            const auto name = std::ranges::find(CACHE_NAMES, row.cache, [](const auto& one) { return one.first; });
-            writer.Write(std::string(name != CACHE_NAMES.end() ? name->second : "unknown"), row.domain, row.neType);
-        });
+    WriteTable(database, file, DOMAIN_MEMBER_TABLE, inventory.domainMembers,
+               [](RowWriter& writer, const DomainMemberRow& row) {
+                   const auto* const name =
+                       std::ranges::find(CACHE_NAMES, row.cache, [](const auto& one) { return one.first; });
+                   writer.Write(std::string(name != CACHE_NAMES.end() ? name->second : "unknown"), row.domain,
+                                row.neType);
+               });
 }
 
 void MakeSchema(const fs::path& file) {
@@ -324,10 +325,9 @@ void MakeSchema(const fs::path& file) {
 void CreateInventory(const fs::path& file) {
     // Made here and not by SQLite, which would take over a file that another process makes at the same moment.
     std::FILE* const made = std::fopen(file.c_str(), "wx");
-    if (made == nullptr) {
+    if (made == nullptr || std::fclose(made) != 0) {
         Place{file}.Fail(std::generic_category().message(errno));
     }
-    std::fclose(made);
     try {
         At(Place{file}, [&] { MakeSchema(file); });
     } catch (...) {

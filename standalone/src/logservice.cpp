@@ -35,7 +35,7 @@ spdlog::level::level_enum RecordLevel(int level) {
 }
 
 spdlog::level::level_enum Threshold(std::string_view name) {
-    const auto found = std::ranges::find(THRESHOLDS, name, [](const auto& row) { return row.first; });
+    const auto* const found = std::ranges::find(THRESHOLDS, name, [](const auto& row) { return row.first; });
     return found != THRESHOLDS.end() ? found->second : spdlog::level::debug;
 }
 
@@ -52,7 +52,7 @@ std::string FormatMessage(const char* format, std::va_list arguments) {
         message.assign(buffer.data(), static_cast<std::size_t>(needed));
     } else {
         message.resize(static_cast<std::size_t>(needed));
-        std::vsnprintf(message.data(), message.size() + 1, format, again);
+        static_cast<void>(std::vsnprintf(message.data(), message.size() + 1, format, again));  // it went well once
     }
     va_end(again);
     return message;
@@ -66,6 +66,7 @@ public:
         m_logger.flush_on(spdlog::level::warn);
     }
 
+    // NOLINTNEXTLINE(cert-dcl50-cpp): the interface has printf's form
     void WriteLog(const std::string& file, const std::string& function, int line, int level, const char* format,
                   ...) override {
         const spdlog::level::level_enum recordLevel = RecordLevel(level);

@@ -6,7 +6,6 @@
 #include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/processexception.h>
-#include <kx_domain_util/resIDUtil.h>
 #include <kx_platform/configitems.h>
 #include <kx_platform/dawsvcinterface.h>
 #include <kx_platform/inventorybufif.h>

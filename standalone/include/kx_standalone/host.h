@@ -12,7 +12,7 @@ namespace NS_STANDALONE {
 /// Where log records go. A record is one line: time, level, thread, module/sub-module, source file:line, function,
 /// message. Record levels: 0 error, 1 warning, 2 info, 3 debug, above that trace; below 0 counts as 0. A logger writes
 /// the records from the level on by which it was asked for ("error", "warning", "info", "debug", "trace"; any other
-/// name counts as "debug"). Warnings and errors are on the disk at once; others when the target gets round to it.
+/// name counts as "debug"). Warnings and errors are in the file at once, others by and by.
 struct LogTarget {
     enum class Kind { NONE, STDERR, FILE };
 
