@@ -282,6 +282,16 @@ std::vector<DomainMemberRow> ReadDomainMembers(const SQLite::Database& database,
     return rows;
 }
 
+// A cache that is none has a name that the table refuses.
+std::string CacheName(DomainCache cache) {
+    for (const auto& [known, name] : CACHE_NAMES) {
+        if (known == cache) {
+            return std::string(name);
+        }
+    }
+    return "unknown";
+}
+
 // Writes rows by calling writeRow for each of them.
 template <class Row, class WriteRow>
 void WriteTable(const SQLite::Database& database, const fs::path& file, const Table& table,
@@ -304,10 +314,7 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
     });
     WriteTable(database, file, DOMAIN_MEMBER_TABLE, inventory.domainMembers,
                [](RowWriter& writer, const DomainMemberRow& row) {
-                   const auto* const name =
-                       std::ranges::find(CACHE_NAMES, row.cache, [](const auto& one) { return one.first; });
-                   writer.Write(std::string(name != CACHE_NAMES.end() ? name->second : "unknown"), row.domain,
-                                row.neType);
+                   writer.Write(CacheName(row.cache), row.domain, row.neType);
                });
 }
 
