@@ -89,8 +89,8 @@ private:
 
     Interface* Find() {
         if (m_buffer != nullptr) {
-            const Entry entry = m_buffer->First(m_pin);
-            if (entry.object != nullptr || m_buffer->IsSearched()) {
+            Entry entry;
+            if (m_buffer->First(m_pin, entry)) {
                 m_object = entry.object;
                 // The buffer of this name is filled below only, with interfaces of this type.
                 return static_cast<Interface*>(entry.interface);

@@ -58,17 +58,16 @@ std::atomic<void*>* ServiceObjectBase::GetMemory(const void* user) noexcept {
     return nullptr;
 }
 
-InterfaceBuffer::Entry InterfaceBuffer::First(ReadPin& pin) const noexcept {
+bool InterfaceBuffer::First(ReadPin& pin, Entry& entry) const noexcept {
     while (true) {
         const std::uint64_t change = m_changes.load();
-        Entry entry;
-        entry.object = pin.Protect(m_object);
-        if (entry.object == nullptr) {
-            return {};
+        const bool isSearched = m_searched.load();
+        entry = {pin.Protect(m_object), nullptr};
+        if (entry.object != nullptr) {
+            entry.interface = m_interface.load();
         }
-        entry.interface = m_interface.load();
-        if (m_changes.load() == change) {  // else the two may belong to different services
-            return entry;
+        if (m_changes.load() == change) {  // else what was read may belong to different services
+            return entry.object != nullptr || isSearched;
         }
     }
 }
@@ -82,8 +81,9 @@ void InterfaceBuffer::Append(const Entry& entry) noexcept {
 }
 
 void InterfaceBuffer::Forget() noexcept {
-    m_changes.fetch_add(1);
+    // Before the count: who still sees that the registry was searched, and then no object, sees a change too.
     m_searched.store(false);
+    m_changes.fetch_add(1);
     m_object.store(nullptr);
 }
 

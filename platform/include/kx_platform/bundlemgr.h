@@ -106,11 +106,9 @@ public:
         ServiceInterface* interface = nullptr;
     };
 
-    /// The first interface, its object pinned by pin; an empty entry when the buffer holds none. Takes no lock.
-    Entry First(ReadPin& pin) const noexcept;
-    /// True when the registry has been searched since it last changed: an empty buffer then means that there is no
-    /// such service. Takes no lock.
-    bool IsSearched() const noexcept { return m_searched.load(); }
+    /// Gives the first interface, its object pinned by pin, or an empty entry when there is no such service. False when
+    /// the registry must be searched, since it was not searched after its last change. Takes no lock.
+    bool First(ReadPin& pin, Entry& entry) const noexcept;
 
     /// Appends a found interface; the caller holds `_g_actualmutex`.
     void Append(const Entry& entry) noexcept;
