@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Runs every command of the ```console blocks of the documents and compares what it prints with what stands below it.
+# The commands of one document run in one folder, so that later ones may use what earlier ones made.
+#   readme_test.sh SOURCE_FOLDER KXDU DOCUMENT...
+set -euo pipefail
+
+source=$1
+PATH=$(dirname "$2"):$PATH
+shift 2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+failed=0
+commands=0
+for document in "$@"; do
+    folder=$work/$(basename "$document")
+    mkdir "$folder"
+    # Splits the blocks into pairs of files, command.N and expected.N.
+    awk -v folder="$folder" '
+        /^```console/ { inside = 1; next }
+        /^```/        { inside = 0; next }
+        inside && /^\$ / { ++n; printf "%s\n", substr($0, 3) > (folder "/command." n); printf "" > (folder "/expected." n); more = /\\$/; next }
+        inside && more { printf "%s\n", $0 >> (folder "/command." n); more = /\\$/; next }
+        inside && n   { printf "%s\n", $0 >> (folder "/expected." n) }
+    ' "$source/$document"
+    mkdir "$folder/run"
+    n=1
+    while [ -e "$folder/command.$n" ]; do
+        (cd "$folder/run" && bash ../command.$n) >"$folder/printed" 2>&1 || true
+        if ! diff -u "$folder/expected.$n" "$folder/printed" >"$folder/diff"; then
+            echo "$document: $(cat "$folder/command.$n")"
+            cat "$folder/diff"
+            failed=1
+        fi
+        commands=$((commands + 1))
+        n=$((n + 1))
+    done
+done
+
+if [ "$commands" -eq 0 ]; then
+    echo "no command found" >&2
+    exit 1
+fi
+exit "$failed"
