@@ -16,6 +16,7 @@ namespace NS_KXDU {
 
 using NS_UTIL::NS_FDN::Level;
 using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::SubValues;
 using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
@@ -111,26 +112,33 @@ private:
     }
 
     void CheckValue(const Tag& tag, std::string_view value) {
+        if (value.empty()) {
+            Tell(value, std::string(tag.name) + " has no value");
+            return;
+        }
+        const std::size_t most = tag.most + (HasEscapedName(value) ? 1 : 0);
         std::size_t count = 0;
         SubValueScanner scanner(value);
         std::string_view subValue;
-        std::string_view last = value.substr(0, 0);
-        bool mayBeEscaped = false;
         while (scanner.Next(subValue)) {
             if (count < tag.most) {
                 CheckSubValue(tag, count, subValue);
-            } else if (!tag.isOpen && !(mayBeEscaped && count == tag.most)) {
-                Tell(subValue, std::string(tag.name) + " has more than " + Counted(tag.most));
+            } else if (count >= most && !tag.isOpen) {
+                Tell(subValue, std::string(tag.name) + " has more than " + Counted(most));
                 return;
             }
-            mayBeEscaped = (count == 1 && subValue == FB_WITH_ESCAPED_NAME) || (mayBeEscaped && count == 2) ||
-                           (mayBeEscaped && count == 3 && subValue.ends_with('\\'));
-            last = subValue;
             ++count;
         }
         if (count < tag.least) {
-            Tell(last, std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least));
+            Tell(value.substr(value.size()),
+                 std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least));
         }
+    }
+
+    // A port whose name goes on behind a "|".
+    static bool HasEscapedName(std::string_view value) {
+        const SubValues<4> port(value);
+        return port.texts[1] == FB_WITH_ESCAPED_NAME && port.texts[3].find('\\') != std::string_view::npos;
     }
 
     static std::string Counted(std::size_t count) {
@@ -142,17 +150,16 @@ private:
         if (expected.kind == SubValueKind::TEXT || (text.empty() && expected.kind == SubValueKind::OPTIONAL_NUMBER)) {
             return;
         }
-        const auto tell = [&](std::string_view what) {
-            std::string problem(tag.name);
-            problem.append(", ").append(expected.meaning).append(": ").append(what);
-            Tell(text, std::move(problem));
-        };
+        std::string place(tag.name);
+        if (tag.most > 1) {
+            place.append(":").append(std::to_string(index));
+        }
         if (text.empty()) {
-            tell("no number");
+            Tell(text, place + " is empty, not a number");
         } else if (!IsDecimal(text)) {
-            tell("not a decimal number: " + Quoted(text));
+            Tell(text, place + " is not a decimal number: " + Quoted(text));
         } else if (!IsInRange(text, expected.kind)) {
-            tell("beyond 32 bits: " + Quoted(text));
+            Tell(text, place + " is beyond 32 bits: " + Quoted(text));
         }
     }
 

@@ -125,7 +125,7 @@ private:
     }
 
     [[nodiscard]] bool IsProgressShown() const {
-        return m_options.hasProgress && isatty(STDERR_FILENO) == 1 && !m_output.IsTerminal();
+        return !m_options.isProgressHidden && isatty(STDERR_FILENO) == 1 && !m_output.IsTerminal();
     }
 
     void RunPipeline() {
@@ -282,13 +282,15 @@ void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFil
     verb.add_option("-o,--output", options.output,
                     "Write to FILE, which appears when it is complete; standard output otherwise")
         ->type_name("FILE");
-    verb.add_option("--rejects", options.rejects, "Write lines that cannot be converted, and why, to FILE")
+    verb.add_option("--rejects", options.rejects,
+                    "Write which lines are reported, and why, to FILE; standard error otherwise")
         ->type_name("FILE");
-    verb.add_flag("--strict", options.isStrict, "Stop at the first line that cannot be converted");
+    verb.add_flag("--strict", options.isStrict,
+                  "Stop at the first line that is reported; a file to write then does not appear");
     verb.add_option("-j,--jobs", options.jobs, "Threads; one for each core by default")
         ->type_name("N")
         ->check(CLI::Range(1, 1024));
-    verb.add_flag("!--no-progress", options.hasProgress, "No progress bar on the terminal");
+    verb.add_flag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
 }
 
 }  // namespace NS_KXDU

@@ -21,7 +21,7 @@ struct BulkOptions {
     std::string rejects;             ///< empty: standard error
     unsigned jobs = 0;               ///< threads; 0: one for each core
     bool isStrict = false;           ///< the first finding ends the run
-    bool hasProgress = true;         ///< a progress bar, where standard error is a terminal
+    bool isProgressHidden = false;   ///< no progress bar, where standard error is a terminal
 };
 
 /// Adds the options above to verb, and input files as its positional arguments; withPositionalFiles false makes them an

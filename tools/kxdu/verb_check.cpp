@@ -96,7 +96,7 @@ void AddCheck(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("check", "What is wrong with identifiers, and where");
     const auto options = std::make_shared<Options>();
     AddBulkOptions(*verb, options->bulk);
-    verb->remove_option(verb->get_option("--rejects"));
+    verb->remove_option(verb->get_option("--rejects"));  // what it finds is its output
     AddServiceOptions(*verb, options->services);
     verb->add_flag("--levels-only", options->isLevelsOnly, "Do not compare with what would be written");
     verb->footer(EXAMPLES);

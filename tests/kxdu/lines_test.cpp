@@ -1,0 +1,141 @@
+#include "lines.h"
+
+#include "failure.h"
+#include "program.h"
+
+namespace NS_KXDU {
+namespace {
+
+// Gives lines back, and reports those that begin with "bad".
+class Echo : public LineConverter {
+public:
+    void Convert(std::string_view line, LineResult& result) override {
+        if (line.starts_with("bad")) {
+            result.Report("it is bad", 2);
+            return;
+        }
+        Append(result.output, line);
+        Append(result.output, "\n");
+    }
+};
+
+class LinesTest : public ProgramTest {
+protected:
+    LinesTest() {
+        options.files = {folder / "in"};
+        options.output = folder / "out";
+        options.rejects = folder / "rejects";
+        work.makeConverter = [] { return std::make_unique<Echo>(); };
+    }
+
+    ExitCode Run(const std::string& text) {
+        WriteFile("in", text);
+        return RunLines(options, work);
+    }
+
+    [[nodiscard]] std::string Rejects() const {
+        std::string rejects = ReadFile("rejects");
+        const std::string name = (folder / "in").string() + ":";
+        for (auto at = rejects.find(name); at != std::string::npos; at = rejects.find(name)) {
+            rejects.erase(at, name.size());
+        }
+        return rejects;
+    }
+
+    BulkOptions options;
+    LineWork work;
+};
+
+TEST_F(LinesTest, KeepsTheOrderOfLinesOnManyThreads) {
+    options.jobs = 8;
+    std::string text;
+    for (int line = 0; line < 300'000; ++line) {
+        text += "line " + std::to_string(line) + "\n";
+    }
+    EXPECT_EQ(Run(text), ExitCode::OK);
+    EXPECT_EQ(ReadFile("out"), text);
+    EXPECT_EQ(Rejects(), "");
+}
+
+TEST_F(LinesTest, NumbersOfReportedLinesCountFromTheFilesBegin) {
+    options.jobs = 4;
+    std::string text;
+    std::string expected;
+    for (int line = 1; line <= 100'000; ++line) {
+        const bool isBad = line % 9973 == 0;
+        text += isBad ? "bad\n" : "good\n";
+        expected += isBad ? std::to_string(line) + ":2: it is bad\n" : "";
+    }
+    EXPECT_EQ(Run(text), ExitCode::FOUND);
+    EXPECT_EQ(Rejects(), expected);
+}
+
+TEST_F(LinesTest, LinesThatNobodyConvertsAreReported) {
+    EXPECT_EQ(Run(std::string("a\n\nb\0c\nd\xff\n", 10)), ExitCode::FOUND);
+    EXPECT_EQ(ReadFile("out"), "a\n");
+    EXPECT_EQ(Rejects(), "2: the line is empty\n3:2: NUL byte\n4:2: not UTF-8\n");
+}
+
+TEST_F(LinesTest, BytesPassWhereTheyMay) {
+    work.mustBeUtf8 = false;
+    EXPECT_EQ(Run("d\xff\n"), ExitCode::OK);
+    EXPECT_EQ(ReadFile("out"), "d\xff\n");
+}
+
+TEST_F(LinesTest, ACarriageReturnBelongsToTheLineEnd) {
+    EXPECT_EQ(Run("a\r\nb\rc\r\n\r\nlast\r"), ExitCode::FOUND);
+    EXPECT_EQ(ReadFile("out"), "a\nb\rc\nlast\r\n") << "only before a line end";
+    EXPECT_EQ(Rejects(), "3: the line is empty\n");
+}
+
+TEST_F(LinesTest, AnEmptyInputGivesAnEmptyOutput) {
+    EXPECT_EQ(Run(""), ExitCode::OK);
+    EXPECT_TRUE(Exists("out"));
+    EXPECT_EQ(ReadFile("out"), "");
+}
+
+TEST_F(LinesTest, TheHeaderComesFirstAndAlways) {
+    work.header = "header\n";
+    EXPECT_EQ(Run(""), ExitCode::OK);
+    EXPECT_EQ(ReadFile("out"), "header\n");
+}
+
+TEST_F(LinesTest, LongLinesPassAndTooLongOnesAreReported) {
+    const std::string longest(std::size_t{1} << 20U, 'x');
+    EXPECT_EQ(Run("a\n" + longest + "\n" + longest + "y\nb\n" + longest + longest), ExitCode::FOUND);
+    EXPECT_EQ(ReadFile("out"), "a\n" + longest + "\nb\n");
+    EXPECT_EQ(Rejects(), "3: the line is longer than 1 MiB\n5: the line is longer than 1 MiB\n");
+}
+
+TEST_F(LinesTest, StrictStopsAtTheFirstReportAndLeavesNoHalfOutput) {
+    options.isStrict = true;
+    EXPECT_EQ(Run("a\nbad\nb\nbad\n"), ExitCode::FOUND);
+    EXPECT_FALSE(Exists("out"));
+    EXPECT_EQ(Rejects(), "2:2: it is bad\n");
+    EXPECT_EQ(Files(), 2);
+}
+
+TEST_F(LinesTest, StrictWithoutAReportIsAsUsual) {
+    options.isStrict = true;
+    EXPECT_EQ(Run("a\n"), ExitCode::OK);
+    EXPECT_EQ(ReadFile("out"), "a\n");
+}
+
+TEST_F(LinesTest, ReportsCanBeTheOutput) {
+    work.isReportTheOutput = true;
+    options.rejects.clear();
+    EXPECT_EQ(Run("bad\n"), ExitCode::FOUND);
+    EXPECT_EQ(ReadFile("out"), (folder / "in").string() + ":1:2: it is bad\n");
+}
+
+TEST_F(LinesTest, WhatAConverterThrowsEndsTheRunAndLeavesNoOutput) {
+    class Thrower : public LineConverter {
+        void Convert(std::string_view, LineResult&) override { throw Failure(ExitCode::USAGE, "no"); }
+    };
+    work.makeConverter = [] { return std::make_unique<Thrower>(); };
+    EXPECT_THROW(Run("a\n"), Failure);
+    EXPECT_EQ(Files(), 1) << "the input alone";
+}
+
+}  // namespace
+}  // namespace NS_KXDU

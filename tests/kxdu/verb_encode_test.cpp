@@ -1,0 +1,76 @@
+#include "program.h"
+
+namespace NS_KXDU {
+namespace {
+
+class EncodeTest : public ProgramTest {
+protected:
+    // An inventory of NE 5, of an ordinary type, and NE 41, whose cards spell out their sub-slots.
+    void MakeInventory() {
+        std::filesystem::create_directory(folder / "csv");
+        WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n100,Plain,0,0\n1911,Spelling,0,0\n");
+        WriteFile("csv/ne.csv", "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n5,100,0,0\n41,1911,0,0\n");
+        WriteFile("csv/domain_member.csv", "cache,domain,ne_type\n");
+        const Ended ended = Shell("kxdu inventory init inventory.db && kxdu inventory import inventory.db csv");
+        ASSERT_EQ(ended.code, 0) << ended.err;
+    }
+};
+
+TEST_F(EncodeTest, WritesIdentifiersFromRecordsAlone) {
+    const Ended ended = Shell("kxdu encode", R"({"type":"NEIndex","record":{"reserved":0,"neId":7}})"
+                                             "\n");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, "NE=7\n");
+}
+
+TEST_F(EncodeTest, CanonicalIdentifiersComeBackByteForByte) {
+    MakeInventory();
+    const std::string identifiers =
+        "OS=1\nONE=2,NE=5\nNE=5,FR=1,S=3,CP=-1\nNE=41,FR=1,S=3,CP=-1,SS=-1,SC=-1\n"
+        "NE=5,FR=1,S=3,CP=-1,PP=16|1025|7|K\xc3\xb6ln \"1\"\nNE=5,FR=1,S=3,CP=-1,PP=||7|a,SUBIF=9\n"
+        "NE=5,FR=1,S=3,CP=-1,SS=1,SC=-1,PP=16||7|,AP=1|2|9\n";
+    const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", identifiers);
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, identifiers);
+}
+
+TEST_F(EncodeTest, WhatComesOutChangedIsReported) {
+    const Ended ended = Shell("kxdu decode | kxdu encode", "NE=05\nNE=6\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "NE=5\nNE=6\n");
+    EXPECT_EQ(ended.err,
+              "<stdin>:1: written as \"NE=5\", which is not its fdn \"NE=05\"\n"
+              "kxdu: 1 rejected or changed in 2 lines\n");
+    EXPECT_EQ(Shell("kxdu decode | kxdu encode --ignore-fdn", "NE=05\n").code, 0);
+}
+
+TEST_F(EncodeTest, WithoutAnInventoryItTellsHowToGiveOne) {
+    const Ended ended = Shell("kxdu decode | kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_NE(ended.err.find("--inventory FILE or in KX_INVENTORY"), std::string::npos) << ended.err;
+    EXPECT_EQ(Shell("kxdu decode | kxdu encode", "NE=5,FR=1\n").code, 0) << "nobody needs one here";
+}
+
+TEST_F(EncodeTest, TheInventoryMayComeFromTheEnvironment) {
+    MakeInventory();
+    const Ended ended = Shell("kxdu decode | KX_INVENTORY=inventory.db kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, "NE=5,FR=1,S=3,CP=-1\n");
+}
+
+TEST_F(EncodeTest, BadLinesAreRejected) {
+    const Ended ended = Shell("kxdu encode", R"({"type":"NoIndex","record":{}})"
+                                             "\nnonsense\n"
+                                             R"({"type":"OSIndex","record":{"osId":"1"}})"
+                                             "\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err,
+              "<stdin>:1: unknown type \"NoIndex\"\n"
+              "<stdin>:2: JSON, at byte 2: Invalid value.\n"
+              "<stdin>:3: field \"osId\" is not a whole number of 32 bits\n"
+              "kxdu: 3 rejected or changed in 3 lines\n");
+}
+
+}  // namespace
+}  // namespace NS_KXDU
