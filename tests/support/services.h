@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <tuple>
@@ -37,8 +38,10 @@ private:
 /// Configuration items are set for as long as this lives; at its ends there are none.
 class Configuration {
 public:
-    explicit Configuration(const std::map<std::string, std::string>& items = {}) {
-        Items().Clear();
+    Configuration() { Items().Clear(); }
+    Configuration(std::initializer_list<std::pair<const std::string, std::string>> items)
+        : Configuration(std::map<std::string, std::string>(items)) {}
+    explicit Configuration(const std::map<std::string, std::string>& items) : Configuration() {
         for (const auto& [key, value] : items) {
             Items().SetItem(key, value);
         }

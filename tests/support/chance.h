@@ -1,0 +1,36 @@
+/// Numbers by chance: the same seed gives the same ones everywhere.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace NS_TEST {
+
+/// A generator of numbers that does not depend on the standard library's distributions.
+class Chance {
+public:
+    explicit Chance(std::uint64_t seed) : m_state(seed) {}
+
+    std::uint64_t Next() {
+        m_state += 0x9E3779B97F4A7C15U;
+        std::uint64_t mixed = m_state;
+        mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9U;
+        mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBU;
+        return mixed ^ (mixed >> 31U);
+    }
+    /// From 0 to bound - 1.
+    std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(Next() % bound); }
+    /// True once in `times`.
+    bool Once(std::size_t times) { return Below(times) == 0; }
+
+    template <class Value, std::size_t Size>
+    const Value& From(const std::array<Value, Size>& values) {
+        return values[Below(Size)];
+    }
+
+private:
+    std::uint64_t m_state;
+};
+
+}  // namespace NS_TEST
