@@ -1,0 +1,132 @@
+// Conversions whose texts have room allocate nothing.
+#include <gtest/gtest.h>
+
+#include "support/allocations.h"
+#include "support/conversions.h"
+#include "support/generated.h"
+#include "support/scale.h"
+#include "support/services.h"
+
+namespace {
+
+using NS_TEST::AllocationCount;
+using NS_TEST::Configuration;
+using NS_TEST::CountingInventory;
+using NS_TEST::FailingAllocations;
+using NS_TEST::ForEachField;
+using NS_TEST::ForEachReader;
+using NS_TEST::ForEachWriter;
+using NS_TEST::HasFields;
+using NS_TEST::IdentifierGenerator;
+using NS_TEST::Reader;
+using NS_TEST::RecordGenerator;
+using NS_TEST::Registration;
+using NS_TEST::Scaled;
+using NS_TEST::Writer;
+using NS_TEST::WriterArguments;
+
+class NoFile : public NS_SERVICE::DAWSvcInterface {
+public:
+    NS_SERVICE::ConfigObject* GetConfiguration(const std::string&, const std::string&) override { return nullptr; }
+};
+
+template <class Record>
+void MakeRoom(Record& record) {
+    constexpr std::size_t ROOM = 4096;
+    ForEachField(record, [](std::string_view, auto& field) {
+        using Value = std::remove_reference_t<decltype(field)>;
+        if constexpr (HasFields<Value>) {
+            MakeRoom(field);
+        } else if constexpr (std::is_same_v<Value, std::string>) {
+            field.reserve(ROOM);
+        }
+    });
+}
+
+class Allocations : public testing::Test {
+protected:
+    // The first call of each thread and of each source makes what stays.
+    Allocations() {
+        std::string fdn;
+        ForEachWriter([&fdn]<class Record>(const Writer<Record>& writer) {
+            Record record;
+            if constexpr (requires { record.slotId; }) {
+                record.slotId = 1;
+            }
+            writer.library(record, fdn, {});
+        });
+        ForEachReader([]<class Record>(const Reader<Record>& reader) {
+            Record record;
+            reader.library("NE=1", record);
+        });
+    }
+
+    Configuration m_configuration{{"Telvandaire", "1"}, {"NETypeListForSubSlot", "7,8,1911"}};
+    CountingInventory m_inventory{1911};
+    NoFile m_dataAccess;
+    Registration m_first{"InventoryBufif", m_inventory};
+    Registration m_second{"DAWSvcInterface", m_dataAccess};
+};
+
+TEST_F(Allocations, AreCounted) {
+    const AllocationCount count;
+    EXPECT_EQ(count.Get(), 0U);
+    std::string text(1000, 'x');
+    text.resize(2000);
+    EXPECT_EQ(count.Get(), 2U);
+    EXPECT_THROW(
+        {
+            const FailingAllocations failing;
+            text.resize(10000);
+        },
+        std::bad_alloc);
+}
+
+TEST_F(Allocations, AreNotMadeByReaders) {
+    IdentifierGenerator identifiers(61);
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        const std::string fdn = identifiers.Next();
+        ForEachReader([&fdn]<class Record>(const Reader<Record>& reader) {
+            Record record;
+            MakeRoom(record);
+
+            const AllocationCount count;
+            reader.library(fdn, record);
+
+            EXPECT_EQ(count.Get(), 0U) << reader.name << " of " << testing::PrintToString(fdn);
+        });
+    }
+}
+
+TEST_F(Allocations, AreNotMadeByWriters) {
+    RecordGenerator records(62);
+    std::string fdn;
+    fdn.reserve(4096);
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        ForEachWriter([&]<class Record>(const Writer<Record>& writer) {
+            const Record record = records.Next<Record>();
+            const WriterArguments arguments{records.Flag(), static_cast<unsigned long>(records.Number())};
+
+            const AllocationCount count;
+            writer.library(record, fdn, arguments);
+
+            EXPECT_EQ(count.Get(), 0U) << writer.name;
+        });
+    }
+}
+
+// A text without room grows once, to what it needs.
+TEST_F(Allocations, AreMadeOnceForATextWithoutRoom) {
+    NS_DOMAIN::PortIndex port;
+    port.neId = 123456;
+    port.slotId = 3;
+    port.portLabel.assign(100, 'n');
+    std::string fdn;
+
+    const AllocationCount count;
+    NS_UTIL::ResIDUtil::PortIndex2ResID(port, fdn, false);
+
+    EXPECT_EQ(count.Get(), 1U) << fdn;
+}
+
+}  // namespace
