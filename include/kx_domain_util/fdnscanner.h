@@ -128,48 +128,50 @@ private:
 
 /// Tells in one step which of a few packed tags a tag is: each has a place of its own in a small table, found by a
 /// multiplication that is searched for when the program is compiled.
-template <std::uint64_t... Tags>
+template <std::size_t Tags>
 class TagTable {
 public:
-    /// The index of tag among Tags; the number of Tags when it is none of them.
-    static constexpr unsigned IndexOf(std::uint64_t tag) noexcept {
-        const Place& place = PLACES[PlaceOf(tag, MULTIPLIER)];
-        return place.tag == tag ? place.index : sizeof...(Tags);
+    consteval explicit TagTable(const std::array<std::uint64_t, Tags>& tags) : m_multiplier(FindMultiplier(tags)) {
+        for (unsigned index = 0; index < Tags; ++index) {
+            m_places[PlaceOf(tags[index], m_multiplier)] = {tags[index], index};
+        }
+    }
+
+    /// The index of tag; the number of tags when it is none of them.
+    [[nodiscard]] constexpr unsigned IndexOf(std::uint64_t tag) const noexcept {
+        const Place& place = m_places[PlaceOf(tag, m_multiplier)];
+        return place.tag == tag ? place.index : Tags;
     }
 
 private:
     struct Place {
         std::uint64_t tag = 0;
-        unsigned index = sizeof...(Tags);
+        unsigned index = Tags;
     };
 
     static constexpr unsigned PLACE_BITS = 4;
-    static_assert(sizeof...(Tags) <= (1U << PLACE_BITS) / 2);
+    static_assert(Tags <= (1U << PLACE_BITS) / 2);
 
     static constexpr std::size_t PlaceOf(std::uint64_t tag, std::uint64_t multiplier) noexcept {
         return (tag * multiplier) >> (64 - PLACE_BITS);
     }
 
-    static consteval std::uint64_t FindMultiplier() {
+    static constexpr std::uint64_t FindMultiplier(const std::array<std::uint64_t, Tags>& tags) {
         std::uint64_t multiplier = 0x9E3779B97F4A7C15;
         while (true) {
             unsigned taken = 0;
-            ((taken |= 1U << PlaceOf(Tags, multiplier)), ...);
-            if (std::popcount(taken) == sizeof...(Tags)) {
+            for (const std::uint64_t tag : tags) {
+                taken |= 1U << PlaceOf(tag, multiplier);
+            }
+            if (std::popcount(taken) == static_cast<int>(Tags)) {
                 return multiplier;
             }
             multiplier = multiplier * 6364136223846793005U + 1442695040888963406U;
         }
     }
-    static constexpr std::uint64_t MULTIPLIER = FindMultiplier();
 
-    static consteval auto FillPlaces() {
-        std::array<Place, 1U << PLACE_BITS> places{};
-        unsigned index = 0;
-        ((places[PlaceOf(Tags, MULTIPLIER)] = Place{Tags, index++}), ...);
-        return places;
-    }
-    static constexpr std::array<Place, 1U << PLACE_BITS> PLACES = FillPlaces();
+    std::uint64_t m_multiplier;
+    std::array<Place, 1U << PLACE_BITS> m_places{};
 };
 
 /// The levels of an FDN that a reader wants, found in one pass. Of a repeated tag the first counts.
@@ -181,7 +183,7 @@ public:
         Level level;
         unsigned found = 0;
         while (found != ALL && scanner.Next(level)) {
-            const unsigned index = TagTable<Tags...>::IndexOf(scanner.Pack(level.tag));
+            const unsigned index = TABLE.IndexOf(scanner.Pack(level.tag));
             const unsigned bit = 1U << index & ALL;
             if ((bit & ~found) != 0) {
                 found |= bit;
@@ -220,11 +222,12 @@ public:
     }
 
 private:
+    static constexpr TagTable<sizeof...(Tags)> TABLE{std::array<std::uint64_t, sizeof...(Tags)>{Tags...}};
     static constexpr unsigned ALL = (1U << sizeof...(Tags)) - 1;
 
     template <std::uint64_t Tag>
     static consteval unsigned IndexOf() {
-        constexpr unsigned index = TagTable<Tags...>::IndexOf(Tag);
+        constexpr unsigned index = TABLE.IndexOf(Tag);
         static_assert(index < sizeof...(Tags), "this finder does not look for that tag");
         return index;
     }
