@@ -1,6 +1,7 @@
 #include "explanation.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/fdnscanner.h>
@@ -185,14 +186,17 @@ private:
     std::size_t m_levelBegin = 0;
 };
 
-// The part that a problem at this place is about: the last one that begins there or before, or the first of a level
-// that does.
+// The part that a problem at this place is about: in the level there, the last one that begins there or before, or else
+// the first.
 ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
-    auto part = std::find_if(parts.begin(), parts.end(), [&](const ExplainedPart& next) { return next.begin > place; });
-    if (part == parts.end() || part->levelBegin > place) {
-        --part;  // there is one: the first level begins with the identifier
+    const auto beginsBehind = [](std::size_t where, const ExplainedPart& part) { return part.begin > where; };
+    const auto next = std::upper_bound(parts.begin(), parts.end(), place, beginsBehind);
+    if (next == parts.begin()) {
+        return *next;  // there is one: the first level begins with the identifier
     }
-    return *part;
+    const auto previous = std::prev(next);
+    const bool isNextInLevel = next != parts.end() && next->levelBegin <= place;
+    return isNextInLevel && previous->levelBegin != next->levelBegin ? *next : *previous;
 }
 
 void AddProblems(Explanation& explanation) {

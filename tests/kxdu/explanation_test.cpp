@@ -1,0 +1,128 @@
+#include "explanation.h"
+
+#include <gmock/gmock.h>
+
+#include "levelcheck.h"
+#include "samplenetwork.h"
+
+using namespace NS_KXDU;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+Explanation ExplainFdn(const std::string& fdn, const NS_STANDALONE::Inventory* inventory = nullptr) {
+    return Explain(fdn, FindKind(fdn), inventory);
+}
+
+// "text in the identifier: meaning"; a part with a caveat ends in " !".
+std::vector<std::string> PartsOf(const std::string& fdn) {
+    std::vector<std::string> texts;
+    for (const ExplainedPart& part : ExplainFdn(fdn).parts) {
+        texts.push_back(fdn.substr(part.begin, part.size) + ": " + part.meaning + (part.caveat.empty() ? "" : " !"));
+    }
+    return texts;
+}
+
+std::string ValueOf(const Explanation& explanation, const std::string& name) {
+    for (const ReadField& field : explanation.fields) {
+        if (field.name == name) {
+            return field.value + (field.isKnown ? "" : " unknown");
+        }
+    }
+    return "no such field";
+}
+
+}  // namespace
+
+TEST(Explain, NamesEachLevelAndSubValue) {
+    EXPECT_THAT(PartsOf("NE=12,FR=1,S=3,CP=-1,SS=-1,SC=-1,PP=16|1025|7|GE0/7"),
+                ElementsAre("12: network element 12", "1: shelf 1", "3: slot 3", "-1: card -1 (always -1)",
+                            "-1: sub-slot -1 (none)", "-1: card in the sub-slot -1 (always -1)", "PP: physical port",
+                            "16: PP type 16", "1025: FB type 1025", "7: port number 7", "GE0/7: port name \"GE0/7\""));
+}
+
+TEST(Explain, TellsWhatEmptyAndSpecialSubValuesMean) {
+    EXPECT_THAT(
+        PartsOf("NE=1,LP=||4294967295|"),
+        ElementsAre("1: network element 1", "LP: logical port", ": PP type: none, or a port identified by its name",
+                    ": FB type: none", "4294967295: port number 4294967295 (none)", ": port name: none"));
+}
+
+TEST(Explain, NamesFbTypes) {
+    EXPECT_THAT(PartsOf("PP=1|4151|1|"), testing::Contains("4151: FB type 4151 (LAG)"));
+    EXPECT_THAT(PartsOf("LP=|65547|1|"), testing::Contains("65547: FB type 65547 (a logical port)"));
+}
+
+TEST(Explain, KnowsTheRestOfAnEscapedName) {
+    EXPECT_THAT(PartsOf("PP=|1025|7|a\\|b"), testing::Contains("b: rest of the name, behind an escaped |: \"b\""));
+}
+
+TEST(Explain, PutsEachProblemToThePartThatItIsAbout) {
+    EXPECT_THAT(PartsOf("NE=1,NE=2,FOO=3,,S="), ElementsAre("1: network element 1", "2: network element 2 !",
+                                                            "FOO: level \"FOO\" !", ": level \"\" !", ": slot !"));
+    EXPECT_THAT(PartsOf("NE=1,PP=x|1025|7|a|b"),
+                ElementsAre("1: network element 1", "PP: physical port", "x: PP type x !", "1025: FB type 1025",
+                            "7: port number 7", "a: port name \"a\"", "b: sub-value \"b\" !"));
+}
+
+TEST(Explain, TellsOfProblemsInTheWordsOfTheCheck) {
+    std::string problems;
+    CheckLevels("NE=9x", [&](const Problem& problem) { problems += problem.text; });
+    EXPECT_NE(problems, "");
+    EXPECT_EQ(ExplainFdn("NE=9x").parts.at(0).caveat, problems);
+}
+
+TEST(Explain, ShowsTheRecordThatIsRead) {
+    const Explanation explanation = ExplainFdn("NE=12,PP=|1025|7|GE0/7");
+    EXPECT_EQ(explanation.type, "PortIndex");
+    EXPECT_EQ(ValueOf(explanation, "neId"), "12");
+    EXPECT_EQ(ValueOf(explanation, "ppType"), "251");
+    EXPECT_EQ(ValueOf(explanation, "portLabel"), "\"GE0/7\"");
+    EXPECT_EQ(ValueOf(explanation, "slotId"), "-1 unknown");
+    EXPECT_EQ(ValueOf(explanation, "reserved"), "no such field");
+}
+
+TEST(Explain, NamesTheFieldsOfANestedRecord) {
+    EXPECT_EQ(ValueOf(ExplainFdn("NE=1,PP=4||2|,AP=1|2|3"), "port.portId"), "2");
+}
+
+TEST(Explain, SaysWhetherTheIdentifierIsCanonical) {
+    EXPECT_TRUE(ExplainFdn("NE=12,FR=1").isCanonical);
+    EXPECT_THAT(ExplainFdn("NE=12,FR=1").notes, IsEmpty());
+    const Explanation other = ExplainFdn("NE=0012,FR=1");
+    EXPECT_FALSE(other.isCanonical);
+    EXPECT_THAT(other.notes, ElementsAre("what was read would be written as NE=12,FR=1"));
+}
+
+TEST(Explain, WithoutAnInventorySaysWhatItCannotTell) {
+    const Explanation explanation = ExplainFdn("NE=12,FR=1,S=3,CP=-1");
+    EXPECT_FALSE(explanation.isCanonical);
+    EXPECT_THAT(explanation.notes,
+                ElementsAre("not compared with what the library writes: that depends on the NE type; "
+                            "give --inventory FILE"));
+}
+
+TEST(Explain, WithAnInventoryNamesTheNeType) {
+    const SampleNetwork network(1);
+    const SampleInventoryService service(network);
+    const auto inventory = network.MakeInventory(1);
+    const auto& type = network.NeType(1);
+    EXPECT_EQ(ExplainFdn("NE=1", &inventory).parts.at(0).meaning,
+              "network element 1: " + std::string(type.name) + ", NE type " + std::to_string(type.neType));
+    EXPECT_EQ(ExplainFdn("NE=2", &inventory).parts.at(0).meaning, "network element 2: not in the inventory");
+    EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=3,CP=-1,PP=16||1|", &inventory).notes, IsEmpty());
+}
+
+TEST(Explain, NotesWhatNothingReads) {
+    EXPECT_EQ(ExplainFdn("NE=1,FOO=2").type, "");
+    EXPECT_THAT(ExplainFdn("NE=1,FOO=2").notes, ElementsAre("no kind of identifier ends in the level \"FOO\""));
+    EXPECT_THAT(ExplainFdn("").parts, IsEmpty());
+    EXPECT_THAT(ExplainFdn("").notes, ElementsAre("no kind of identifier ends in the level \"\""));
+    EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|").notes,
+                ElementsAre("nothing is read: the record stays one that knows nothing"));
+}
+
+TEST(Explain, NotesBytesThatAreNotUtf8) {
+    EXPECT_THAT(ExplainFdn("NE=1,PP=||1|M\xFC").notes, ElementsAre("byte 14 is not UTF-8"));
+}

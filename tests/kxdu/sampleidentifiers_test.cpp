@@ -1,0 +1,87 @@
+#include "sampleidentifiers.h"
+
+#include <set>
+#include <string_view>
+#include <unordered_set>
+
+#include <gtest/gtest.h>
+
+#include "kinds.h"
+#include "levelcheck.h"
+
+using namespace NS_KXDU;
+
+namespace {
+
+void ForEachIdentifier(std::uint64_t seed, std::int32_t neCount, const TakeIdentifier& take) {
+    const SampleNetwork network(seed);
+    const SampleInventoryService service(network);
+    SampleIdentifiers identifiers(network);
+    for (std::int32_t neId = 1; neId <= neCount; ++neId) {
+        identifiers.Write(neId, take);
+    }
+}
+
+// FNV-1a over the identifiers as lines.
+std::uint64_t HashOfLines(std::uint64_t seed, std::int32_t neCount) {
+    std::uint64_t hash = 0xCBF29CE484222325U;
+    const auto add = [&hash](std::string_view text) {
+        for (const char character : text) {
+            hash = (hash ^ static_cast<unsigned char>(character)) * 0x100000001B3U;
+        }
+    };
+    ForEachIdentifier(seed, neCount, [&](const std::string& fdn) {
+        add(fdn);
+        add("\n");
+    });
+    return hash;
+}
+
+}  // namespace
+
+// The bytes are a promise: files made on different machines are compared, and measurements refer to them.
+TEST(SampleIdentifiers, TheSameSeedGivesTheSameBytesEverywhere) {
+    EXPECT_EQ(HashOfLines(1, 100), 3038465114424150342U);
+    EXPECT_EQ(HashOfLines(2, 100), 17321541845207589566U);
+}
+
+TEST(SampleIdentifiers, EachIsGivenBackByteForByte) {
+    std::size_t count = 0;
+    std::string canonical;
+    ForEachIdentifier(11, 500, [&](const std::string& fdn) {
+        const Kind* const kind = FindKind(fdn);
+        ASSERT_NE(kind, nullptr) << fdn;
+        kind->Rewrite(fdn, canonical);
+        ASSERT_EQ(canonical, fdn);
+        ++count;
+    });
+    EXPECT_GT(count, 25'000U);
+}
+
+TEST(SampleIdentifiers, EachIsWellFormed) {
+    ForEachIdentifier(12, 200, [](const std::string& fdn) {
+        CheckLevels(fdn, [&](const Problem& problem) { ADD_FAILURE() << fdn << ": " << problem.text; });
+    });
+}
+
+TEST(SampleIdentifiers, NoneIsWrittenTwice) {
+    std::unordered_set<std::string> seen;
+    ForEachIdentifier(13, 300, [&](const std::string& fdn) { ASSERT_TRUE(seen.insert(fdn).second) << fdn; });
+}
+
+TEST(SampleIdentifiers, AreOfEveryKindThatAPlausibleNetworkHas) {
+    std::set<std::string_view> types;
+    ForEachIdentifier(1, 200, [&](const std::string& fdn) { types.insert(FindKind(fdn)->Type()); });
+    for (const char* const type : {"OSIndex", "ONEIndex", "NEIndex", "ShelfIndex", "SlotIndex", "SubSlotIndex",
+                                   "CardIndex", "PortIndex", "CtpKey_T", "TPIndex"}) {
+        EXPECT_TRUE(types.contains(type)) << type;
+    }
+}
+
+TEST(SampleIdentifiers, TwoThousandNesHaveAHundredThousand) {
+    for (const std::uint64_t seed : {0U, 1U, 42U}) {
+        std::size_t count = 0;
+        ForEachIdentifier(seed, 2000, [&](const std::string&) { ++count; });
+        EXPECT_GE(count, 100'000U) << "seed " << seed;
+    }
+}
