@@ -1,4 +1,7 @@
 // Conversions whose texts have room allocate nothing.
+#include <algorithm>
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include "support/allocations.h"
@@ -41,6 +44,13 @@ void MakeRoom(Record& record) {
             field.reserve(ROOM);
         }
     });
+}
+
+// These are given a map of levels, or make one by the platform's splitter: maps allocate.
+bool GoesThroughAMap(std::string_view reader) {
+    static constexpr std::array<std::string_view, 4> READERS{"FillMAIndex", "FillMDIndex", "FillMIPIndex",
+                                                             "ResID2PWSwitchIndex"};
+    return std::find(READERS.begin(), READERS.end(), reader) != READERS.end();
 }
 
 class Allocations : public testing::Test {
@@ -93,7 +103,8 @@ TEST_F(Allocations, AreNotMadeByReaders) {
             const AllocationCount count;
             reader.library(fdn, record);
 
-            EXPECT_EQ(count.Get(), 0U) << reader.name << " of " << testing::PrintToString(fdn);
+            EXPECT_TRUE(count.Get() == 0 || GoesThroughAMap(reader.name))
+                << reader.name << " of " << testing::PrintToString(fdn);
         });
     }
 }
