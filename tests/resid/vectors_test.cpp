@@ -22,6 +22,7 @@ using NS_TEST::Reader;
 using NS_TEST::RecordFields;
 using NS_TEST::RecordingDataAccess;
 using NS_TEST::RecordingInventory;
+using NS_TEST::RecordingLog;
 using NS_TEST::Registration;
 using NS_TEST::VectorCase;
 using NS_TEST::VectorFile;
@@ -45,10 +46,20 @@ std::uint32_t ExpectedCode(const VectorCase& vectorCase) {
                                     : 0;
 }
 
+// Each log record as its fields with blanks between.
+std::vector<std::string> LogTexts(const RecordingLog& log) {
+    std::vector<std::string> texts;
+    for (const RecordingLog::Record& record : log.m_records) {
+        texts.push_back(record.file + ' ' + record.function + ' ' + std::to_string(record.line) + ' ' +
+                        std::to_string(record.level) + ' ' + record.message);
+    }
+    return texts;
+}
+
 template <class Record>
 void RunReader(const VectorCase& vectorCase, const Reader<Record>& reader) {
     vectorCase.AllowOnly(
-        {"name", "reader", "record", "fdn", "configuration", "dataAccess", "initial", "expected", "throws"});
+        {"name", "reader", "record", "fdn", "configuration", "dataAccess", "initial", "expected", "throws", "log"});
     const Configuration configuration(vectorCase.TextMap("configuration"));
     RecordingDataAccess dataAccess;
     std::optional<Registration> registration;
@@ -62,19 +73,31 @@ void RunReader(const VectorCase& vectorCase, const Reader<Record>& reader) {
     vectorCase.Overwrite("expected", expected);
     const ExactText fdn(vectorCase.Text("fdn"));
 
+    Record unlogged = record;
+    const std::uint32_t unloggedCode = ThrownCode([&] { reader.library(fdn, unlogged); });
+    RecordingLog log;
+    const Registration logRegistration("LogSvcInterface", log);
+
     const std::uint32_t code = ThrownCode([&] { reader.library(fdn, record); });
 
     EXPECT_EQ(code, ExpectedCode(vectorCase));
     EXPECT_EQ(record, expected);
+    EXPECT_EQ(LogTexts(log), vectorCase.Has("log") ? vectorCase.Texts("log") : std::vector<std::string>{});
+    EXPECT_EQ(unloggedCode, code) << "another answer without a log service";
+    EXPECT_EQ(unlogged, expected) << "another answer without a log service";
 }
 
 template <class Record>
 void RunWriter(const VectorCase& vectorCase, const Writer<Record>& writer) {
     vectorCase.AllowOnly({"name", "writer", "record", "fields", "asLogical", "withSubIf", "neType", "configuration",
-                          "inventory", "queries", "expected", "throws"});
+                          "inventory", "queries", "omitting", "oamQueries", "expected", "throws"});
     const Configuration configuration(vectorCase.TextMap("configuration"));
     RecordingInventory inventory(vectorCase.NumberMap("inventory"));
     std::optional<Registration> registration;
+    if (vectorCase.Has("omitting")) {
+        const std::vector<std::int64_t> omitting = vectorCase.Numbers("omitting");
+        inventory.m_omitting.insert(omitting.begin(), omitting.end());
+    }
     if (vectorCase.Has("inventory")) {
         registration.emplace("InventoryBufif", inventory);
     }
@@ -100,6 +123,13 @@ void RunWriter(const VectorCase& vectorCase, const Writer<Record>& writer) {
         }
     }
     EXPECT_EQ(inventory.m_queries, queries) << "number or arguments of the questions to the inventory";
+    std::vector<int> oamQuestions;
+    if (vectorCase.Has("oamQueries")) {
+        for (const std::int64_t neId : vectorCase.Numbers("oamQueries")) {
+            oamQuestions.push_back(static_cast<int>(neId));
+        }
+    }
+    EXPECT_EQ(inventory.m_oamQuestions, oamQuestions) << "number or arguments of the questions about OAM numbers";
 }
 
 bool RunReaderCase(const VectorCase& vectorCase) {
@@ -194,13 +224,17 @@ TEST_P(Vectors, Hold) {
 INSTANTIATE_TEST_SUITE_P(OfResId, Vectors,
                          testing::Values(Suite{"grammar", &RunGrammarCase}, Suite{"equipmentreaders", &RunReaderCase},
                                          Suite{"equipmentwriters", &RunWriterCase},
-                                         Suite{"portreaders", &RunReaderCase}, Suite{"portwriters", &RunWriterCase}),
+                                         Suite{"portreaders", &RunReaderCase}, Suite{"portwriters", &RunWriterCase},
+                                         Suite{"servicereaders", &RunReaderCase},
+                                         Suite{"servicewriters", &RunWriterCase}, Suite{"oamreaders", &RunReaderCase},
+                                         Suite{"oamwriters", &RunWriterCase}),
                          [](const auto& suite) { return std::string(suite.param.file); });
 
 // A conversion that no vector names would go untested by other implementations.
 TEST(VectorsOfResId, NameEveryConversion) {
     std::set<std::pair<std::string, std::string>> named;
-    for (const char* file : {"equipmentreaders", "portreaders", "equipmentwriters", "portwriters"}) {
+    for (const char* file : {"equipmentreaders", "portreaders", "servicereaders", "oamreaders", "equipmentwriters",
+                             "portwriters", "servicewriters", "oamwriters"}) {
         const VectorFile vectors(file);
         for (const VectorCase& vectorCase : vectors.Cases()) {
             named.emplace(vectorCase.Text(vectorCase.Has("reader") ? "reader" : "writer"), vectorCase.Text("record"));
@@ -215,7 +249,8 @@ TEST(VectorsOfResId, NameEveryConversion) {
 }
 
 TEST(VectorsOfResId, HaveNamesOfTheirOwn) {
-    for (const char* file : {"grammar", "equipmentreaders", "portreaders", "equipmentwriters", "portwriters"}) {
+    for (const char* file : {"grammar", "equipmentreaders", "portreaders", "servicereaders", "oamreaders",
+                             "equipmentwriters", "portwriters", "servicewriters", "oamwriters"}) {
         std::set<std::string> names;
         const VectorFile vectors(file);
         for (const VectorCase& vectorCase : vectors.Cases()) {

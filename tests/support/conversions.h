@@ -23,6 +23,24 @@ struct Reader {
     Function literal;
 };
 
+/// read is called with the class to convert by, as a std::type_identity.
+template <class Record, class Read>
+Reader<Record> MakeReader(std::string_view name, Read /*read*/) {
+    // read captures nothing, so that a function without it can call it.
+    return {
+        name,
+        [](const std::string& fdn, Record& record) { Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, fdn, record); },
+        [](const std::string& fdn, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, fdn, record); }};
+}
+
+/// The parsed FDN that the readers of a map take.
+template <class By>
+NS_UTIL::MocLvlValueMap ParseBy(By /*conversions*/, const std::string& fdn) {
+    NS_UTIL::MocLvlValueMap map;
+    By::type::Fdn2MocLvlValueMap(fdn, map);
+    return map;
+}
+
 /// Calls visit with each reader's row.
 template <class Visit>
 void ForEachReader(Visit visit) {
@@ -42,6 +60,37 @@ void ForEachReader(Visit visit) {
     visit(Reader<TPIndex>{"ResID2TPIndex", &ResIDUtil::ResID2TPIndex, &Literal::ResID2TPIndex});
     visit(Reader<PortIndex>{"ResID2LoopBackPortIndex", &ResIDUtil::ResID2LoopBackPortIndex,
                             &Literal::ResID2LoopBackPortIndex});
+
+    visit(Reader<PWIndex>{"ResID2PWIndex", &ResIDUtil::ResID2PWIndex, &Literal::ResID2PWIndex});
+    visit(Reader<PWSwitchIndex>{"ResID2PWSwitchIndex", &ResIDUtil::ResID2PWSwitchIndex, &Literal::ResID2PWSwitchIndex});
+    visit(MakeReader<ServiceGroup>("ResID2GroupID", []<class By>(By, const std::string& fdn, ServiceGroup& service) {
+        By::type::ResID2GroupID(fdn, service.group);
+    }));
+    visit(Reader<VPNTrailIndex>{"ResID2VPNTrailIndex", &ResIDUtil::ResID2VPNTrailIndex, &Literal::ResID2VPNTrailIndex});
+    visit(Reader<TunnelTrailIndex>{"ResID2TunnelTrailIndex", &ResIDUtil::ResID2TunnelTrailIndex,
+                                   &Literal::ResID2TunnelTrailIndex});
+    visit(Reader<PWTrailIndex>{"ResID2PWTrailIndex", &ResIDUtil::ResID2PWTrailIndex, &Literal::ResID2PWTrailIndex});
+    visit(Reader<TNPIndex_T>{"ResID2TNPIndex", &ResIDUtil::ResID2TNPIndex, &Literal::ResID2TNPIndex});
+    visit(Reader<ServiceIndex>{"ResID2SVCIndex", &ResIDUtil::ResID2SVCIndex, &Literal::ResID2SVCIndex});
+    visit(Reader<TunnelIndex>{"ResID2TunnelIndex", &ResIDUtil::ResID2TunnelIndex, &Literal::ResID2TunnelIndex});
+    visit(Reader<TDIndex>{"ResID2TDIndex", &ResIDUtil::ResID2TDIndex, &Literal::ResID2TDIndex});
+
+    visit(Reader<MDIndex>{"ResID2MDIndex", &ResIDUtil::ResID2MDIndex, &Literal::ResID2MDIndex});
+    visit(Reader<MAIndex>{"ResID2MAIndex", &ResIDUtil::ResID2MAIndex, &Literal::ResID2MAIndex});
+    visit(Reader<MIPIndex>{"ResID2MIPIndex", &ResIDUtil::ResID2MIPIndex, &Literal::ResID2MIPIndex});
+    visit(MakeReader<MDIndex>("FillMDIndex", []<class By>(By by, const std::string& fdn, MDIndex& md) {
+        By::type::FillMDIndex(ParseBy(by, fdn), md);
+    }));
+    visit(MakeReader<MAIndex>("FillMAIndex", []<class By>(By by, const std::string& fdn, MAIndex& ma) {
+        By::type::FillMAIndex(ParseBy(by, fdn), ma);
+    }));
+    visit(MakeReader<MIPIndex>("FillMIPIndex", []<class By>(By by, const std::string& fdn, MIPIndex& mip) {
+        By::type::FillMIPIndex(ParseBy(by, fdn), mip);
+    }));
+    visit(MakeReader<EndPointReading>("ResID2MepIndex",
+                                      []<class By>(By, const std::string& fdn, EndPointReading& reading) {
+                                          reading.answer = By::type::ResID2MepIndex(fdn, reading.mep);
+                                      }));
 }
 
 /// What writers take besides record and text.
@@ -131,6 +180,24 @@ void ForEachWriter(Visit visit) {
     visit(MakeWriter<TPIndex>("TPIndex2ResID", "", []<class By>(By, const TPIndex& tp, Text& fdn, const Arguments&) {
         By::type::TPIndex2ResID(tp, fdn);
     }));
+    visit(MakeWriter<PWIndex>("PWIndex2ResID", "", []<class By>(By, const PWIndex& pw, Text& fdn, const Arguments&) {
+        By::type::PWIndex2ResID(pw, fdn);
+    }));
+    visit(MakeWriter<MDIndex>("MDIndex2ResID", "", []<class By>(By, const MDIndex& md, Text& fdn, const Arguments&) {
+        By::type::MDIndex2ResID(md, fdn);
+    }));
+    visit(MakeWriter<MAIndex>("MAIndex2ResID", "", []<class By>(By, const MAIndex& ma, Text& fdn, const Arguments&) {
+        By::type::MAIndex2ResID(ma, fdn);
+    }));
+    visit(MakeWriter<MEPIndex>(
+        "MepIndex2ResID", "",
+        []<class By>(By, const MEPIndex& mep, Text& fdn, const Arguments&) { By::type::MepIndex2ResID(mep, fdn); }));
+    visit(MakeWriter<MEPIndex>(
+        "RmepIndex2ResID", "",
+        []<class By>(By, const MEPIndex& mep, Text& fdn, const Arguments&) { By::type::RmepIndex2ResID(mep, fdn); }));
+    visit(MakeWriter<MIPIndex>(
+        "MIPIndex2ResID", "",
+        []<class By>(By, const MIPIndex& mip, Text& fdn, const Arguments&) { By::type::MIPIndex2ResID(mip, fdn); }));
 }
 
 }  // namespace NS_TEST

@@ -19,7 +19,7 @@ public:
     explicit IdentifierGenerator(std::uint64_t seed) : m_chance(seed) {}
 
     std::string Next() {
-        std::string fdn = m_chance.Once(3) ? AnyLevels() : PortLike();
+        std::string fdn = AnyLike();
         while (m_chance.Once(2)) {
             Damage(fdn);
         }
@@ -27,6 +27,54 @@ public:
     }
 
 private:
+    std::string AnyLike() {
+        switch (m_chance.Below(6)) {
+            case 0:
+            case 1:
+                return AnyLevels();
+            case 2:
+                return ServiceLike();
+            case 3:
+                return OamLike();
+            default:
+                return PortLike();
+        }
+    }
+
+    // A service, trail or tunnel.
+    std::string ServiceLike() {
+        static constexpr std::array<std::string_view, 14> HEADS{
+            "PWE3=",      "NETH=",    "VSI=",    "VRF=",           "TUNNEL=", "ATMTD=",  "VEGROUP=",
+            "PWE3TRAIL=", "PWTRAIL=", "TRAIL=1", "TUNNELPGTRAIL=", "VPLS=",   "TUNNEL=", "TUNNELTRAIL="};
+        std::string fdn;
+        AppendSometimes(fdn, "NE=");
+        for (std::size_t levels = 1 + m_chance.Below(3); levels > 0; --levels) {
+            fdn += ',';
+            fdn += m_chance.From(HEADS);
+            for (std::size_t subValues = m_chance.Below(10); subValues > 0; --subValues) {
+                fdn += Number() + (subValues > 1 ? "|" : "");
+            }
+        }
+        return fdn;
+    }
+
+    // A maintenance domain, association or point.
+    std::string OamLike() {
+        static constexpr std::array<std::string_view, 5> ENDS{",MEP=", ",RMEP=", ",MIP=", ",MA=", ",MEP"};
+        std::string fdn;
+        AppendSometimes(fdn, "NE=");
+        for (const std::string_view head : {std::string_view(",MD="), std::string_view(",MA="), m_chance.From(ENDS)}) {
+            if (m_chance.Once(6)) {
+                continue;
+            }
+            fdn += head;
+            fdn += m_chance.Once(2) ? "" : Number();
+            fdn += m_chance.Once(4) ? "" : "|";
+            fdn += m_chance.Once(3) ? "" : "name";
+        }
+        return fdn;
+    }
+
     std::string PortLike() {
         std::string fdn = m_chance.Once(20) ? "ONE=3,NE=" : "NE=";
         fdn += Number();
@@ -50,9 +98,38 @@ private:
     }
 
     std::string AnyLevels() {
-        static constexpr std::array<std::string_view, 23> TAGS{
-            "NE", "FR", "S",   "SS", "CP", "SC",  "PP", "LP",  "SUBIF",      "AP",        "VR",           "VC4",
-            "MD", "OS", "ONE", "",   "ne", "NEX", "N",  " NE", "CHANNELSET", "PWE3TRAIL", "TUNNELPGTRAIL"};
+        static constexpr std::array<std::string_view, 32> TAGS{"NE",
+                                                               "FR",
+                                                               "S",
+                                                               "SS",
+                                                               "CP",
+                                                               "SC",
+                                                               "PP",
+                                                               "LP",
+                                                               "SUBIF",
+                                                               "AP",
+                                                               "VR",
+                                                               "VC4",
+                                                               "MD",
+                                                               "OS",
+                                                               "ONE",
+                                                               "",
+                                                               "ne",
+                                                               "NEX",
+                                                               "N",
+                                                               " NE",
+                                                               "CHANNELSET",
+                                                               "PWE3TRAIL",
+                                                               "TUNNELPGTRAIL",
+                                                               "MA",
+                                                               "MIP",
+                                                               "MEP",
+                                                               "PWE3",
+                                                               "NETH",
+                                                               "VRF",
+                                                               "TUNNEL",
+                                                               "ATMTD",
+                                                               "VEGROUP"};
         std::string fdn;
         for (std::size_t left = m_chance.Below(9); left > 0; --left) {
             fdn += m_chance.From(TAGS);

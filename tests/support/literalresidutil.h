@@ -16,6 +16,7 @@
 #include <kx_platform/configitems.h>
 #include <kx_platform/dawsvcinterface.h>
 #include <kx_platform/inventorybufif.h>
+#include <kx_platform/logsvcinterface.h>
 
 namespace NS_TEST {
 
@@ -32,6 +33,8 @@ public:
     inline static NS_SERVICE::InventoryBufif* inventory = nullptr;
     /// What the reader of loop-back ports asks; null: there is none.
     inline static NS_SERVICE::DAWSvcInterface* dataAccess = nullptr;
+    /// What the OAM readers log to; null: there is none.
+    inline static NS_SERVICE::ModuleLogger* logger = nullptr;
 
     // ---- The grammar ------------------------------------------------------------------------------------------------
 
@@ -408,7 +411,256 @@ public:
         ReadPortLevel(map, port, false);
     }
 
+    // ---- Services, trails, tunnels ----------------------------------------------------------------------------------
+
+    static void PWIndex2ResID(const NS_DOMAIN::PWIndex& pw, std::string& fdn) {
+        fdn = "NE=" + Number(pw.neId) + "," + pw.resId;
+    }
+
+    static void ResID2PWIndex(const std::string& fdn, NS_DOMAIN::PWIndex& pw) {
+        Read(Parse(fdn), "NE", pw.neId);
+        pw.resId = fdn;
+    }
+
+    // By items NAME=value, of which the first of a name counts, an empty value too.
+    static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch) {
+        for (const std::string& item : Split(fdn, ',')) {
+            if (item.substr(0, 3) == "NE=") {
+                pwSwitch.neId = ToInt(item.substr(3));
+                break;
+            }
+        }
+        pwSwitch.resId = fdn;
+    }
+
+    static void ResID2GroupID(const std::string& fdn, int& group) { Read(Parse(fdn), "VEGROUP", group); }
+
+    static void ResID2VPNTrailIndex(const std::string& fdn, NS_DOMAIN::VPNTrailIndex& trail) {
+        if (fdn.find("PWE3TRAIL=") != std::string::npos) {
+            trail.trailResId = fdn.substr(fdn.find("PWE3TRAIL="));
+            trail.trailType = 1;
+        } else if (fdn.find("VPLS=") != std::string::npos) {
+            trail.trailResId = fdn.substr(fdn.find("VPLS="));
+            trail.trailType = 2;
+        }
+    }
+
+    static void ResID2TunnelTrailIndex(const std::string& fdn, NS_DOMAIN::TunnelTrailIndex& trail) {
+        ReadTrail(fdn, "TUNNELTRAIL=", trail.trailResId);
+    }
+    static void ResID2PWTrailIndex(const std::string& fdn, NS_DOMAIN::PWTrailIndex& trail) {
+        ReadTrail(fdn, "PWTRAIL=", trail.trailResId);
+    }
+    static void ResID2TNPIndex(const std::string& fdn, NS_DOMAIN::TNPIndex_T& group) {
+        ReadTrail(fdn, "TUNNELPGTRAIL=", group.trailResId);
+    }
+
+    static void ResID2SVCIndex(const std::string& fdn, NS_DOMAIN::ServiceIndex& service) {
+        Map map = Parse(fdn);
+        Read(map, "NE", service.neId);
+        if (map.count("PWE3") != 0) {
+            if (map["PWE3"].size() >= 2) {
+                service.svcType = ToInt(map["PWE3"][0]);
+                service.svcId = ToInt(map["PWE3"][1]);
+            }
+        } else if (map.count("NETH") != 0) {
+            service.svcType = 2;
+            Read(map, "NETH", service.svcId);
+        } else if (map.count("VSI") != 0) {
+            service.svcType = 4;
+            Read(map, "VSI", service.svcId);
+        } else if (map.count("VRF") != 0) {
+            Read(map, "VRF", service.svcId);
+        }
+        service.resId = fdn;
+    }
+
+    static void ResID2TunnelIndex(const std::string& fdn, NS_DOMAIN::TunnelIndex& tunnel) {
+        Map map = Parse(fdn);
+        Read(map, "NE", tunnel.neId);
+        const std::vector<std::string> values = map["TUNNEL"];
+        if (values.size() >= 7) {
+            tunnel.tunnelInt0 = ToInt(values[0]);
+            tunnel.tunnelInt1 = ToInt(values[1]);
+            tunnel.tunnelText2 = values[2];
+            tunnel.tunnelText3 = values[3];
+            tunnel.tunnelInt4 = ToInt(values[4]);
+            tunnel.tunnelText5 = values[5];
+            tunnel.tunnelText5Copy = values[5];
+            tunnel.tunnelInt6 = ToInt(values[6]);
+        }
+        tunnel.resId = fdn;
+    }
+
+    static void ResID2TDIndex(const std::string& fdn, NS_DOMAIN::TDIndex& descriptor) {
+        const Map map = Parse(fdn);
+        int neId = 0;
+        Read(map, "NE", neId);
+        descriptor.neId = neId;
+        int tdId = 0;
+        if (GetValueByMocLvlName("ATMTD", map, tdId)) {
+            descriptor.tdId = tdId;
+        }
+    }
+
+    // ---- OAM --------------------------------------------------------------------------------------------------------
+
+    static void MDIndex2ResID(const NS_DOMAIN::MDIndex& md, std::string& fdn) {
+        fdn = "NE=" + Number(md.neId) + ",MD=";
+        if (!IsOamNumberOmitted(md.neId) && md.mdId != -1) {
+            fdn += Number(md.mdId);
+        }
+        fdn += "|" + md.mdName;
+    }
+
+    static void MAIndex2ResID(const NS_DOMAIN::MAIndex& ma, std::string& fdn) {
+        MDIndex2ResID(MdOf(ma), fdn);
+        fdn += ",MA=";
+        if (!IsOamNumberOmitted(ma.neId) && ma.maId != -1) {
+            fdn += Number(ma.maId);
+        }
+        fdn += "|" + ma.maName;
+    }
+
+    static void MepIndex2ResID(const NS_DOMAIN::MEPIndex& mep, std::string& fdn) {
+        MAIndex2ResID(MaOf(mep), fdn);
+        fdn += ",MEP=" + Number(mep.mepId);
+    }
+    static void RmepIndex2ResID(const NS_DOMAIN::MEPIndex& mep, std::string& fdn) {
+        MAIndex2ResID(MaOf(mep), fdn);
+        fdn += ",RMEP=" + Number(mep.mepId);
+    }
+
+    static void MIPIndex2ResID(const NS_DOMAIN::MIPIndex& mip, std::string& fdn) {
+        if (mip.mdId == -1) {
+            NEIndex2ResID(mip, fdn);
+        } else {
+            MDIndex2ResID(MdOf(mip), fdn);
+        }
+        fdn += ",MIP=";
+        if (mip.mipId != 0 && mip.mipId != -1) {
+            fdn += Number(mip.mipId);
+        }
+        fdn += "|" + mip.mipName;
+    }
+
+    static void FillMDIndex(const Map& map, NS_DOMAIN::MDIndex& md) {
+        Read(map, "NE", md.neId);
+        if (!GetValueByMocLvlName("MD", map, md.mdId, 0)) {
+            md.mdId = -1;
+        }
+        if (!GetValueByMocLvlName("MD", map, md.mdName, 1)) {
+            Log(1064, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN.");
+        }
+    }
+
+    static void FillMAIndex(const Map& map, NS_DOMAIN::MAIndex& ma) {
+        FillParentMd(map, ma);
+        if (!GetValueByMocLvlName("MA", map, ma.maId, 0)) {
+            ma.maId = -1;
+        }
+        if (!GetValueByMocLvlName("MA", map, ma.maName, 1)) {
+            Log(1113, "[ResIDUtil::FillMAIndex]cannot find the MAName in FDN.");
+        }
+    }
+
+    static void FillMIPIndex(const Map& map, NS_DOMAIN::MIPIndex& mip) {
+        FillParentMd(map, mip);
+        if (!GetValueByMocLvlName("MIP", map, mip.mipId, 0)) {
+            mip.mipId = -1;
+        }
+    }
+
+    static void ResID2MDIndex(const std::string& fdn, NS_DOMAIN::MDIndex& md) { FillMDIndex(Parse(fdn), md); }
+    static void ResID2MAIndex(const std::string& fdn, NS_DOMAIN::MAIndex& ma) { FillMAIndex(Parse(fdn), ma); }
+    static void ResID2MIPIndex(const std::string& fdn, NS_DOMAIN::MIPIndex& mip) { FillMIPIndex(Parse(fdn), mip); }
+
+    static int ResID2MepIndex(const std::string& fdn, NS_DOMAIN::MEPIndex& mep) {
+        constexpr int FAILED = 1092092090;
+        std::string rest = fdn;
+        for (int count = 0; rest.find(',') != std::string::npos; ++count) {
+            const std::string piece = rest.substr(0, rest.find(','));
+            rest = rest.substr(rest.find(',') + 1);
+            if (piece.find('=') == std::string::npos) {
+                Log(1243, "[ResIDUtil::ResID2MepIndex]cannot find the equality sign in FDN.");
+                return FAILED;
+            }
+            const std::string value = piece.substr(piece.find('=') + 1);
+            if (count == 0) {
+                mep.neId = ToInt(value);
+            } else if (count == 1) {
+                ReadNumberOrName(value, mep.mdId, mep.mdName);
+            } else if (count == 2) {
+                ReadNumberOrName(value, mep.maId, mep.maName);
+            } else {
+                Log(1238, "[ResIDUtil::ResID2MepIndex]countis invalid value.");
+                return FAILED;
+            }
+        }
+        if (rest.find('=') == std::string::npos) {
+            return FAILED;
+        }
+        mep.mepId = ToInt(rest.substr(rest.find('=') + 1));
+        return 0;
+    }
+
 private:
+    static void ReadTrail(const std::string& fdn, const std::string& tag, std::string& trailResId) {
+        if (fdn.find(tag) != std::string::npos) {
+            trailResId = fdn.substr(fdn.find(tag));
+        }
+    }
+
+    template <class Record>
+    static NS_DOMAIN::MDIndex MdOf(const Record& record) {
+        NS_DOMAIN::MDIndex md;
+        md.neId = record.neId;
+        md.mdId = record.mdId;
+        md.mdName = record.mdName;
+        return md;
+    }
+
+    static NS_DOMAIN::MAIndex MaOf(const NS_DOMAIN::MEPIndex& mep) {
+        NS_DOMAIN::MAIndex ma;
+        ma.neId = mep.neId;
+        ma.mdId = mep.mdId;
+        ma.mdName = mep.mdName;
+        ma.maId = mep.maId;
+        ma.maName = mep.maName;
+        return ma;
+    }
+
+    template <class Record>
+    static void FillParentMd(const Map& map, Record& record) {
+        NS_DOMAIN::MDIndex md;
+        md.neId = -1;
+        md.mdId = 0;
+        FillMDIndex(map, md);
+        record.neId = md.neId;
+        record.mdId = md.mdId;
+        record.mdName = md.mdName;
+    }
+
+    static void ReadNumberOrName(const std::string& value, int& number, std::string& name) {
+        number = ToInt(value);
+        if (number == 0) {
+            name = value.empty() ? "" : value.substr(1);
+        }
+    }
+
+    static bool IsOamNumberOmitted(int neId) {
+        if (inventory == nullptr) {
+            throw NoService();
+        }
+        return inventory->IsOamNumberOmitted(neId);
+    }
+
+    static void Log(int line, const char* message) {
+        if (logger != nullptr) {
+            logger->WriteLog("resIDUtil", "unknown", line, 1, "%s", message);
+        }
+    }
+
     static std::vector<std::string> Split(const std::string& text, char separator) {
         std::vector<std::string> pieces;
         if (text.empty()) {

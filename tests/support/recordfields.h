@@ -25,6 +25,21 @@ struct NEPath {
     std::int32_t neId = -1;
 };
 
+/// What `ResID2GroupID` gives.
+struct ServiceGroup {
+    std::int32_t group = 0;
+
+    bool operator==(const ServiceGroup&) const = default;
+};
+
+/// What `ResID2MepIndex` gives.
+struct EndPointReading {
+    NS_DOMAIN::MEPIndex mep;
+    std::int32_t answer = 0;
+
+    bool operator==(const EndPointReading&) const = default;
+};
+
 template <class Record>
 struct RecordFields;
 
@@ -249,6 +264,18 @@ struct RecordFields<NS_DOMAIN::MIPIndex> {
                                      Field{"mipId", &Record::mipId},       Field{"mipName", &Record::mipName}};
 };
 
+template <>
+struct RecordFields<ServiceGroup> {
+    static constexpr std::string_view NAME{"ServiceGroup"};
+    static constexpr std::tuple LIST{Field{"group", &ServiceGroup::group}};
+};
+
+template <>
+struct RecordFields<EndPointReading> {
+    static constexpr std::string_view NAME{"EndPointReading"};
+    static constexpr std::tuple LIST{Field{"mep", &EndPointReading::mep}, Field{"answer", &EndPointReading::answer}};
+};
+
 template <class Record>
 concept HasFields = requires {
     RecordFields<Record>::LIST;
@@ -278,6 +305,12 @@ void Print(std::ostream& out, const Record& record) {
         }
     });
     out << '}';
+}
+
+template <HasFields Record>
+std::ostream& operator<<(std::ostream& out, const Record& record) {
+    Print(out, record);
+    return out;
 }
 
 }  // namespace NS_TEST

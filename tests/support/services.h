@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <initializer_list>
 #include <map>
+#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -81,7 +82,10 @@ public:
         neType = known->second;
         return true;
     }
-    bool IsOamNumberOmitted(int neId) override { return neId == static_cast<int>(m_yes); }
+    bool IsOamNumberOmitted(int neId) override {
+        m_oamQuestions.push_back(neId);
+        return m_omitting.contains(neId);
+    }
     bool IsIPServiceNEType(unsigned short neType) override { return Answer("IsIPServiceNEType", neType); }
     bool IsKLVNEType(unsigned short neType) override { return Answer("IsKLVNEType", neType); }
     bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override {
@@ -90,10 +94,12 @@ public:
     }
 
     Types m_types;
-    unsigned m_yes = 0;  // the NE type of which every question is answered by yes
+    std::set<int> m_omitting;  // the NEs whose identifiers leave OAM numbers out
+    unsigned m_yes = 0;        // the NE type of which every question is answered by yes
     std::vector<Query> m_queries;
     std::vector<std::pair<std::string, unsigned short>> m_questions;
     std::vector<unsigned long> m_neIds;
+    std::vector<int> m_oamQuestions;
 
 private:
     bool Answer(const char* question, unsigned short neType) {
@@ -112,7 +118,7 @@ public:
         neType = m_neType;
         return true;
     }
-    bool IsOamNumberOmitted(int /*neId*/) override { return false; }
+    bool IsOamNumberOmitted(int neId) override { return neId % 2 != 0; }
     bool IsIPServiceNEType(unsigned short neType) override { return neType == m_neType; }
     bool IsKLVNEType(unsigned short neType) override { return neType == m_neType; }
     bool IsTransMultiSubShelf(unsigned long /*neId*/, unsigned short neType) override { return neType == m_neType; }
