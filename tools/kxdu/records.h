@@ -24,6 +24,8 @@ struct Field {
     std::string_view name;
     Value Record::*member;
 };
+template <class Record, class Value>
+Field(const char*, Value Record::*) -> Field<Record, Value>;
 
 /// The fields of Record, in the order of their declaration.
 template <class Record>
