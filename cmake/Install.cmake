@@ -2,15 +2,10 @@ include(CMakePackageConfigHelpers)
 
 set(KX_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kx_domain_util)
 
-install(TARGETS kx_domain_util kx_platform
+install(TARGETS kx_domain_util kx_platform kx_standalone
     EXPORT kx_domain_util
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-if(TARGET kx_standalone)
-    install(TARGETS kx_standalone EXPORT kx_domain_util LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-endif()
-if(TARGET kxdu)
-    install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
+install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY
     include/kx_domain_util
     platform/include/kx_platform

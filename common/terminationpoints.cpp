@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -70,15 +71,8 @@ bool UtilCommon::GetTpNoFromLocation(const int& location, const int& level, int&
 }
 
 bool UtilCommon::SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const {
-    if (tpNo < 1) {
-        return false;
-    }
-    for (const auto word : LOCATION_WORDS) {
-        if (SetTpNoToLocation(tp.*word, level, tpNo)) {
-            return true;
-        }
-    }
-    return false;
+    return tpNo >= 1 && std::any_of(LOCATION_WORDS.begin(), LOCATION_WORDS.end(),
+                                    [&](auto word) { return SetTpNoToLocation(tp.*word, level, tpNo); });
 }
 
 int UtilCommon::GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const {

@@ -38,7 +38,7 @@ bool KeepFromTag(const std::string& fdn, std::string_view tag, std::string& kept
     if (found == std::string::npos) {
         return false;
     }
-    kept.assign(fdn, found, std::string::npos);
+    kept.assign(fdn, found);
     return true;
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <mutex>
@@ -96,12 +97,8 @@ bool ThreadIsInsideService() noexcept {
     if (block == nullptr) {
         return false;
     }
-    for (const auto& word : block->words) {
-        if (word.load(std::memory_order_relaxed) != nullptr) {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(block->words.begin(), block->words.end(),
+                       [](const auto& word) { return word.load(std::memory_order_relaxed) != nullptr; });
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ SelfUtilCommon* SelfUtilCommon::Instance() {
     return instance;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): by value in the face that bundles are compiled against
 bool SelfUtilCommon::IsSupportCfgItem(std::string key) const {
     std::string value;
     return GetSupportCfgItem(key, value);
@@ -36,6 +37,7 @@ bool SelfUtilCommon::GetSupportCfgItem(const std::string& key, std::string& valu
 }
 
 void SelfUtilCommon::GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
+                                      // NOLINTNEXTLINE(performance-unnecessary-value-param): as above
                                       std::string separator) const {
     std::vector<std::string> items;
     Parser::SplitStrByTag(text, separator, items);
