@@ -119,7 +119,8 @@ void ResIDUtil::ResID2SVCIndex(const std::string& fdn, ServiceIndex& service) {
 }
 
 void ResIDUtil::ResID2TunnelIndex(const std::string& fdn, TunnelIndex& tunnel) {
-    const LevelFinder<TAG::NE, TAG::TUNNEL> levels(fdn);
+    tunnel.resId = fdn;  // first, and then read from: fdn may be one of the texts that are filled below
+    const LevelFinder<TAG::NE, TAG::TUNNEL> levels(tunnel.resId);
     levels.ReadNumber<TAG::NE>(tunnel.neId);
     const SubValues<7> values(levels.Value<TAG::TUNNEL>());
     if (values.count == 7) {
@@ -132,7 +133,6 @@ void ResIDUtil::ResID2TunnelIndex(const std::string& fdn, TunnelIndex& tunnel) {
         tunnel.tunnelText5Copy = values.texts[5];
         tunnel.tunnelInt6 = Str2Int(values.texts[6]);
     }
-    tunnel.resId = fdn;
 }
 
 void ResIDUtil::ResID2TDIndex(const std::string& fdn, TDIndex& descriptor) {

@@ -394,7 +394,7 @@ public:
         tp.isLogical = port.isLogical;
         int subIf = -1;
         if (GetValueByMocLvlName("SUBIF", map, subIf) && subIf != -1) {
-            tp.portLabel += "." + Number(subIf);
+            tp.portLabel.append(".").append(Number(subIf));
         }
     }
 
