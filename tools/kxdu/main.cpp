@@ -43,24 +43,12 @@ int Main(int argc, char** argv) {
     app.require_subcommand(1);
     Action action;
     AddDecode(app, action);
-#ifdef KXDU_HAS_encode
     AddEncode(app, action);
-#endif
-#ifdef KXDU_HAS_check
     AddCheck(app, action);
-#endif
-#ifdef KXDU_HAS_explain
     AddExplain(app, action);
-#endif
-#ifdef KXDU_HAS_get
     AddGet(app, action);
-#endif
-#ifdef KXDU_HAS_inventory
     AddInventory(app, action);
-#endif
-#ifdef KXDU_HAS_sample
     AddSample(app, action);
-#endif
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
