@@ -50,7 +50,7 @@ BundleMgr& Registry() {
 class Watchdog {
 public:
     Watchdog()
-        : m_thread([this](const std::stop_token& stop) {
+        : m_thread([](const std::stop_token& stop) {
               const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{60};
               while (!stop.stop_requested()) {
                   if (std::chrono::steady_clock::now() > end) {

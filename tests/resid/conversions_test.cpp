@@ -89,7 +89,7 @@ protected:
 TEST_P(Conversions, ReadWhatALiteralReadingReads) {
     IdentifierGenerator identifiers(1);
     RecordGenerator records(2);
-    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+    for (std::size_t round = 0; round < Scaled(8000) && !HasFailure(); ++round) {
         const std::string text = identifiers.Next();
         const ExactText fdn(text);
         ForEachReader([&]<class Record>(const Reader<Record>& reader) {
@@ -109,7 +109,7 @@ TEST_P(Conversions, ReadWhatALiteralReadingReads) {
 TEST_P(Conversions, WriteWhatALiteralWritingWrites) {
     RecordGenerator records(3);
     std::string fdn;
-    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+    for (std::size_t round = 0; round < Scaled(8000) && !HasFailure(); ++round) {
         ForEachWriter([&]<class Record>(const Writer<Record>& writer) {
             const Record record = records.Next<Record>();
             const WriterArguments arguments{records.Flag(), static_cast<unsigned long>(records.Number())};

@@ -41,6 +41,16 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
 void* operator new[](std::size_t size, std::align_val_t alignment) {
     return AllocateAligned(size, alignment);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept try {
+    return Allocate(size);
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept try {
+    return Allocate(size);
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
