@@ -54,6 +54,10 @@ NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {}
 NtfFilter::~NtfFilter() = default;
 
 void NtfFilter::Load() {
+    // An earlier load may have run out of memory half-way.
+    m_nEventSwitch = 0;
+    m_setWhiteList.clear();
+    m_setBlackList.clear();
     std::string value;
     if (UtilCommon::Instance()->GetSupportCfgItem("EventSwitch", value)) {
         m_nEventSwitch = Str2Int(value);

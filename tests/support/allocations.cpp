@@ -1,30 +1,46 @@
 #include "support/allocations.h"
 
+#include <atomic>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
 
-thread_local std::size_t allocations = 0;
-thread_local bool allocationsFail = false;
+constexpr std::size_t ENDLESS = std::numeric_limits<std::size_t>::max();
 
-void* Allocate(std::size_t size) {
+thread_local std::size_t allocations = 0;
+thread_local std::size_t allocationsSpared = ENDLESS;
+std::atomic<std::ptrdiff_t> live{0};
+
+// What getMemory gives, unless this allocation is one that fails.
+template <class GetMemory>
+void* Count(GetMemory getMemory) {
     ++allocations;
-    void* const memory = allocationsFail ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (allocationsSpared == 0) {
+        throw std::bad_alloc();
+    }
+    allocationsSpared -= allocationsSpared == ENDLESS ? 0 : 1;
+    void* const memory = getMemory();
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
+    live.fetch_add(1, std::memory_order_relaxed);
     return memory;
 }
 
+void* Allocate(std::size_t size) {
+    return Count([size] { return std::malloc(size == 0 ? 1 : size); });
+}
+
 void* AllocateAligned(std::size_t size, std::align_val_t alignment) {
-    ++allocations;
     const auto unit = static_cast<std::size_t>(alignment);
-    void* const memory = allocationsFail ? nullptr : std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
+    return Count([size, unit] { return std::aligned_alloc(unit, (size + unit - 1) / unit * unit); });
+}
+
+void Free(void* memory) noexcept {
+    live.fetch_sub(memory != nullptr ? 1 : 0, std::memory_order_relaxed);
+    std::free(memory);
 }
 
 }  // namespace
@@ -52,28 +68,28 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept try {
     return nullptr;
 }
 void operator delete(void* memory) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete[](void* memory) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete(void* memory, std::align_val_t) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete[](void* memory, std::align_val_t) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 
 namespace NS_TEST {
@@ -84,12 +100,16 @@ std::size_t AllocationCount::Get() const noexcept {
     return allocations - m_before;
 }
 
-FailingAllocations::FailingAllocations() noexcept {
-    allocationsFail = true;
+std::ptrdiff_t LiveAllocations() noexcept {
+    return live.load(std::memory_order_relaxed);
+}
+
+FailingAllocations::FailingAllocations(std::size_t spared) noexcept {
+    allocationsSpared = spared;
 }
 
 FailingAllocations::~FailingAllocations() {
-    allocationsFail = false;
+    allocationsSpared = ENDLESS;
 }
 
 }  // namespace NS_TEST

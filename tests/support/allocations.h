@@ -15,10 +15,13 @@ private:
     std::size_t m_before;
 };
 
-/// While it lives, every allocation of the calling thread throws std::bad_alloc.
+/// How many allocations of all threads have not been freed.
+[[nodiscard]] std::ptrdiff_t LiveAllocations() noexcept;
+
+/// While it lives, every allocation of the calling thread throws std::bad_alloc, but for the first `spared` ones.
 class FailingAllocations {
 public:
-    FailingAllocations() noexcept;
+    explicit FailingAllocations(std::size_t spared = 0) noexcept;
     ~FailingAllocations();
     FailingAllocations(const FailingAllocations&) = delete;
     FailingAllocations& operator=(const FailingAllocations&) = delete;

@@ -1,0 +1,183 @@
+// Tables that are built on first call and stay until the process ends: each first call is made in a process of its own,
+// so that it is a first one whatever ran before. No test may ask for such a table in this process.
+#include <array>
+#include <atomic>
+#include <barrier>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <kx_domain_util/fbtype.h>
+#include <kx_domain_util/utilcommon.h>
+
+#include "support/allocations.h"
+#include "support/scale.h"
+
+namespace {
+
+using NS_TEST::AllocationCount;
+using NS_TEST::FailingAllocations;
+using NS_TEST::LiveAllocations;
+using NS_TEST::Scaled;
+using NS_UTIL::UtilCommon;
+
+constexpr long WRONG_ANSWER = -1;
+constexpr long CHILD_FAILED = -2;
+constexpr long NOT_FAILED = -3;
+
+// What measure gives in a process that is forked for it.
+long InChild(const std::function<long()>& measure) {
+    std::array<int, 2> ends{};
+    std::fflush(nullptr);
+    if (pipe(ends.data()) != 0) {
+        return CHILD_FAILED;
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        const long result = measure();
+        const bool isWritten = write(ends[1], &result, sizeof(result)) == sizeof(result);
+        std::exit(isWritten ? 0 : 1);  // not _exit: sanitizers report at the end
+    }
+    close(ends[1]);
+    long result = CHILD_FAILED;
+    const bool isRead = read(ends[0], &result, sizeof(result)) == sizeof(result);
+    close(ends[0]);
+    int status = 0;
+    const bool isEnded = child > 0 && waitpid(child, &status, 0) == child;
+    return isRead && isEnded && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? result : CHILD_FAILED;
+}
+
+// A lazily built table: whether look-ups answer from all of it, and the least number of allocations that it takes.
+struct Table {
+    const char* name;
+    bool (*answersRight)();
+    std::size_t allocations;
+};
+
+void PrintTo(const Table& table, std::ostream* out) {
+    *out << table.name;
+}
+
+class FirstCall : public testing::TestWithParam<Table> {
+protected:
+    FirstCall() { UtilCommon::Instance(); }
+    ~FirstCall() override { UtilCommon::Destroy(); }
+
+    // All that one thread allocates for a first call.
+    static long CountAllocations() {
+        const AllocationCount count;
+        const bool isRight = GetParam().answersRight();
+        return isRight ? static_cast<long>(count.Get()) : WRONG_ANSWER;
+    }
+
+    // All that threads allocate whose first calls come at once.
+    static long CountAllocationsOfThreads() {
+        constexpr int THREADS = 6;
+        std::barrier start(THREADS);
+        std::atomic<long> sum{0};
+        std::atomic<bool> isRight{true};
+        std::vector<std::thread> threads;
+        for (int at = 0; at < THREADS; ++at) {
+            threads.emplace_back([&] {
+                start.arrive_and_wait();
+                const long mine = CountAllocations();
+                isRight = isRight && mine != WRONG_ANSWER;
+                sum += mine;
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        return isRight ? sum.load() : WRONG_ANSWER;
+    }
+
+    static long LiveAfterFirstCall() {
+        const std::ptrdiff_t before = LiveAllocations();
+        return GetParam().answersRight() ? LiveAllocations() - before : WRONG_ANSWER;
+    }
+
+    // What stays after a first call that runs out of memory behind `spared` allocations, and another in another thread,
+    // which would wait for ever for a lock that the first left held.
+    static long LiveAfterFailure(std::size_t spared) {
+        alarm(60);
+        const std::ptrdiff_t before = LiveAllocations();
+        bool isFailed = false;
+        std::thread([&] {
+            try {
+                const FailingAllocations failing(spared);
+                GetParam().answersRight();
+            } catch (const std::bad_alloc&) {
+                isFailed = true;
+            }
+        }).join();
+        if (!isFailed) {
+            return NOT_FAILED;
+        }
+        bool isRight = false;
+        std::thread([&] { isRight = GetParam().answersRight(); }).join();
+        return isRight ? LiveAllocations() - before : WRONG_ANSWER;
+    }
+};
+
+TEST_P(FirstCall, BuildsTheTable) {
+    EXPECT_GE(InChild(&CountAllocations), static_cast<long>(GetParam().allocations));
+}
+
+TEST_P(FirstCall, OfThreadsAtOnceBuildsTheTableOnce) {
+    const long once = InChild(&CountAllocations);
+    ASSERT_GT(once, 0);
+    for (std::size_t round = 0; round < Scaled(60); ++round) {
+        ASSERT_EQ(InChild(&CountAllocationsOfThreads), once);
+    }
+}
+
+TEST_P(FirstCall, ThatRanOutOfMemoryLeavesNothing) {
+    const long once = InChild(&LiveAfterFirstCall);
+    ASSERT_GT(once, 0);
+    std::size_t spared = 0;
+    for (; true; ++spared) {
+        const long live = InChild([spared] { return LiveAfterFailure(spared); });
+        if (live == NOT_FAILED) {
+            break;
+        }
+        ASSERT_EQ(live, once) << "after " << spared << " allocations";
+    }
+    EXPECT_GE(spared, GetParam().allocations);
+}
+
+bool NamesAreRight() {
+    return NS_UTIL::GetFBTypeName(122) == "CSK" && NS_UTIL::GetFBTypeName(4350) == "POWER" &&
+           NS_UTIL::GetFBTypeName(4147) == "4147";
+}
+
+bool PtnAidsAreRight() {
+    return NS_UTIL::IsPTNAIDFBType(4149) && NS_UTIL::IsPTNAIDFBType(4258) && !NS_UTIL::IsPTNAIDFBType(4136);
+}
+
+bool PortObjectsAreRight() {
+    return NS_UTIL::IsPortObjByFbType(919, 3) && NS_UTIL::IsPortObjByFbType(934, 3) &&
+           !NS_UTIL::IsPortObjByFbType(2, 3);
+}
+
+bool BidirectionalTypesAreRight() {
+    const UtilCommon& utilCommon = *UtilCommon::Instance();
+    return utilCommon.GetBidirFBType(33) == 1 && utilCommon.GetBidirFBType(918) == 916 &&
+           utilCommon.GetBidirFBType(1) == 1;
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, FirstCall,
+                         testing::Values(Table{"FbTypeNames", &NamesAreRight, 31},
+                                         Table{"PtnAidFbTypes", &PtnAidsAreRight, 1},
+                                         Table{"PortObjectFbTypes", &PortObjectsAreRight, 1},
+                                         Table{"BidirFbTypes", &BidirectionalTypesAreRight, 149}),
+                         [](const auto& table) { return std::string(table.param.name); });
+
+}  // namespace
