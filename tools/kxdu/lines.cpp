@@ -185,7 +185,7 @@ private:
             const auto end = text.find('\n');
             std::string_view line = text.substr(0, end);
             text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-            if (end != std::string_view::npos && line.ends_with('\r')) {
+            if (!m_work.isVerbatim && end != std::string_view::npos && line.ends_with('\r')) {
                 line.remove_suffix(1);  // belongs to the line end
             }
             ConvertLine(line, hasNul, mayBeInvalid, piece);
@@ -193,12 +193,14 @@ private:
         }
     }
 
-    static void ConvertLine(std::string_view line, bool hasNul, bool mayBeInvalid, Piece& piece) {
+    void ConvertLine(std::string_view line, bool hasNul, bool mayBeInvalid, Piece& piece) const {
         LineResult& result = piece.result;
-        if (line.empty()) {
-            result.Report("the line is empty");
-        } else if (line.size() > LONGEST_LINE) {
+        if (line.size() > LONGEST_LINE) {
             result.Report("the line is longer than 1 MiB");
+        } else if (m_work.isVerbatim) {
+            piece.converter->Convert(line, result);
+        } else if (line.empty()) {
+            result.Report("the line is empty");
         } else if (const auto nul = hasNul ? line.find('\0') : std::string_view::npos; nul != std::string_view::npos) {
             result.Report("NUL byte", nul + 1);
         } else if (const auto invalid = mayBeInvalid ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
@@ -273,7 +275,7 @@ ExitCode RunLines(const BulkOptions& options, const LineWork& work) {
 }
 
 void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFiles) {
-    constexpr auto HELP = "Files to read, one identifier a line; standard input when there are none, or for -";
+    constexpr auto HELP = "Files to read line by line; standard input when there are none, or for -";
     if (withPositionalFiles) {
         verb.add_option("FILE", options.files, HELP)->type_name("");
     } else {

@@ -57,7 +57,8 @@ private:
 class LineConverter {
 public:
     virtual ~LineConverter() = default;
-    /// line has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte.
+    /// line has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. Of verbatim work it may
+    /// be empty, and have NUL bytes and a carriage return at its end.
     virtual void Convert(std::string_view line, LineResult& result) = 0;
 };
 
@@ -66,6 +67,7 @@ struct LineWork {
     std::function<std::unique_ptr<LineConverter>()> makeConverter;  ///< called once for each block that is in flight
     std::string header;                                             ///< the output begins with it
     bool mustBeUtf8 = true;                                         ///< lines that are not are rejected
+    bool isVerbatim = false;                ///< every line is converted that is not too long, just as it is
     bool isReportTheOutput = false;         ///< findings are what the user asked for: they go to the output
     std::string_view finding = "rejected";  ///< a line with a finding, in the summary
 };

@@ -47,6 +47,13 @@ int Main(int argc, char** argv) {
     AddCheck(app, action);
     AddExplain(app, action);
     AddGet(app, action);
+    AddFilter(app, action);
+    AddNeType(app, action);
+    AddFb(app, action);
+    AddLevel(app, action);
+    AddPath(app, action);
+    AddCtp(app, action);
+    AddTables(app, action);
     AddInventory(app, action);
     AddSample(app, action);
     try {

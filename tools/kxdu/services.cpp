@@ -6,13 +6,21 @@
 
 namespace NS_KXDU {
 
-void AddServiceOptions(CLI::App& verb, ServiceOptions& options) {
-    verb.add_option("--inventory", options.inventory, "Inventory of the network (see kxdu inventory --help)")
+void AddInventoryOption(CLI::App& verb, std::string& inventory) {
+    verb.add_option("--inventory", inventory, "Inventory of the network (see kxdu inventory --help)")
         ->type_name("FILE")
         ->envname("KX_INVENTORY");
-    verb.add_option("--config", options.config, "Folder that holds kx_corbaagent_bundle/bundle.cfg")
+}
+
+void AddConfigOption(CLI::App& verb, std::string& config) {
+    verb.add_option("--config", config, "Folder that holds kx_corbaagent_bundle/bundle.cfg")
         ->type_name("DIR")
         ->envname("KX_CONFIG_DIR");
+}
+
+void AddServiceOptions(CLI::App& verb, ServiceOptions& options) {
+    AddInventoryOption(verb, options.inventory);
+    AddConfigOption(verb, options.config);
 }
 
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options) {
@@ -27,9 +35,10 @@ std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options
 }
 
 void ComplainOfNoInventory() {
-    throw Failure(ExitCode::USAGE,
-                  "some identifiers are written as the type of their NE tells: give an inventory with --inventory FILE "
-                  "or in KX_INVENTORY (kxdu inventory --help tells how to make one)");
+    throw Failure(
+        ExitCode::USAGE,
+        "some identifiers are written as the inventory says of their NE: give one with --inventory FILE or in "
+        "KX_INVENTORY (kxdu inventory --help tells how to make one)");
 }
 
 void ComplainOfNoConfiguration() {

@@ -20,7 +20,11 @@ struct ServiceOptions {
     std::string config;     ///< folder; empty: none
 };
 
-/// Adds `--inventory` and `--config` to verb, with their environment variables.
+/// Adds `--inventory` to verb, with its environment variable.
+void AddInventoryOption(CLI::App& verb, std::string& inventory);
+/// Adds `--config` to verb, with its environment variable.
+void AddConfigOption(CLI::App& verb, std::string& config);
+/// Adds both.
 void AddServiceOptions(CLI::App& verb, ServiceOptions& options);
 
 /// The services, for as long as it lives. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.

@@ -25,6 +25,13 @@ void AddEncode(CLI::App& app, Action& action);
 void AddCheck(CLI::App& app, Action& action);
 void AddExplain(CLI::App& app, Action& action);
 void AddGet(CLI::App& app, Action& action);
+void AddFilter(CLI::App& app, Action& action);
+void AddNeType(CLI::App& app, Action& action);
+void AddFb(CLI::App& app, Action& action);
+void AddLevel(CLI::App& app, Action& action);
+void AddPath(CLI::App& app, Action& action);
+void AddCtp(CLI::App& app, Action& action);
+void AddTables(CLI::App& app, Action& action);
 void AddInventory(CLI::App& app, Action& action);
 void AddSample(CLI::App& app, Action& action);
 

@@ -1,0 +1,62 @@
+#include <CLI/CLI.hpp>
+
+#include "listing.h"
+#include "number.h"
+#include "verbs.h"
+#include "vocabulary.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto EXAMPLES = R"(Examples:
+  kxdu level 12313
+  kxdu level ODU2 odu0 12342 --format csv
+
+Columns: what was asked for, the interface level, its client rate, and its canonical FB type. Rates are known in upper
+and lower case. Where there is no answer stands "-" (csv: nothing, jsonl: null).
+
+Exit code: 0 each level or rate means something; 1 one does not: all its answers are "-"; 2 wrong arguments; 3 output
+that cannot be written.)";
+
+struct Options {
+    ListingOptions listing;
+    std::vector<std::string> asked;
+};
+
+Listing::Row RowOf(const std::string& asked) {
+    const auto number = ReadNumber(asked);
+    const Listing::Cell level = number ? Listing::Cell(std::int64_t{*number}) : LevelOfRate(asked);
+    const auto* const levelNumber = std::get_if<std::int64_t>(&level);
+    if (levelNumber == nullptr) {
+        return {asked, {}, {}, {}};
+    }
+    Listing::Cell rate = RateOfLevel(static_cast<int>(*levelNumber));
+    Listing::Cell fbType = FbTypeOfLevel(static_cast<int>(*levelNumber));
+    const bool isKnown = !std::holds_alternative<Listing::None>(rate) || !std::holds_alternative<Listing::None>(fbType);
+    return {asked, isKnown ? level : Listing::Cell(), std::move(rate), std::move(fbType)};
+}
+
+ExitCode Level(const Options& options) {
+    Listing listing({"asked", "level", "rate", "fbType"});
+    for (const std::string& asked : options.asked) {
+        listing.AddRow(RowOf(asked));
+    }
+    Print(listing, options.listing);
+    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+}
+
+}  // namespace
+
+void AddLevel(CLI::App& app, Action& action) {
+    auto* const verb = app.add_subcommand("level", "The client rate and canonical FB type of interface levels");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("NUMBER|RATE", options->asked, "Interface levels, or client rates such as ODU2")
+        ->required()
+        ->type_name("");
+    AddListingOptions(*verb, options->listing);
+    verb->footer(EXAMPLES);
+    verb->callback([&action, options] { action = [options] { return Level(*options); }; });
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,59 @@
+#include <CLI/CLI.hpp>
+
+#include <kx_domain_util/utilcommon.h>
+
+#include "listing.h"
+#include "verbs.h"
+#include "vocabulary.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto EXAMPLES = R"(Examples:
+  kxdu path ODU2:1-ODU0:8
+  kxdu path odu4:1-odu3:2 OCH:1 --format jsonl
+
+A row for each rate of a path, in the order of the interface levels: the path, the level, its client rate and the
+number. Rates are known in upper and lower case; items without ":" or of no known rate are skipped; the last of a
+repeated rate counts; what is no number is 0. A path without any rate gives one row with "-" (csv: nothing, jsonl: null).
+
+Exit code: 0 each path has a rate; 1 one has none; 2 wrong arguments; 3 output that cannot be written.)";
+
+struct Options {
+    ListingOptions listing;
+    std::vector<std::string> paths;
+};
+
+void AddPathRows(const std::string& path, Listing& listing) {
+    std::map<int, int> numbers;
+    NS_UTIL::UtilCommon::Instance()->GetSplitePATHDataByLine(numbers, path);
+    for (const auto& [level, number] : numbers) {
+        listing.AddRow({path, std::int64_t{level}, RateOfLevel(level), std::int64_t{number}});
+    }
+    if (numbers.empty()) {
+        listing.AddRow({path, {}, {}, {}});
+    }
+}
+
+ExitCode Path(const Options& options) {
+    Listing listing({"path", "level", "rate", "number"});
+    for (const std::string& path : options.paths) {
+        AddPathRows(path, listing);
+    }
+    Print(listing, options.listing);
+    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+}
+
+}  // namespace
+
+void AddPath(CLI::App& app, Action& action) {
+    auto* const verb = app.add_subcommand("path", "The rates and numbers of paths such as ODU2:1-ODU0:8");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("TEXT", options->paths, "Paths")->required()->type_name("");
+    AddListingOptions(*verb, options->listing);
+    verb->footer(EXAMPLES);
+    verb->callback([&action, options] { action = [options] { return Path(*options); }; });
+}
+
+}  // namespace NS_KXDU
