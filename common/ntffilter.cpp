@@ -27,7 +27,7 @@ void GetEventFilterList(std::set<int>& list, const std::string& item) {
     }
     std::vector<std::string> tokens;
     if (!SplitStringByTag(value, tokens, ',', std::bitset<8>{})) {
-        NS_FRAME::UtilCommonLog().Write(1008, 0, "[GetEventFilterList]: %s=%s is empty or wrong", item.c_str(),
+        NS_FRAME::UTIL_COMMON_LOG.Write(1008, 0, "[GetEventFilterList]: %s=%s is empty or wrong", item.c_str(),
                                         value.c_str());
     }
     for (const std::string& token : tokens) {
@@ -62,7 +62,7 @@ void NtfFilter::Load() {
     if (UtilCommon::Instance()->GetSupportCfgItem("EventSwitch", value)) {
         m_nEventSwitch = Str2Int(value);
     }
-    NS_FRAME::UtilCommonLog().Write(1042, 1, "[NtfFilter::IsFilteNtf]: EventSwitch=%d", m_nEventSwitch);
+    NS_FRAME::UTIL_COMMON_LOG.Write(1042, 1, "[NtfFilter::IsFilteNtf]: EventSwitch=%d", m_nEventSwitch);
     if (m_nEventSwitch == WHITE_LIST_MODE) {
         GetEventFilterList(m_setWhiteList, "Whitelist");
         m_setWhiteList.insert(ALWAYS_PASSES);
@@ -77,12 +77,12 @@ bool NtfFilter::IsFilteNtf(int notificationId) {
     LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
     // The two messages name another class; they are searched for in this form.
     if (m_nEventSwitch == WHITE_LIST_MODE && !m_setWhiteList.contains(notificationId)) {
-        NS_FRAME::UtilCommonLog().Write(
+        NS_FRAME::UTIL_COMMON_LOG.Write(
             1069, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by WhiteList", notificationId);
         return true;
     }
     if (m_nEventSwitch == BLACK_LIST_MODE && m_setBlackList.contains(notificationId)) {
-        NS_FRAME::UtilCommonLog().Write(
+        NS_FRAME::UTIL_COMMON_LOG.Write(
             1075, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by BlackList", notificationId);
         return true;
     }

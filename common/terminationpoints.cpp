@@ -32,7 +32,7 @@ void UtilCommon::InitTMFCTPName2ID() {
     }
 }
 
-void UtilCommon::InterfaceCTPId2TMFName(std::string& name, const unsigned long& ctpId) const {
+void UtilCommon::InterfaceCTPId2TMFName(const unsigned long& ctpId, std::string& name) const {
     const auto entry = m_mapCTPId2TMFName.find(ctpId);
     if (entry != m_mapCTPId2TMFName.end()) {
         name = entry->second;
@@ -41,7 +41,7 @@ void UtilCommon::InterfaceCTPId2TMFName(std::string& name, const unsigned long& 
     }
 }
 
-void UtilCommon::InterfaceTMFCTPName2ID(unsigned long& ctpId, const std::string& name) const {
+void UtilCommon::InterfaceTMFCTPName2ID(const std::string& name, unsigned long& ctpId) const {
     const auto entry = m_mapTMFCTPName2ID.find(name);
     ctpId = entry != m_mapTMFCTPName2ID.end() ? entry->second : 0;
 }

@@ -127,7 +127,7 @@ int UtilCommon::GetPFMPacketSize() const {
     if (!NS_FRAME::ReadPfmFrameSize(size) || static_cast<unsigned int>(size) > LARGEST) {
         size = FALLBACK;
     }
-    NS_FRAME::UtilCommonLog().Write(766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = %d", size);
+    NS_FRAME::UTIL_COMMON_LOG.Write(766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = %d", size);
     return size;
 }
 

@@ -1,25 +1,27 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include "frame/serviceaccess.h"
 
 namespace NS_UTIL::NS_FRAME {
 
-/// One source of log records: its name in each record, and the logger that it asks the log service for. One static
-/// object for each source; it remembers its logger for as long as the log service is registered.
+/// One source of log records: its name in each record, and the module for which it asks a logger. The log service keeps
+/// the logger for it, so a source costs nothing to make and is never destroyed.
 class LogSource {
 public:
-    LogSource(const char* file, const char* module, const char* subModule);
+    constexpr LogSource(const char* file, const char* module, const char* subModule)
+        : m_file(file), m_module(module), m_subModule(subModule) {}
 
     /// Writes a record, its message formatted as printf does, if there is a log service; otherwise drops it at the cost
-    /// of a look. line, level and format belong to the record and do not change when the source file does.
+    /// of a look. line, level and format belong to the record and do not change when the source file does. A log
+    /// service that gives no logger, or fails to, costs the record and nothing else; what the logger throws passes.
     template <class... Arguments>
     void Write(int line, int level, const char* format, Arguments... arguments) const {
         LogService logService;
         if (NS_SERVICE::ModuleLogger* const logger = GetModuleLogger(logService)) {
-            logger->WriteLog(m_file, UnknownFunction(), line, level, format, arguments...);
+            // The message names the function itself.
+            logger->WriteLog(m_file, "unknown", line, level, format, arguments...);
         }
     }
 
@@ -28,16 +30,15 @@ private:
 
     /// The logger, usable as long as logService lives, which it fills; null when there is none.
     NS_SERVICE::ModuleLogger* GetModuleLogger(LogService& logService) const noexcept;
-    static const std::string& UnknownFunction();
 
-    std::string m_file;
-    std::string m_module;
-    std::string m_subModule;
+    const char* m_file;
+    const char* m_module;
+    const char* m_subModule;
 };
 
 /// The source of the conversions of OAM identifiers.
-const LogSource& ResIdLog();
+inline constexpr LogSource RES_ID_LOG{"resIDUtil", "kx_domain_bundle", "kx_domain_model"};
 /// The source of `UtilCommon` and `NtfFilter`.
-const LogSource& UtilCommonLog();
+inline constexpr LogSource UTIL_COMMON_LOG{"utilcommon", "vemo", "vemo"};
 
 }  // namespace NS_UTIL::NS_FRAME

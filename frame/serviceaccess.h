@@ -3,9 +3,7 @@
 
 #include <atomic>
 #include <exception>
-#include <map>
 #include <mutex>
-#include <string>
 #include <string_view>
 
 #include <kx_domain_util/processexception.h>
@@ -104,9 +102,7 @@ private:
         m_object = nullptr;
         const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
         for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
-            std::map<std::string, NS_BUNDLEMGR1::ServiceObjectBase*> carriers;
-            object->GetInterfaces(carriers);
-            for (const auto& [name, carrier] : carriers) {
+            for (const auto& [name, carrier] : object.GetInterfaces()) {
                 auto* const found = dynamic_cast<Interface*>(carrier->GetInterface());
                 if (found == nullptr) {
                     continue;

@@ -106,7 +106,7 @@ void ReadMd(const Levels& levels, Record& record) {
         record.mdId = -1;
     }
     if (!levels.template ReadName<TAG::MD>(record.mdName)) {
-        NS_FRAME::ResIdLog().Write(1064, 1, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN.");
+        NS_FRAME::RES_ID_LOG.Write(1064, 1, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN.");
     }
 }
 
@@ -125,7 +125,7 @@ void ReadMa(const Levels& levels, MAIndex& ma) {
         ma.maId = -1;
     }
     if (!levels.template ReadName<TAG::MA>(ma.maName)) {
-        NS_FRAME::ResIdLog().Write(1113, 1, "[ResIDUtil::FillMAIndex]cannot find the MAName in FDN.");
+        NS_FRAME::RES_ID_LOG.Write(1113, 1, "[ResIDUtil::FillMAIndex]cannot find the MAName in FDN.");
     }
 }
 
@@ -211,7 +211,7 @@ int ResIDUtil::ResID2MepIndex(const std::string& fdn, MEPIndex& mep) {
         const bool isLast = !scanner.HasMore();
         if (!level.HasEquals()) {
             if (!isLast) {
-                NS_FRAME::ResIdLog().Write(1243, 1, "[ResIDUtil::ResID2MepIndex]cannot find the equality sign in FDN.");
+                NS_FRAME::RES_ID_LOG.Write(1243, 1, "[ResIDUtil::ResID2MepIndex]cannot find the equality sign in FDN.");
             }
             return MEP_NOT_READABLE;
         }
@@ -230,7 +230,7 @@ int ResIDUtil::ResID2MepIndex(const std::string& fdn, MEPIndex& mep) {
                 ReadNumberOrName(level.value, mep.maId, mep.maName);
                 break;
             default:
-                NS_FRAME::ResIdLog().Write(1238, 1, "[ResIDUtil::ResID2MepIndex]countis invalid value.");
+                NS_FRAME::RES_ID_LOG.Write(1238, 1, "[ResIDUtil::ResID2MepIndex]countis invalid value.");
                 return MEP_NOT_READABLE;
         }
     }

@@ -111,8 +111,8 @@ struct TPIndex {
     std::string portLabel;        ///< the port's name; with a sub-interface: the name, ".", its number
     std::int32_t reserved2 = 0;
     // The four location words; 0: free. Each may hold a TP number beside the FB type of its layer.
-    std::int32_t vc4Id = 0;   ///< "VC4", written but never read
-    std::int32_t vc12Id = 0;  ///< "VC12", written but never read
+    std::int32_t vc4Id = 0;   ///< "VC4", written but not read by the conversions
+    std::int32_t vc12Id = 0;  ///< "VC12", written but not read by the conversions
     std::int32_t vc3Id = 0;
     std::int32_t vc11Id = 0;
     bool isLogical = false;  ///< as in `PortIndex`

@@ -69,13 +69,13 @@ struct SubValues {
 };
 
 /// A tag as a number, so that it compares in one step: its characters, at most seven, the first lowest, and its length
-/// on top. Longer tags, which no reader asks for, are 0.
+/// on top. Longer tags, which no reader asks for, and the empty one are 0.
 constexpr std::uint64_t PackTag(std::string_view tag) noexcept {
     constexpr std::size_t LONGEST = 7;
     return tag.size() > LONGEST ? 0 : LoadFewCharacters(tag.data(), tag.size()) | std::uint64_t{tag.size()} << 56U;
 }
 
-/// The tag that `PackTag` made a number of.
+/// The tag that `PackTag` made a number of; empty for 0. Allocates, unlike everything else here.
 inline std::string UnpackTag(std::uint64_t packed) {
     std::string tag(packed >> 56U, '\0');
     for (char& character : tag) {

@@ -12,7 +12,7 @@ namespace NS_UTIL {
 
 /// Decides which notifications are held back. The operator chooses by configuration item "EventSwitch": 1, only the
 /// identifiers of item "Whitelist" pass; 2, those of item "Blacklist" are held back; anything else, or none, and all
-/// pass. The lists are decimal identifiers separated by ","; what is not a number above 0 is skipped.
+/// pass. The lists are decimal identifiers separated by ",", read by `Str2Int`; those not above 0 are skipped.
 ///
 /// The items are read once, at the first question; a change is seen after `Destroy`.
 class KX_DOMAIN_UTIL_API NtfFilter {
@@ -26,8 +26,9 @@ public:
     NtfFilter& operator=(const NtfFilter&) = delete;
 
     /// True: hold the notification back; false: let it pass. With a white list, identifier 2101250 always passes. What
-    /// is held back is logged at level 3. Takes no lock after the first question. Any thread. Exceptions:
-    /// std::bad_alloc at most, while the items are read; the next question reads them again.
+    /// is held back is logged at level 3, so a log service must not ask the filter while it writes. Takes no lock after
+    /// the first question, but where a service came or went since the last record. Any thread. Exceptions:
+    /// std::bad_alloc, and what the log service throws; while the items are read, the next question reads them again.
     bool IsFilteNtf(int notificationId);
 
 private:

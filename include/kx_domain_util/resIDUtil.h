@@ -33,15 +33,19 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 
 /// The conversions. All are static and keep no state.
 ///
-/// Readers (`ResID2...`) never fail: a field whose level is missing, or has an empty value ("NE="), stays as the caller
-/// set it; of a repeated level the first counts; the order of levels does not matter. Numbers are read as
-/// `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no digit, 0 without digits, the low
-/// 32 bits of what is too large.
+/// Readers (`ResID2...`) never fail: unless it is told otherwise, a field whose level is missing, or has an empty value
+/// ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not matter.
+/// Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no digit, 0
+/// without digits, the low 32 bits of what is too large.
 ///
 /// Writers (`...2ResID`) replace the whole output text. Numbers are written in decimal with a "-" when negative.
 ///
+/// Input and output must not share a text: a reader's fdn may be part of the record that it fills only where the record
+/// keeps the whole of it (`resId`, `trailResId`, `fdnText`), a writer's output never.
+///
 /// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
 /// exhausted, and `InterfaceNotExistException` where it is said; the output then holds what was written up to there.
+/// What a service throws passes.
 class KX_DOMAIN_UTIL_API ResIDUtil {
 public:
     ResIDUtil() = delete;
@@ -168,7 +172,8 @@ public:
     static void PWIndex2ResID(const NS_DOMAIN::PWIndex& pw, std::string& fdn);
     /// `resId` becomes the whole fdn.
     static void ResID2PWIndex(const std::string& fdn, NS_DOMAIN::PWIndex& pw);
-    /// `resId` becomes the whole fdn.
+    /// `resId` becomes the whole fdn. Unlike other readers it passes over levels without "=", and reads an NE level
+    /// with an empty value as 0.
     static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch);
     /// The number of level "VEGROUP".
     static void ResID2GroupID(const std::string& fdn, int& group);

@@ -13,7 +13,8 @@ namespace NS_UTIL {
 /// The constant layer and naming tables of the system, and text helpers that its bundles share.
 ///
 /// Look-ups take the output first and the input second; a miss is no error, its answer is told at each. Threads: any;
-/// the tables are complete when `Instance` first returns and are only read then. Exceptions: std::bad_alloc at most.
+/// the tables are complete when `Instance` first returns and are only read then. Exceptions: std::bad_alloc, and what a
+/// log service throws from writing a record.
 class KX_DOMAIN_UTIL_API UtilCommon {
 public:
     /// The one instance, made with its tables on the first call. Null only when the process-wide lock cannot be taken.
@@ -46,8 +47,9 @@ public:
     /// Whether a configuration item exists.
     bool IsSupportCfgItem(const std::string& item) const;
 
-    /// The MOC of an FDN: the tag of its last level; for "CLI_NAME" as the last level "PP" or "LP", whichever level
-    /// occurs, else empty. A text whose last level has no "=" has no MOC, except that "OS" or "SYSTEM" before the last
+    /// The MOC of an FDN: the tag of its last level; for "CLI_NAME" as the last level "PP" or "LP" when the text
+    /// "PP=" or else "LP=" occurs anywhere, else empty. A text whose last level has no "=" has no MOC, except that "OS"
+    /// or "SYSTEM" before the last
     /// "=" (the whole text when there is none) gives "OS". `ResIDUtil::GetMOCFromFDN` follows other rules.
     std::string GetMoc(const std::string& fdn) const;
 
@@ -62,7 +64,7 @@ public:
     void GetSplitePATHDataByLine(std::map<int, int>& out, const std::string& line) const;
 
     /// How many bytes of performance data are read at a time: configuration item "PfmFrameRdSize", read at every call;
-    /// 2000 when it is missing, negative or above 6000.
+    /// 2000 when it is missing, no integer, negative or above 6000.
     int GetPFMPacketSize() const;
 
     // ---- FB types and interface levels ------------------------------------------------------------------------------
@@ -76,10 +78,18 @@ public:
 
     // ---- CTP names and TP numbers -----------------------------------------------------------------------------------
 
-    /// The TMF name of a reserved CTP, "E0" for 65535 to "E11" for 65524; empty for any other id.
-    void InterfaceCTPId2TMFName(std::string& name, const unsigned long& ctpId) const;
-    /// The id of the CTP of this TMF name, case counts; 0 for any other name.
-    void InterfaceTMFCTPName2ID(unsigned long& ctpId, const std::string& name) const;
+    /// The TMF name of a reserved CTP, "E0" for 65535 to "E11" for 65524; empty for any other id. Callers exist for
+    /// both orders of the arguments.
+    void InterfaceCTPId2TMFName(const unsigned long& ctpId, std::string& name) const;
+    void InterfaceCTPId2TMFName(std::string& name, const unsigned long& ctpId) const {
+        InterfaceCTPId2TMFName(ctpId, name);
+    }
+    /// The id of the CTP of this TMF name, case counts; 0 for any other name. Callers exist for both orders of the
+    /// arguments.
+    void InterfaceTMFCTPName2ID(const std::string& name, unsigned long& ctpId) const;
+    void InterfaceTMFCTPName2ID(unsigned long& ctpId, const std::string& name) const {
+        InterfaceTMFCTPName2ID(name, ctpId);
+    }
 
     /// Puts a TP number, its low 16 bits, and the FB type of its interface level into a location word. False, and the
     /// word untouched, when the word is taken (above 0). A negative word is free, but keeps the bits that it has.
@@ -99,7 +109,7 @@ public:
     /// Whether a board type is that of an optical board of the ROADM kind.
     bool IsTiRoadmOpticalBoard(unsigned long boardType) const;
 
-    // ---- Filling of the tables; the constructor does it, in this order ----------------------------------------------
+    // ---- Filling of the tables; the constructor does it, in this order. Not while others use the instance -----------
 
     void InitFbType2ILMap();
     void InitIL2FbTypeMap();

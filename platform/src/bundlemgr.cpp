@@ -39,13 +39,9 @@ const char* NULLServiceInterface::GetName() const {
 }
 
 ServiceObjectBase::ServiceObjectBase(std::string name, ServiceInterface* service)
-    : m_name(std::move(name)), m_service(service) {}
+    : m_name(std::move(name)), m_service(service), m_interfaces{{m_name, this}} {}
 
 ServiceObjectBase::~ServiceObjectBase() = default;
-
-void ServiceObjectBase::GetInterfaces(std::map<std::string, ServiceObjectBase*>& interfaces) {
-    interfaces.emplace(m_name, this);
-}
 
 std::atomic<void*>* ServiceObjectBase::GetMemory(const void* user) noexcept {
     for (Memory& memory : m_memories) {
@@ -114,36 +110,39 @@ BundleMgr* BundleMgr::Instance() {
 }
 
 void BundleMgr::RegisterService(const std::string& name, ServiceInterface* service) {
-    auto object = std::make_unique<ServiceObjectBase>(name, service);
+    std::list<ServiceObjectBase> registered;
+    registered.emplace_back(name, service);
+    std::list<ServiceObjectBase> replaced;
     {
         const std::lock_guard lock(_g_actualmutex);
-        const auto place = std::find_if(m_objects.begin(), m_objects.end(),
-                                        [&](const auto& known) { return known->GetObjectName() == name; });
-        if (place == m_objects.end()) {
-            m_objects.push_back(std::move(object));
-        } else {
-            std::swap(*place, object);
+        const auto place = Find(name);
+        m_objects.splice(place, registered);
+        if (place != m_objects.end()) {
+            replaced.splice(replaced.end(), m_objects, place);
         }
         ForgetBuffers();
     }
-    Retire(std::move(object));
+    Retire(replaced);
 }
 
 bool BundleMgr::UnregisterService(const std::string& name) {
-    std::unique_ptr<ServiceObjectBase> object;
+    std::list<ServiceObjectBase> unregistered;
     {
         const std::lock_guard lock(_g_actualmutex);
-        const auto place = std::find_if(m_objects.begin(), m_objects.end(),
-                                        [&](const auto& known) { return known->GetObjectName() == name; });
+        const auto place = Find(name);
         if (place == m_objects.end()) {
             return false;
         }
-        object = std::move(*place);
-        m_objects.erase(place);
+        unregistered.splice(unregistered.end(), m_objects, place);
         ForgetBuffers();
     }
-    Retire(std::move(object));
+    Retire(unregistered);
     return true;
+}
+
+std::list<ServiceObjectBase>::iterator BundleMgr::Find(const std::string& name) {
+    return std::find_if(m_objects.begin(), m_objects.end(),
+                        [&](const ServiceObjectBase& known) { return known.GetObjectName() == name; });
 }
 
 void BundleMgr::ForgetBuffers() noexcept {
@@ -152,17 +151,14 @@ void BundleMgr::ForgetBuffers() noexcept {
     }
 }
 
-void BundleMgr::Retire(std::unique_ptr<ServiceObjectBase> object) {
-    if (object == nullptr) {
-        return;
+// Takes over what is no longer registered, and frees it once nobody uses it: now, unless the calling thread does.
+void BundleMgr::Retire(std::list<ServiceObjectBase>& object) noexcept {
+    if (!object.empty()) {
+        ReadPin::WaitUntilReleased(&object.front());
     }
-    ReadPin::WaitUntilReleased(object.get());
-    const auto isUnused = [](const auto& retired) { return !ReadPin::IsPinned(retired.get()); };
     const std::lock_guard lock(_g_actualmutex);
-    std::erase_if(m_retired, isUnused);
-    if (!isUnused(object)) {
-        m_retired.push_back(std::move(object));
-    }
+    m_retired.splice(m_retired.end(), object);
+    m_retired.remove_if([](const ServiceObjectBase& retired) { return !ReadPin::IsPinned(&retired); });
 }
 
 }  // namespace NS_BUNDLEMGR1

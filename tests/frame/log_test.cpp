@@ -10,8 +10,8 @@ namespace {
 using NS_TEST::RecordingLog;
 using NS_TEST::Registration;
 using NS_UTIL::NS_FRAME::LogSource;
-using NS_UTIL::NS_FRAME::ResIdLog;
-using NS_UTIL::NS_FRAME::UtilCommonLog;
+using NS_UTIL::NS_FRAME::RES_ID_LOG;
+using NS_UTIL::NS_FRAME::UTIL_COMMON_LOG;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -21,9 +21,9 @@ using Record = RecordingLog::Record;
 TEST(LogSource, WritesRecordsAsTheyAreListed) {
     RecordingLog log;
     const Registration registration("LogSvcInterface", log);
-    ResIdLog().Write(1064, 1, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN.");
-    UtilCommonLog().Write(766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = %d", 2000);
-    UtilCommonLog().Write(1008, 0, "[GetEventFilterList]: %s=%s is empty or wrong", "Whitelist", "x");
+    RES_ID_LOG.Write(1064, 1, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN.");
+    UTIL_COMMON_LOG.Write(766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = %d", 2000);
+    UTIL_COMMON_LOG.Write(1008, 0, "[GetEventFilterList]: %s=%s is empty or wrong", "Whitelist", "x");
     EXPECT_THAT(
         log.m_records,
         ElementsAre(Record{"resIDUtil", "unknown", 1064, 1, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN."},
@@ -35,8 +35,8 @@ TEST(LogSource, AsksForItsLoggerOnce) {
     RecordingLog log;
     const Registration registration("LogSvcInterface", log);
     for (int record = 0; record < 3; ++record) {
-        ResIdLog().Write(1, 1, "a");
-        UtilCommonLog().Write(1, 1, "b");
+        RES_ID_LOG.Write(1, 1, "a");
+        UTIL_COMMON_LOG.Write(1, 1, "b");
     }
     EXPECT_THAT(log.m_asked, ElementsAre(LoggerName{"kx_domain_bundle", "kx_domain_model", "debug"},
                                          LoggerName{"vemo", "vemo", "debug"}));
@@ -44,10 +44,10 @@ TEST(LogSource, AsksForItsLoggerOnce) {
 }
 
 TEST(LogSource, DropsRecordsWithoutALogService) {
-    ResIdLog().Write(1, 1, "dropped");
+    RES_ID_LOG.Write(1, 1, "dropped");
     RecordingLog log;
     const Registration registration("LogSvcInterface", log);
-    ResIdLog().Write(2, 1, "written");
+    RES_ID_LOG.Write(2, 1, "written");
     EXPECT_THAT(log.m_records, ElementsAre(Record{"resIDUtil", "unknown", 2, 1, "written"}));
 }
 
@@ -56,11 +56,11 @@ TEST(LogSource, ForgetsItsLoggerWithTheService) {
     RecordingLog second;
     {
         const Registration registration("LogSvcInterface", first);
-        ResIdLog().Write(1, 1, "to the first");
+        RES_ID_LOG.Write(1, 1, "to the first");
     }
-    ResIdLog().Write(2, 1, "to nobody");
+    RES_ID_LOG.Write(2, 1, "to nobody");
     const Registration registration("LogSvcInterface", second);
-    ResIdLog().Write(3, 1, "to the second");
+    RES_ID_LOG.Write(3, 1, "to the second");
     EXPECT_THAT(first.m_records, ElementsAre(Record{"resIDUtil", "unknown", 1, 1, "to the first"}));
     EXPECT_THAT(second.m_records, ElementsAre(Record{"resIDUtil", "unknown", 3, 1, "to the second"}));
 }
@@ -69,9 +69,9 @@ TEST(LogSource, ForgetsItsLoggerWithAServiceThatIsReplaced) {
     RecordingLog first;
     RecordingLog second;
     const Registration registration("LogSvcInterface", first);
-    ResIdLog().Write(1, 1, "to the first");
+    RES_ID_LOG.Write(1, 1, "to the first");
     NS_BUNDLEMGR1::BundleMgr::Instance()->RegisterService("LogSvcInterface", &second);
-    ResIdLog().Write(2, 1, "to the second");
+    RES_ID_LOG.Write(2, 1, "to the second");
     EXPECT_EQ(first.m_records.size(), 1U);
     EXPECT_EQ(second.m_records.size(), 1U);
 }
@@ -80,12 +80,12 @@ TEST(LogSource, TriesAgainAfterAFailure) {
     RecordingLog log;
     const Registration registration("LogSvcInterface", log);
     log.m_throws = true;
-    EXPECT_NO_THROW(ResIdLog().Write(1, 1, "dropped"));
+    EXPECT_NO_THROW(RES_ID_LOG.Write(1, 1, "dropped"));
     log.m_throws = false;
     log.m_hasLogger = false;
-    ResIdLog().Write(2, 1, "dropped");
+    RES_ID_LOG.Write(2, 1, "dropped");
     log.m_hasLogger = true;
-    ResIdLog().Write(3, 1, "written");
+    RES_ID_LOG.Write(3, 1, "written");
     EXPECT_EQ(log.m_asked.size(), 3U);
     EXPECT_THAT(log.m_records, ElementsAre(Record{"resIDUtil", "unknown", 3, 1, "written"}));
 }

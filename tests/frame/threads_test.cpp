@@ -542,7 +542,7 @@ public:
 
 TEST_F(Loggers, AreForgottenWithTheirService) {
     Workers writers([](std::size_t number) {
-        NS_UTIL::NS_FRAME::ResIdLog().Write(1064, 1, "[Thread %d]", static_cast<int>(number));
+        NS_UTIL::NS_FRAME::RES_ID_LOG.Write(1064, 1, "[Thread %d]", static_cast<int>(number));
     });
     std::size_t records = 0;
     RepeatFor(UNDER_LOAD, [&records] {

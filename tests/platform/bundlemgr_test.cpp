@@ -27,7 +27,7 @@ ServiceList RegisteredServices() {
     ServiceList services;
     const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
     for (const auto& object : BundleMgr::Instance()->GetServiceObjects()) {
-        services.emplace_back(object->GetObjectName(), object->GetInterface());
+        services.emplace_back(object.GetObjectName(), object.GetInterface());
     }
     return services;
 }
@@ -74,10 +74,8 @@ TEST(BundleMgr, MayKnowOneServiceByTwoNames) {
 TEST(ServiceObject, CarriesItselfUnderItsName) {
     ServiceInterface service;
     ServiceObjectBase object("a", &service);
-    std::map<std::string, ServiceObjectBase*> interfaces;
-    object.GetInterfaces(interfaces);
     EXPECT_EQ(object.GetInterface(), &service);
-    EXPECT_THAT(interfaces, ElementsAre(Pair("a", &object)));
+    EXPECT_THAT(object.GetInterfaces(), ElementsAre(Pair("a", &object)));
 }
 
 TEST(ServiceObject, RemembersAWordForEachUser) {

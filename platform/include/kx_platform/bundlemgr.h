@@ -4,12 +4,12 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <list>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include <kx_platform/export.h>
 #include <kx_platform/readpin.h>
@@ -57,7 +57,7 @@ public:
 class KX_PLATFORM_API ServiceObjectBase {
 public:
     ServiceObjectBase(std::string name, ServiceInterface* service);
-    virtual ~ServiceObjectBase();
+    ~ServiceObjectBase();
     ServiceObjectBase(const ServiceObjectBase&) = delete;
     ServiceObjectBase& operator=(const ServiceObjectBase&) = delete;
 
@@ -66,8 +66,8 @@ public:
     /// The service that this object carries; never null.
     ServiceInterface* GetInterface() const { return m_service; }
 
-    /// Adds the objects that carry this object's interfaces, by interface name: itself under its own name by default.
-    virtual void GetInterfaces(std::map<std::string, ServiceObjectBase*>& interfaces);
+    /// The objects that carry this object's interfaces, by interface name: itself under its own name.
+    const std::map<std::string, ServiceObjectBase*>& GetInterfaces() const { return m_interfaces; }
 
     /// A word in which user (any address of the caller's own) remembers something that the service gave it, a logger
     /// say. It is null at first, is the same at every call and goes away with the object, so that nothing remembered
@@ -82,6 +82,7 @@ private:
 
     std::string m_name;
     ServiceInterface* m_service;
+    std::map<std::string, ServiceObjectBase*> m_interfaces;
     std::array<Memory, 8> m_memories;
 };
 
@@ -153,18 +154,18 @@ public:
 
     /// Every registered object, in the order of registration (a replacement keeps the place of what it replaces). The
     /// caller holds `_g_actualmutex` while it uses the answer.
-    const std::vector<std::unique_ptr<ServiceObjectBase>>& GetServiceObjects() const { return m_objects; }
+    const std::list<ServiceObjectBase>& GetServiceObjects() const { return m_objects; }
 
 private:
     BundleMgr() = default;
     ~BundleMgr() = default;
 
     static void ForgetBuffers() noexcept;
-    void Retire(std::unique_ptr<ServiceObjectBase> object);
+    std::list<ServiceObjectBase>::iterator Find(const std::string& name);
+    void Retire(std::list<ServiceObjectBase>& object) noexcept;
 
-    std::vector<std::unique_ptr<ServiceObjectBase>> m_objects;
-    std::vector<std::unique_ptr<ServiceObjectBase>>
-        m_retired;  // gone, but still pinned by the thread that took it back
+    std::list<ServiceObjectBase> m_objects;
+    std::list<ServiceObjectBase> m_retired;  // gone, but still pinned by the threads that took them back
 };
 
 }  // namespace NS_BUNDLEMGR1
