@@ -126,9 +126,9 @@ TEST_F(Cost, OfLookUps) {
         utilCommon.InterfaceLevel2FBType(level, level);
         utilCommon.GetBidirFBType(34);
         utilCommon.IsTiRoadmOpticalBoard(948);
-        utilCommon.InterfaceCTPId2TMFName(name, 65535);
+        utilCommon.InterfaceCTPId2TMFName(65535, name);
         unsigned long ctpId = 0;
-        utilCommon.InterfaceTMFCTPName2ID(ctpId, ctp);
+        utilCommon.InterfaceTMFCTPName2ID(ctp, ctpId);
         tp.vc4Id = 0;
         utilCommon.SetTpNo(tp, 12313, 5);
         utilCommon.GetTpNo(tp, 12313);

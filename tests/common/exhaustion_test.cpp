@@ -57,9 +57,9 @@ bool IsUtilCommonComplete() {
     int fbType = 0;
     utilCommon.InterfaceLevel2FBType(fbType, 12306);
     std::string name;
-    utilCommon.InterfaceCTPId2TMFName(name, 65524);
+    utilCommon.InterfaceCTPId2TMFName(65524, name);
     unsigned long ctpId = 0;
-    utilCommon.InterfaceTMFCTPName2ID(ctpId, "E11");
+    utilCommon.InterfaceTMFCTPName2ID("E11", ctpId);
     return level == 12324 && fbType == 1231 && name == "E11" && ctpId == 65524 &&
            utilCommon.IsTiRoadmOpticalBoard(2970);
 }

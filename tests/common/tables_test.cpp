@@ -109,6 +109,24 @@ protected:
         return fbType;
     }
 
+    // By both orders of the arguments.
+    static std::string CtpNameOf(unsigned long ctpId) {
+        std::string name = "what stood here before";
+        UtilCommon::Instance()->InterfaceCTPId2TMFName(ctpId, name);
+        std::string again = "what stood here before";
+        UtilCommon::Instance()->InterfaceCTPId2TMFName(again, ctpId);
+        EXPECT_EQ(again, name);
+        return name;
+    }
+    static unsigned long CtpIdOf(const std::string& name) {
+        unsigned long ctpId = 7;
+        UtilCommon::Instance()->InterfaceTMFCTPName2ID(name, ctpId);
+        unsigned long again = 7;
+        UtilCommon::Instance()->InterfaceTMFCTPName2ID(again, name);
+        EXPECT_EQ(again, ctpId);
+        return ctpId;
+    }
+
     Listing m_listing;
 };
 
@@ -259,30 +277,20 @@ TEST_F(Tables, CtpNames) {
     for (const auto& [name, ctpId] : names) {
         EXPECT_EQ(ctpId, 65535 - std::stoi(name.substr(1))) << "they count down from the top of 16 bits";
         known.emplace(ctpId, name);
-        unsigned long found = 1;
-        UtilCommon::Instance()->InterfaceTMFCTPName2ID(found, name);
-        EXPECT_EQ(found, static_cast<unsigned long>(ctpId)) << name;
+        EXPECT_EQ(CtpIdOf(name), static_cast<unsigned long>(ctpId)) << name;
     }
     for (unsigned long ctpId = 0; ctpId < ABOVE_ALL; ++ctpId) {
-        std::string name = "what stood here before";
-        UtilCommon::Instance()->InterfaceCTPId2TMFName(name, ctpId);
-        const auto found = known.find(ctpId);
-        ASSERT_EQ(name, found != known.end() ? found->second : "") << ctpId;
+        const auto name = known.find(ctpId);
+        ASSERT_EQ(CtpNameOf(ctpId), name != known.end() ? name->second : "") << ctpId;
     }
-    std::string name = "what stood here before";
-    UtilCommon::Instance()->InterfaceCTPId2TMFName(name, 0x100000000UL + 65535);
-    EXPECT_EQ(name, "") << "an id is not cut to 32 bits";
+    EXPECT_EQ(CtpNameOf(0x100000000UL + 65535), "") << "an id is not cut to 32 bits";
 }
 
 TEST_F(Tables, NamesThatNoCtpHas) {
     for (const char* name : {"", "e0", "e10", "E12", "E00", "E", "E1 ", " E1", "E-1", "0"}) {
-        unsigned long ctpId = 7;
-        UtilCommon::Instance()->InterfaceTMFCTPName2ID(ctpId, name);
-        EXPECT_EQ(ctpId, 0UL) << name;
+        EXPECT_EQ(CtpIdOf(name), 0UL) << name;
     }
-    unsigned long ctpId = 7;
-    UtilCommon::Instance()->InterfaceTMFCTPName2ID(ctpId, std::string("E1\0", 3));
-    EXPECT_EQ(ctpId, 0UL) << "a NUL is a character like others";
+    EXPECT_EQ(CtpIdOf(std::string("E1\0", 3)), 0UL) << "a NUL is a character like others";
 }
 
 TEST_F(Tables, ClientRates) {
@@ -351,9 +359,7 @@ TEST_F(Tables, FillingAgainChangesNoAnswer) {
     }
     EXPECT_EQ(FbTypeOf(12342), 25);
     EXPECT_TRUE(utilCommon.IsTiRoadmOpticalBoard(2970));
-    std::string name;
-    utilCommon.InterfaceCTPId2TMFName(name, 65524);
-    EXPECT_EQ(name, "E11");
+    EXPECT_EQ(CtpNameOf(65524), "E11");
 }
 
 // The cases that people ask about.

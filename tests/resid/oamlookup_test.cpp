@@ -1,10 +1,11 @@
-// What becomes of an exception that escapes while the inventory is looked up for an OAM identifier: here, memory that
-// runs out while the registry is searched.
-#include <new>
+// The inventory is looked up for each OAM level, also when memory has run out.
+#include <cstdint>
 #include <optional>
+#include <string>
 
 #include <gtest/gtest.h>
 
+#include <kx_domain_util/processexception.h>
 #include <kx_domain_util/resIDUtil.h>
 
 #include "support/allocations.h"
@@ -14,20 +15,22 @@ namespace {
 
 using NS_BUNDLEMGR1::BundleMgr;
 using NS_DOMAIN::MAIndex;
-using NS_DOMAIN::MDIndex;
 using NS_TEST::CountingInventory;
 using NS_TEST::FailingAllocations;
 using NS_TEST::Registration;
+using NS_UTIL::InterfaceNotExistException;
 using NS_UTIL::ResIDUtil;
 
-// Memory fails from its first answer on. It also makes the next look-up search the registry, which takes memory.
+// Memory runs out with its first answer. It also makes the next look-up search the registry.
 class ExhaustingInventory : public CountingInventory {
 public:
     using CountingInventory::CountingInventory;
 
     bool IsOamNumberOmitted(int neId) override {
-        BundleMgr::Instance()->RegisterService("Another", &m_another);
-        m_failing.emplace();
+        if (!m_failing.has_value()) {
+            BundleMgr::Instance()->RegisterService("Another", &m_another);
+            m_failing.emplace();
+        }
         return CountingInventory::IsOamNumberOmitted(neId);
     }
 
@@ -61,10 +64,9 @@ protected:
     std::string m_fdn;
 };
 
-TEST_F(OamLookup, NeedsNoMemoryOnceTheInventoryIsFound) {
+TEST_F(OamLookup, NeedsNoMemory) {
     CountingInventory inventory(0);
     const Registration registration("InventoryBufif", inventory);
-    ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn);
     m_fdn.clear();
     {
         const FailingAllocations failing;
@@ -73,49 +75,30 @@ TEST_F(OamLookup, NeedsNoMemoryOnceTheInventoryIsFound) {
     EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=4|ma1");
 }
 
-using OamLookupDeathTest = OamLookup;
-
-// The look-up for an MD level may only say that there is no inventory; anything else ends the process.
-TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
-    CountingInventory inventory(0);
-    const Registration registration("InventoryBufif", inventory);
-    MDIndex md;
-    md.neId = 6;
-    EXPECT_DEATH(
-        {
-            const FailingAllocations failing;
-            try {
-                ResIDUtil::MDIndex2ResID(md, m_fdn);
-            } catch (...) {
-                // Not reached: the exception does not come this far.
-            }
-        },
-        "terminate");
-    EXPECT_DEATH(
-        {
-            const FailingAllocations failing;
-            try {
-                ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn);
-            } catch (...) {
-                // Not reached: the MD level comes first.
-            }
-        },
-        "terminate");
-}
-
-// The look-up for an MA level lets everything pass.
-TEST_F(OamLookup, ForAnMaLevelLetsExceptionsPass) {
+TEST_F(OamLookup, NeedsNoMemoryWhenServicesChangedBetweenTwoQuestions) {
     ExhaustingInventory inventory(0);
     const Registration registration("InventoryBufif", inventory);
-    bool isPassed = false;
-    try {
-        ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn);
-    } catch (const std::bad_alloc&) {
-        isPassed = true;
-    }
+    m_fdn.clear();
+    ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn);
+    const bool isExhausted = inventory.m_failing.has_value();
     inventory.m_failing.reset();
-    EXPECT_TRUE(isPassed);
-    EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=");
+    EXPECT_TRUE(isExhausted);
+    EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=4|ma1");
+}
+
+TEST_F(OamLookup, NeedsNoMemoryToSayThatThereIsNoInventory) {
+    std::uint32_t code = 0;
+    m_fdn.clear();
+    {
+        const FailingAllocations failing;
+        try {
+            ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn);
+        } catch (const InterfaceNotExistException& missing) {
+            code = missing.m_code;
+        }
+    }
+    EXPECT_EQ(code, 0x41180004U);
+    EXPECT_EQ(m_fdn, "NE=6,MD=");
 }
 
 }  // namespace
