@@ -14,6 +14,8 @@ bool IsOneOf(unsigned short neType) {
     return ((neType == Types) || ...);
 }
 
+// The keys below are never destroyed, since threads may ask while the process is ending.
+
 bool IsInNETypeList(const std::string& domain, unsigned short neType) {
     return DeviceDomainMgr::Instance()->isInDomainDevTypelistCache(domain, neType);
 }
@@ -41,27 +43,27 @@ bool IsKLVByNEType(unsigned short neType) {
 }
 
 bool IsRouteNE(unsigned short neType) {
-    static const std::string domain = "router and metro";
+    static const std::string& domain = *new std::string("router and metro");
     return IsInNETypeList(domain, neType);
 }
 
 bool IsTransNE(unsigned short neType) {
-    static const std::string domain = "transmission";
+    static const std::string& domain = *new std::string("transmission");
     return IsInNETypeList(domain, neType);
 }
 
 bool IsAccessNE(unsigned short neType) {
-    static const std::string domain = "access";
+    static const std::string& domain = *new std::string("access");
     return IsInNETypeList(domain, neType);
 }
 
 bool IsPTNClasssNE(unsigned short neType) {
-    static const std::string domain = "PTN";
+    static const std::string& domain = *new std::string("PTN");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsPTNDMTNE(unsigned short neType) {
-    static const std::string domain = "PTNDMT";
+    static const std::string& domain = *new std::string("PTNDMT");
     return IsInEquipmentTypeList(domain, neType);
 }
 
@@ -70,7 +72,7 @@ bool IsPTNNE(unsigned short neType) {
 }
 
 bool IsMSTPNE(unsigned short neType) {
-    static const std::string domain = "MSTP";
+    static const std::string& domain = *new std::string("MSTP");
     return IsInEquipmentTypeList(domain, neType);
 }
 
@@ -79,32 +81,32 @@ bool IsIPMSTPNE(unsigned short neType) {
 }
 
 bool IsIPKLVNE(unsigned short neType) {
-    static const std::string domain = "IPKLV";
+    static const std::string& domain = *new std::string("IPKLV");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsKLV600NE(unsigned short neType) {
-    static const std::string domain = "KLV6XX";
+    static const std::string& domain = *new std::string("KLV6XX");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsOTNNE(unsigned short neType) {
-    static const std::string domain = "OTN";
+    static const std::string& domain = *new std::string("OTN");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsWDMNE(unsigned short neType) {
-    static const std::string domain = "WDM";
+    static const std::string& domain = *new std::string("WDM");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsOTN_NA(unsigned short neType) {
-    static const std::string domain = "OTN_NA";
+    static const std::string& domain = *new std::string("OTN_NA");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsWDM_NA(unsigned short neType) {
-    static const std::string domain = "WDM_NA";
+    static const std::string& domain = *new std::string("WDM_NA");
     return IsInEquipmentTypeList(domain, neType);
 }
 
@@ -113,30 +115,30 @@ bool IsNAWDMByNEType(unsigned short neType) {
 }
 
 bool IsOTN4750NE(unsigned short neType) {
-    static const std::string domain = "OTN4750NE";
+    static const std::string& domain = *new std::string("OTN4750NE");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsBIGSLOTNE(unsigned short neType) {
-    static const std::string domain = "BIGSLOTNE";
+    static const std::string& domain = *new std::string("BIGSLOTNE");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsAccBitsNE(unsigned short neType) {
-    static const std::string domain = "ACCBITSNE";
+    static const std::string& domain = *new std::string("ACCBITSNE");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsMultiShelfTypeNE(unsigned short neType) {
-    static const std::string domain = "MultiShelfTypeNE";
+    static const std::string& domain = *new std::string("MultiShelfTypeNE");
     return IsInEquipmentTypeList(domain, neType);
 }
 
 bool IsIPServiceNE(unsigned short neType) {
     // The access is prepared at every call, also when a list gives the answer.
     NS_FRAME::ServiceAccess<NS_SERVICE::InventoryBufif> inventory;
-    static const std::string ptn31 = "PTN31";
-    static const std::string otn = "OTN";
+    static const std::string& ptn31 = *new std::string("PTN31");
+    static const std::string& otn = *new std::string("OTN");
     return IsInEquipmentTypeList(ptn31, neType) || IsInEquipmentTypeList(otn, neType) ||
            inventory.Get().IsIPServiceNEType(neType);
 }

@@ -6,11 +6,15 @@
 
 namespace NS_UTIL::NS_FRAME {
 
-StaticObjectLock::StaticObjectLock() : m_held(ACE_OS::mutex_lock(&ACE_Static_Object_Lock::instance()->lock()) == 0) {}
+StaticObjectLock::StaticObjectLock() : m_held(ACE_Static_Object_Lock::instance()) {
+    if (ACE_OS::mutex_lock(&m_held->lock()) != 0) {
+        m_held = nullptr;
+    }
+}
 
 StaticObjectLock::~StaticObjectLock() {
-    if (m_held) {
-        ACE_OS::mutex_unlock(&ACE_Static_Object_Lock::instance()->lock());
+    if (m_held != nullptr) {
+        ACE_OS::mutex_unlock(&m_held->lock());
     }
 }
 

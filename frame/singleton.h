@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+class ACE_Recursive_Thread_Mutex;
+
 namespace NS_UTIL::NS_FRAME {
 
 /// Holds the process-wide lock under which singletons are made and deleted.
@@ -13,10 +15,10 @@ public:
     StaticObjectLock& operator=(const StaticObjectLock&) = delete;
 
     /// False when the lock could not be taken.
-    [[nodiscard]] bool IsHeld() const { return m_held; }
+    [[nodiscard]] bool IsHeld() const { return m_held != nullptr; }
 
 private:
-    bool m_held;
+    ACE_Recursive_Thread_Mutex* m_held;
 };
 
 /// `Instance()` of a singleton: what instance holds; when that is null, the object that make() allocates. Null when the

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/resIDUtil.h>
@@ -13,12 +15,18 @@ using NS_FDN::SubValueScanner;
 
 namespace {
 
-void AppendSubValues(std::string_view value, std::vector<std::string>& values) {
+std::vector<std::string> SubValuesOf(std::string_view value) {
+    std::vector<std::string> values;
     SubValueScanner scanner(value);
     std::string_view subValue;
     while (scanner.Next(subValue)) {
         values.emplace_back(subValue);
     }
+    return values;
+}
+
+void Append(std::vector<std::string>&& subValues, std::vector<std::string>& values) {
+    values.insert(values.end(), std::make_move_iterator(subValues.begin()), std::make_move_iterator(subValues.end()));
 }
 
 // The sub-value of level tag at index; null when there is none.
@@ -39,15 +47,17 @@ void ResIDUtil::Fdn2MocLvlValueMap(const std::string& fdn, MocLvlValueMap& map) 
     while (scanner.Next(level)) {
         const auto [entry, isFirst] = map.try_emplace(std::string(level.tag));
         if (isFirst) {
-            AppendSubValues(level.value, entry->second);
+            entry->second = SubValuesOf(level.value);
         }
     }
 }
 
 void ResIDUtil::ResolveMocLevelObj(const std::string& level, std::string& tag, std::vector<std::string>& values) {
     const Level split = NS_FDN::SplitLevel(level);
-    AppendSubValues(split.value, values);
+    // The level may be one of the texts that are changed here.
+    std::vector<std::string> subValues = SubValuesOf(split.value);
     tag = split.tag;
+    Append(std::move(subValues), values);
 }
 
 bool ResIDUtil::GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, std::string& value, int index) {
@@ -101,7 +111,7 @@ bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int min
             value = {};  // an escaped comma is not stepped over: the value is lost, on purpose
         }
     }
-    AppendSubValues(value, values);
+    Append(SubValuesOf(value), values);
     return minCount <= 0 || values.size() >= static_cast<std::size_t>(minCount);
 }
 

@@ -317,7 +317,7 @@ void ResIDUtil::ResID2LoopBackPortIndex(const std::string& fdn, PortIndex& port)
     const PortLevels levels(fdn);
     ReadContainers(levels, port);
     // The agent configuration is asked for the carrier profile, as it always was; what it answers has no effect.
-    static const std::string path = "kx_corbaagent_bundle/bundle.cfg";
+    static const std::string& path = *new std::string("kx_corbaagent_bundle/bundle.cfg");  // never destroyed
     static const std::string section;
     static const std::string item = "Telvandaire";
     NS_FRAME::ServiceAccess<NS_SERVICE::DAWSvcInterface> dataAccess;

@@ -76,7 +76,7 @@ struct PortIndex {
     std::int32_t ppType = 0;      ///< first sub-value; 0: none; 251: the port is identified by its name
     std::int32_t fbType = 0;      ///< second sub-value, the FB type; 0: none; 65536 and above: a logical port
     std::string portLabel;        ///< fourth sub-value, the port's name; may be empty
-    bool isLogical = false;       ///< the port is an "LP" level, not a "PP" level
+    bool isLogical = false;       ///< there is no "PP" level: the port, if any, is an "LP" level
     bool reservedFlag = false;
     std::int32_t reservedValue = 0;
 

@@ -177,6 +177,8 @@ private:
 /// The levels of an FDN that a reader wants, found in one pass. Of a repeated tag the first counts.
 template <std::uint64_t... Tags>
 class LevelFinder {
+    static_assert(((Tags != 0) && ...), "a tag of one to seven characters");
+
 public:
     explicit LevelFinder(std::string_view fdn) noexcept {
         LevelScanner scanner(fdn);

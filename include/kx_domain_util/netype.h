@@ -3,8 +3,9 @@
 /// NE types are 16-bit numbers. The answers come from numbers fixed here, from the domain lists that `DeviceDomainMgr`
 /// holds (a list that was never loaded answers false), or from the inventory service.
 ///
-/// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Only those that ask
-/// the inventory throw: `InterfaceNotExistException` when there is none.
+/// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Exceptions:
+/// std::bad_alloc where a list is asked; where the inventory is asked, `InterfaceNotExistException` when there is none,
+/// and what it throws.
 #pragma once
 
 #include <kx_domain_util/export.h>

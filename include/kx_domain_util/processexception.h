@@ -27,7 +27,8 @@ public:
     std::stringstream m_text4;
 };
 
-/// A service of the management system that an operation needs is not registered; the code is `INTERFACE_NOT_EXIST`.
+/// A service of the management system that an operation needs is not registered; the library throws it with the code
+/// `INTERFACE_NOT_EXIST`.
 class KX_DOMAIN_UTIL_API InterfaceNotExistException : public ProcessException {
 public:
     /// The code of a missing service.

@@ -33,7 +33,8 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 
 /// The conversions. All are static and keep no state.
 ///
-/// Readers (`ResID2...`) never fail: unless it is told otherwise, a field whose level is missing, or has an empty value
+/// Readers (`ResID2...`), unless it is told otherwise, never fail: a field whose level is missing, or has an empty
+/// value
 /// ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not matter.
 /// Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no digit, 0
 /// without digits, the low 32 bits of what is too large.
@@ -44,7 +45,7 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 /// keeps the whole of it (`resId`, `trailResId`, `fdnText`), a writer's output never.
 ///
 /// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
-/// exhausted, and `InterfaceNotExistException` where it is said; the output then holds what was written up to there.
+/// exhausted, and `InterfaceNotExistException` where it is said: then the output holds what was written up to there.
 /// What a service throws passes.
 class KX_DOMAIN_UTIL_API ResIDUtil {
 public:
@@ -74,7 +75,7 @@ public:
     /// Appends the sub-values of one level to values, straight from the text; true when values then holds at least
     /// minCount entries (those that it held before count too). tag is given with its "=" ("PP="), is not null, and is
     /// searched as plain text: "S=" is also found inside ",SS=". False, and values untouched, when it is not found. A
-    /// value that ends with a backslash counts as empty.
+    /// value that ends with a backslash before a "," counts as empty.
     static bool ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,
                                 std::vector<std::string>& values);
 
@@ -136,29 +137,33 @@ public:
     /// sign.
     static void PortIndex2ResIDByNEType(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical,
                                         unsigned long neType);
-    /// Writes the key's port; withSubIf writes it as a logical port and, when `subIfId` is above 0, appends ",SUBIF=9".
+    /// Writes the key's port, as the writer of a port does, exceptions included; withSubIf writes it as a logical port
+    /// and, when `subIfId` is above 0, appends ",SUBIF=9".
     static void PortIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool withSubIf);
-    /// Writes the key's port and ",AP=1|2|9": the two AP values and `subIfId`, which is left out when 0.
+    /// Writes the key's port, as the writer of a port does, exceptions included, and ",AP=1|2|9": the two AP values and
+    /// `subIfId`, which is left out when 0.
     static void APIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool asLogical);
-    /// Writes the TP's port, as a logical one when `isLogical`. For a port identified by its name (`ppType` 251) the
-    /// label is cut at its first ".", what follows becomes ",SUBIF=9", and `vc4Id` and `vc12Id` that are not 0 are
-    /// appended as ",VC4=1" and ",VC12=2".
+    /// Writes the TP's port, as the writer of a port does, exceptions included; as a logical one when `isLogical`. For
+    /// a port identified by its name (`ppType` 251) the label is cut at its first ".", what follows becomes ",SUBIF=9",
+    /// and `vc4Id` and `vc12Id` that are not 0 are appended as ",VC4=1" and ",VC12=2".
     static void TPIndex2ResID(const NS_DOMAIN::TPIndex& tp, std::string& fdn);
 
     /// Reads a port. An fdn that contains "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|" stands for no port and leaves the
-    /// record untouched. Otherwise `isLogical` and `portId` are always set (-1: no port level with four sub-values); a
-    /// name without a `ppType` sets that to 251. In a name of FB type 1025, a backslash before "|" takes the "|" and
-    /// the sub-value behind it into the name. When the configuration item "Telvandaire" is not 0, a slot below 1
+    /// record untouched. Otherwise `isLogical` and `portId` are always set: true unless there is a "PP" level, -1
+    /// unless there is a port level with four sub-values. A name without a `ppType` sets that to 251. In a name of FB
+    /// type 1025 the first backslash is dropped, and the next "|" and the sub-value behind it are taken into the name;
+    /// without such a sub-value the backslash stays. When the configuration item "Telvandaire" is not 0, a slot below 1
     /// becomes no slot and no sub-slot, as for named ports of FB type 65547 and 65549; it is read at every call.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
-    /// Reads the key's port and, where fdn contains "SUBIF=", the number behind it into `subIfId`.
+    /// Reads the key's port and, where fdn contains "SUBIF=", the number behind it into `subIfId`. Both ways
+    /// of reading a port's key, and that of a TP, share the rules of the port reader.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads an access point. The key's port is read only when its `neId` is -1; otherwise the caller's port is kept.
     /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level; `fdnText`
-    /// tells what was parsed.
+    /// tells what was parsed; a channel set without "=" leaves nothing to parse, and `fdnText` is fdn.
     static void ResID2APIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads a termination point: the port, whatever the record held of it before, and a sub-interface behind a "." in
-    /// the label. Never reads "VC4" or "VC12".
+    /// the label. Sets `reserved` to 0. Never reads "VC4" or "VC12".
     static void ResID2TPIndex(const std::string& fdn, NS_DOMAIN::TPIndex& tp);
     /// Reads a loop-back port: as a port, but without the text for no port, without escapes and without "Telvandaire".
     /// Asks the data-access service for the agent configuration all the same, and throws `InterfaceNotExistException`

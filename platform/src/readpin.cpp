@@ -30,13 +30,16 @@ struct ThreadWords {
     Block* first = nullptr;
     Block* current = nullptr;
     std::size_t used = 0;  // of the current block
+    bool ending = false;   // the thread's locals are being destroyed: blocks are returned with their last pin
 };
 thread_local constinit ThreadWords threadWords __attribute__((tls_model("initial-exec")));
 
 Block* TakeFreeBlock(Block* owner) {
     for (Block* block = allBlocks.load(); block != nullptr; block = block->next) {
         Block* nobody = nullptr;
-        if (block->owner.compare_exchange_strong(nobody, owner != nullptr ? owner : block)) {
+        // Looked at first, since trying to take a block that is in use would disturb its owner's cache lines.
+        if (block->owner.load() == nullptr &&
+            block->owner.compare_exchange_strong(nobody, owner != nullptr ? owner : block)) {
             return block;
         }
     }
@@ -47,22 +50,31 @@ Block* TakeFreeBlock(Block* owner) {
     return block;
 }
 
-// Leaves the thread's first block to others when the thread ends. A thread that pins again after that (from the
-// destructor of another thread-local object) takes a block and keeps it for good, which harms nobody.
+void ReturnFirstBlock() noexcept {
+    threadWords.first->owner.store(nullptr);
+    threadWords.first = nullptr;
+    threadWords.current = nullptr;
+    threadWords.used = 0;
+}
+
+// Leaves the thread's first block to others when the thread ends. Destructors of other thread-local objects may pin
+// after that.
 struct BlockReturner {
     bool armed = false;
     ~BlockReturner() {
-        if (threadWords.first != nullptr) {
-            threadWords.first->owner.store(nullptr);
-            threadWords = {};
+        if (threadWords.first != nullptr && threadWords.used == 0) {
+            ReturnFirstBlock();
         }
+        threadWords.ending = true;
     }
 };
 thread_local BlockReturner blockReturner;
 
 void EnterBlock() {
     if (threadWords.first == nullptr) {
-        blockReturner.armed = true;  // any use of it registers its destructor
+        if (!threadWords.ending) {
+            blockReturner.armed = true;  // any use of it registers its destructor
+        }
         threadWords.first = TakeFreeBlock(nullptr);
         threadWords.current = threadWords.first;
     } else {
@@ -112,8 +124,12 @@ ReadPin::ReadPin() {
 
 ReadPin::~ReadPin() {
     m_word->store(nullptr, std::memory_order_release);
-    if (--threadWords.used == 0 && threadWords.current != threadWords.first) {
-        LeaveBlock();
+    if (--threadWords.used == 0) {
+        if (threadWords.current != threadWords.first) {
+            LeaveBlock();
+        } else if (threadWords.ending) {
+            ReturnFirstBlock();
+        }
     }
 }
 

@@ -146,7 +146,8 @@ public:
     void RegisterService(const std::string& name, ServiceInterface* service);
 
     /// Takes the service back: it is forgotten in every buffer, and with it all that was remembered of it. Returns once
-    /// no call into the service can be in flight any more; false when the name is unknown.
+    /// no call into the service can be in flight any more; false when the name is unknown. A service that is registered
+    /// under several names is gone when the last of them is.
     ///
     /// Called from inside a service's operation it does not wait for the calling thread's own calls, nor for another
     /// thread that is itself unregistering from inside a service's operation.

@@ -7,9 +7,11 @@
 /// thing, or lets its owner free it, only when no word names it any more.
 ///
 /// What follows from it:
-///  - A reader takes no lock and writes only to its own cache line; readers never wait, whatever writers do.
+///  - A reader takes no lock and writes only to its own cache line. Only after a service came or went does its next use
+///    search the registry anew, once, under the registry's lock.
 ///  - A writer waits only for those threads that are inside the very service which it takes away.
-///  - Everything is std::atomic with sequential consistency, so that ThreadSanitizer can follow it.
+///  - Everything is std::atomic, and what decides (pin, look again; take away, look for pins) is sequentially
+///    consistent, so that ThreadSanitizer can follow it.
 ///  - A configuration number fits into one word and needs no pin at all (`ConfigItem::GetInt`).
 #pragma once
 
@@ -24,8 +26,8 @@ namespace NS_BUNDLEMGR1 {
 /// reverse order in which they were made, on the thread that made them.
 class KX_PLATFORM_API ReadPin {
 public:
-    /// Takes a free word of the calling thread, at any depth of nesting. The first pin of a thread may allocate, and
-    /// then throws std::bad_alloc when memory is exhausted; later ones throw nothing.
+    /// Takes a free word of the calling thread, at any depth of nesting. A thread's first pin, and every twelfth that
+    /// is nested, may allocate and throws std::bad_alloc when memory is exhausted; the others throw nothing.
     ReadPin();
     ~ReadPin();
     ReadPin(const ReadPin&) = delete;
@@ -35,15 +37,19 @@ public:
     template <class Thing>
     Thing* Protect(const std::atomic<Thing*>& source) noexcept {
         Thing* thing = source.load(std::memory_order_acquire);
-        while (thing != nullptr) {
+        if (thing == nullptr) {
+            return nullptr;
+        }
+        do {
             Pin(thing);
             Thing* const now = source.load();
             if (now == thing) {
-                break;
+                return thing;
             }
             thing = now;
-        }
-        return thing;
+        } while (thing != nullptr);
+        Pin(nullptr);
+        return nullptr;
     }
 
     /// Pins a thing that cannot go away at this moment (the caller holds the lock under which it would be taken away).
