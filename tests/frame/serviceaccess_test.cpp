@@ -1,10 +1,10 @@
 #include "frame/serviceaccess.h"
 
-#include <optional>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
-#include "support/allocations.h"
+#include "support/failinglocks.h"
 #include "support/services.h"
 
 namespace {
@@ -12,7 +12,7 @@ namespace {
 using NS_BUNDLEMGR1::NULLServiceInterface;
 using NS_SERVICE::DAWSvcInterface;
 using NS_SERVICE::InventoryBufif;
-using NS_TEST::FailingAllocations;
+using NS_TEST::FailingLocks;
 using NS_TEST::RecordingDataAccess;
 using NS_TEST::RecordingInventory;
 using NS_TEST::Registration;
@@ -135,7 +135,7 @@ using FailingSearchDeathTest = FailingSearch;
 TEST_F(FailingSearchDeathTest, EndsTheProcessOfGet) {
     EXPECT_DEATH(
         {
-            const FailingAllocations failing;
+            const FailingLocks failing;
             m_access.Get();
         },
         "terminate called");
@@ -144,7 +144,7 @@ TEST_F(FailingSearchDeathTest, EndsTheProcessOfGet) {
 TEST_F(FailingSearchDeathTest, EndsTheProcessOfTryGet) {
     EXPECT_DEATH(
         {
-            const FailingAllocations failing;
+            const FailingLocks failing;
             m_access.TryGet();
         },
         "terminate called");
@@ -152,19 +152,10 @@ TEST_F(FailingSearchDeathTest, EndsTheProcessOfTryGet) {
 
 TEST_F(FailingSearch, PassesGetLettingAllPass) {
     {
-        std::optional<FailingAllocations> failing(std::in_place);
-        EXPECT_THROW(
-            {
-                try {
-                    m_access.GetLettingAllPass();
-                } catch (...) {
-                    failing.reset();  // what looks at the exception may allocate
-                    throw;
-                }
-            },
-            std::bad_alloc);
+        const FailingLocks failing;
+        EXPECT_THROW(m_access.GetLettingAllPass(), std::system_error);
     }
-    EXPECT_EQ(&m_access.GetLettingAllPass(), &m_inventory) << "the mutex was given back";
+    EXPECT_EQ(&m_access.GetLettingAllPass(), &m_inventory) << "the next search finds it";
 }
 
 }  // namespace
