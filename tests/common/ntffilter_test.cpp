@@ -1,5 +1,7 @@
 #include <array>
 #include <atomic>
+#include <barrier>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <thread>
@@ -238,9 +240,11 @@ TEST_F(Filter, IsLoadedOnceByThreadsThatAskAtOnce) {
         CountingLog log;
         const Registration registration("LogSvcInterface", log);
         std::array<std::vector<bool>, THREADS> answers;
+        std::barrier start(static_cast<std::ptrdiff_t>(THREADS));
         std::vector<std::thread> threads;
         for (std::vector<bool>& mine : answers) {
-            threads.emplace_back([&mine] {
+            threads.emplace_back([&mine, &start] {
+                start.arrive_and_wait();
                 for (const int id : {89, 90, ALWAYS_PASSES}) {
                     mine.push_back(IsHeldBack(id));
                 }

@@ -1,4 +1,6 @@
 #include <array>
+#include <barrier>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <map>
@@ -418,9 +420,11 @@ TEST(UtilCommonInstance, IsOneForThreadsThatAskAtOnce) {
         UtilCommon::Destroy();
         std::array<UtilCommon*, 4> seen{};
         std::array<int, 4> levels{};
+        std::barrier start(static_cast<std::ptrdiff_t>(seen.size()));
         std::vector<std::thread> threads;
         for (std::size_t at = 0; at < seen.size(); ++at) {
-            threads.emplace_back([&seen, &levels, at] {
+            threads.emplace_back([&seen, &levels, &start, at] {
+                start.arrive_and_wait();
                 seen[at] = UtilCommon::Instance();
                 seen[at]->FBType2InterfaceLevel(levels[at], 897);  // the row that is filled in last
             });
