@@ -1,7 +1,9 @@
-// The inventory is looked up for each OAM level, also when memory has run out.
+// The inventory is looked up for each OAM level: without memory if need be, and not without its lock.
 #include <cstdint>
+#include <cstdlib>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
@@ -9,22 +11,26 @@
 #include <kx_domain_util/resIDUtil.h>
 
 #include "support/allocations.h"
+#include "support/failinglocks.h"
 #include "support/services.h"
 
 namespace {
 
 using NS_BUNDLEMGR1::BundleMgr;
 using NS_DOMAIN::MAIndex;
+using NS_DOMAIN::MDIndex;
 using NS_TEST::CountingInventory;
 using NS_TEST::FailingAllocations;
+using NS_TEST::FailingLocks;
 using NS_TEST::Registration;
 using NS_UTIL::InterfaceNotExistException;
 using NS_UTIL::ResIDUtil;
 
-// Memory runs out with its first answer. It also makes the next look-up search the registry.
-class ExhaustingInventory : public CountingInventory {
+// From its first answer on memory or locks fail. It also makes the next look-up search the registry.
+template <class Failing>
+class FailingInventory : public CountingInventory {
 public:
-    using CountingInventory::CountingInventory;
+    FailingInventory() : CountingInventory(0) {}
 
     bool IsOamNumberOmitted(int neId) override {
         if (!m_failing.has_value()) {
@@ -34,7 +40,7 @@ public:
         return CountingInventory::IsOamNumberOmitted(neId);
     }
 
-    std::optional<FailingAllocations> m_failing;
+    std::optional<Failing> m_failing;
 
 private:
     CountingInventory m_another{0};
@@ -76,7 +82,7 @@ TEST_F(OamLookup, NeedsNoMemory) {
 }
 
 TEST_F(OamLookup, NeedsNoMemoryWhenServicesChangedBetweenTwoQuestions) {
-    ExhaustingInventory inventory(0);
+    FailingInventory<FailingAllocations> inventory;
     const Registration registration("InventoryBufif", inventory);
     m_fdn.clear();
     ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn);
@@ -99,6 +105,33 @@ TEST_F(OamLookup, NeedsNoMemoryToSayThatThereIsNoInventory) {
     }
     EXPECT_EQ(code, 0x41180004U);
     EXPECT_EQ(m_fdn, "NE=6,MD=");
+}
+
+using OamLookupDeathTest = OamLookup;
+
+// The look-up for an MD level may say that there is no inventory; anything else that escapes it ends the process.
+TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
+    CountingInventory inventory(0);
+    const Registration registration("InventoryBufif", inventory);
+    const auto convert = [this](auto write) {
+        const FailingLocks failing;
+        try {
+            write(m_fdn);
+        } catch (...) {
+            std::exit(0);  // the exception came this far
+        }
+    };
+    EXPECT_DEATH(convert([](std::string& fdn) { ResIDUtil::MDIndex2ResID(MDIndex{}, fdn); }), "terminate called");
+    EXPECT_DEATH(convert([](std::string& fdn) { ResIDUtil::MAIndex2ResID(SampleMa(), fdn); }), "terminate called");
+}
+
+// The look-up for an MA level lets everything pass.
+TEST_F(OamLookup, ForAnMaLevelLetsEverythingPass) {
+    FailingInventory<FailingLocks> inventory;
+    const Registration registration("InventoryBufif", inventory);
+    EXPECT_THROW(ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn), std::system_error);
+    inventory.m_failing.reset();
+    EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=");
 }
 
 }  // namespace
