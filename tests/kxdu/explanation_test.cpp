@@ -54,6 +54,32 @@ TEST(Explain, NamesFbTypes) {
     EXPECT_THAT(PartsOf("LP=|65547|1|"), testing::Contains("65547: FB type 65547 (a logical port)"));
 }
 
+TEST(Explain, NamesServicesTunnelsAndTrails) {
+    EXPECT_THAT(PartsOf("NE=1,PWE3=3|17"), ElementsAre("1: network element 1", "PWE3: pseudo-wire service",
+                                                       "3: service type 3", "17: service number 17"));
+    EXPECT_THAT(PartsOf("TUNNEL=1|2|a||3|c|4"),
+                ElementsAre("TUNNEL: tunnel", "1: tunnelInt0 1", "2: tunnelInt1 2", "a: tunnelText2 \"a\"",
+                            ": tunnelText3: none", "3: tunnelInt4 3", "c: tunnelText5 \"c\"", "4: tunnelInt6 4"));
+    EXPECT_THAT(PartsOf("NE=1,PWTRAIL=a|b"), ElementsAre("1: network element 1", "a|b: pseudo-wire trail \"a|b\""));
+    EXPECT_THAT(PartsOf("NE=1,VEGROUP=4"), ElementsAre("1: network element 1", "4: group 4"));
+}
+
+TEST(Explain, NamesMaintenanceLevels) {
+    EXPECT_THAT(PartsOf("NE=1,MD=3|md1,MA=|ma1,MEP=7"),
+                ElementsAre("1: network element 1", "MD: maintenance domain", "3: MD number 3", "md1: name \"md1\"",
+                            "MA: maintenance association", ": MA number: left out on this NE, or none",
+                            "ma1: name \"ma1\"", "7: maintenance end point 7"));
+    EXPECT_THAT(PartsOf("MIP=0|m"),
+                ElementsAre("MIP: maintenance intermediate point", "0: MIP number 0 (none)", "m: name \"m\""));
+}
+
+TEST(Explain, ShowsTheRecordsOfMaintenancePoints) {
+    const Explanation explanation = ExplainFdn("NE=1,MD=3|md1,MA=4|ma1,MEP=7");
+    EXPECT_EQ(explanation.type, "MEPIndex");
+    EXPECT_EQ(ValueOf(explanation, "mdName"), "\"md1\"");
+    EXPECT_EQ(ValueOf(explanation, "mepId"), "7");
+}
+
 TEST(Explain, KnowsTheRestOfAnEscapedName) {
     EXPECT_THAT(PartsOf("PP=|1025|7|a\\|b"), testing::Contains("b: rest of the name, behind an escaped |: \"b\""));
 }
@@ -98,9 +124,8 @@ TEST(Explain, SaysWhetherTheIdentifierIsCanonical) {
 TEST(Explain, WithoutAnInventorySaysWhatItCannotTell) {
     const Explanation explanation = ExplainFdn("NE=12,FR=1,S=3,CP=-1");
     EXPECT_FALSE(explanation.isCanonical);
-    EXPECT_THAT(explanation.notes,
-                ElementsAre("not compared with what the library writes: that depends on the NE type; "
-                            "give --inventory FILE"));
+    EXPECT_THAT(explanation.notes, ElementsAre("not compared with what the library writes: that depends on the NE; "
+                                               "give --inventory FILE"));
 }
 
 TEST(Explain, WithAnInventoryNamesTheNeType) {

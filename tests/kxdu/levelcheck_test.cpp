@@ -54,6 +54,14 @@ TEST(LevelCheck, NumbersMustBeDecimalAndInRange) {
     EXPECT_THAT(Problems("PP=|||"), ElementsAre("6: PP:2 is empty, not a number"));
 }
 
+TEST(LevelCheck, ServicesAndMaintenanceLevelsHaveNumbersAndTexts) {
+    EXPECT_THAT(Problems("TUNNEL=1|2|a|b|x|c|4"), ElementsAre("16: TUNNEL:4 is not a decimal number: \"x\""));
+    EXPECT_THAT(Problems("NE=1,MD=x|md1"), ElementsAre("9: MD:0 is not a decimal number: \"x\""));
+    EXPECT_THAT(Problems("NE=1,MD=3"), ElementsAre("10: MD has 1 sub-value, not 2"));
+    EXPECT_THAT(Problems("NE=1,RMEP="), ElementsAre("11: RMEP has no value"));
+    EXPECT_THAT(Problems("NE=1,VSI=4294967296"), ElementsAre("10: VSI is beyond 32 bits: \"4294967296\""));
+}
+
 TEST(LevelCheck, SubValuesAreCounted) {
     EXPECT_THAT(Problems("NE="), ElementsAre("4: NE has no value"));
     EXPECT_THAT(Problems("NE=1|2"), ElementsAre("6: NE has more than 1 sub-value"));

@@ -32,9 +32,31 @@ TEST_F(CheckTest, WhatWouldBeWrittenOtherwiseIsToldWithItsText) {
               "<stdin>:3:16: would be written as \"NE=1,LP=16||1|,AP=0|0|\"\n");
 }
 
-TEST_F(CheckTest, AKnownTagThatEndsNoIdentifierIsTold) {
-    EXPECT_EQ(Shell("kxdu check", "NE=1,VEGROUP=2\n").out,
-              "<stdin>:1:6: no kind of identifier ends in the level \"VEGROUP\"\n");
+TEST_F(CheckTest, ServicesAndOamAreCheckedLikeTheRest) {
+    const Ended ended = Shell("kxdu check",
+                              "NE=1,PWE3=3|x\nNE=1,TUNNEL=1|2|a|b|3|c\nNE=1,ATMTD=7|8\nNE=1,VEGROUP=02\nPW=4\n"
+                              "NE=1,MIP=0|m\nNE=1,VRF=6\nNE=1,TUNNELTRAIL=a|b\n");
+    EXPECT_EQ(ended.out,
+              "<stdin>:1:13: PWE3:1 is not a decimal number: \"x\"\n"
+              "<stdin>:2:24: TUNNEL has 6 sub-values, not 7\n"
+              "<stdin>:3:14: ATMTD has more than 1 sub-value\n"
+              "<stdin>:4:14: would be written as \"NE=1,VEGROUP=2\"\n"
+              "<stdin>:5:1: would be written as \"NE=-1,PW=4\"\n"
+              "<stdin>:6:10: would be written as \"NE=1,MIP=|m\"\n");
+}
+
+TEST_F(CheckTest, WhetherMaintenanceNumbersBelongThereIsAskedOfTheInventory) {
+    const std::string domain = "NE=1,MD=3|md1\n";
+    EXPECT_EQ(Shell("kxdu check", domain).code, 2);
+    std::filesystem::create_directory(folder / "csv");
+    WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n100,Plain,0,0\n");
+    WriteFile("csv/ne.csv", "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n1,100,0,0\n2,100,0,1\n");
+    WriteFile("csv/domain_member.csv", "cache,domain,ne_type\n");
+    ASSERT_EQ(Shell("kxdu inventory init n.db && kxdu inventory import n.db csv").code, 0);
+    EXPECT_EQ(Shell("kxdu check --inventory n.db", domain + "NE=2,MD=|md1\n").out, "");
+    EXPECT_EQ(Shell("kxdu check --inventory n.db", "NE=2,MD=3|md1\nNE=1,MD=|md1\n").out,
+              "<stdin>:1:9: would be written as \"NE=2,MD=|md1\"\n"
+              "<stdin>:2:9: would be written as \"NE=1,MD=0|md1\"\n");
 }
 
 TEST_F(CheckTest, LinesThatAreNoTextAreTold) {

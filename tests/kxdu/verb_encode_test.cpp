@@ -72,5 +72,28 @@ TEST_F(EncodeTest, BadLinesAreRejected) {
               "kxdu: 3 rejected or changed in 3 lines\n");
 }
 
+TEST_F(EncodeTest, ServicesAndOamComeBackByteForByte) {
+    MakeInventory();
+    const std::string identifiers =
+        "NE=5,VEGROUP=3\nNE=5,PW=4\nNE=5,PWSW=4|x\nNE=5,PWE3=3|17\nNE=5,L3VPN=a\nNE=5,TUNNEL=1|2|a|b|3|c|4|d\n"
+        "NE=5,ATMTD=9\nNE=5,PWE3TRAIL=7\nNE=5,FR=1,TUNNELTRAIL=7\nPWTRAIL=7\nNE=5,TUNNELPGTRAIL=7\n"
+        "NE=5,MD=3|md1\nNE=5,MD=3|md1,MA=4|ma1\nNE=5,MD=3|md1,MA=4|ma1,MEP=7\nNE=5,MD=3|md1,MA=4|ma1,RMEP=7\n"
+        "NE=5,MD=3|md1,MIP=4|mip\n";
+    const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", identifiers);
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, identifiers);
+}
+
+TEST_F(EncodeTest, ARecordThatContradictsTheTextItKeepsIsRejected) {
+    const Ended ended =
+        Shell("kxdu encode", R"({"type":"ServiceIndex","record":{"neId":5,"resId":"NE=5,VSI=8","svcId":9,"svcType":4}})"
+                             "\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err,
+              "<stdin>:1: the fields say something else than the text that the record keeps, \"NE=5,VSI=8\"\n"
+              "kxdu: 1 rejected or changed in 1 line\n");
+}
+
 }  // namespace
 }  // namespace NS_KXDU

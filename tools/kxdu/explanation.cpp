@@ -244,7 +244,7 @@ void CompareWithWriters(const Kind& kind, Explanation& explanation) {
         kind.Rewrite(explanation.fdn, canonical);
     } catch (const NS_UTIL::InterfaceNotExistException&) {
         explanation.notes.emplace_back(
-            "not compared with what the library writes: that depends on the NE type; give --inventory FILE");
+            "not compared with what the library writes: that depends on the NE; give --inventory FILE");
         return;
     }
     explanation.isCanonical = canonical == explanation.fdn;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <initializer_list>
 #include <type_traits>
 #include <utility>
@@ -9,13 +10,11 @@
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/resIDUtil.h>
 
+#include "conversions.h"
 #include "records.h"
 
 namespace NS_KXDU {
 
-using NS_DOMAIN::CtpKey_T;
-using NS_DOMAIN::PortIndex;
-using NS_DOMAIN::TPIndex;
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::NS_FDN::LevelFinder;
 using NS_UTIL::NS_FDN::PackTag;
@@ -85,48 +84,6 @@ private:
     Writer<Record> m_write;
 };
 
-// ---- Readers and writers that the library offers in another form ----------------------------------------------------
-
-using ContainedNELevels = LevelFinder<TAG::ONE, TAG::NE>;
-
-void ReadContainedNE(const std::string& fdn, ContainedNE& ne) {
-    const ContainedNELevels levels(fdn);
-    levels.ReadNumber<TAG::ONE>(ne.oneId);
-    levels.ReadNumber<TAG::NE>(ne.neId);
-}
-
-void WriteContainedNE(const ContainedNE& ne, std::string& fdn) {
-    ResIDUtil::NEID2ResID(ne.oneId, ne.neId, fdn);
-}
-
-void WritePort(const PortIndex& port, std::string& fdn) {
-    ResIDUtil::PortIndex2ResID(port, fdn, port.isLogical);
-}
-
-// The one thing that this writer does with the NE type is to spell out an absent sub-slot on these two.
-constexpr unsigned long SPELLS_OUT_SUB_SLOT = 1911;
-
-template <unsigned long NEType>
-void WritePortByNEType(const PortIndex& port, std::string& fdn) {
-    ResIDUtil::PortIndex2ResIDByNEType(port, fdn, port.isLogical, NEType);
-}
-
-void WriteAccessPoint(const CtpKey_T& key, std::string& fdn) {
-    ResIDUtil::APIndex2ResID(key, fdn, key.port.isLogical);
-}
-
-void WriteSubInterface(const CtpKey_T& key, std::string& fdn) {
-    ResIDUtil::PortIndex2ResID(key, fdn, true);
-}
-
-void ReadTerminationPoint(const std::string& fdn, TPIndex& tp) {
-    // The reader leaves the two path numbers to its caller, the writer writes them.
-    const LevelFinder<PackTag("VC4"), PackTag("VC12")> levels(fdn);
-    levels.ReadNumber<PackTag("VC4")>(tp.vc4Id);
-    levels.ReadNumber<PackTag("VC12")>(tp.vc12Id);
-    ResIDUtil::ResID2TPIndex(fdn, tp);
-}
-
 // ---- Which of several kinds of the same last level ------------------------------------------------------------------
 
 bool Always(std::string_view) {
@@ -176,10 +133,9 @@ Row Identifier(std::initializer_list<std::string_view> mocs, std::string_view ty
     return {mocs, applies, std::make_unique<KindOf<Record>>(type, read, write)};
 }
 
-// One row for each kind. Of several rows with the same last level the first that applies counts.
-std::vector<Row> MakeRows() {
-    std::vector<Row> rows;
-    const auto add = [&](Row row) { rows.push_back(std::move(row)); };
+using AddRow = std::function<void(Row row)>;
+
+void AddEquipment(const AddRow& add) {
     using namespace NS_DOMAIN;
     add(Identifier<OSIndex>({"OS"}, "OSIndex", ResIDUtil::ResID2OSIndex, ResIDUtil::OSIndex2ResID));
     add(Identifier<ONEIndex>({"ONE"}, "ONEIndex", ResIDUtil::ResID2ONEIndex, ResIDUtil::ONEIndex2ResID));
@@ -189,9 +145,9 @@ std::vector<Row> MakeRows() {
     add(Identifier<SlotIndex>({"S"}, "SlotIndex", ResIDUtil::ResID2SlotIndex, ResIDUtil::SlotIndex2ResID));
     add(Identifier<SlotIndex>({"SS"}, "SubSlotIndex", ResIDUtil::ResID2SubSlotIndex, ResIDUtil::SubSlotIndex2ResID));
     add(Identifier<CardIndex>({"CP", "SC"}, "CardIndex", ResIDUtil::ResID2CardIndex, ResIDUtil::CardIndex2ResID));
-    add(Identifier<PortIndex>({"PP"}, "PortIndex:NEType1911", ResIDUtil::ResID2PortIndex,
-                              WritePortByNEType<SPELLS_OUT_SUB_SLOT>, IsWrittenByNETypeWithSubSlot));
-    add(Identifier<PortIndex>({"PP", "LP"}, "PortIndex:NEType", ResIDUtil::ResID2PortIndex, WritePortByNEType<0>,
+    add(Identifier<PortIndex>({"PP"}, "PortIndex:NEType1911", ResIDUtil::ResID2PortIndex, WritePortWithSubSlot,
+                              IsWrittenByNETypeWithSubSlot));
+    add(Identifier<PortIndex>({"PP", "LP"}, "PortIndex:NEType", ResIDUtil::ResID2PortIndex, WritePortByNEType,
                               IsWrittenByNEType));
     add(Identifier<PortIndex>({"PP", "LP"}, "PortIndex", ResIDUtil::ResID2PortIndex, WritePort));
     add(Identifier<PortIndex>({}, "PortIndex:LoopBack", ResIDUtil::ResID2LoopBackPortIndex, WritePort));
@@ -199,6 +155,40 @@ std::vector<Row> MakeRows() {
     add(Identifier<CtpKey_T>({"SUBIF"}, "CtpKey_T:SUBIF", ResIDUtil::ResID2PortIndex, WriteSubInterface,
                              IsOnNumberedPort));
     add(Identifier<TPIndex>({"SUBIF", "VC4", "VC12"}, "TPIndex", ReadTerminationPoint, ResIDUtil::TPIndex2ResID));
+}
+
+void AddServices(const AddRow& add) {
+    using namespace NS_DOMAIN;
+    add(Identifier<ContainedGroup>({"VEGROUP"}, "GroupID", ReadGroup, WriteGroup));
+    add(Identifier<PWIndex>({"PW"}, "PWIndex", ReadPseudoWire, ResIDUtil::PWIndex2ResID));
+    add(Identifier<PWSwitchIndex>({"PWSW"}, "PWSwitchIndex", ResIDUtil::ResID2PWSwitchIndex, WriteWholeText));
+    // LSP and layer-3 VPN have no reader of their own: of them, as of any service, the NE and the text are kept.
+    add(Identifier<ServiceIndex>({"PWE3", "NETH", "VSI", "VRF", "LSP", "L3VPN"}, "ServiceIndex",
+                                 ResIDUtil::ResID2SVCIndex, WriteWholeText));
+    add(Identifier<TunnelIndex>({"TUNNEL"}, "TunnelIndex", ResIDUtil::ResID2TunnelIndex, WriteWholeText));
+    add(Identifier<TDIndex>({"ATMTD"}, "TDIndex", ResIDUtil::ResID2TDIndex, WriteTrafficDescriptor));
+    add(Identifier<Contained<VPNTrailIndex>>({"PWE3TRAIL", "VPLS"}, "VPNTrailIndex", ReadTrail, WriteTrail));
+    add(Identifier<Contained<TunnelTrailIndex>>({"TUNNELTRAIL"}, "TunnelTrailIndex", ReadTrail, WriteTrail));
+    add(Identifier<Contained<PWTrailIndex>>({"PWTRAIL"}, "PWTrailIndex", ReadTrail, WriteTrail));
+    add(Identifier<Contained<TNPIndex_T>>({"TUNNELPGTRAIL"}, "TNPIndex_T", ReadTrail, WriteTrail));
+}
+
+void AddOam(const AddRow& add) {
+    using namespace NS_DOMAIN;
+    add(Identifier<MDIndex>({"MD"}, "MDIndex", ResIDUtil::ResID2MDIndex, ResIDUtil::MDIndex2ResID));
+    add(Identifier<MAIndex>({"MA"}, "MAIndex", ResIDUtil::ResID2MAIndex, ResIDUtil::MAIndex2ResID));
+    add(Identifier<MEPIndex>({"MEP"}, "MEPIndex", ReadEndPoint, ResIDUtil::MepIndex2ResID));
+    add(Identifier<MEPIndex>({"RMEP"}, "MEPIndex:RMEP", ReadEndPoint, ResIDUtil::RmepIndex2ResID));
+    add(Identifier<MIPIndex>({"MIP"}, "MIPIndex", ReadIntermediatePoint, ResIDUtil::MIPIndex2ResID));
+}
+
+// One row for each kind. Of several rows with the same last level the first that applies counts.
+std::vector<Row> MakeRows() {
+    std::vector<Row> rows;
+    const AddRow add = [&](Row row) { rows.push_back(std::move(row)); };
+    AddEquipment(add);
+    AddServices(add);
+    AddOam(add);
     return rows;
 }
 

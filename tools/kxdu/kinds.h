@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,12 @@ public:
     /// The fields up to `EndNested` are those of the record that the field of this name holds.
     virtual void BeginNested(std::string_view name) = 0;
     virtual void EndNested() = 0;
+};
+
+/// A record that no identifier is written of; the text tells why.
+class BadRecord : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
 };
 
 /// Gives the fields of a record, each when it is asked for. What a field cannot take, or is not there, is thrown as
@@ -49,7 +56,8 @@ public:
 
     /// Reads fdn into a fresh record and shows the record to sink.
     virtual void Decode(const std::string& fdn, RecordSink& sink) const = 0;
-    /// Fills a fresh record from source and writes it into fdn.
+    /// Fills a fresh record from source and writes it into fdn. Throws `BadRecord` for what source does not give, and
+    /// for a record whose fields contradict the text that it keeps.
     virtual void Encode(RecordSource& source, std::string& fdn) const = 0;
     /// Reads fdn and writes what was read into canonical.
     virtual void Rewrite(const std::string& fdn, std::string& canonical) const = 0;

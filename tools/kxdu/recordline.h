@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -10,12 +9,6 @@
 #include "kinds.h"
 
 namespace NS_KXDU {
-
-/// A line that is no record, or not one of its type; the text tells why.
-class BadRecord : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// One JSON line as `decode` writes it: {"fdn":...,"type":...,"record":{...}}, its members in any order. "fdn" may be
 /// missing. Its memory is kept for the next line.

@@ -4,6 +4,7 @@
 
 #include <kx_domain_util/resIDUtil.h>
 
+#include "sampleservices.h"
 #include "splitmix64.h"
 
 namespace NS_KXDU {
@@ -123,10 +124,47 @@ void WritePaths(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& ta
     }
 }
 
+// Ports as those name them who go by the NE type.
+void WritePortsByNEType(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const SamplePort& port : ne.ports) {
+        if (port.index.slotId != -1 && random.OneIn(32)) {
+            ResIDUtil::PortIndex2ResIDByNEType(port.index, fdn, port.index.isLogical, ne.type->neType);
+            take(fdn);
+        }
+    }
+}
+
+// Sub-interfaces of logical ports that go by their number.
+void WriteNumberedSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    constexpr std::int32_t PP_TYPE = 16;
+    std::string fdn;
+    NS_DOMAIN::CtpKey_T key;
+    for (const SamplePort& port : ne.ports) {
+        if (!port.index.isLogical || !random.OneIn(4)) {
+            continue;
+        }
+        key.port = port.index;
+        key.port.ppType = PP_TYPE;
+        key.port.portLabel.clear();
+        key.subIfId = random.Between(1, 4000);
+        ResIDUtil::PortIndex2ResID(key, fdn, true);
+        take(fdn);
+    }
+}
+
+void WriteNeInArea(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    ResIDUtil::NEID2ResID(1 + ne.neId / AREA_SIZE, ne.neId, fdn);
+    take(fdn);
+}
+
 // What is written of an NE, in this order. A new one goes to the end: each has a sequence of random numbers of its own,
 // by its place, so the identifiers of those before it stay as they are.
-constexpr std::array GENERATORS{WriteAreas,         WriteNe,   WriteSlots, WritePorts, WriteAccessPoints,
-                                WriteSubInterfaces, WritePaths};
+constexpr std::array GENERATORS{
+    WriteAreas,         WriteNe,    WriteSlots,    WritePorts,         WriteAccessPoints,
+    WriteSubInterfaces, WritePaths, WriteNeInArea, WritePortsByNEType, WriteNumberedSubInterfaces,
+    WriteServices};
 
 }  // namespace
 

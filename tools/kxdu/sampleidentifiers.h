@@ -11,9 +11,9 @@ namespace NS_KXDU {
 /// Is given one identifier after the other; the text is only lent.
 using TakeIdentifier = std::function<void(const std::string& fdn)>;
 
-/// Writes the identifiers of a sample network. Each is what the library's own writers give, so the library gives it
-/// back byte for byte under the network's inventory and without configuration items. A `SampleInventoryService` of the
-/// network must live.
+/// Writes the identifiers of a sample network, of every kind. Each is what the library's own writers give, or of a kind
+/// that the library keeps as text; so it comes back byte for byte under the network's inventory and without
+/// configuration items. A `SampleInventoryService` of the network must live.
 class SampleIdentifiers {
 public:
     explicit SampleIdentifiers(const SampleNetwork& network) noexcept : m_network(network) {}

@@ -23,8 +23,8 @@ constexpr Tag Text(std::string_view name, std::string_view meaning) {
     return {name, meaning, 1, 1, {{{TEXT, "free text"}}}, true};
 }
 
-constexpr Tag Named(std::string_view name, std::string_view meaning) {
-    return {name, meaning, 2, 2, {{{OPTIONAL_NUMBER, "number; empty: left out on this NE, or none"}, {TEXT, "name"}}}};
+constexpr Tag Named(std::string_view name, std::string_view meaning, std::string_view number) {
+    return {name, meaning, 2, 2, {{{OPTIONAL_NUMBER, number}, {TEXT, "name"}}}};
 }
 
 constexpr std::array TAGS{
@@ -50,17 +50,18 @@ constexpr std::array TAGS{
     Number("VR", "virtual router of an access point", "VR number"),
     Number("VEGROUP", "group", "group number"),
     Number("NETH", "Ethernet service", "service number"),
+    // Nobody says what the sub-values of a tunnel mean: they are called like the fields that they fill.
     Tag{"TUNNEL",
         "tunnel",
         7,
         7,
-        {{{NUMBER, "number 0"},
-          {NUMBER, "number 1"},
-          {TEXT, "text 2"},
-          {TEXT, "text 3"},
-          {NUMBER, "number 4"},
-          {TEXT, "text 5"},
-          {NUMBER, "number 6"}}},
+        {{{NUMBER, "tunnelInt0"},
+          {NUMBER, "tunnelInt1"},
+          {TEXT, "tunnelText2"},
+          {TEXT, "tunnelText3"},
+          {NUMBER, "tunnelInt4"},
+          {TEXT, "tunnelText5"},
+          {NUMBER, "tunnelInt6"}}},
         true},
     Text("LSP", "label-switched path"),
     Text("PW", "pseudo-wire"),
@@ -75,11 +76,11 @@ constexpr std::array TAGS{
     Text("TUNNELTRAIL", "tunnel trail"),
     Text("PWTRAIL", "pseudo-wire trail"),
     Text("TUNNELPGTRAIL", "tunnel protection group"),
-    Named("MD", "maintenance domain"),
-    Named("MA", "maintenance association"),
+    Named("MD", "maintenance domain", "MD number; empty: left out on this NE, or none"),
+    Named("MA", "maintenance association", "MA number; empty: left out on this NE, or none"),
     Number("MEP", "maintenance end point", "end point number"),
     Number("RMEP", "remote maintenance end point", "end point number"),
-    Named("MIP", "maintenance intermediate point"),
+    Named("MIP", "maintenance intermediate point", "MIP number; empty or 0: none"),
 };
 
 }  // namespace
