@@ -69,8 +69,8 @@ template <class Service>
 Service* FindService(const std::string& name) {
     const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
     for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
-        if (object->GetObjectName() == name) {
-            return dynamic_cast<Service*>(object->GetInterface());
+        if (object.GetObjectName() == name) {
+            return dynamic_cast<Service*>(object.GetInterface());
         }
     }
     return nullptr;
