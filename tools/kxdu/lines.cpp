@@ -197,17 +197,26 @@ private:
         LineResult& result = piece.result;
         if (line.size() > LONGEST_LINE) {
             result.Report("the line is longer than 1 MiB");
-        } else if (m_work.isVerbatim) {
-            piece.converter->Convert(line, result);
-        } else if (line.empty()) {
-            result.Report("the line is empty");
-        } else if (const auto nul = hasNul ? line.find('\0') : std::string_view::npos; nul != std::string_view::npos) {
-            result.Report("NUL byte", nul + 1);
-        } else if (const auto invalid = mayBeInvalid ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
-            result.Report("not UTF-8", invalid + 1);
-        } else {
+        } else if (m_work.isVerbatim || IsText(line, hasNul, mayBeInvalid, result)) {
             piece.converter->Convert(line, result);
         }
+    }
+
+    // Reports what is in the way otherwise.
+    static bool IsText(std::string_view line, bool hasNul, bool mayBeInvalid, LineResult& result) {
+        if (line.empty()) {
+            result.Report("the line is empty");
+            return false;
+        }
+        if (const auto nul = hasNul ? line.find('\0') : std::string_view::npos; nul != std::string_view::npos) {
+            result.Report("NUL byte", nul + 1);
+            return false;
+        }
+        if (const auto invalid = mayBeInvalid ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
+            result.Report("not UTF-8", invalid + 1);
+            return false;
+        }
+        return true;
     }
 
     void WritePiece(Piece& piece) {

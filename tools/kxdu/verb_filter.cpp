@@ -99,7 +99,7 @@ void Tell(const Counts& counts) {
     if (counts.withoutId != 0) {
         text += ", " + std::to_string(counts.withoutId) + " of these without an identifier";
     }
-    std::fputs((text + "\n").c_str(), stderr);
+    static_cast<void>(std::fputs((text + "\n").c_str(), stderr));
 }
 
 ExitCode RunFilter(const Options& options) {
