@@ -82,6 +82,14 @@ TEST_F(LinesTest, BytesPassWhereTheyMay) {
     EXPECT_EQ(ReadFile("out"), "d\xff\n");
 }
 
+TEST_F(LinesTest, VerbatimLinesAreConvertedAsTheyAre) {
+    work.isVerbatim = true;
+    EXPECT_EQ(Run(std::string("a\r\n\nb\0c\nd\xff\n\r\nlast", 17)), ExitCode::OK);
+    EXPECT_EQ(ReadFile("out"), std::string("a\r\n\nb\0c\nd\xff\n\r\nlast\n", 18));
+    EXPECT_EQ(Run(std::string((std::size_t{1} << 20U) + 1, 'x')), ExitCode::FOUND);
+    EXPECT_EQ(Rejects(), "1: the line is longer than 1 MiB\n");
+}
+
 TEST_F(LinesTest, ACarriageReturnBelongsToTheLineEnd) {
     EXPECT_EQ(Run("a\r\nb\rc\r\n\r\nlast\r"), ExitCode::FOUND);
     EXPECT_EQ(ReadFile("out"), "a\nb\rc\nlast\r\n") << "only before a line end";
