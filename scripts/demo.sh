@@ -81,6 +81,6 @@ measure kxdu check network.fdn
 echo "  nothing found"
 
 heading "Three of them explained"
-explain_first ',SC=-1$'
+explain_first 'MD=[1-9].*,MEP='
 explain_first 'SS=2,.*PP=.* to '
 explain_first 'PP=.*→.*SUBIF='

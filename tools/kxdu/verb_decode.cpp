@@ -27,6 +27,10 @@ Formats:
 csv and tsv begin with a line of column names: fdn, type and the fields of all kinds (of the one, with --as); a field
 that a record does not have is empty, and the fields of a nested record are called like port.neId.
 
+Services, tunnels and pseudo-wire switches keep their whole text, "resId", and the numbers in it beside that; LSP and
+L3VPN have no number that is read. A pseudo-wire's "resId" is what follows its NE level. Of trails and groups the text
+in front, which their records drop, is "container".
+
 Lines that are empty, hold a NUL byte, are not UTF-8, are longer than 1 MiB or end in a level that means no kind of
 identifier are rejected. A carriage return before a line's end belongs to the line end.
 

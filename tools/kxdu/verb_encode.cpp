@@ -21,7 +21,9 @@ Reads lines as kxdu decode writes them, their members in any order. The identifi
 
 Every field of a record must be there, with no other beside it; numbers must fit their field. Lines that are no such
 JSON, name a type that there is not, hold a text with a line end in it, are empty, hold a NUL byte, are not UTF-8 or
-are longer than 1 MiB are rejected.
+are longer than 1 MiB are rejected. So are records that keep their text, as services and trails do, when their other
+fields say something else than it: change both. Whether the numbers of maintenance domains and associations are written
+is asked of the inventory.
 
 Exit code: 0 all lines were converted; 1 some were rejected or came out changed; 2 wrong arguments, an input that cannot
 be read, or no inventory where one is needed; 3 output that cannot be written.)";
