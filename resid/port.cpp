@@ -316,10 +316,11 @@ void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
 void ResIDUtil::ResID2LoopBackPortIndex(const std::string& fdn, PortIndex& port) {
     const PortLevels levels(fdn);
     ReadContainers(levels, port);
-    // The agent configuration is asked for the carrier profile, as it always was; what it answers has no effect.
-    static const std::string& path = *new std::string("kx_corbaagent_bundle/bundle.cfg");  // never destroyed
-    static const std::string section;
-    static const std::string item = "Telvandaire";
+    // The agent configuration is asked for the carrier profile, as it always was; what it answers has no effect. The
+    // texts are never destroyed, since threads may ask while the process is ending.
+    static const std::string& path = *new std::string("kx_corbaagent_bundle/bundle.cfg");
+    static const std::string& section = *new std::string;
+    static const std::string& item = *new std::string("Telvandaire");
     NS_FRAME::ServiceAccess<NS_SERVICE::DAWSvcInterface> dataAccess;
     if (NS_SERVICE::ConfigObject* const configuration = dataAccess.Get().GetConfiguration(path, section)) {
         int carrierProfile = 0;

@@ -64,8 +64,8 @@ void ResIDUtil::ResID2PWIndex(const std::string& fdn, PWIndex& pw) {
 
 void ResIDUtil::ResID2PWSwitchIndex(const std::string& fdn, PWSwitchIndex& pwSwitch) {
     // This one goes through the platform's splitter: its levels without "=" do not count, not even as a first "NE".
-    static const std::string separator = ",";
-    static const std::string ne = "NE";
+    static const std::string& separator = *new std::string(",");
+    static const std::string& ne = *new std::string("NE");
     const UtilCommon* const utilCommon = UtilCommon::Instance();
     std::map<std::string, std::string> levels;
     utilCommon->GetSpliteFDNData(levels, fdn, separator);

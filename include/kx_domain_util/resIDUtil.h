@@ -34,10 +34,9 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 /// The conversions. All are static and keep no state.
 ///
 /// Readers (`ResID2...`), unless it is told otherwise, never fail: a field whose level is missing, or has an empty
-/// value
-/// ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not matter.
-/// Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no digit, 0
-/// without digits, the low 32 bits of what is too large.
+/// value ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not
+/// matter. Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no
+/// digit, 0 without digits, the low 32 bits of what is too large.
 ///
 /// Writers (`...2ResID`) replace the whole output text. Numbers are written in decimal with a "-" when negative.
 ///
@@ -208,9 +207,9 @@ public:
     /// What `ResID2MepIndex` answers to text that it cannot read.
     static constexpr int MEP_NOT_READABLE = 0x411800BA;
 
-    /// The writers ask the inventory, once for each MD and MA level, whether the NE's identifiers leave the numbers
-    /// out, also when there is no number; they throw `InterfaceNotExistException` when there is no inventory. A number
-    /// of -1 is left out too. The name is always written.
+    // The writers ask the inventory, once for each MD and MA level, whether the NE's identifiers leave the numbers out,
+    // also when there is no number; they throw `InterfaceNotExistException` when there is no inventory. A number of -1
+    // is left out too. The name is always written.
 
     /// "NE=1,MD=2|md".
     static void MDIndex2ResID(const NS_DOMAIN::MDIndex& md, std::string& fdn);
@@ -224,13 +223,13 @@ public:
     /// number of 0 is left out, unlike the others.
     static void MIPIndex2ResID(const NS_DOMAIN::MIPIndex& mip, std::string& fdn);
 
-    /// Read a record from a parsed FDN. A missing MD, MA or MIP number becomes -1; a missing name is logged at level 1.
-    /// `FillMDIndex` leaves a missing NE number and name as they were; the other two make them -1 and empty (the MA's
-    /// own name stays as it was). `mipName` is never read.
+    // The fillers read a record from a parsed FDN, the readers from text. A missing MD, MA or MIP number becomes -1; a
+    // missing name is logged at level 1. An MD leaves a missing NE number and name as they were; MA and MIP make them
+    // -1 and empty (the MA's own name stays as it was). `mipName` is never read.
+
     static void FillMDIndex(const MocLvlValueMap& map, NS_DOMAIN::MDIndex& md);
     static void FillMAIndex(const MocLvlValueMap& map, NS_DOMAIN::MAIndex& ma);
     static void FillMIPIndex(const MocLvlValueMap& map, NS_DOMAIN::MIPIndex& mip);
-    /// The same from text.
     static void ResID2MDIndex(const std::string& fdn, NS_DOMAIN::MDIndex& md);
     static void ResID2MAIndex(const std::string& fdn, NS_DOMAIN::MAIndex& ma);
     static void ResID2MIPIndex(const std::string& fdn, NS_DOMAIN::MIPIndex& mip);

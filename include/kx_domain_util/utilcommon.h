@@ -47,10 +47,10 @@ public:
     /// Whether a configuration item exists.
     bool IsSupportCfgItem(const std::string& item) const;
 
-    /// The MOC of an FDN: the tag of its last level; for "CLI_NAME" as the last level "PP" or "LP" when the text
-    /// "PP=" or else "LP=" occurs anywhere, else empty. A text whose last level has no "=" has no MOC, except that "OS"
-    /// or "SYSTEM" before the last
-    /// "=" (the whole text when there is none) gives "OS". `ResIDUtil::GetMOCFromFDN` follows other rules.
+    /// The MOC of an FDN: the tag of its last level. When that is "CLI_NAME" behind a ",", the MOC is "PP" if the text
+    /// "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last level has no "=", the MOC is empty;
+    /// but "OS" if the text before the last "=", or all of it when there is none, is "OS" or "SYSTEM".
+    /// `ResIDUtil::GetMOCFromFDN` follows other rules.
     std::string GetMoc(const std::string& fdn) const;
 
     /// Splits a line at "|" into fields 0 to 2 and the rest, 3. An empty field becomes "-1", an empty rest stays empty.

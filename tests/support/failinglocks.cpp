@@ -10,6 +10,8 @@ thread_local bool locksFail = false;
 
 }  // namespace
 
+// Visible, because the linker wraps the name for shared libraries too, where a sanitizer left it open in them.
+#pragma GCC visibility push(default)
 extern "C" {
 
 int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
@@ -20,6 +22,7 @@ int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex) {
 }
 
 }  // extern "C"
+#pragma GCC visibility pop
 
 namespace NS_TEST {
 

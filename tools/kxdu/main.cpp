@@ -13,7 +13,7 @@ namespace {
 
 constexpr auto EXAMPLES = R"(Examples:
   kxdu sample --ne 10 --seed 1 | kxdu decode | head -3
-  kxdu check network.fdn
+  kxdu check --inventory network.db network.fdn
   kxdu decode --help)";
 
 int AsInt(ExitCode code) {

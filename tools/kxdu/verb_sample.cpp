@@ -62,7 +62,7 @@ constexpr const char* EXAMPLES = R"(Examples:
       the identifiers of three NEs
   kxdu sample --ne 2000 -o network.fdn --inventory-csv network/
       those of a network, and the inventory that "kxdu inventory import" reads
-  kxdu sample --identifiers 5000000 | kxdu check
+  kxdu sample --identifiers 5000000 | kxdu check --levels-only
       as many as asked for, to measure with)";
 
 }  // namespace
