@@ -1,9 +1,8 @@
 #include <iostream>
 
+#include <kx_domain_util/resIDUtil.h>
 #include <kx_standalone/host.h>
 #include <kx_standalone/inventoryfile.h>
-
-#include <kx_domain_util/resIDUtil.h>
 
 int main(int /*count*/, char** arguments) {
     const std::filesystem::path file = arguments[1];
