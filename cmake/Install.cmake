@@ -21,7 +21,12 @@ install(FILES
     ${PROJECT_BINARY_DIR}/kx_domain_utilConfigVersion.cmake
     DESTINATION ${KX_PACKAGE_DIR})
 
-# The pkg-config file finds its prefix from where it lies, so that an installed tree can be moved.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The pkg-config files find their prefix from where they lie, so that an installed tree can be moved.
 file(RELATIVE_PATH KX_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/kx_domain_util.pc.in kx_domain_util.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/kx_domain_util.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(package kx_domain_util kx_standalone)
+    configure_file(cmake/${package}.pc.in ${package}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

@@ -34,6 +34,9 @@ void LoadOnce(std::atomic<bool>& loaded, Lock lock, Load load) {
     }
 }
 
+// Each table has a lock of its own, of the kind that the system gave it; bundles rely on how each behaves when it
+// fails.
+
 /// A mutex, as `LoadOnce` takes it.
 struct MutexLock {
     ACE_Thread_Mutex& mutex;

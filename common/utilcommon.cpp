@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string_view>
 
 #include <kx_domain_util/utilcommon.h>
@@ -95,8 +96,7 @@ void UtilCommon::GetSplitePPDataByLine(std::map<int, std::string>& out, const st
         }
         previous = end;
     }
-    const auto begin = previous + 1;
-    out[3] = begin < line.size() ? line.substr(begin) : "";
+    out[3] = line.substr(previous + 1);
 }
 
 void UtilCommon::GetSpliteFBDataByLine(std::map<int, std::string>& out, const std::string& line) const {
@@ -104,8 +104,6 @@ void UtilCommon::GetSpliteFBDataByLine(std::map<int, std::string>& out, const st
 }
 
 void UtilCommon::GetSplitePATHDataByLine(std::map<int, int>& out, const std::string& line) const {
-    std::map<std::string, unsigned int> rates;
-    InitClientRateMap(rates);
     std::vector<std::string> items;
     Parser::SplitStrByTag(line, "-", items);
     for (const std::string& item : items) {
@@ -113,9 +111,11 @@ void UtilCommon::GetSplitePATHDataByLine(std::map<int, int>& out, const std::str
         if (colon == std::string::npos) {
             continue;
         }
-        const auto rate = rates.find(SelfUtilCommon::Instance()->upperStr(item.substr(0, colon)));
-        if (rate != rates.end()) {
-            out[static_cast<int>(rate->second)] = Str2Int(std::string_view(item).substr(colon + 1));
+        const std::string name = SelfUtilCommon::Instance()->upperStr(item.substr(0, colon));
+        const auto* const rate = std::find_if(TABLE::CLIENT_RATES.begin(), TABLE::CLIENT_RATES.end(),
+                                              [&name](const ClientRateRow& known) { return known.name == name; });
+        if (rate != TABLE::CLIENT_RATES.end()) {
+            out[static_cast<int>(rate->level)] = Str2Int(std::string_view(item).substr(colon + 1));
         }
     }
 }

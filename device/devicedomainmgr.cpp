@@ -11,9 +11,10 @@ namespace {
 using DomainCache = std::map<std::string, std::list<int>>;
 
 void StoreSorted(DomainCache& cache, const std::string& domain, const std::list<int>& neTypes) {
-    std::list<int>& stored = cache[domain];
-    stored = neTypes;
-    stored.sort();
+    // Apart from the cache, which keeps what it had when memory runs out.
+    std::list<int> sorted = neTypes;
+    sorted.sort();
+    cache[domain] = std::move(sorted);
 }
 
 bool IsMember(DomainCache& cache, const std::string& domain, int neType) {

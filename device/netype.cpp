@@ -1,11 +1,15 @@
-#include <string>
+#include <algorithm>
 
 #include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/netype.h>
 
+#include "frame/lastingtext.h"
 #include "frame/serviceaccess.h"
 
 namespace NS_UTIL {
+
+using NS_FRAME::LastingText;
+using NS_FRAME::TextArgument;
 
 namespace {
 
@@ -14,14 +18,21 @@ bool IsOneOf(unsigned short neType) {
     return ((neType == Types) || ...);
 }
 
-// The keys below are never destroyed, since threads may ask while the process is ending.
-
-bool IsInNETypeList(const std::string& domain, unsigned short neType) {
-    return DeviceDomainMgr::Instance()->isInDomainDevTypelistCache(domain, neType);
+template <class Lists>
+constexpr bool IsNamedIn(const Lists& lists, std::string_view domain) {
+    return std::find(lists.begin(), lists.end(), domain) != lists.end();
 }
 
-bool IsInEquipmentTypeList(const std::string& domain, unsigned short neType) {
-    return DeviceDomainMgr::Instance()->isInDomainEqtCache(domain, neType);
+template <TextArgument Domain>
+bool IsInNETypeList(unsigned short neType) {
+    static_assert(IsNamedIn(NE_TYPE_LISTS, Domain.View()), "hosts load the lists that are named");
+    return DeviceDomainMgr::Instance()->isInDomainDevTypelistCache(LastingText<Domain>(), neType);
+}
+
+template <TextArgument Domain>
+bool IsInEquipmentTypeList(unsigned short neType) {
+    static_assert(IsNamedIn(EQUIPMENT_TYPE_LISTS, Domain.View()), "hosts load the lists that are named");
+    return DeviceDomainMgr::Instance()->isInDomainEqtCache(LastingText<Domain>(), neType);
 }
 
 }  // namespace
@@ -43,28 +54,23 @@ bool IsKLVByNEType(unsigned short neType) {
 }
 
 bool IsRouteNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("router and metro");
-    return IsInNETypeList(domain, neType);
+    return IsInNETypeList<"router and metro">(neType);
 }
 
 bool IsTransNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("transmission");
-    return IsInNETypeList(domain, neType);
+    return IsInNETypeList<"transmission">(neType);
 }
 
 bool IsAccessNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("access");
-    return IsInNETypeList(domain, neType);
+    return IsInNETypeList<"access">(neType);
 }
 
 bool IsPTNClasssNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("PTN");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"PTN">(neType);
 }
 
 bool IsPTNDMTNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("PTNDMT");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"PTNDMT">(neType);
 }
 
 bool IsPTNNE(unsigned short neType) {
@@ -72,8 +78,7 @@ bool IsPTNNE(unsigned short neType) {
 }
 
 bool IsMSTPNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("MSTP");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"MSTP">(neType);
 }
 
 bool IsIPMSTPNE(unsigned short neType) {
@@ -81,33 +86,27 @@ bool IsIPMSTPNE(unsigned short neType) {
 }
 
 bool IsIPKLVNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("IPKLV");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"IPKLV">(neType);
 }
 
 bool IsKLV600NE(unsigned short neType) {
-    static const std::string& domain = *new std::string("KLV6XX");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"KLV6XX">(neType);
 }
 
 bool IsOTNNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("OTN");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"OTN">(neType);
 }
 
 bool IsWDMNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("WDM");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"WDM">(neType);
 }
 
 bool IsOTN_NA(unsigned short neType) {
-    static const std::string& domain = *new std::string("OTN_NA");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"OTN_NA">(neType);
 }
 
 bool IsWDM_NA(unsigned short neType) {
-    static const std::string& domain = *new std::string("WDM_NA");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"WDM_NA">(neType);
 }
 
 bool IsNAWDMByNEType(unsigned short neType) {
@@ -115,31 +114,25 @@ bool IsNAWDMByNEType(unsigned short neType) {
 }
 
 bool IsOTN4750NE(unsigned short neType) {
-    static const std::string& domain = *new std::string("OTN4750NE");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"OTN4750NE">(neType);
 }
 
 bool IsBIGSLOTNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("BIGSLOTNE");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"BIGSLOTNE">(neType);
 }
 
 bool IsAccBitsNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("ACCBITSNE");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"ACCBITSNE">(neType);
 }
 
 bool IsMultiShelfTypeNE(unsigned short neType) {
-    static const std::string& domain = *new std::string("MultiShelfTypeNE");
-    return IsInEquipmentTypeList(domain, neType);
+    return IsInEquipmentTypeList<"MultiShelfTypeNE">(neType);
 }
 
 bool IsIPServiceNE(unsigned short neType) {
     // The access is prepared at every call, also when a list gives the answer.
     NS_FRAME::ServiceAccess<NS_SERVICE::InventoryBufif> inventory;
-    static const std::string& ptn31 = *new std::string("PTN31");
-    static const std::string& otn = *new std::string("OTN");
-    return IsInEquipmentTypeList(ptn31, neType) || IsInEquipmentTypeList(otn, neType) ||
+    return IsInEquipmentTypeList<"PTN31">(neType) || IsInEquipmentTypeList<"OTN">(neType) ||
            inventory.Get().IsIPServiceNEType(neType);
 }
 

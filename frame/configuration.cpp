@@ -1,7 +1,6 @@
 #include "frame/configuration.h"
 
-#include <string_view>
-
+#include <kx_domain_util/separatorfinder.h>
 #include <kx_platform/configitems.h>
 #include <kx_platform/textutil.h>
 
@@ -9,13 +8,6 @@ namespace NS_UTIL::NS_FRAME {
 
 using NS_BUNDLEMGR1::ConfigItem;
 using NS_BUNDLEMGR1::CorbaConfigItems;
-
-int ReadCarrierProfile() {
-    static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("Telvandaire");
-    int profile = 0;
-    item.GetInt(profile);
-    return profile;
-}
 
 bool ReadPfmFrameSize(int& size) {
     static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("PfmFrameRdSize");
@@ -32,14 +24,14 @@ bool SubSlotNETypes::Contains(unsigned short neType) const noexcept {
     if (m_list == nullptr) {
         return false;
     }
-    std::string_view rest = *m_list;
-    while (!rest.empty()) {
-        const std::string_view piece = rest.substr(0, rest.find(','));
-        if (!piece.empty() && Str2Int(piece) == neType) {
+    NS_FDN::SeparatorFinder<','> pieces(*m_list);
+    NS_FDN::SeparatorFinder<','>::Piece piece{};
+    do {
+        piece = pieces.Next();
+        if (piece.begin != piece.end && Str2Int({piece.begin, piece.end}) == neType) {
             return true;
         }
-        rest.remove_prefix(piece.size() == rest.size() ? piece.size() : piece.size() + 1);
-    }
+    } while (!pieces.IsLast(piece));
     return false;
 }
 

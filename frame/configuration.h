@@ -3,12 +3,18 @@
 
 #include <string>
 
+#include <kx_platform/configitems.h>
 #include <kx_platform/readpin.h>
 
 namespace NS_UTIL::NS_FRAME {
 
-/// The carrier profile switch, item "Telvandaire"; 0 when it cannot be read.
-int ReadCarrierProfile();
+/// The carrier profile switch, item "Telvandaire"; 0 when it cannot be read. Inline, since every port read asks it.
+inline int ReadCarrierProfile() {
+    static const NS_BUNDLEMGR1::ConfigItem& item = NS_BUNDLEMGR1::CorbaConfigItems::Instance()->GetItem("Telvandaire");
+    int profile = 0;
+    item.GetInt(profile);
+    return profile;
+}
 
 /// The bytes of performance data that are read at a time, item "PfmFrameRdSize", as it was set. False, and size
 /// untouched, when the item is missing or no number.

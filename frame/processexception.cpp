@@ -5,8 +5,12 @@ namespace NS_UTIL {
 namespace {
 
 void StreamOver(std::stringstream& from, std::stringstream& to) {
+    if (from.rdbuf()->in_avail() <= 0) {
+        return;  // streaming an empty text would set failbit
+    }
+    to.exceptions(std::ios::failbit);  // else a text for which there is no memory would be lost in silence
     to << from.rdbuf();
-    to.clear();  // streaming an empty text sets failbit, which would make the copy's text unusable
+    to.exceptions(std::ios::goodbit);
 }
 
 }  // namespace

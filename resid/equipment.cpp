@@ -1,4 +1,4 @@
-#include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/resIDUtil.h>
 
@@ -15,7 +15,6 @@ using NS_DOMAIN::ShelfIndex;
 using NS_DOMAIN::SlotIndex;
 using NS_FDN::FdnWriter;
 using NS_FDN::LevelFinder;
-namespace TAG = NS_FDN::TAG;
 
 namespace {
 
@@ -40,43 +39,43 @@ void AppendSlotLevels(FdnWriter& writer, const SlotIndex& slot) {
 }  // namespace
 
 void ResIDUtil::ResID2OSIndex(const std::string& fdn, OSIndex& os) {
-    LevelFinder<TAG::OS>(fdn).ReadNumber<TAG::OS>(os.osId);
+    LevelFinder<"OS">(fdn).ReadNumber<"OS">(os.osId);
 }
 
 void ResIDUtil::ResID2ONEIndex(const std::string& fdn, ONEIndex& one) {
-    LevelFinder<TAG::ONE>(fdn).ReadNumber<TAG::ONE>(one.oneId);
+    LevelFinder<"ONE">(fdn).ReadNumber<"ONE">(one.oneId);
 }
 
 void ResIDUtil::ResID2NEIndex(const std::string& fdn, NEIndex& ne) {
-    LevelFinder<TAG::NE>(fdn).ReadNumber<TAG::NE>(ne.neId);
+    LevelFinder<"NE">(fdn).ReadNumber<"NE">(ne.neId);
 }
 
 void ResIDUtil::ResID2ShelfIndex(const std::string& fdn, ShelfIndex& shelf) {
-    const LevelFinder<TAG::NE, TAG::FR> levels(fdn);
-    levels.ReadNumber<TAG::NE>(shelf.neId);
-    levels.ReadNumber<TAG::FR>(shelf.shelfId);
+    const LevelFinder<"NE", "FR"> levels(fdn);
+    levels.ReadNumber<"NE">(shelf.neId);
+    levels.ReadNumber<"FR">(shelf.shelfId);
 }
 
 void ResIDUtil::ResID2SlotIndex(const std::string& fdn, SlotIndex& slot) {
-    const LevelFinder<TAG::NE, TAG::FR, TAG::S> levels(fdn);
-    levels.ReadNumber<TAG::NE>(slot.neId);
-    levels.ReadNumber<TAG::FR>(slot.shelfId);
-    levels.ReadNumber<TAG::S>(slot.slotId);
+    const LevelFinder<"NE", "FR", "S"> levels(fdn);
+    levels.ReadNumber<"NE">(slot.neId);
+    levels.ReadNumber<"FR">(slot.shelfId);
+    levels.ReadNumber<"S">(slot.slotId);
 }
 
 void ResIDUtil::ResID2SubSlotIndex(const std::string& fdn, SlotIndex& subSlot) {
-    const LevelFinder<TAG::NE, TAG::FR, TAG::S, TAG::SS> levels(fdn);
-    levels.ReadNumber<TAG::NE>(subSlot.neId);
-    levels.ReadNumber<TAG::FR>(subSlot.shelfId);
-    levels.ReadNumber<TAG::S>(subSlot.slotId);
-    levels.ReadNumber<TAG::SS>(subSlot.subSlotId);
+    const LevelFinder<"NE", "FR", "S", "SS"> levels(fdn);
+    levels.ReadNumber<"NE">(subSlot.neId);
+    levels.ReadNumber<"FR">(subSlot.shelfId);
+    levels.ReadNumber<"S">(subSlot.slotId);
+    levels.ReadNumber<"SS">(subSlot.subSlotId);
 }
 
 void ResIDUtil::ResID2CardIndex(const std::string& fdn, CardIndex& card) {
-    const LevelFinder<TAG::NE, TAG::FR, TAG::S> levels(fdn);
-    levels.ReadNumber<TAG::NE>(card.neId);
-    levels.ReadNumber<TAG::FR>(card.shelfId);
-    levels.ReadNumber<TAG::S>(card.slotId);
+    const LevelFinder<"NE", "FR", "S"> levels(fdn);
+    levels.ReadNumber<"NE">(card.neId);
+    levels.ReadNumber<"FR">(card.shelfId);
+    levels.ReadNumber<"S">(card.slotId);
 }
 
 void ResIDUtil::OSID2ResID(int osId, std::string& fdn) {

@@ -6,6 +6,7 @@
 
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/resIDUtil.h>
+#include <kx_platform/textutil.h>
 
 namespace NS_UTIL {
 

@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/resIDUtil.h>
 
 #include "frame/log.h"
@@ -19,8 +20,8 @@ using NS_FDN::Level;
 using NS_FDN::LevelFinder;
 using NS_FDN::LevelScanner;
 using NS_FDN::SubValues;
+using NS_FDN::Tag;
 using NS_SERVICE::InventoryBufif;
-namespace TAG = NS_FDN::TAG;
 
 namespace {
 
@@ -71,41 +72,41 @@ class MapLevels {
 public:
     explicit MapLevels(const MocLvlValueMap& map) : m_map(map) {}
 
-    template <std::uint64_t Tag>
+    template <Tag Wanted>
     bool ReadNumber(std::int32_t& number) const {
-        return ResIDUtil::GetValueByMocLvlName(NS_FDN::UnpackTag(Tag), m_map, number);
+        return ResIDUtil::GetValueByMocLvlName(std::string(Wanted.Text()), m_map, number);
     }
-    template <std::uint64_t Tag>
+    template <Tag Wanted>
     bool ReadName(std::string& name) const {
-        return ResIDUtil::GetValueByMocLvlName(NS_FDN::UnpackTag(Tag), m_map, name, 1);
+        return ResIDUtil::GetValueByMocLvlName(std::string(Wanted.Text()), m_map, name, 1);
     }
 
 private:
     const MocLvlValueMap& m_map;
 };
 
-class TextLevels : public LevelFinder<TAG::NE, TAG::MD, TAG::MA, TAG::MIP> {
+class TextLevels : public LevelFinder<"NE", "MD", "MA", "MIP"> {
 public:
     using LevelFinder::LevelFinder;
 
-    template <std::uint64_t Tag>
+    template <Tag Wanted>
     bool ReadName(std::string& name) const {
-        const SubValues<2> subValues(Value<Tag>());
-        if (subValues.count < 2) {
+        const SubValues<2> subValues(Value<Wanted>());
+        if (subValues.Count() < 2) {
             return false;
         }
-        name = subValues.texts[1];
+        name = subValues[1];
         return true;
     }
 };
 
 template <class Levels, class Record>
 void ReadMd(const Levels& levels, Record& record) {
-    levels.template ReadNumber<TAG::NE>(record.neId);
-    if (!levels.template ReadNumber<TAG::MD>(record.mdId)) {
+    levels.template ReadNumber<"NE">(record.neId);
+    if (!levels.template ReadNumber<"MD">(record.mdId)) {
         record.mdId = -1;
     }
-    if (!levels.template ReadName<TAG::MD>(record.mdName)) {
+    if (!levels.template ReadName<"MD">(record.mdName)) {
         NS_FRAME::RES_ID_LOG.Write(1064, 1, "[ResIDUtil::FillMDIndex]cannot find the MDName in FDN.");
     }
 }
@@ -121,10 +122,10 @@ void ReadParentMd(const Levels& levels, Record& record) {
 template <class Levels>
 void ReadMa(const Levels& levels, MAIndex& ma) {
     ReadParentMd(levels, ma);
-    if (!levels.template ReadNumber<TAG::MA>(ma.maId)) {
+    if (!levels.template ReadNumber<"MA">(ma.maId)) {
         ma.maId = -1;
     }
-    if (!levels.template ReadName<TAG::MA>(ma.maName)) {
+    if (!levels.template ReadName<"MA">(ma.maName)) {
         NS_FRAME::RES_ID_LOG.Write(1113, 1, "[ResIDUtil::FillMAIndex]cannot find the MAName in FDN.");
     }
 }
@@ -132,7 +133,7 @@ void ReadMa(const Levels& levels, MAIndex& ma) {
 template <class Levels>
 void ReadMip(const Levels& levels, MIPIndex& mip) {
     ReadParentMd(levels, mip);
-    if (!levels.template ReadNumber<TAG::MIP>(mip.mipId)) {
+    if (!levels.template ReadNumber<"MIP">(mip.mipId)) {
         mip.mipId = -1;
     }
 }

@@ -1,9 +1,11 @@
 #include <string_view>
 
 #include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/resIDUtil.h>
 #include <kx_domain_util/utilcommon.h>
 
+#include "frame/lastingtext.h"
 #include "resid/fdnwriter.h"
 
 namespace NS_UTIL {
@@ -22,7 +24,7 @@ using NS_DOMAIN_SOUTHAPISET::TEUniResID;
 using NS_FDN::FdnWriter;
 using NS_FDN::LevelFinder;
 using NS_FDN::SubValues;
-namespace TAG = NS_FDN::TAG;
+using NS_FRAME::LastingText;
 
 namespace {
 
@@ -58,23 +60,21 @@ void ResIDUtil::PWIndex2ResID(const PWIndex& pw, std::string& fdn) {
 }
 
 void ResIDUtil::ResID2PWIndex(const std::string& fdn, PWIndex& pw) {
-    LevelFinder<TAG::NE>(fdn).ReadNumber<TAG::NE>(pw.neId);
+    LevelFinder<"NE">(fdn).ReadNumber<"NE">(pw.neId);
     pw.resId = fdn;
 }
 
 void ResIDUtil::ResID2PWSwitchIndex(const std::string& fdn, PWSwitchIndex& pwSwitch) {
     // This one goes through the platform's splitter: its levels without "=" do not count, not even as a first "NE".
-    static const std::string& separator = *new std::string(",");
-    static const std::string& ne = *new std::string("NE");
     const UtilCommon* const utilCommon = UtilCommon::Instance();
     std::map<std::string, std::string> levels;
-    utilCommon->GetSpliteFDNData(levels, fdn, separator);
-    utilCommon->GetIntegerValueByName(levels, ne, pwSwitch.neId);
+    utilCommon->GetSpliteFDNData(levels, fdn, LastingText<",">());
+    utilCommon->GetIntegerValueByName(levels, LastingText<"NE">(), pwSwitch.neId);
     pwSwitch.resId = fdn;
 }
 
 void ResIDUtil::ResID2GroupID(const std::string& fdn, int& group) {
-    LevelFinder<TAG::VEGROUP>(fdn).ReadNumber<TAG::VEGROUP>(group);
+    LevelFinder<"VEGROUP">(fdn).ReadNumber<"VEGROUP">(group);
 }
 
 void ResIDUtil::ResID2VPNTrailIndex(const std::string& fdn, VPNTrailIndex& trail) {
@@ -98,49 +98,49 @@ void ResIDUtil::ResID2TNPIndex(const std::string& fdn, TNPIndex_T& group) {
 }
 
 void ResIDUtil::ResID2SVCIndex(const std::string& fdn, ServiceIndex& service) {
-    const LevelFinder<TAG::NE, TAG::PWE3, TAG::NETH, TAG::VSI, TAG::VRF> levels(fdn);
-    levels.ReadNumber<TAG::NE>(service.neId);
-    if (levels.Has<TAG::PWE3>()) {
-        const SubValues<2> pwe3(levels.Value<TAG::PWE3>());
-        if (pwe3.count == 2) {
-            service.svcType = Str2Int(pwe3.texts[0]);
-            service.svcId = Str2Int(pwe3.texts[1]);
+    const LevelFinder<"NE", "PWE3", "NETH", "VSI", "VRF"> levels(fdn);
+    levels.ReadNumber<"NE">(service.neId);
+    if (levels.Has<"PWE3">()) {
+        const SubValues<2> pwe3(levels.Value<"PWE3">());
+        if (pwe3.Count() == 2) {
+            service.svcType = Str2Int(pwe3[0]);
+            service.svcId = Str2Int(pwe3[1]);
         }
-    } else if (levels.Has<TAG::NETH>()) {
+    } else if (levels.Has<"NETH">()) {
         service.svcType = ETHERNET_SERVICE;
-        levels.ReadNumber<TAG::NETH>(service.svcId);
-    } else if (levels.Has<TAG::VSI>()) {
+        levels.ReadNumber<"NETH">(service.svcId);
+    } else if (levels.Has<"VSI">()) {
         service.svcType = VSI_SERVICE;
-        levels.ReadNumber<TAG::VSI>(service.svcId);
+        levels.ReadNumber<"VSI">(service.svcId);
     } else {
-        levels.ReadNumber<TAG::VRF>(service.svcId);  // a VRF sets no type, on purpose
+        levels.ReadNumber<"VRF">(service.svcId);  // a VRF sets no type, on purpose
     }
     service.resId = fdn;
 }
 
 void ResIDUtil::ResID2TunnelIndex(const std::string& fdn, TunnelIndex& tunnel) {
     tunnel.resId = fdn;  // first, and then read from: fdn may be one of the texts that are filled below
-    const LevelFinder<TAG::NE, TAG::TUNNEL> levels(tunnel.resId);
-    levels.ReadNumber<TAG::NE>(tunnel.neId);
-    const SubValues<7> values(levels.Value<TAG::TUNNEL>());
-    if (values.count == 7) {
-        tunnel.tunnelInt0 = Str2Int(values.texts[0]);
-        tunnel.tunnelInt1 = Str2Int(values.texts[1]);
-        tunnel.tunnelText2 = values.texts[2];
-        tunnel.tunnelText3 = values.texts[3];
-        tunnel.tunnelInt4 = Str2Int(values.texts[4]);
-        tunnel.tunnelText5 = values.texts[5];
-        tunnel.tunnelText5Copy = values.texts[5];
-        tunnel.tunnelInt6 = Str2Int(values.texts[6]);
+    const LevelFinder<"NE", "TUNNEL"> levels(tunnel.resId);
+    levels.ReadNumber<"NE">(tunnel.neId);
+    const SubValues<7> values(levels.Value<"TUNNEL">());
+    if (values.Count() == 7) {
+        tunnel.tunnelInt0 = Str2Int(values[0]);
+        tunnel.tunnelInt1 = Str2Int(values[1]);
+        tunnel.tunnelText2 = values[2];
+        tunnel.tunnelText3 = values[3];
+        tunnel.tunnelInt4 = Str2Int(values[4]);
+        tunnel.tunnelText5 = values[5];
+        tunnel.tunnelText5Copy = values[5];
+        tunnel.tunnelInt6 = Str2Int(values[6]);
     }
 }
 
 void ResIDUtil::ResID2TDIndex(const std::string& fdn, TDIndex& descriptor) {
-    const LevelFinder<TAG::NE, TAG::ATMTD> levels(fdn);
+    const LevelFinder<"NE", "ATMTD"> levels(fdn);
     std::int32_t neId = 0;
-    levels.ReadNumber<TAG::NE>(neId);
+    levels.ReadNumber<"NE">(neId);
     descriptor.neId = neId;
-    if (std::int32_t tdId = 0; levels.ReadNumber<TAG::ATMTD>(tdId)) {
+    if (std::int32_t tdId = 0; levels.ReadNumber<"ATMTD">(tdId)) {
         descriptor.tdId = tdId;
     }
 }

@@ -4,9 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-build_log=$(mktemp)
 folder=$(mktemp -d)
-trap 'rm -rf "$build_log" "$folder"' EXIT
+trap 'rm -rf "$folder"' EXIT
 
 heading() {
     printf '\n== %s\n' "$1"
@@ -19,14 +18,6 @@ grouped() {
 
 microseconds() {
     echo "${EPOCHREALTIME/[.,]/}"
-}
-
-quietly() {
-    if ! "$@" >"$build_log" 2>&1; then
-        cat "$build_log" >&2
-        echo "demo: failed: $*" >&2
-        exit 1
-    fi
 }
 
 # Shows a command and runs it.
@@ -55,8 +46,7 @@ explain_first() {
 
 heading "Build"
 scripts/install-deps.sh
-quietly cmake --preset release
-quietly cmake --build --preset release --target kxdu
+scripts/build.sh release kxdu
 PATH="$PWD/build/release/bin:$PATH"
 kxdu --version
 

@@ -5,7 +5,8 @@ set -euo pipefail
 build=(cmake g++ git ninja-build pkg-config)
 libraries=(libace-dev libcli11-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev libtbb-dev libtomlplusplus-dev
            rapidjson-dev)
-tests=(ccache clang-14 clang-format-14 clang-tidy-14 libbenchmark-dev libclang-rt-14-dev libgmock-dev libgtest-dev)
+tests=(abigail-tools ccache clang-14 clang-format-14 clang-tidy-14 cppcheck libbenchmark-dev libclang-rt-14-dev
+       gcovr libgmock-dev libgtest-dev mawk parallel python3 time valgrind)
 
 missing=()
 for package in "${build[@]}" "${libraries[@]}" "${tests[@]}"; do

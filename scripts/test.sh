@@ -10,30 +10,27 @@ if [ ${#presets[@]} -eq 0 ]; then
 fi
 
 scripts/install-deps.sh
-if command -v ccache >/dev/null; then
-    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-fi
 export ASAN_OPTIONS=detect_stack_use_after_return=1
-export TSAN_OPTIONS="halt_on_error=1 suppressions=$PWD/tests/support/tsan.supp"
+export TSAN_OPTIONS=halt_on_error=1
 
-jobs=$(nproc)
+# count WHAT: the number that the report of ctest gives to tests, failures, skipped or disabled.
+count() {
+    sed -n "/<testsuite/,/>/s/.*\b$1=\"\([0-9]*\)\".*/\1/p" "$report" | head -n 1
+}
+
 passed=0
 failed=0
 for preset in "${presets[@]}"; do
     log=build/$preset.log
-    mkdir -p build
     echo "== $preset: build"
-    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs"; } >"$log" 2>&1; then
-        tail -n 60 "$log"
-        echo "== $preset: the build failed (whole log: $log)"
+    if ! scripts/build.sh "$preset"; then
         failed=$((failed + 1))
         continue
     fi
     echo "== $preset: test"
     report=$PWD/build/$preset.xml
     rm -f "$report"
-    ctest --preset "$preset" -j "$jobs" --output-junit "$report" >>"$log" 2>&1 || true
-    count() { sed -n "s/.*<testsuite .*$1=\"\([0-9]*\)\".*/\1/p; s/^[[:space:]]*$1=\"\([0-9]*\)\".*/\1/p" "$report" | head -n 1; }
+    ctest --preset "$preset" -j "$(nproc)" --output-junit "$report" >>"$log" 2>&1 || true
     if [ ! -s "$report" ] || [ -z "$(count tests)" ]; then
         tail -n 60 "$log"
         echo "== $preset: the tests did not run (whole log: $log)"

@@ -8,9 +8,21 @@
 /// and what it throws.
 #pragma once
 
+#include <array>
+#include <string_view>
+
 #include <kx_domain_util/export.h>
 
 namespace NS_UTIL {
+
+/// The NE-type lists of `DeviceDomainMgr` that the predicates ask. Whoever loads the lists stores each of these, and be
+/// it empty: a list that was never stored is added by the first question, which other threads must not overlap.
+inline constexpr std::array<std::string_view, 3> NE_TYPE_LISTS{"router and metro", "transmission", "access"};
+
+/// The equipment-type lists that the predicates ask.
+inline constexpr std::array<std::string_view, 14> EQUIPMENT_TYPE_LISTS{
+    "PTN",    "PTNDMT",    "MSTP",      "IPKLV",     "KLV6XX",           "OTN",  "WDM", "OTN_NA",
+    "WDM_NA", "OTN4750NE", "BIGSLOTNE", "ACCBITSNE", "MultiShelfTypeNE", "PTN31"};
 
 /// 1911, 1912 or 1913.
 KX_DOMAIN_UTIL_API bool IsPTN41(unsigned short neType);

@@ -128,7 +128,7 @@ public:
     /// except ",S=0,CP=-1" when the configuration item "Telvandaire" is not 0 and the FB type is 0 or 65547. With a
     /// slot but no sub-slot, ",SS=-1,SC=-1" is written on NEs whose type the configuration item "NETypeListForSubSlot"
     /// lists; the inventory is asked for the type also when the list is empty, and `InterfaceNotExistException` is
-    /// thrown when there is no inventory. The two items are read at every call. A `portId` of -1 is written
+    /// thrown when there is no inventory. Either item is read anew whenever it matters. A `portId` of -1 is written
     /// 4294967295. The label is written as it is, without escapes.
     static void PortIndex2ResID(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical);
     /// Writes a port of an NE of type neType without asking anybody: no ",CP=-1", shelf and slot whenever not -1,
@@ -154,8 +154,7 @@ public:
     /// without such a sub-value the backslash stays. When the configuration item "Telvandaire" is not 0, a slot below 1
     /// becomes no slot and no sub-slot, as for named ports of FB type 65547 and 65549; it is read at every call.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
-    /// Reads the key's port and, where fdn contains "SUBIF=", the number behind it into `subIfId`. Both ways
-    /// of reading a port's key, and that of a TP, share the rules of the port reader.
+    /// Reads the key's port, by the rules above, and, where fdn contains "SUBIF=", the number behind it into `subIfId`.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads an access point. The key's port is read only when its `neId` is -1; otherwise the caller's port is kept.
     /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level; `fdnText`
@@ -176,8 +175,8 @@ public:
     static void PWIndex2ResID(const NS_DOMAIN::PWIndex& pw, std::string& fdn);
     /// `resId` becomes the whole fdn.
     static void ResID2PWIndex(const std::string& fdn, NS_DOMAIN::PWIndex& pw);
-    /// `resId` becomes the whole fdn. Unlike other readers it passes over levels without "=", and reads an NE level
-    /// with an empty value as 0.
+    /// `resId` becomes the whole fdn. Unlike other readers it goes through the platform's splitter, as the system has
+    /// it: it passes over levels without "=", reads an NE level with an empty value as 0, and allocates.
     static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch);
     /// The number of level "VEGROUP".
     static void ResID2GroupID(const std::string& fdn, int& group);

@@ -1,158 +1,129 @@
 /// Finding separators in text: 64 characters at a time become a word with one bit for each, so that going from one
 /// separator to the next costs a few steps however many characters lie between them.
 ///
-/// Nothing here reads a byte outside of the text, allocates or throws.
+/// Nothing here reads a byte outside of the text, allocates or throws. Any thread.
 #pragma once
 
 #include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
-#ifdef __SSE2__
+#include <kx_domain_util/export.h>
+
+#if defined(__SSE2__) && !defined(KX_DOMAIN_UTIL_PLAIN)
+#define KX_DOMAIN_UTIL_SSE2
 #include <emmintrin.h>
 #endif
 
 namespace NS_UTIL::NS_FDN {
 
-/// Where the two characters stand among the characters of a block: bit i for the character at place i.
-struct SeparatorBits {
-    std::uint64_t stops = 0;
-    std::uint64_t marks = 0;
-};
-
+/// A block of text is so many characters.
 inline constexpr std::size_t BLOCK_SIZE = 64;
 
-/// Up to seven characters as the low bytes of a word, the first lowest; the other bytes are 0.
-constexpr std::uint64_t LoadFewCharacters(const char* text, std::size_t size) noexcept {
-    std::uint64_t word = 0;
-    for (std::size_t place = size; place > 0; --place) {
-        word = word << 8U | static_cast<unsigned char>(text[place - 1]);
-    }
-    return word;
-}
-
-/// `SeparatorBits` of the first size characters of text, at most `BLOCK_SIZE`: in plain C++, one character at a time.
-template <char Stop, char Mark>
-SeparatorBits FindInBlockPlainly(const char* text, std::size_t size) noexcept {
-    SeparatorBits bits;
+/// Where separator stands among the first size characters of text, at most `BLOCK_SIZE`: bit i for the character at
+/// place i. The separator may not be NUL. In plain C++, one character at a time.
+inline std::uint64_t FindPlainly(const char* text, std::size_t size, char separator) noexcept {
+    std::uint64_t found = 0;
     for (std::size_t place = 0; place < size; ++place) {
-        bits.stops |= std::uint64_t{text[place] == Stop} << place;
-        bits.marks |= std::uint64_t{text[place] == Mark} << place;
+        found |= std::uint64_t{text[place] == separator ? 1U : 0U} << place;
     }
-    return bits;
+    return found;
 }
 
-#ifdef __SSE2__
+#ifdef KX_DOMAIN_UTIL_SSE2
 
 /// The same 16 characters at a time, which every x86-64 processor can do.
-template <char Stop, char Mark>
-SeparatorBits FindInBlock(const char* text, std::size_t size) noexcept {
-    constexpr std::size_t VECTOR = sizeof(__m128i);
-    constexpr std::size_t HALF = VECTOR / 2;
-    SeparatorBits bits;
-    const auto add = [&bits](__m128i characters, std::size_t shiftLeft, std::size_t shiftRight) {
-        const auto matches = [&](char wanted) {
-            const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(wanted)));
-            return std::uint64_t{static_cast<unsigned>(found) >> shiftRight} << shiftLeft;
-        };
-        bits.stops |= matches(Stop);
-        bits.marks |= matches(Mark);
+inline std::uint64_t FindBySse2(const char* text, std::size_t size, char separator) noexcept {
+    const auto matches = [separator](__m128i characters, std::size_t place) {
+        const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(separator)));
+        return std::uint64_t{static_cast<unsigned>(found)} << place;
     };
-    const auto load = [text](std::size_t place) {
-        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + place));
+    const auto find8 = [&](std::size_t place) {
+        return matches(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(text + place)), place);
     };
-    std::size_t place = 0;
-    for (; place + VECTOR <= size; place += VECTOR) {
-        add(load(place), place, 0);
+    const auto find16 = [&](std::size_t place) {
+        return matches(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text + place)), place);
+    };
+    // The last load reaches back over characters that were seen already: that sets the same bits once more.
+    if (size >= sizeof(__m128i)) {
+        std::uint64_t found = find16(size - sizeof(__m128i));
+        for (std::size_t place = 0; place < size - sizeof(__m128i); place += sizeof(__m128i)) {
+            found |= find16(place);
+        }
+        return found;
     }
-    const std::size_t rest = size - place;
-    if (rest == 0) {
-        return bits;
-    }
-    if (size >= VECTOR) {  // the last 16 characters, of which those that are new count
-        add(load(size - VECTOR), place, VECTOR - rest);
-        return bits;
-    }
-    std::uint64_t low = 0;
-    std::uint64_t high = 0;
-    if (rest < HALF) {
-        low = LoadFewCharacters(text, rest);
-    } else {
-        std::memcpy(&low, text, HALF);
-        high = LoadFewCharacters(text + HALF, rest - HALF);
-    }
-    add(_mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low)), 0, 0);
-    return bits;
-}
-
-#else
-
-template <char Stop, char Mark>
-SeparatorBits FindInBlock(const char* text, std::size_t size) noexcept {
-    return FindInBlockPlainly<Stop, Mark>(text, size);
+    constexpr std::size_t HALF = sizeof(__m128i) / 2;
+    return size >= HALF ? find8(0) | find8(size - HALF) : FindPlainly(text, size, separator);
 }
 
 #endif
 
-/// Walks a text from Stop to Stop, and tells the first Mark before each. Neither may be the character NUL.
-template <char Stop, char Mark = Stop>
+/// The same for a whole block, by the quickest way that the processor has.
+KX_DOMAIN_UTIL_API std::uint64_t FindInBlock(const char* text, char separator) noexcept;
+
+/// The same for less than a block. It is done right here: a call would cost more than a quicker way saves.
+inline std::uint64_t FindInRest(const char* text, std::size_t size, char separator) noexcept {
+#ifdef KX_DOMAIN_UTIL_SSE2
+    return FindBySse2(text, size, separator);
+#else
+    return FindPlainly(text, size, separator);
+#endif
+}
+
+/// Walks the pieces of a text between separators; a text has at least one piece. The separator may not be NUL.
+///
+/// No function that is not inlined gets at its address: so it stays in registers, which halves the cost of a piece.
+template <char Separator>
 class SeparatorFinder {
-    static_assert(Stop != '\0' && Mark != '\0');
+    static_assert(Separator != '\0');
 
 public:
-    explicit SeparatorFinder(std::string_view text) noexcept : m_text(text.data()), m_size(text.size()) {
-        LoadBlock(0);
+    explicit SeparatorFinder(std::string_view text) noexcept : m_begin(text.data()), m_end(m_begin + text.size()) {
+        LoadBlock();
     }
 
-    struct Found {
-        std::size_t stop;  ///< where the next Stop is; the size of the text when there is none
-        std::size_t mark;  ///< where the first Mark behind the last Stop is; not below `stop` when there is none
+    struct Piece {
+        const char* begin;
+        const char* end;  ///< the separator behind the piece; the end of the text behind the last
     };
 
-    /// Goes on to the next Stop. Not to be called again when there was none.
-    Found Next() noexcept {
-        std::size_t earlierMark = m_size;
-        while (m_bits.stops == 0) {
-            if (m_bits.marks != 0) {
-                earlierMark = std::min(earlierMark, PlaceOf(m_bits.marks));
-            }
-            LoadBlock(m_base + BLOCK_SIZE);
+    /// Gives the next piece. Not to be called again after the last.
+    Piece Next() noexcept {
+        if (m_found == 0) [[unlikely]] {
+            LoadBlock();
         }
-        // Without a mark in this block the place is that of the block's end, which is behind the stop.
-        const Found found{PlaceOf(m_bits.stops), std::min(earlierMark, PlaceOf(m_bits.marks))};
-        m_bits.marks &= ~(m_bits.stops ^ (m_bits.stops - 1));
-        m_bits.stops &= m_bits.stops - 1;
-        return found;
+        const Piece piece{
+            m_begin, m_found != 0 ? m_block + static_cast<unsigned>(std::countr_zero(m_found)) : FindBehindBlock()};
+        m_found &= m_found - 1;
+        m_begin = piece.end + 1;
+        return piece;
     }
 
-    [[nodiscard]] std::string_view Between(std::size_t begin, std::size_t end) const noexcept {
-        return {m_text + begin, end - begin};
-    }
-    [[nodiscard]] std::size_t Size() const noexcept { return m_size; }
-    [[nodiscard]] const char* End() const noexcept { return m_text + m_size; }
+    /// Whether piece, the one that was given last, is the last that there is.
+    [[nodiscard]] bool IsLast(const Piece& piece) const noexcept { return piece.end == m_end; }
 
 private:
-    // The end of the text counts as a Stop: in the block that it is in, or in an empty one behind the last.
-    void LoadBlock(std::size_t base) noexcept {
-        m_base = base;
-        const std::size_t size = m_size - base;
-        m_bits = FindInBlock<Stop, Mark>(m_text + base, std::min(size, BLOCK_SIZE));
-        if (size < BLOCK_SIZE) {
-            m_bits.stops |= std::uint64_t{1} << size;
-        }
+    // Looks at the text from the next piece on. The end of the text counts as a separator.
+    void LoadBlock() noexcept {
+        const auto size = static_cast<std::size_t>(m_end - m_begin);
+        m_block = m_begin;
+        m_found = size >= BLOCK_SIZE ? FindInBlock(m_block, Separator)
+                                     : FindInRest(m_block, size, Separator) | std::uint64_t{1} << size;
     }
 
-    [[nodiscard]] std::size_t PlaceOf(std::uint64_t bits) const noexcept {
-        return m_base + static_cast<std::size_t>(std::countr_zero(bits));
+    // The end of a piece that is longer than a block.
+    [[nodiscard]] const char* FindBehindBlock() const noexcept {
+        const std::string_view rest(m_begin + BLOCK_SIZE, m_end);
+        const std::size_t found = rest.find(Separator);
+        return found != std::string_view::npos ? rest.data() + found : m_end;
     }
 
-    const char* m_text;
-    std::size_t m_size;
-    std::size_t m_base = 0;
-    SeparatorBits m_bits;
+    const char* m_begin;
+    const char* m_end;
+    const char* m_block;
+    std::uint64_t m_found;
 };
 
 }  // namespace NS_UTIL::NS_FDN

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <new>
 #include <utility>
 
 #include <kx_platform/bundlemgr.h>
@@ -105,7 +107,10 @@ InterfaceBuffer* CheckIFBuf(std::string_view name) {
 }
 
 BundleMgr* BundleMgr::Instance() {
-    static auto* const instance = new BundleMgr;  // never deleted: services may call as late as they like
+    // Never destroyed: services may call as late as they like. In place: a look-up that finds nobody registered may be
+    // the first call, and has no answer to memory that runs out.
+    alignas(BundleMgr) static std::array<std::byte, sizeof(BundleMgr)> place;
+    static auto* const instance = new (place.data()) BundleMgr;
     return instance;
 }
 

@@ -25,9 +25,7 @@ std::optional<int> WholeNumber(const std::string& text) {
 
 }  // namespace
 
-ConfigItem::~ConfigItem() {
-    delete m_text.load();
-}
+ConfigItem::~ConfigItem() = default;
 
 CorbaConfigItems* CorbaConfigItems::Instance() {
     static auto* const instance = new CorbaConfigItems;  // never deleted: items are referred to until the process ends
@@ -54,15 +52,15 @@ bool CorbaConfigItems::GetStrItemInfo(const std::string& key, std::string& value
 }
 
 void CorbaConfigItems::SetItem(const std::string& key, const std::string& value) {
-    auto text = std::make_unique<const std::string>(value);
+    std::list<std::string> only{value};
     const std::lock_guard lock(m_mutex);
-    Assign(FindOrMake(key), std::move(text));
+    Assign(FindOrMake(key), std::move(only));
 }
 
 void CorbaConfigItems::RemoveItem(const std::string& key) {
     const std::lock_guard lock(m_mutex);
     if (ConfigItem* const item = Find(key)) {
-        Assign(*item, nullptr);
+        Assign(*item, {});
     }
 }
 
@@ -70,7 +68,7 @@ void CorbaConfigItems::Clear() {
     const std::lock_guard lock(m_mutex);
     for (const auto& bucket : m_buckets) {
         for (ConfigItem* item = bucket.load(); item != nullptr; item = item->m_next) {
-            Assign(*item, nullptr);
+            Assign(*item, {});
         }
     }
 }
@@ -108,13 +106,14 @@ ConfigItem& CorbaConfigItems::FindOrMake(std::string_view key) {
 }
 
 // The caller holds m_mutex. Replaced texts are freed at this or a later change, as soon as nobody reads them.
-void CorbaConfigItems::Assign(ConfigItem& item, std::unique_ptr<const std::string> text) {
-    m_retired.reserve(m_retired.size() + 1);
+void CorbaConfigItems::Assign(ConfigItem& item, std::list<std::string>&& value) noexcept {
+    const std::string* const text = value.empty() ? nullptr : &value.front();
     const std::optional<int> number = text != nullptr ? WholeNumber(*text) : std::nullopt;
     item.m_number.store(number ? (ConfigItem::IS_NUMBER | static_cast<std::uint32_t>(*number)) : 0);
-    m_retired.emplace_back(item.m_text.exchange(text.release()));
-    std::erase_if(m_retired,
-                  [](const auto& retired) { return retired == nullptr || !ReadPin::IsPinned(retired.get()); });
+    item.m_text.store(text);
+    m_retired.splice(m_retired.end(), item.m_value);
+    item.m_value.swap(value);
+    m_retired.remove_if([](const std::string& retired) { return !ReadPin::IsPinned(&retired); });
 }
 
 }  // namespace NS_BUNDLEMGR1

@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <mutex>
-#include <new>
 #include <thread>
 
 #include <kx_platform/readpin.h>
@@ -32,7 +30,7 @@ struct ThreadWords {
     std::size_t used = 0;  // of the current block
     bool ending = false;   // the thread's locals are being destroyed: blocks are returned with their last pin
 };
-thread_local constinit ThreadWords threadWords __attribute__((tls_model("initial-exec")));
+[[gnu::tls_model("initial-exec")]] thread_local constinit ThreadWords threadWords;
 
 Block* TakeFreeBlock(Block* owner) {
     for (Block* block = allBlocks.load(); block != nullptr; block = block->next) {

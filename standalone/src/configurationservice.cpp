@@ -40,8 +40,11 @@ void ConfigurationService::Section::Replace(TomlFile::IntItems items) {
     m_items.Replace(std::make_unique<TomlFile::IntItems>(std::move(items)));
 }
 
-ConfigurationService::ConfigurationService(fs::path folder)
-    : m_folder(std::move(folder)), m_published(std::make_unique<PublishedFiles>()) {
+ConfigurationService::ConfigurationService(fs::path folder, PublishedFiles files)
+    : m_folder(std::move(folder)), m_published(std::make_unique<PublishedFiles>(std::move(files))) {}
+
+// An object from here on, so that items are removed again when not all of them can be set.
+ConfigurationService::ConfigurationService(fs::path folder) : ConfigurationService(std::move(folder), {}) {
     const TomlFile& bundleFile = m_files.emplace(BUNDLE_FILE, ReadBundleFile()).first->second;
     Publish();
     SetItems(bundleFile.items);

@@ -51,6 +51,8 @@ private:
     using Files = std::map<std::string, TomlFile>;
     using PublishedFiles = std::map<std::string, Sections>;
 
+    ConfigurationService(std::filesystem::path folder, PublishedFiles files);
+
     TomlFile ReadBundleFile() const;
     void SetItems(const std::map<std::string, std::string>& items);
     NS_SERVICE::ConfigObject* Find(const std::string& path, const std::string& section);

@@ -1,10 +1,10 @@
 #include "domainlists.h"
 
-#include <array>
 #include <list>
 #include <stdexcept>
 
 #include <kx_domain_util/devicedomainmgr.h>
+#include <kx_domain_util/netype.h>
 
 namespace NS_STANDALONE {
 
@@ -15,30 +15,21 @@ namespace {
 using Domain = std::pair<DomainCache, std::string>;
 
 // What the predicates of NE types look up.
-const std::array<Domain, 17> PREDICATE_DOMAINS{{
-    {DomainCache::NE_TYPE_LIST, "router and metro"},
-    {DomainCache::NE_TYPE_LIST, "transmission"},
-    {DomainCache::NE_TYPE_LIST, "access"},
-    {DomainCache::EQUIPMENT_TYPE, "PTN"},
-    {DomainCache::EQUIPMENT_TYPE, "PTNDMT"},
-    {DomainCache::EQUIPMENT_TYPE, "MSTP"},
-    {DomainCache::EQUIPMENT_TYPE, "IPKLV"},
-    {DomainCache::EQUIPMENT_TYPE, "KLV6XX"},
-    {DomainCache::EQUIPMENT_TYPE, "OTN"},
-    {DomainCache::EQUIPMENT_TYPE, "WDM"},
-    {DomainCache::EQUIPMENT_TYPE, "OTN_NA"},
-    {DomainCache::EQUIPMENT_TYPE, "WDM_NA"},
-    {DomainCache::EQUIPMENT_TYPE, "OTN4750NE"},
-    {DomainCache::EQUIPMENT_TYPE, "BIGSLOTNE"},
-    {DomainCache::EQUIPMENT_TYPE, "ACCBITSNE"},
-    {DomainCache::EQUIPMENT_TYPE, "MultiShelfTypeNE"},
-    {DomainCache::EQUIPMENT_TYPE, "PTN31"},
-}};
+std::vector<Domain> PredicateDomains() {
+    std::vector<Domain> domains;
+    domains.reserve(NS_UTIL::NE_TYPE_LISTS.size() + NS_UTIL::EQUIPMENT_TYPE_LISTS.size());
+    for (const std::string_view domain : NS_UTIL::NE_TYPE_LISTS) {
+        domains.emplace_back(DomainCache::NE_TYPE_LIST, domain);
+    }
+    for (const std::string_view domain : NS_UTIL::EQUIPMENT_TYPE_LISTS) {
+        domains.emplace_back(DomainCache::EQUIPMENT_TYPE, domain);
+    }
+    return domains;
+}
 
 }  // namespace
 
-DomainLists::DomainLists(const std::vector<DomainMemberRow>& members)
-    : m_domains(PREDICATE_DOMAINS.begin(), PREDICATE_DOMAINS.end()) {
+DomainLists::DomainLists(const std::vector<DomainMemberRow>& members) : m_domains(PredicateDomains()) {
     try {
         Load(members);
     } catch (...) {
@@ -64,9 +55,14 @@ void DomainLists::Load(const std::vector<DomainMemberRow>& members) {
     if (manager == nullptr) {
         throw std::runtime_error("the domain lists cannot be reached");
     }
-    m_domains.clear();
+    // All names before the first list: none is forgotten when memory runs out between two lists.
+    std::vector<Domain> domains;
+    domains.reserve(lists.size());
     for (const auto& [domain, neTypes] : lists) {
-        m_domains.push_back(domain);
+        domains.push_back(domain);
+    }
+    m_domains = std::move(domains);
+    for (const auto& [domain, neTypes] : lists) {
         if (domain.first == DomainCache::NE_TYPE_LIST) {
             manager->AddDomainDevTypelistCache(domain.second, neTypes);
         } else {

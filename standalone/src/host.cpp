@@ -42,7 +42,7 @@ public:
         }
         if (!m_inventoryFile.empty()) {
             const Inventory inventory = ReadInventory(m_inventoryFile);
-            m_inventory.emplace(inventory);
+            m_inventory.emplace(inventory, options.missingNe);
             m_domainLists.emplace(inventory.domainMembers);
         }
         if (!options.configFolder.empty()) {

@@ -2,6 +2,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -318,6 +319,33 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
                });
 }
 
+// An inventory on its way to be file, in a hidden folder beside that: nobody meets one that is made by half, also not
+// when its maker is killed.
+class Draft {
+public:
+    explicit Draft(const fs::path& file) : m_folder(file.parent_path() / ".inventory.XXXXXX") {
+        m_file.reserve(m_folder.size() + NAME.size());
+        if (mkdtemp(m_folder.data()) == nullptr) {
+            Place{file}.Fail(std::generic_category().message(errno));
+        }
+        m_file.append(m_folder).append(NAME);
+    }
+    ~Draft() {
+        static_cast<void>(std::remove(m_file.c_str()));
+        static_cast<void>(std::remove(m_folder.c_str()));
+    }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    [[nodiscard]] const std::string& File() const noexcept { return m_file; }
+
+private:
+    static constexpr std::string_view NAME = "/draft.db";
+
+    std::string m_folder;
+    std::string m_file;
+};
+
 void MakeSchema(const fs::path& file) {
     SQLite::Database database = Open(file);
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
@@ -330,17 +358,16 @@ void MakeSchema(const fs::path& file) {
 }  // namespace
 
 void CreateInventory(const fs::path& file) {
-    // Made here and not by SQLite, which would take over a file that another process makes at the same moment.
-    std::FILE* const made = std::fopen(file.c_str(), "wx");
+    const Draft draft(file);
+    std::FILE* const made = std::fopen(draft.File().c_str(), "wx");
     if (made == nullptr || std::fclose(made) != 0) {
         Place{file}.Fail(std::generic_category().message(errno));
     }
-    try {
-        At(Place{file}, [&] { MakeSchema(file); });
-    } catch (...) {
-        std::error_code ignored;
-        fs::remove(file, ignored);
-        throw;
+    At(Place{file}, [&] { MakeSchema(draft.File()); });
+    std::error_code error;
+    fs::create_hard_link(draft.File(), file, error);  // unlike a move, it leaves a file that is there alone
+    if (error) {
+        Place{file}.Fail(error.message());
     }
 }
 

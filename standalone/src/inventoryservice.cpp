@@ -1,6 +1,7 @@
 #include "inventoryservice.h"
 
 #include <memory>
+#include <utility>
 
 namespace NS_STANDALONE {
 
@@ -22,15 +23,24 @@ const NeRow* InventoryService::Table::FindNe(std::int64_t neId) const {
     return found != m_nes.end() ? &found->second : nullptr;
 }
 
-InventoryService::InventoryService(const Inventory& inventory) : m_table(std::make_unique<Table>(inventory)) {}
+InventoryService::InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe)
+    : m_table(std::make_unique<Table>(inventory)), m_missingNe(std::move(missingNe)) {}
 
 void InventoryService::Replace(const Inventory& inventory) {
     m_table.Replace(std::make_unique<Table>(inventory));
 }
 
+const NeRow* InventoryService::FindNe(const Table& table, std::int64_t neId) const {
+    const NeRow* const ne = table.FindNe(neId);
+    if (ne == nullptr && m_missingNe) {
+        m_missingNe(neId);
+    }
+    return ne;
+}
+
 bool InventoryService::QueryNEType(std::int64_t neId, std::uint32_t& neType, bool /*flag*/) {
     ReadPin pin;
-    const NeRow* const ne = m_table.Read(pin).FindNe(neId);
+    const NeRow* const ne = FindNe(m_table.Read(pin), neId);
     if (ne == nullptr) {
         return false;
     }
@@ -40,7 +50,7 @@ bool InventoryService::QueryNEType(std::int64_t neId, std::uint32_t& neType, boo
 
 bool InventoryService::IsOamNumberOmitted(int neId) {
     ReadPin pin;
-    const NeRow* const ne = m_table.Read(pin).FindNe(neId);
+    const NeRow* const ne = FindNe(m_table.Read(pin), neId);
     return ne != nullptr && ne->oamNumberOmitted;
 }
 
@@ -56,7 +66,7 @@ bool InventoryService::IsKLVNEType(unsigned short neType) {
 
 bool InventoryService::IsTransMultiSubShelf(unsigned long neId, unsigned short /*neType*/) {
     ReadPin pin;
-    const NeRow* const ne = m_table.Read(pin).FindNe(static_cast<std::int64_t>(neId));
+    const NeRow* const ne = FindNe(m_table.Read(pin), static_cast<std::int64_t>(neId));
     return ne != nullptr && ne->multiSubShelf;
 }
 

@@ -2,6 +2,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <functional>
 #include <unordered_map>
 
 #include <kx_platform/inventorybufif.h>
@@ -14,7 +15,8 @@ namespace NS_STANDALONE {
 /// Answers from an inventory that is held in memory. A query costs one look-up and takes no lock.
 class InventoryService final : public NS_SERVICE::InventoryBufif {
 public:
-    explicit InventoryService(const Inventory& inventory);
+    /// missingNe: see `HostOptions`.
+    explicit InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe = {});
 
     /// Puts inventory in the place of what was there. One thread at a time; queries go on meanwhile.
     void Replace(const Inventory& inventory);
@@ -45,7 +47,11 @@ private:
         NeTypeSet m_klv;
     };
 
+    // The NE's row in table, or null, of which missingNe is told.
+    const NeRow* FindNe(const Table& table, std::int64_t neId) const;
+
     Published<Table> m_table;
+    std::function<void(std::int64_t neId)> m_missingNe;
 };
 
 }  // namespace NS_STANDALONE

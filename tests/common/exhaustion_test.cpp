@@ -4,6 +4,7 @@
 #include <functional>
 #include <future>
 #include <iostream>
+#include <list>
 #include <map>
 #include <new>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/utilcommon.h>
@@ -104,6 +106,24 @@ TEST(Exhaustion, LeavesNoFilter) {
     }
     EXPECT_GE(spared, 1U);
     NtfFilter::Destroy();
+}
+
+TEST(Exhaustion, LeavesADomainItsList) {
+    using NS_UTIL::DeviceDomainMgr;
+    using Lists = std::map<std::string, std::list<int>>;
+    const std::string domain(100, 'x');
+    DeviceDomainMgr& domains = *DeviceDomainMgr::Instance();
+    domains.AddDomainEqtCache(domain, {1, 2});
+    const std::list<int> next{9, 8, 7, 6};
+    std::size_t spared = 0;
+    for (; RunsOut(spared, [&] { domains.AddDomainEqtCache(domain, next); }); ++spared) {
+        Lists lists;
+        domains.GetDomainEqtCache(lists);
+        ASSERT_EQ(lists, (Lists{{domain, {1, 2}}})) << spared;
+    }
+    EXPECT_EQ(spared, next.size());
+    EXPECT_TRUE(domains.isInDomainEqtCache(domain, 6));
+    DeviceDomainMgr::Destroy();
 }
 
 class ExhaustedFilter : public testing::TestWithParam<const char*> {

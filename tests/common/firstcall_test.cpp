@@ -1,10 +1,7 @@
 // Tables that are built on first call and stay until the process ends: each first call is made in a process of its own,
 // so that it is a first one whatever ran before. No test may ask for such a table in this process.
-#include <array>
 #include <atomic>
 #include <barrier>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <new>
 #include <string>
@@ -12,19 +9,20 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/utilcommon.h>
 
 #include "support/allocations.h"
+#include "support/childprocess.h"
 #include "support/scale.h"
 
 namespace {
 
 using NS_TEST::AllocationCount;
 using NS_TEST::FailingAllocations;
+using NS_TEST::InChildProcess;
 using NS_TEST::LiveAllocations;
 using NS_TEST::Scaled;
 using NS_UTIL::UtilCommon;
@@ -35,24 +33,8 @@ constexpr long NOT_FAILED = -3;
 
 // What measure gives in a process that is forked for it.
 long InChild(const std::function<long()>& measure) {
-    std::array<int, 2> ends{};
-    std::fflush(nullptr);
-    if (pipe(ends.data()) != 0) {
-        return CHILD_FAILED;
-    }
-    const pid_t child = fork();
-    if (child == 0) {
-        const long result = measure();
-        const bool isWritten = write(ends[1], &result, sizeof(result)) == sizeof(result);
-        std::exit(isWritten ? 0 : 1);  // not _exit: sanitizers report at the end
-    }
-    close(ends[1]);
-    long result = CHILD_FAILED;
-    const bool isRead = read(ends[0], &result, sizeof(result)) == sizeof(result);
-    close(ends[0]);
-    int status = 0;
-    const bool isEnded = child > 0 && waitpid(child, &status, 0) == child;
-    return isRead && isEnded && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? result : CHILD_FAILED;
+    const auto said = InChildProcess([&measure] { return std::to_string(measure()); });
+    return said.has_value() ? std::stol(*said) : CHILD_FAILED;
 }
 
 // A lazily built table: whether look-ups answer from all of it, and the least number of allocations that it takes.

@@ -197,6 +197,14 @@ TEST_F(FilterRecords, OfAMissingListDoNotExist) {
     EXPECT_THAT(m_log.m_records, ElementsAre(Loaded("2")));
 }
 
+TEST_F(FilterRecords, OfListsThatTheSwitchDoesNotChooseDoNotExist) {
+    Answers({{"Whitelist", ""}, {"Blacklist", ""}}, {5});
+    EXPECT_THAT(m_log.m_records, ElementsAre(Loaded("0")));
+    m_log.m_records.clear();
+    Answers({{"EventSwitch", "3"}, {"Whitelist", ""}, {"Blacklist", ""}}, {5});
+    EXPECT_THAT(m_log.m_records, ElementsAre(Loaded("3")));
+}
+
 TEST_F(FilterRecords, KeepSignsOfFormats) {
     Answers({{"EventSwitch", "2"}, {"Blacklist", ","}}, {5});
     EXPECT_THAT(m_log.m_records, ElementsAre(Loaded("2"), Rejected("Blacklist=,")));

@@ -17,6 +17,7 @@
 
 #include "support/exacttext.h"
 #include "support/generated.h"
+#include "support/literalutilcommon.h"
 #include "support/scale.h"
 #include "support/services.h"
 
@@ -26,6 +27,7 @@ using NS_TEST::Chance;
 using NS_TEST::Configuration;
 using NS_TEST::ExactText;
 using NS_TEST::IdentifierGenerator;
+using NS_TEST::LiteralUtilCommon;
 using NS_TEST::RecordingLog;
 using NS_TEST::Registration;
 using NS_TEST::Scaled;
@@ -36,92 +38,6 @@ using testing::Pair;
 
 using Fields = std::map<int, std::string>;
 using Path = std::map<int, int>;
-
-// ---- Literal readings -----------------------------------------------------------------------------------------------
-
-std::string LiteralMoc(const std::string& fdn) {
-    long comma = -1;
-    long equals = -1;
-    for (long at = 0; at < static_cast<long>(fdn.size()); ++at) {
-        const char letter = fdn[static_cast<std::size_t>(at)];
-        comma = letter == ',' ? at : comma;
-        equals = letter == '=' ? at : equals;
-    }
-    const std::string beforeEquals = equals < 0 ? fdn : std::string(fdn.begin(), fdn.begin() + equals);
-    if (fdn.empty()) {
-        return "";
-    }
-    if (comma >= 0 && equals >= 0 && equals > comma) {
-        const std::string tag(fdn.begin() + comma + 1, fdn.begin() + equals);
-        if (tag != "CLI_NAME") {
-            return tag;
-        }
-        for (const char* port : {"PP", "LP"}) {
-            if (fdn.find(std::string(port) + "=") != std::string::npos) {
-                return port;
-            }
-        }
-        return "";
-    }
-    if (comma < 0 && equals >= 0) {
-        return beforeEquals;
-    }
-    if (beforeEquals == "OS" || beforeEquals == "SYSTEM") {
-        return "OS";
-    }
-    return "";
-}
-
-void LiteralLine(Fields& out, const std::string& line) {
-    std::size_t start = 0;  // one past the separator found last
-    for (int key = 0; key <= 2; ++key) {
-        std::string field;
-        std::size_t at = start;
-        while (at < line.size() && line[at] != '|') {
-            field += line[at++];
-        }
-        if (at < line.size()) {
-            out[key] = field.empty() ? "-1" : field;
-            start = at + 1;
-        } else {
-            start = 0;
-        }
-    }
-    out[3] = "";
-    for (std::size_t at = start; at < line.size(); ++at) {
-        out[3] += line[at];
-    }
-}
-
-void LiteralPath(Path& out, const std::string& line) {
-    std::map<std::string, unsigned int> levels;
-    for (const auto& row : NS_UTIL::GetClientRateRows()) {
-        levels[std::string(row.name)] = row.level;
-    }
-    std::vector<std::string> items{""};
-    for (const char letter : line) {
-        if (letter == '-') {
-            items.emplace_back();
-        } else {
-            items.back() += letter;
-        }
-    }
-    for (const std::string& item : items) {
-        const auto colon = item.find(':');
-        if (colon == std::string::npos) {
-            continue;
-        }
-        std::string name;
-        for (const char letter : item.substr(0, colon)) {
-            name += static_cast<char>(letter >= 'a' && letter <= 'z' ? letter - 32 : letter);
-        }
-        if (levels.count(name) != 0) {
-            const std::string value = item.substr(colon + 1);
-            out[static_cast<int>(levels[name])] =
-                static_cast<int>(static_cast<std::uint32_t>(std::strtol(value.c_str(), nullptr, 10)));
-        }
-    }
-}
 
 // Texts put together from pieces, so that the interesting ones come up often.
 template <std::size_t Size>
@@ -198,7 +114,7 @@ TEST_F(UtilCommonTexts, MocOfAnFdn) {
     };
     for (const auto& [fdn, moc] : mocs) {
         EXPECT_EQ(m_utilCommon.GetMoc(ExactText(fdn)), moc) << fdn;
-        EXPECT_EQ(LiteralMoc(fdn), moc) << fdn;
+        EXPECT_EQ(LiteralUtilCommon::GetMoc(fdn), moc) << fdn;
     }
 }
 
@@ -209,7 +125,7 @@ TEST_F(UtilCommonTexts, MocOfAnyText) {
     Chance chance(22);
     for (std::size_t round = 0; round < Scaled(200000); ++round) {
         const std::string fdn = round % 3 == 0 ? identifiers.Next() : Put(chance, PIECES);
-        ASSERT_EQ(m_utilCommon.GetMoc(ExactText(fdn)), LiteralMoc(fdn)) << testing::PrintToString(fdn);
+        ASSERT_EQ(m_utilCommon.GetMoc(ExactText(fdn)), LiteralUtilCommon::GetMoc(fdn)) << testing::PrintToString(fdn);
     }
 }
 
@@ -245,7 +161,7 @@ TEST_F(UtilCommonTexts, FieldsOfAnyLine) {
     for (std::size_t round = 0; round < Scaled(200000); ++round) {
         const std::string line = Put(chance, PIECES);
         Fields expected;
-        LiteralLine(expected, line);
+        LiteralUtilCommon::GetSplitePPDataByLine(expected, line);
         ASSERT_EQ(Line(line), expected) << testing::PrintToString(line);
     }
 }
@@ -284,7 +200,7 @@ TEST_F(UtilCommonTexts, RatesOfAnyPath) {
     for (std::size_t round = 0; round < Scaled(60000); ++round) {
         const std::string line = Put(chance, PIECES);
         Path expected;
-        LiteralPath(expected, line);
+        LiteralUtilCommon::GetSplitePATHDataByLine(expected, line);
         ASSERT_EQ(PathOf(line), expected) << testing::PrintToString(line);
         found += expected.size();
     }

@@ -106,6 +106,56 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"IsMultiShelfTypeNE", &NS_UTIL::IsMultiShelfTypeNE, false, "MultiShelfTypeNE"}),
     [](const auto& row) { return std::string(row.param.name); });
 
+std::set<std::string> NamesOf(const Domains& domains) {
+    std::set<std::string> names;
+    for (const auto& [name, neTypes] : domains) {
+        names.insert(name);
+    }
+    return names;
+}
+
+// Each list that was asked for is left empty under its name; these are all that hosts must load.
+TEST(DomainPredicates, AskTheListsThatAreNamedAndNoOthers) {
+    DeviceDomainMgr::Destroy();
+    RecordingInventory inventory;
+    const Registration registration("InventoryBufif", inventory);
+    for (const Predicate predicate : {NS_UTIL::IsPTN41,
+                                      NS_UTIL::IsPTN31,
+                                      NS_UTIL::IsPTN470,
+                                      NS_UTIL::IsKLVByNEType,
+                                      NS_UTIL::IsRouteNE,
+                                      NS_UTIL::IsTransNE,
+                                      NS_UTIL::IsAccessNE,
+                                      NS_UTIL::IsPTNClasssNE,
+                                      NS_UTIL::IsPTNDMTNE,
+                                      NS_UTIL::IsPTNNE,
+                                      NS_UTIL::IsMSTPNE,
+                                      NS_UTIL::IsIPMSTPNE,
+                                      NS_UTIL::IsIPKLVNE,
+                                      NS_UTIL::IsKLV600NE,
+                                      NS_UTIL::IsOTNNE,
+                                      NS_UTIL::IsWDMNE,
+                                      NS_UTIL::IsOTN_NA,
+                                      NS_UTIL::IsWDM_NA,
+                                      NS_UTIL::IsNAWDMByNEType,
+                                      NS_UTIL::IsOTN4750NE,
+                                      NS_UTIL::IsBIGSLOTNE,
+                                      NS_UTIL::IsAccBitsNE,
+                                      NS_UTIL::IsMultiShelfTypeNE,
+                                      NS_UTIL::IsIPServiceNE,
+                                      NS_UTIL::IsKLVNE}) {
+        EXPECT_FALSE(predicate(5));
+    }
+    Domains neTypes;
+    Domains equipmentTypes;
+    DeviceDomainMgr::Instance()->GetDomainDevTypelistCache(neTypes);
+    DeviceDomainMgr::Instance()->GetDomainEqtCache(equipmentTypes);
+    EXPECT_EQ(NamesOf(neTypes), std::set<std::string>(NS_UTIL::NE_TYPE_LISTS.begin(), NS_UTIL::NE_TYPE_LISTS.end()));
+    EXPECT_EQ(NamesOf(equipmentTypes),
+              std::set<std::string>(NS_UTIL::EQUIPMENT_TYPE_LISTS.begin(), NS_UTIL::EQUIPMENT_TYPE_LISTS.end()));
+    DeviceDomainMgr::Destroy();
+}
+
 // "Or else": the second list is asked only when the first does not hold the type.
 TEST(DomainPredicates, AskTheirSecondListOnlyWhenNeeded) {
     DeviceDomainMgr::Destroy();

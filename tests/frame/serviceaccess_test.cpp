@@ -88,6 +88,17 @@ TEST(ServiceAccess, TellsTheObjectOfTheService) {
     }
 }
 
+TEST(ServiceAccess, ForgetsTheObjectOfAServiceThatWentAway) {
+    RecordingInventory inventory;
+    ServiceAccess<InventoryBufif> access;
+    {
+        const Registration registration("name", inventory);
+        EXPECT_EQ(access.TryGet(), &inventory);
+    }
+    EXPECT_EQ(access.TryGet(), nullptr);
+    EXPECT_EQ(access.GetServiceObject(), nullptr);
+}
+
 TEST(ServiceAccess, ThrowsForAMissingService) {
     ServiceAccess<InventoryBufif> access;
     for (const auto get : {&ServiceAccess<InventoryBufif>::Get, &ServiceAccess<InventoryBufif>::GetLettingAllPass}) {
@@ -123,7 +134,7 @@ TEST(Placeholder, IsOneForEachType) {
     EXPECT_EQ(access.TryGet(), nullptr) << "it is no inventory";
 }
 
-// A search that runs out of memory: the one thing besides a missing service that can go wrong in it.
+// A search whose lock fails: the one thing besides a missing service that can go wrong in it.
 class FailingSearch : public testing::Test {
 protected:
     RecordingInventory m_inventory;

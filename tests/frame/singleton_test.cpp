@@ -4,7 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <kx_domain_util/devicedomainmgr.h>
+#include <kx_domain_util/ntffilter.h>
+#include <kx_domain_util/utilcommon.h>
+
+#include "support/failinglocks.h"
+
 namespace {
+
+using NS_TEST::FailingLocks;
 
 using NS_UTIL::NS_FRAME::DestroyInstance;
 using NS_UTIL::NS_FRAME::GetInstance;
@@ -70,6 +78,63 @@ TEST_F(Singleton, IsMadeAndDisposedOfUnderTheLock) {
     });
     EXPECT_TRUE(isHeld);
     Destroy();
+}
+
+// ---- The singletons of the library, and a lock that fails -----------------------------------------------------------
+
+template <class Class>
+class FailingSingletonLock : public testing::Test {
+protected:
+    ~FailingSingletonLock() override { Class::Destroy(); }
+
+    static Class* InstanceWhileTheLockFails() {
+        const FailingLocks failing;
+        return Class::Instance();
+    }
+};
+
+using Singletons = testing::Types<NS_UTIL::DeviceDomainMgr, NS_UTIL::UtilCommon, NS_UTIL::NtfFilter>;
+TYPED_TEST_SUITE(FailingSingletonLock, Singletons);
+
+TYPED_TEST(FailingSingletonLock, LeavesNoInstance) {
+    EXPECT_EQ(this->InstanceWhileTheLockFails(), nullptr);
+    EXPECT_NE(TypeParam::Instance(), nullptr) << "the next call makes it";
+}
+
+TYPED_TEST(FailingSingletonLock, DoesNotMatterToAnInstanceThatIsThere) {
+    TypeParam* const instance = TypeParam::Instance();
+    EXPECT_EQ(this->InstanceWhileTheLockFails(), instance);
+}
+
+TYPED_TEST(FailingSingletonLock, GivesNoInstanceThatIsMadeMeanwhile) {
+    TypeParam* meanwhile = nullptr;
+    TypeParam* instance = nullptr;
+    {
+        const FailingLocks failing([&meanwhile] { meanwhile = TypeParam::Instance(); });
+        instance = TypeParam::Instance();
+    }
+    EXPECT_EQ(instance, nullptr) << "what was there when the call began";
+    EXPECT_NE(meanwhile, nullptr);
+    EXPECT_EQ(TypeParam::Instance(), meanwhile);
+}
+
+TYPED_TEST(FailingSingletonLock, KeepsTheInstanceFromBeingDestroyed) {
+    TypeParam* const instance = TypeParam::Instance();
+    std::size_t released = 1;
+    {
+        const FailingLocks failing;
+        TypeParam::Destroy();
+        released = failing.GetReleased();
+    }
+    EXPECT_EQ(TypeParam::Instance(), instance);
+    EXPECT_EQ(released, 0U);
+}
+
+TYPED_TEST(FailingSingletonLock, IsNotTriedWhenThereIsNothingToDestroy) {
+    const FailingLocks failing;
+    TypeParam::Destroy();
+    const std::size_t failed = failing.GetFailed();
+    EXPECT_EQ(failed, 0U);
 }
 
 }  // namespace

@@ -326,6 +326,105 @@ TEST_F(Services, MayRegisterOthersAndTakeThemselvesBackFromInside) {
     }
 }
 
+// An inventory that does something in the first query, and says when it is in a query.
+struct ActingInventory : CountingInventory {
+    explicit ActingInventory(std::function<void()> act) : CountingInventory(1911), m_act(std::move(act)) {}
+    bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
+        if (!m_acted.exchange(true)) {
+            m_act();
+        }
+        return CountingInventory::QueryNEType(neId, neType, flag);
+    }
+    std::function<void()> m_act;
+    std::atomic<bool> m_acted{false};
+};
+
+TEST_F(Services, MayReplaceThemselvesFromInside) {
+    CountingInventory next(7);
+    auto inventory = std::make_unique<ActingInventory>([&next] {
+        Registry().RegisterService("InventoryBufif", &next);
+        std::string fdn;
+        ResIDUtil::CardIndex2ResID(Card(), fdn);
+        EXPECT_EQ(fdn, CARD) << "the answer of the next one";
+    });
+    Registry().RegisterService("InventoryBufif", inventory.get());
+    std::string fdn;
+    ResIDUtil::CardIndex2ResID(Card(), fdn);
+    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight ends where it began";
+    inventory.reset();
+    ResIDUtil::CardIndex2ResID(Card(), fdn);
+    EXPECT_EQ(fdn, CARD);
+    EXPECT_EQ(next.m_calls.load(), 2U);
+    EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
+}
+
+TEST_F(Services, ThatTakeThemselvesBackWaitForOtherThreads) {
+    std::atomic<bool> isOtherInside{false};
+    std::atomic<bool> hasOtherLeft{false};
+    std::thread other;
+    ActingInventory inventory([&] {
+        // A second thread comes in, and leaves some time after we began to wait for it.
+        other = std::thread([&] {
+            ServiceAccess<NS_SERVICE::InventoryBufif> access;
+            EXPECT_NE(access.TryGet(), nullptr);
+            isOtherInside.store(true);
+            isOtherInside.notify_all();
+            std::this_thread::sleep_for(milliseconds{50});
+            hasOtherLeft.store(true);
+        });
+        isOtherInside.wait(false);
+        EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
+        EXPECT_TRUE(hasOtherLeft.load());
+    });
+    Registry().RegisterService("InventoryBufif", &inventory);
+    std::string fdn;
+    ResIDUtil::CardIndex2ResID(Card(), fdn);
+    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT);
+    other.join();
+}
+
+// All that the registry offers, from inside an operation of each service.
+TEST_F(Services, MayUseTheRegistryFromInside) {
+    static std::size_t uses = 0;
+    static const auto useRegistry = [] {
+        NS_BUNDLEMGR1::ServiceInterface other;
+        Registry().RegisterService("Inside", &other);
+        Registry().RegisterService("Inside", &other);
+        {
+            const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
+            EXPECT_EQ(Registry().GetServiceObjects().back().GetInterface(), &other);
+        }
+        EXPECT_NE(NS_BUNDLEMGR1::CheckIFBuf("Inside"), nullptr);
+        EXPECT_NE(ServiceAccess<NS_SERVICE::InventoryBufif>().TryGet(), nullptr);
+        EXPECT_TRUE(Registry().UnregisterService("Inside"));
+        EXPECT_FALSE(Registry().UnregisterService("Inside"));
+        ++uses;
+    };
+    struct Log : NS_SERVICE::LogSvcInterface, NS_SERVICE::ModuleLogger {
+        NS_SERVICE::ModuleLogger* GetModuleLogger(const std::string&, const std::string&, const std::string&) override {
+            useRegistry();
+            return this;
+        }
+        void WriteLog(const std::string&, const std::string&, int, int, const char*, ...) override { useRegistry(); }
+    } log;
+    struct DataAccess : NS_SERVICE::DAWSvcInterface {
+        NS_SERVICE::ConfigObject* GetConfiguration(const std::string&, const std::string&) override {
+            useRegistry();
+            return nullptr;
+        }
+    } dataAccess;
+    ActingInventory inventory([] { useRegistry(); });
+    const Registration first("InventoryBufif", inventory);
+    const Registration second("DAWSvcInterface", dataAccess);
+    const Registration third("LogSvcInterface", log);
+    std::string fdn;
+    ResIDUtil::CardIndex2ResID(Card(), fdn);
+    PortIndex port;
+    ResIDUtil::ResID2LoopBackPortIndex("NE=5", port);
+    NS_UTIL::NS_FRAME::RES_ID_LOG.Write(1064, 1, "[A test]");
+    EXPECT_EQ(uses, 4U) << "the query, the file, the logger and its record";
+}
+
 TEST_F(Services, MayBeCalledFromInsideServicesUnderLoad) {
     // Asks once more from inside, one NE number lower, until that is 0.
     struct DeepInventory : CountingInventory {

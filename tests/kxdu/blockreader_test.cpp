@@ -1,6 +1,9 @@
 #include "blockreader.h"
 
 #include <cstdio>
+#include <thread>
+
+#include <sys/stat.h>
 
 #include "failure.h"
 #include "program.h"
@@ -66,6 +69,26 @@ TEST_F(BlockReaderTest, ALineLongerThanABlockIsStillWhole) {
     EXPECT_EQ(all, "one\n" + longLine + "\ntwo\n");
 }
 
+TEST_F(BlockReaderTest, ALongLineMayComeInManySmallPieces) {
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const std::string line(LONGEST_LINE, 'x');
+    std::thread writer([this, &line] {
+        std::ofstream pipe(folder / "pipe", std::ios::binary);
+        pipe << "\xEF" << std::flush << "\xBB" << std::flush << "\xBF" << std::flush;
+        for (std::size_t at = 0; at < line.size(); at += 16) {
+            pipe.write(line.data() + at, 16).flush();
+        }
+        pipe << "\ntwo" << std::flush << '\n';
+    });
+    std::string all;
+    for (const Block& block : ReadAll({"pipe"}, 4096)) {
+        EXPECT_TRUE(block.text.ends_with('\n'));
+        all += block.text;
+    }
+    writer.join();
+    EXPECT_EQ(all, line + "\ntwo\n");
+}
+
 TEST_F(BlockReaderTest, ATooLongLineIsNamedAndNotHeld) {
     WriteFile("a", "one\n" + std::string(3 * LONGEST_LINE, 'x') + "\nthree\n");
     EXPECT_EQ(ReadAll({"a"}, 4096), (std::vector<Block>{{"one\n", 1, false}, {"", 2, true}, {"three\n", 3, false}}));
@@ -91,6 +114,28 @@ TEST_F(BlockReaderTest, VeryShortLinesMakeSmallBlocks) {
         lines += block.text.size();
     }
     EXPECT_EQ(lines, 100'000U);
+}
+
+TEST_F(BlockReaderTest, AByteOrderMarkBeginsNoFirstLine) {
+    WriteFile("a", "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n");
+    WriteFile("b", "\xEF\xBB\xBFthree");
+    EXPECT_EQ(ReadAll({"a", "b"}, 100),
+              (std::vector<Block>{{"one\n\xEF\xBB\xBFtwo\n", 1, false}, {"three", 1, false}}));
+    EXPECT_EQ(ReadAll({"a", "b"}, 1),
+              (std::vector<Block>{{"one\n", 1, false}, {"\xEF\xBB\xBFtwo\n", 2, false}, {"three", 1, false}}));
+}
+
+TEST_F(BlockReaderTest, AByteOrderMarkAloneIsNoLine) {
+    WriteFile("a", "\xEF\xBB\xBF");
+    EXPECT_TRUE(ReadAll({"a"}, 100).empty());
+    WriteFile("a", "\xEF\xBB");
+    EXPECT_EQ(ReadAll({"a"}, 100), (std::vector<Block>{{"\xEF\xBB", 1, false}})) << "half a mark is text";
+}
+
+TEST_F(BlockReaderTest, ALineOfTheLongestSizeIsHeldBehindAByteOrderMark) {
+    const std::string line(LONGEST_LINE, 'x');
+    WriteFile("a", "\xEF\xBB\xBF" + line + "\n");
+    EXPECT_EQ(ReadAll({"a"}, 4096), (std::vector<Block>{{line + "\n", 1, false}}));
 }
 
 TEST_F(BlockReaderTest, KnowsTheSizeOfFilesBeforehand) {

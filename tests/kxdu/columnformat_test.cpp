@@ -49,12 +49,34 @@ TEST(ColumnFormat, TsvEscapesTabsAndBackslashes) {
     EXPECT_NE(rows.find("\ta\\tb\\\\c\\rd\t"), std::string::npos) << rows;
 }
 
+std::string Padded(std::string text, std::size_t width) {
+    return text.append(width - text.size(), ' ');
+}
+
 TEST(ColumnFormat, ATableLeavesOutWhatAFreshRecordSaysToo) {
     const Layout layout = LayoutOf(FormatName::TABLE, nullptr);
-    EXPECT_EQ(MakeColumnHeader(layout), "TYPE            FDN                                               RECORD\n");
-    EXPECT_EQ(Rows(layout, {"NE=5,S=0", "OS=-1"}),
-              "SlotIndex       NE=5,S=0                                          neId=5 slotId=0\n"
-              "OSIndex         OS=-1                                             \n");
+    EXPECT_EQ(MakeColumnHeader(layout), Padded("TYPE", 22) + Padded("FDN", 50) + "RECORD\n");
+    EXPECT_EQ(Rows(layout, {"NE=5,S=0", "OS=-1"}), Padded("SlotIndex", 22) + Padded("NE=5,S=0", 50) +
+                                                       "neId=5 slotId=0\n" + Padded("OSIndex", 22) +
+                                                       Padded("OS=-1", 50) + "\n");
+}
+
+TEST(ColumnFormat, ATableIsWideEnoughForAllTypes) {
+    for (const Kind* const kind : AllKinds()) {
+        EXPECT_LE(kind->Type().size(), 20U) << kind->Type();
+    }
+}
+
+TEST(ColumnFormat, ATableQuotesTextsWithBlanks) {
+    const std::string rows = Rows(LayoutOf(FormatName::TABLE, nullptr), {"PP=||1|to \"A\\B\" x=1"});
+    EXPECT_NE(rows.find("  \"PP=||1|to \\\"A\\\\B\\\" x=1\"  "), std::string::npos) << rows;
+    EXPECT_NE(rows.find(" portLabel=\"to \\\"A\\\\B\\\" x=1\"\n"), std::string::npos) << rows;
+}
+
+TEST(ColumnFormat, ATableCountsColumnsOfTheTerminal) {
+    EXPECT_EQ(Rows(LayoutOf(FormatName::TABLE, nullptr), {"MD=1|K\xC3\xB6ln\x1B"}),
+              Padded("MDIndex", 22) + "MD=1|K\xC3\xB6ln\xEF\xBF\xBD" + std::string(40, ' ') +
+                  "mdId=1 mdName=K\xC3\xB6ln\xEF\xBF\xBD\n");
 }
 
 }  // namespace

@@ -30,6 +30,12 @@ TEST(Conversions, AGroupKeepsTheLevelsInFrontOfIt) {
     EXPECT_EQ(group, (ContainedGroup{"", 4}));
 }
 
+TEST(Conversions, AGroupIsNotWrittenWhereItWouldNotBeRead) {
+    EXPECT_FALSE(IsRejected(WriteGroup, ContainedGroup{"NE=5,", 3}));
+    EXPECT_TRUE(IsRejected(WriteGroup, ContainedGroup{"NE=5", 3})) << "NE=5VEGROUP=3";
+    EXPECT_TRUE(IsRejected(WriteGroup, ContainedGroup{"NE=5,VEGROUP=2,", 3})) << "the first of a tag counts";
+}
+
 TEST(Conversions, APseudoWireKeepsWhatFollowsItsNe) {
     PWIndex pw;
     ReadPseudoWire("NE=12,PW=4|x", pw);

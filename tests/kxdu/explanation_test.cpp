@@ -88,8 +88,12 @@ TEST(Explain, PutsEachProblemToThePartThatItIsAbout) {
     EXPECT_THAT(PartsOf("NE=1,NE=2,FOO=3,,S="), ElementsAre("1: network element 1", "2: network element 2 !",
                                                             "FOO: level \"FOO\" !", ": level \"\" !", ": slot !"));
     EXPECT_THAT(PartsOf("NE=1,PP=x|1025|7|a|b"),
-                ElementsAre("1: network element 1", "PP: physical port", "x: PP type x !", "1025: FB type 1025",
+                ElementsAre("1: network element 1", "PP: physical port", "x: PP type \"x\" !", "1025: FB type 1025",
                             "7: port number 7", "a: port name \"a\"", "b: sub-value \"b\" !"));
+}
+
+TEST(Explain, QuotesWhatIsNoNumberWhereOneBelongs) {
+    EXPECT_THAT(PartsOf("NE=1 ,S=-2"), ElementsAre("1 : network element \"1 \" !", "-2: slot -2"));
 }
 
 TEST(Explain, TellsOfProblemsInTheWordsOfTheCheck) {
@@ -135,7 +139,8 @@ TEST(Explain, WithAnInventoryNamesTheNeType) {
     const auto& type = network.NeType(1);
     EXPECT_EQ(ExplainFdn("NE=1", &inventory).parts.at(0).meaning,
               "network element 1: " + std::string(type.name) + ", NE type " + std::to_string(type.neType));
-    EXPECT_EQ(ExplainFdn("NE=2", &inventory).parts.at(0).meaning, "network element 2: not in the inventory");
+    EXPECT_EQ(ExplainFdn("NE=2", &inventory).parts.at(0).meaning,
+              "network element 2: not in the inventory, taken to be of NE type 0");
     EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=3,CP=-1,PP=16||1|", &inventory).notes, IsEmpty());
 }
 
@@ -143,11 +148,20 @@ TEST(Explain, NotesWhatNothingReads) {
     EXPECT_EQ(ExplainFdn("NE=1,FOO=2").type, "");
     EXPECT_THAT(ExplainFdn("NE=1,FOO=2").notes, ElementsAre("no kind of identifier ends in the level \"FOO\""));
     EXPECT_THAT(ExplainFdn("").parts, IsEmpty());
-    EXPECT_THAT(ExplainFdn("").notes, ElementsAre("no kind of identifier ends in the level \"\""));
+    EXPECT_THAT(ExplainFdn("").notes, ElementsAre("the identifier is empty"));
     EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|").notes,
                 ElementsAre("nothing is read: the record stays one that knows nothing"));
 }
 
 TEST(Explain, NotesBytesThatAreNotUtf8) {
-    EXPECT_THAT(ExplainFdn("NE=1,PP=||1|M\xFC").notes, ElementsAre("byte 14 is not UTF-8"));
+    const Explanation explanation = ExplainFdn("NE=1,PP=||1|M\xFC");
+    EXPECT_THAT(explanation.notes, ElementsAre("byte 14 is not UTF-8"));
+    EXPECT_FALSE(explanation.isCanonical);
+}
+
+TEST(Explain, NotesLineEnds) {
+    const Explanation explanation = ExplainFdn("NE=1,PP=||1|a\nb");
+    EXPECT_THAT(explanation.notes,
+                ElementsAre("byte 14 is a line end, so that no line of a file can be this identifier"));
+    EXPECT_FALSE(explanation.isCanonical);
 }

@@ -73,6 +73,10 @@ TEST(Draw, ColoursChangeNothingElse) {
     EXPECT_NE(DrawFdn("NE=12", true), DrawFdn("NE=12"));
 }
 
+TEST(Draw, OfNothingThereIsNoDrawing) {
+    EXPECT_EQ(DrawFdn(""), "  ! the identifier is empty\n");
+}
+
 TEST(Draw, LetsNothingSteerTheTerminal) {
     EXPECT_EQ(DrawFdn("NE=1\x1b[2J,PP=||1|\x07").find_first_of("\x1b\x07"), std::string::npos);
 }

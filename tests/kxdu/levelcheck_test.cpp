@@ -46,10 +46,13 @@ TEST(LevelCheck, NumbersMustBeDecimalAndInRange) {
     EXPECT_THAT(Problems("NE=1,FR=2 "), ElementsAre("9: FR is not a decimal number: \"2 \""));
     EXPECT_THAT(Problems("NE=+1"), ElementsAre("4: NE is not a decimal number: \"+1\""));
     EXPECT_THAT(Problems("NE=-"), ElementsAre("4: NE is not a decimal number: \"-\""));
-    EXPECT_THAT(Problems("NE=2147483648"), ElementsAre("4: NE is beyond 32 bits: \"2147483648\""));
-    EXPECT_THAT(Problems("NE=-2147483649"), ElementsAre("4: NE is beyond 32 bits: \"-2147483649\""));
-    EXPECT_THAT(Problems("NE=99999999999999999999"), ElementsAre("4: NE is beyond 32 bits: \"99999999999999999999\""));
-    EXPECT_THAT(Problems("PP=||4294967296|"), ElementsAre("6: PP:2 is beyond 32 bits: \"4294967296\""));
+    EXPECT_THAT(Problems("NE=2147483648"), ElementsAre("4: NE is not from -2147483648 to 2147483647: \"2147483648\""));
+    EXPECT_THAT(Problems("NE=-2147483649"),
+                ElementsAre("4: NE is not from -2147483648 to 2147483647: \"-2147483649\""));
+    EXPECT_THAT(Problems("NE=99999999999999999999"),
+                ElementsAre("4: NE is not from -2147483648 to 2147483647: \"99999999999999999999\""));
+    EXPECT_THAT(Problems("PP=||4294967296|"),
+                ElementsAre("6: PP:2 is not from -2147483648 to 4294967295: \"4294967296\""));
     EXPECT_THAT(Problems("PP=||x|"), ElementsAre("6: PP:2 is not a decimal number: \"x\""));
     EXPECT_THAT(Problems("PP=|||"), ElementsAre("6: PP:2 is empty, not a number"));
 }
@@ -59,7 +62,8 @@ TEST(LevelCheck, ServicesAndMaintenanceLevelsHaveNumbersAndTexts) {
     EXPECT_THAT(Problems("NE=1,MD=x|md1"), ElementsAre("9: MD:0 is not a decimal number: \"x\""));
     EXPECT_THAT(Problems("NE=1,MD=3"), ElementsAre("10: MD has 1 sub-value, not 2"));
     EXPECT_THAT(Problems("NE=1,RMEP="), ElementsAre("11: RMEP has no value"));
-    EXPECT_THAT(Problems("NE=1,VSI=4294967296"), ElementsAre("10: VSI is beyond 32 bits: \"4294967296\""));
+    EXPECT_THAT(Problems("NE=1,VSI=4294967296"),
+                ElementsAre("10: VSI is not from -2147483648 to 2147483647: \"4294967296\""));
 }
 
 TEST(LevelCheck, SubValuesAreCounted) {
@@ -69,6 +73,7 @@ TEST(LevelCheck, SubValuesAreCounted) {
     EXPECT_THAT(Problems("PP=16||7|a|b"), ElementsAre("12: PP has more than 4 sub-values"));
     EXPECT_THAT(Problems("PP=16|1026|7|a\\|b"), ElementsAre("17: PP has more than 4 sub-values"));
     EXPECT_THAT(Problems("PP=16|1025|7|a\\|b|c"), ElementsAre("19: PP has more than 5 sub-values"));
+    EXPECT_THAT(Problems("AP=1|1025|9|a\\"), ElementsAre("13: AP has more than 3 sub-values"));
 }
 
 TEST(LevelCheck, SeveralProblemsAreAllTold) {

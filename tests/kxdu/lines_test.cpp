@@ -123,6 +123,23 @@ TEST_F(LinesTest, StrictStopsAtTheFirstReportAndLeavesNoHalfOutput) {
     EXPECT_EQ(Files(), 2);
 }
 
+TEST_F(LinesTest, RejectedLinesReplaceNeitherInputNorOutput) {
+    const auto refused = [&](const std::string& rejects) {
+        options.rejects = rejects;
+        try {
+            Run("a\nbad\n");
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Code(), ExitCode::USAGE);
+            EXPECT_EQ(ReadFile("in"), "a\nbad\n");
+            EXPECT_EQ(Files(), 1);
+            return std::string(failure.what());
+        }
+        return std::string("written");
+    };
+    EXPECT_EQ(refused(folder / "in"), (folder / "in").string() + ": the rejected lines would replace the input");
+    EXPECT_EQ(refused(folder / "./out"), (folder / "./out").string() + ": the rejected lines would replace the output");
+}
+
 TEST_F(LinesTest, StrictWithoutAReportIsAsUsual) {
     options.isStrict = true;
     EXPECT_EQ(Run("a\n"), ExitCode::OK);
@@ -143,6 +160,30 @@ TEST_F(LinesTest, WhatAConverterThrowsEndsTheRunAndLeavesNoOutput) {
     work.makeConverter = [] { return std::make_unique<Thrower>(); };
     EXPECT_THROW(Run("a\n"), Failure);
     EXPECT_EQ(Files(), 1) << "the input alone";
+}
+
+TEST_F(LinesTest, WhatComesBeforeAThrowIsWritten) {
+    class Thrower : public Echo {
+        void Convert(std::string_view line, LineResult& result) override {
+            if (line == "throw") {
+                throw Failure(ExitCode::USAGE, "no");
+            }
+            Echo::Convert(line, result);
+        }
+    };
+    work.makeConverter = [] { return std::make_unique<Thrower>(); };
+    options.output.clear();
+    options.rejects.clear();
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    try {
+        Run("a\nbad\nthrow\nb\n");
+        ADD_FAILURE();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.what(), (folder / "in").string() + ":3: no");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), (folder / "in").string() + ":2:2: it is bad\n");
 }
 
 }  // namespace

@@ -20,6 +20,15 @@ TEST(Number, NothingElseIsOne) {
     }
 }
 
+TEST(Number, IsDecimalAtAnyLengthAndBelowZero) {
+    for (const char* const text : {"0", "-1", "007", "99999999999999999999"}) {
+        EXPECT_TRUE(IsDecimal(text)) << text;
+    }
+    for (const char* const text : {"", "-", "+1", "1 ", "--1", "1x"}) {
+        EXPECT_FALSE(IsDecimal(text)) << text;
+    }
+}
+
 TEST(Number, AnArgumentThatIsNoneIsNamedWithTheRange) {
     EXPECT_EQ(ParseNumber("65535", 65535), 65535);
     for (const char* const argument : {"65536", "x"}) {

@@ -3,35 +3,13 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-/// A folder that goes with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "kxdu-test-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
-        }
-        path = name;
-    }
-
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path path;
-};
+#include "support/files.h"
 
 class ProgramTest : public testing::Test {
 protected:
@@ -42,8 +20,8 @@ protected:
         std::string err;
     };
 
-    void WriteFile(const std::string& name, const std::string& text) const { Write(folder / name, text); }
-    [[nodiscard]] std::string ReadFile(const std::string& name) const { return Read(folder / name); }
+    void WriteFile(const std::string& name, const std::string& text) const { NS_TEST::WriteFile(folder / name, text); }
+    [[nodiscard]] std::string ReadFile(const std::string& name) const { return NS_TEST::ReadFile(folder / name); }
     [[nodiscard]] bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
 
     /// How many files the folder holds, hidden ones too.
@@ -54,8 +32,8 @@ protected:
     /// Runs a command of the shell in which "kxdu" stands for the program, with input as its standard input. No
     /// variable that the program reads is set.
     [[nodiscard]] Ended Shell(const std::string& command, const std::string& input = {}) const {
-        const TemporaryFolder streams;
-        Write(streams.path / "in", input);
+        const NS_TEST::TemporaryFolder streams;
+        NS_TEST::WriteFile(streams / "in", input);
         const auto quoted = [](const std::filesystem::path& path) {
             return std::string(1, '\'').append(path).append("'");
         };
@@ -65,33 +43,19 @@ protected:
                 .append(" && { ")
                 .append(command)
                 .append("\n} <")
-                .append(quoted(streams.path / "in"))
+                .append(quoted(streams / "in"))
                 .append(" >")
-                .append(quoted(streams.path / "out"))
+                .append(quoted(streams / "out"))
                 .append(" 2>")
-                .append(quoted(streams.path / "err"));
+                .append(quoted(streams / "err"));
         const int status = std::system(line.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read(streams.path / "out"), Read(streams.path / "err")};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, NS_TEST::ReadFile(streams / "out"),
+                NS_TEST::ReadFile(streams / "err")};
     }
 
 private:
-    TemporaryFolder m_folder;
-
-    static std::string Read(const std::filesystem::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        if (!file) {
-            throw std::runtime_error("cannot read " + path.string());
-        }
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    static void Write(const std::filesystem::path& path, const std::string& text) {
-        std::ofstream file(path, std::ios::binary);
-        if (!(file << text).flush()) {
-            throw std::runtime_error("cannot write " + path.string());
-        }
-    }
+    NS_TEST::TemporaryFolder m_folder;
 
 protected:
-    const std::filesystem::path& folder = m_folder.path;
+    const std::filesystem::path& folder = m_folder.Path();
 };

@@ -1,6 +1,10 @@
 #include "recordformat.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
+
+#include <kx_domain_util/processexception.h>
 
 namespace NS_KXDU {
 namespace {
@@ -30,6 +34,22 @@ TEST(RecordFormat, ARecordInARecordIsAnObjectOfItsOwn) {
 TEST(RecordFormat, TextsAreEscapedForJson) {
     EXPECT_NE(AsJson("PP=||1|a\"b\\c\td").find(R"("portLabel":"a\"b\\c\td")"), std::string::npos);
     EXPECT_NE(AsJson("PP=||1|K\xc3\xb6ln").find("\"portLabel\":\"K\xc3\xb6ln\""), std::string::npos);
+}
+
+TEST(RecordFormat, WhatCannotBeReadLeavesTheOutputAsItWas) {
+    for (const FormatName format : {FormatName::JSONL, FormatName::CSV, FormatName::TSV, FormatName::TABLE}) {
+        Layout layout;
+        layout.format = format;
+        layout.kinds = AllKinds();
+        const auto writer = MakeFormat(layout);
+        TextBuffer out;
+        Append(out, "before\n");
+        const Kind* const needsConfiguration = FindKindByType("PortIndex:LoopBack");
+        EXPECT_THROW(writer->Write("NE=5,PP=16||1|a", *needsConfiguration, out), NS_UTIL::InterfaceNotExistException);
+        EXPECT_EQ(ViewOf(out), "before\n");
+        writer->Write("NE=5", *FindKind("NE=5"), out);
+        EXPECT_EQ(std::count(out.GetString(), out.GetString() + out.GetSize(), '\n'), 2) << "it still writes";
+    }
 }
 
 TEST(RecordFormat, JsonLinesHaveNoHeader) {

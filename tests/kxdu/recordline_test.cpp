@@ -51,6 +51,8 @@ TEST(RecordLine, NamesThePlaceOfAnErrorInTheJson) {
               "JSON, at byte 53: The document root must not be followed by other values.");
     EXPECT_EQ(Complaint("  "), "JSON, at byte 3: The document is empty.");
     EXPECT_EQ(Complaint("{\"type\":\"\xff\"}"), "JSON, at byte 10: Invalid encoding in string.");
+    EXPECT_EQ(Complaint("{\"type\":\"a character that is cut off: \xf0"),
+              "JSON, at byte 39: Invalid encoding in string.");
 }
 
 TEST(RecordLine, MembersOfTheLineMustBeThereAndKnown) {
@@ -80,8 +82,8 @@ TEST(RecordLine, FieldsMustFit) {
     const auto complaint = [](const std::string& value) {
         return Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":)" + value + "}}");
     };
-    EXPECT_EQ(complaint("2147483648"), "field \"neId\" is beyond 32 bits: 2147483648");
-    EXPECT_EQ(complaint("-2147483649"), "field \"neId\" is beyond 32 bits: -2147483649");
+    EXPECT_EQ(complaint("2147483648"), "field \"neId\" is not from -2147483648 to 2147483647: 2147483648");
+    EXPECT_EQ(complaint("-2147483649"), "field \"neId\" is not from -2147483648 to 2147483647: -2147483649");
     EXPECT_EQ(complaint("99999999999999999999"), "field \"neId\" is not a whole number of 32 bits");
     EXPECT_EQ(complaint("1.5"), "field \"neId\" is not a whole number of 32 bits");
     EXPECT_EQ(complaint("\"1\""), "field \"neId\" is not a whole number of 32 bits");
@@ -101,6 +103,8 @@ TEST(RecordLine, TextsThatWouldNotStayOneLineAreRefused) {
     EXPECT_EQ(complaint("a\\rb"), "field \"portLabel\" holds a line end or NUL");
     EXPECT_EQ(complaint("a\\u0000b"), "field \"portLabel\" holds a line end or NUL");
     EXPECT_EQ(complaint("a\\tb"), "no complaint: NE=1,PP=||1|a\tb");
+    EXPECT_EQ(complaint("a\\ude00b"), "field \"portLabel\" holds half a surrogate pair");
+    EXPECT_EQ(complaint("\\ud83d\\ude00"), "no complaint: NE=1,PP=||1|\xf0\x9f\x98\x80");
 }
 
 TEST(RecordLine, HoldsNoMoreThanAFewFields) {

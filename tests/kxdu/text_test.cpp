@@ -32,5 +32,14 @@ TEST(Text, CutsLongTextsUnlessTheyMustBeWhole) {
     EXPECT_EQ(QuotedWhole(std::string(1000, 'x')), "\"" + std::string(1000, 'x') + "\"");
 }
 
+TEST(Text, IsWrappedAtTheWidthOfALine) {
+    EXPECT_EQ(Wrapped("  ", {}), "  ");
+    EXPECT_EQ(Wrapped("  of: ", {"a", "b"}), "  of: a b");
+    const std::string word(57, 'x');
+    EXPECT_EQ(Wrapped("head ", {word, word, "y"}), "head " + word + " " + word + "\n     y");
+    EXPECT_EQ(Wrapped("head:", {word, word + "x", "y"}), "head:" + word + "\n     " + word + "x y");
+    EXPECT_EQ(Wrapped("", {std::string(200, 'x'), "y"}), std::string(200, 'x') + "\ny") << "a word stays whole";
+}
+
 }  // namespace
 }  // namespace NS_KXDU

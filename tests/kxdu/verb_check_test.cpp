@@ -75,6 +75,27 @@ TEST_F(CheckTest, NeedsAnInventoryUnlessLevelsAloneAreChecked) {
 TEST_F(CheckTest, StrictStopsAtTheFirst) {
     EXPECT_EQ(Shell("kxdu check --strict", "NE=1,fr=2,S=\nNE=x\n").out,
               "<stdin>:1:6: lower-case letter in the tag \"fr\"\n");
+    const Ended ended = Shell("kxdu check --strict -o out", "NE=1\nNE=x\nNE=y\n");
+    EXPECT_EQ(ended.err, "kxdu: 1 found in 2 lines, and stopped there\n");
+    EXPECT_EQ(ReadFile("out"), "<stdin>:2:4: NE is not a decimal number: \"x\"\n");
+}
+
+TEST_F(CheckTest, WhatWasFoundBeforeAnInventoryIsMissedIsTold) {
+    const Ended ended = Shell("kxdu check", "NE=x\nNE=5,FR=1,S=3,CP=-1\nNE=y\n");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "<stdin>:1:4: NE is not a decimal number: \"x\"\n");
+}
+
+TEST_F(CheckTest, NesThatTheInventoryLacksAreToldOnce) {
+    ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
+    const Ended ended = Shell("kxdu check --inventory n.db", "NE=5,FR=1,S=3,CP=-1\nNE=5,FR=1,S=4,CP=-1\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: taken to be of NE type 0\n");
+}
+
+TEST_F(CheckTest, HasNoRejects) {
+    EXPECT_EQ(Shell("kxdu check --rejects r", "NE=1\n").code, 2);
+    EXPECT_EQ(Shell("kxdu check --help").out.find("--rejects"), std::string::npos);
 }
 
 }  // namespace

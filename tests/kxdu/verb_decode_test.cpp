@@ -40,7 +40,9 @@ TEST_F(DecodeTest, StrictStopsAtTheFirst) {
     const Ended ended = Shell("kxdu decode --strict", "NE=5\nXY=1\nNE=6\nXY=2\n");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out, NE_5);
-    EXPECT_EQ(ended.err, "<stdin>:2: no kind of identifier ends in the level \"XY\"\nkxdu: 1 rejected in 4 lines\n");
+    EXPECT_EQ(
+        ended.err,
+        "<stdin>:2: no kind of identifier ends in the level \"XY\"\nkxdu: 1 rejected in 2 lines, and stopped there\n");
 }
 
 TEST_F(DecodeTest, ATypeCanBeForced) {
@@ -48,12 +50,27 @@ TEST_F(DecodeTest, ATypeCanBeForced) {
               "{\"fdn\":\"NE=5,XY=1\",\"type\":\"NEIndex\",\"record\":{\"reserved\":0,\"neId\":5}}\n");
     const Ended ended = Shell("kxdu decode --as Nothing");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_NE(ended.err.find("no type \"Nothing\"; there are OSIndex, ONEIndex, "), std::string::npos) << ended.err;
+    EXPECT_NE(ended.err.find("no type \"Nothing\"; there are\n  OSIndex ONEIndex "), std::string::npos) << ended.err;
+}
+
+TEST_F(DecodeTest, WhatIsDecodedIsShortEnoughToBeEncoded) {
+    // The record of a service keeps the whole text, so that its JSON line holds it twice.
+    const std::string frame =
+        R"({"fdn":"","type":"ServiceIndex","record":{"neId":-1,"resId":"","svcId":0,"svcType":0}})";
+    std::string longest = "LSP=";
+    longest.append(((std::size_t{1} << 20U) - frame.size()) / 2 - longest.size(), 'x');
+    WriteFile("in", longest + "\n" + longest + "y\n");
+    const Ended ended = Shell("kxdu decode in | kxdu encode -o out");
+    EXPECT_EQ(ended.err, "in:2: the JSON line would be longer than 1 MiB\nkxdu: 1 rejected in 2 lines\n");
+    EXPECT_EQ(ReadFile("out"), longest + "\n");
+    EXPECT_EQ(Shell("kxdu decode --format csv in -o csv").code, 0) << "nobody reads it again";
 }
 
 TEST_F(DecodeTest, LoopBackPortsNeedAConfiguration) {
     const Ended without = Shell("kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
     EXPECT_EQ(without.code, 2);
+    EXPECT_EQ(without.out, "") << "no half line";
+    EXPECT_TRUE(without.err.starts_with("kxdu: <stdin>:1: identifiers of this type are read as ")) << without.err;
     EXPECT_NE(without.err.find("--config DIR"), std::string::npos) << without.err;
     std::filesystem::create_directories(folder / "config" / "kx_corbaagent_bundle");
     WriteFile("config/kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
@@ -112,6 +129,33 @@ TEST_F(DecodeTest, AnOutputThatIsTheInputIsReplacedWhenItIsComplete) {
     EXPECT_EQ(ReadFile("a"), NE_5);
 }
 
+TEST_F(DecodeTest, RejectedLinesNeverReplaceWhatIsReadOrWritten) {
+    const std::string text = "NE=5\nXY=1\n";
+    WriteFile("a", text);
+    std::filesystem::create_hard_link(folder / "a", folder / "link");
+    for (const char* const arguments : {"a --rejects a", "a --rejects link -o out", "--rejects a <a",
+                                        "a -o b --rejects b", "a --rejects b >b", "a -o - --rejects b >b"}) {
+        const Ended ended = Shell(std::string("kxdu decode ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_NE(ended.err.find(": the rejected lines would replace the "), std::string::npos) << ended.err;
+        EXPECT_EQ(ReadFile("a"), text) << arguments;
+    }
+    EXPECT_EQ(Shell("kxdu decode a -o /dev/null --rejects /dev/null").code, 1);
+}
+
+TEST_F(DecodeTest, StandardOutputMayNotGrowTheInput) {
+    WriteFile("a", "NE=5\n");
+    const Ended ended = Shell("kxdu decode a >>a");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err, "kxdu: a: is standard output too; write to it with -o\n");
+    EXPECT_EQ(ReadFile("a"), "NE=5\n");
+}
+
+TEST_F(DecodeTest, AByteOrderMarkIsSkipped) {
+    EXPECT_EQ(Shell("kxdu decode", "\xEF\xBB\xBFNE=5\n").out, NE_5);
+    EXPECT_EQ(Shell("{ printf '\\357\\273'; sleep 0.05; printf '\\277NE=5\\n'; } | kxdu decode").out, NE_5);
+}
+
 TEST_F(DecodeTest, ALinkStillLeadsToItsFile) {
     WriteFile("real", "old");
     std::filesystem::create_symlink("real", folder / "link");
@@ -128,11 +172,24 @@ TEST_F(DecodeTest, LinesAreAnsweredAsTheyArrive) {
 }
 
 TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
-    EXPECT_EQ(Shell("kxdu").code, 2);
-    EXPECT_EQ(Shell("kxdu nonsense").code, 2);
-    EXPECT_EQ(Shell("kxdu decode --nonsense").code, 2);
-    EXPECT_EQ(Shell("kxdu decode --format xml").code, 2);
-    EXPECT_EQ(Shell("kxdu decode --jobs 0").code, 2);
+    for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"", "kxdu: a verb is missing"},
+             {"nonsense", "kxdu: no verb \"nonsense\""},
+             {"decod", "kxdu: no verb \"decod\"; did you mean decode?"},
+             {"--inventory x decode", "kxdu: --inventory stands in front of the verb; options go behind it"},
+             {"--inventory=x decode", "kxdu: --inventory=x stands in front of the verb; options go behind it"},
+             {"inventory", "kxdu: a verb is missing"},
+             {"inventory imprt", "kxdu: no verb \"imprt\"; did you mean import?"},
+             {"inventory nonsense", "kxdu: no verb \"nonsense\""},
+             {"decode --nonsense", "kxdu: The following argument was not expected: --nonsense"},
+             {"decode --format xml", "kxdu: --format: no \"xml\"; there are jsonl, csv, tsv, table"},
+             {"decode --format 1", "kxdu: --format: no \"1\"; there are jsonl, csv, tsv, table"},
+             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is no number from 1 to 1024"},
+             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is no number from 1 to 1024"}}) {
+        const Ended ended = Shell(std::string("kxdu ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help to see what there is.\n");
+    }
     EXPECT_EQ(Shell("kxdu decode --inventory missing").code, 2);
 }
 

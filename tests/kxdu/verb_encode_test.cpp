@@ -47,6 +47,7 @@ TEST_F(EncodeTest, WhatComesOutChangedIsReported) {
 TEST_F(EncodeTest, WithoutAnInventoryItTellsHowToGiveOne) {
     const Ended ended = Shell("kxdu decode | kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
     EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: this identifier is written as ")) << ended.err;
     EXPECT_NE(ended.err.find("--inventory FILE or in KX_INVENTORY"), std::string::npos) << ended.err;
     EXPECT_EQ(Shell("kxdu decode | kxdu encode", "NE=5,FR=1\n").code, 0) << "nobody needs one here";
 }
@@ -56,6 +57,28 @@ TEST_F(EncodeTest, TheInventoryMayComeFromTheEnvironment) {
     const Ended ended = Shell("kxdu decode | KX_INVENTORY=inventory.db kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
     EXPECT_EQ(ended.code, 0) << ended.err;
     EXPECT_EQ(ended.out, "NE=5,FR=1,S=3,CP=-1\n");
+}
+
+TEST_F(EncodeTest, NesThatTheInventoryLacksAreToldOnce) {
+    MakeInventory();
+    const std::string cards = "NE=5,FR=1,S=3,CP=-1\nNE=7,FR=1,S=3,CP=-1\nNE=7,FR=1,S=4,CP=-1\nNE=9,MD=1|m\nNE=11\n";
+    const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", cards);
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, cards);
+    EXPECT_EQ(ended.err, "kxdu: 2 NEs, such as NE 7, are not in the inventory: taken to be of NE type 0\n");
+}
+
+TEST_F(EncodeTest, ANameThatWouldEndEarlyIsRejected) {
+    for (const std::string name : {"a,b", "a|b"}) {
+        const Ended ended =
+            Shell("kxdu encode --ignore-fdn",
+                  R"({"type":"MDIndex","record":{"reserved":0,"neId":5,"mdId":1,"mdName":")" + name + "\"}}\n");
+        EXPECT_EQ(ended.code, 1);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(ended.err,
+                  "<stdin>:1: field \"mdName\" holds \",\" or \"|\", where it would end\n"
+                  "kxdu: 1 rejected or changed in 1 line\n");
+    }
 }
 
 TEST_F(EncodeTest, BadLinesAreRejected) {
@@ -70,6 +93,17 @@ TEST_F(EncodeTest, BadLinesAreRejected) {
               "<stdin>:2: JSON, at byte 2: Invalid value.\n"
               "<stdin>:3: field \"osId\" is not a whole number of 32 bits\n"
               "kxdu: 3 rejected or changed in 3 lines\n");
+}
+
+TEST_F(EncodeTest, AFileOfIdentifiersEndsTheRunAtItsFirstLine) {
+    WriteFile("records", "{\"type\":\"NEIndex\",\"record\":{\"reserved\":0,\"neId\":7}}\n");
+    WriteFile("identifiers", "NE=1\nNE=2\n");
+    const Ended ended = Shell("kxdu encode records identifiers");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "NE=7\n");
+    EXPECT_EQ(ended.err, "kxdu: identifiers:1: no JSON line as kxdu decode writes them; did you mean kxdu decode?\n");
+    EXPECT_EQ(Shell("kxdu encode --strict identifiers").code, 2);
+    EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a line like any other that is wrong";
 }
 
 TEST_F(EncodeTest, ServicesAndOamComeBackByteForByte) {

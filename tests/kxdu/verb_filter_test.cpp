@@ -34,7 +34,23 @@ TEST_F(FilterVerb, PassesAllWithoutASwitch) {
     const Ended ended = Shell("kxdu filter --config config", "7 a\n");
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, "7 a\n");
-    EXPECT_EQ(ended.err, "kxdu: 0 held back, 1 passed on\n");
+    EXPECT_EQ(ended.err,
+              "kxdu: the configuration has no EventSwitch: all notifications pass\n"
+              "kxdu: 0 held back, 1 passed on\n");
+    Configure("EventSwitch = 0\n");
+    EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err, "kxdu: 0 held back, 1 passed on\n")
+        << "all pass on purpose";
+}
+
+TEST_F(FilterVerb, TellsOfAListThatIsChosenAndMissing) {
+    Configure("EventSwitch = 1\nWhiteList = \"7\"\n");
+    EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
+              "kxdu: EventSwitch is 1, but the configuration has no Whitelist: only 2101250 passes\n"
+              "kxdu: 1 held back, 0 passed on\n");
+    Configure("EventSwitch = 2\nBlackList = \"7\"\n");
+    EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
+              "kxdu: EventSwitch is 2, but the configuration has no Blacklist: all notifications pass\n"
+              "kxdu: 0 held back, 1 passed on\n");
 }
 
 TEST_F(FilterVerb, TheIdentifierIsWhereTheUserSays) {
@@ -50,7 +66,6 @@ TEST_F(FilterVerb, ALineWithoutAnIdentifierPassesAndIsToldOf) {
     EXPECT_EQ(ended.err,
               "<stdin>:1: no notification identifier; the line is passed on\n"
               "<stdin>:3: no notification identifier; the line is passed on\n"
-              "kxdu: 2 reported in 4 lines\n"
               "kxdu: 1 held back, 3 passed on, 2 of these without an identifier\n");
     EXPECT_EQ(Shell("kxdu filter --config config --field 2", "7 7\n7\n").out, "7\n");
     EXPECT_EQ(Shell("kxdu filter --config config --json id", "{\"id\":7}\n7\n").out, "7\n");
@@ -75,8 +90,7 @@ TEST_F(FilterVerb, OnlyALineThatIsTooLongIsRejected) {
     EXPECT_EQ(ended.out, "8 a\n" + longest + "\n8 b\n");
     EXPECT_EQ(ended.err,
               "<stdin>:3: the line is longer than 1 MiB\n"
-              "kxdu: 1 reported in 4 lines\n"
-              "kxdu: 0 held back, 3 passed on\n");
+              "kxdu: 0 held back, 3 passed on, 1 too long\n");
 }
 
 TEST_F(FilterVerb, ManyLinesComeInTheirOrderOnAnyNumberOfThreads) {
@@ -117,6 +131,9 @@ TEST_F(FilterVerb, LinesFromASlowPipePassAtOnce) {
 TEST_F(FilterVerb, StrictStopsAtTheFirstLineWithoutAnIdentifier) {
     const Ended ended = Shell("kxdu filter --config config --strict -o out", "8 a\nx\n8 b\n");
     EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err,
+              "<stdin>:2: no notification identifier; the line is passed on\n"
+              "kxdu: 1 reported in 2 lines, and stopped there\n");
     EXPECT_FALSE(Exists("out"));
 }
 

@@ -30,7 +30,10 @@ TEST_F(GetTest, FilesGoBehindAnOption) {
     EXPECT_EQ(Shell("kxdu get -i a NE -i b").out, "1\n2\n");
     const Ended ended = Shell("kxdu get NE a.fdn");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_EQ(ended.err, "kxdu: \"a.fdn\" is no TAG or TAG:INDEX, such as NE or PP:2; files go behind -i\n");
+    EXPECT_EQ(ended.err,
+              "kxdu: \"a.fdn\" is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own\n");
+    EXPECT_EQ(Shell("kxdu get NE -i a b").err,
+              "kxdu: \"b\" is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own\n");
 }
 
 TEST_F(GetTest, WrongColumnsEndWithTwo) {

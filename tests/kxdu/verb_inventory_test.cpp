@@ -20,6 +20,14 @@ protected:
     }
 };
 
+TEST_F(InventoryVerb, AnEmptyNameIsNamed) {
+    for (const char* const arguments : {"init ''", "list ''", "import '' csv", "export '' csv"}) {
+        const Ended ended = Shell(std::string("kxdu inventory ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_TRUE(ended.err.starts_with("kxdu: FILE: the name is empty\n")) << ended.err;
+    }
+}
+
 }  // namespace
 
 TEST_F(InventoryVerb, InitMakesAnEmptyOne) {
@@ -29,8 +37,8 @@ TEST_F(InventoryVerb, InitMakesAnEmptyOne) {
               "n.db: made, empty\n"
               "n.db: 0 NEs, 0 NE types, 0 domain lists of 0 members\n"
               "\n"
-              "NE type  Name  NEs  IP service  KLV  Domains\n"
-              "-------  ----  ---  ----------  ---  -------\n");
+              "neType  name  nes  ipService  klv  domains\n"
+              "------  ----  ---  ---------  ---  -------\n");
 }
 
 TEST_F(InventoryVerb, InitLeavesAFileThatExistsAlone) {
@@ -71,29 +79,55 @@ TEST_F(InventoryVerb, ImportNeedsAnInventoryThatExists) {
 
 TEST_F(InventoryVerb, ListShowsCountsTypesAndDomains) {
     MakeInventory();
-    EXPECT_EQ(Shell("kxdu inventory list n.db").out,
-              "n.db: 3 NEs, 2 NE types, 3 domain lists of 3 members\n"
-              "\n"
-              "NE type  Name                    NEs  IP service  KLV  Domains\n"
-              "-------  ----------------------  ---  ----------  ---  -----------------\n"
-              "   1912  PTN, grün                 2  yes         -\n"
-              "   2701  OTN                       1  -           yes  transmission, OTN\n"
-              "   2750  (in domain lists only)    0  -           -    WDM\n");
-}
-
-TEST_F(InventoryVerb, ListShowsEachNeOnRequest) {
-    MakeInventory();
-    const std::string types = Shell("kxdu inventory list n.db").out;
-    EXPECT_EQ(Shell("KX_INVENTORY=n.db kxdu inventory list --nes").out,
-              types +
-                  "\n"
-                  "NE  NE type  Name       Multi sub-shelf  OAM numbers\n"
-                  "--  -------  ---------  ---------------  -----------\n"
-                  " 5     1912  PTN, grün  -                written\n"
-                  " 6     1912  PTN, grün  yes              left out\n"
-                  "70     2701  OTN        -                written\n");
+    const std::string types =
+        "n.db: 3 NEs, 2 NE types, 3 domain lists of 3 members\n"
+        "\n"
+        "neType  name                    nes  ipService  klv  domains\n"
+        "------  ----------------------  ---  ---------  ---  -----------------\n"
+        "  1912  PTN, grün                 2  yes        no\n"
+        "  2701  OTN                       1  no         yes  transmission, OTN\n"
+        "  2750  (in domain lists only)    0  -          -    WDM\n";
+    EXPECT_EQ(Shell("kxdu inventory list n.db").out, types);
     EXPECT_EQ(Shell("kxdu inventory list n.db -o list.txt").out, "");
     EXPECT_EQ(ReadFile("list.txt"), types);
+}
+
+TEST_F(InventoryVerb, ListShowsNesOnRequest) {
+    MakeInventory();
+    EXPECT_EQ(Shell("KX_INVENTORY=n.db kxdu inventory list --nes").out,
+              "n.db: 3 NEs, 2 NE types, 3 domain lists of 3 members\n"
+              "\n"
+              "neId  neType  name       multiSubShelf  oamNumberOmitted\n"
+              "----  ------  ---------  -------------  ----------------\n"
+              "   5    1912  PTN, grün  no             no\n"
+              "   6    1912  PTN, grün  yes            yes\n"
+              "  70    2701  OTN        no             no\n");
+}
+
+TEST_F(InventoryVerb, ListIsAlsoForPrograms) {
+    MakeInventory();
+    EXPECT_EQ(Shell("kxdu inventory list n.db --format csv").out,
+              "neType,name,nes,ipService,klv,domains\n"
+              "1912,\"PTN, grün\",2,true,false,\n"
+              "2701,OTN,1,false,true,\"transmission, OTN\"\n"
+              "2750,,0,,,WDM\n");
+}
+
+TEST_F(InventoryVerb, AnArgumentCountsMoreThanTheEnvironment) {
+    MakeInventory();
+    for (const char* const operation : {"init new.db", "import n.db csv", "export n.db out", "list n.db"}) {
+        const Ended ended = Shell(std::string("KX_INVENTORY=other.db kxdu inventory ") + operation);
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        EXPECT_EQ(ended.out.find("other.db"), std::string::npos) << ended.out;
+    }
+    EXPECT_TRUE(Exists("new.db"));
+    EXPECT_FALSE(Exists("other.db"));
+}
+
+TEST_F(InventoryVerb, AByteOrderMarkIsSkipped) {
+    WriteCsv();
+    WriteFile("csv/ne.csv", "\xEF\xBB\xBF" + ReadFile("csv/ne.csv"));
+    EXPECT_EQ(Shell("kxdu inventory init n.db && kxdu inventory import n.db csv").code, 0);
 }
 
 TEST_F(InventoryVerb, OutputThatCannotBeWrittenIsAnOutputError) {

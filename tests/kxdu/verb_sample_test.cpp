@@ -53,12 +53,21 @@ TEST_F(Sample, DoesNotReadAConfigurationOrInventory) {
 
 TEST_F(Sample, WrongArgumentsAreUsageErrors) {
     for (const char* const arguments :
-         {"--ne 0", "--ne -1", "--ne x", "--ne 100000001", "--identifiers 0", "--seed x", "--ne 5 --identifiers 5"}) {
+         {"--ne 0", "--ne -1", "--ne x", "--ne 100000001", "--identifiers 0", "--seed x", "--ne 5 --identifiers 5",
+          "--seed 18446744073709551616", "--seed -1", "--seed 0x10", "--identifiers 18446744073709551616"}) {
         const Ended ended = Shell(std::string("kxdu sample ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.out, "") << arguments;
         EXPECT_NE(ended.err, "") << arguments;
     }
+}
+
+TEST_F(Sample, SeedsGoUpTo64Bits) {
+    EXPECT_EQ(Shell("kxdu sample --ne 1 --seed 18446744073709551615").code, 0);
+    EXPECT_EQ(Shell("kxdu sample --ne 1 --seed 18446744073709551616").err,
+              "kxdu: --seed: \"18446744073709551616\" is no number from 0 to 18446744073709551615\n"
+              "Run with --help to see what there is.\n");
+    EXPECT_EQ(Shell("kxdu sample --ne 3 --seed 010").out, Shell("kxdu sample --ne 3 --seed 10").out) << "not octal";
 }
 
 TEST_F(Sample, AFullDiskIsAnOutputError) {

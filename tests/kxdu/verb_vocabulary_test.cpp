@@ -84,6 +84,17 @@ TEST_F(VocabularyVerbs, APathWithoutARateEndsWithOne) {
     EXPECT_EQ(ended.out, "path,level,rate,number\nXYZ:3,,,\nOCH:1,12292,OCH,1\n");
 }
 
+TEST_F(VocabularyVerbs, StandardInputIsAskedInThePlaceOfADash) {
+    EXPECT_EQ(Shell("kxdu ctp E0 - E11 --format csv", "E1 E2\n\n E3").out,
+              "asked,ctpId,name\nE0,65535,E0\nE1,65534,E1\nE2,65533,E2\nE3,65532,E3\nE11,65524,E11\n");
+    EXPECT_EQ(Shell("kxdu fb - --format csv | wc -l", "810\n811\n").out, "3\n");
+    EXPECT_EQ(Shell("kxdu level -", "OTU9\n").code, 1);
+    EXPECT_EQ(Shell("kxdu path - --format csv", "OCH:4\n").out, "path,level,rate,number\nOCH:4,12292,OCH,4\n");
+    EXPECT_EQ(Shell("kxdu ne-type -", "1912\n").code, 0);
+    EXPECT_EQ(Shell("kxdu fb -", "x\n").code, 2);
+    EXPECT_EQ(Shell("kxdu fb - <.").code, 2);
+}
+
 TEST_F(VocabularyVerbs, AListingGoesToAFileToo) {
     EXPECT_EQ(Shell("kxdu ctp E0 --format csv -o ctp.csv").out, "");
     EXPECT_EQ(ReadFile("ctp.csv"), "asked,ctpId,name\nE0,65535,E0\n");

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Installs the build into a folder of its own and builds the outside program against it, found once by CMake and once by
-# pkg-config; the folder is moved first, since a package may not know where it was built.
+# Installs the build into a folder of its own and builds the outside programs against it, found once by CMake and once
+# by pkg-config; the folder is moved first, since a package may not know where it was built. What is installed starts as
+# it lies there: nobody tells the loader where the libraries are.
 #   installed_test.sh BUILD_FOLDER SOURCE_FOLDER COMPILER
 set -euo pipefail
+unset LD_LIBRARY_PATH KX_INVENTORY KX_CONFIG_DIR
 
 build=$1
 source=$2
@@ -10,26 +12,45 @@ compiler=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
+# prints EXPECTED COMMAND...: the command succeeds and prints this.
+prints() {
+    local printed
+    printed=$("${@:2}")
+    if [ "$printed" != "$1" ]; then
+        echo "${*:2} printed: $printed" >&2
+        exit 1
+    fi
+}
+
 cmake --install "$build" --prefix "$work/first" >"$work/log"
 mv "$work/first" "$work/prefix"
 libraries=$(dirname "$(find "$work/prefix" -name libkx_domain_util.so)")
-export LD_LIBRARY_PATH=$libraries
+"$work/prefix/bin/kxdu" --version >>"$work/log"
+[ -s "$work/prefix/share/doc/kx_domain_util/docs/guide.md" ]
 
-expected=$'NE=7,S=0,CP=-1,PP=||4294967295|\n41180004'
+numbers=$'NE=7,S=0,CP=-1,PP=||4294967295|\n41180004'
+card="NE=12,S=3,CP=-1,SS=-1,SC=-1"
+example=$source/examples/read_and_write_a_port.cpp
 
 cmake -S "$source/tests/package/outside" -B "$work/outside" -DCMAKE_CXX_COMPILER="$compiler" \
-      -DCMAKE_PREFIX_PATH="$work/prefix" >>"$work/log"
+      -DCMAKE_PREFIX_PATH="$work/prefix" -DREADME_EXAMPLE="$example" >>"$work/log"
 cmake --build "$work/outside" >>"$work/log"
-[ "$("$work/outside/outside")" = "$expected" ]
-[ "$("$work/outside/outside_standalone" "$work/inventory.db")" = "NE=12,S=3,CP=-1,SS=-1,SC=-1" ]
+prints "$numbers" "$work/outside/outside"
+prints "$card" "$work/outside/outside_standalone" "$work/inventory.db"
+"$source/tests/package/example_test.sh" "$work/outside/outside_readme" "$example"
 
 export PKG_CONFIG_PATH=$libraries/pkgconfig
-# shellcheck disable=SC2046
-"$compiler" -std=c++20 "$source/tests/package/outside/main.cpp" -o "$work/by_pkg_config" \
-    $(pkg-config --cflags --libs kx_domain_util)
-[ "$("$work/by_pkg_config")" = "$expected" ]
+# by_pkg_config SOURCE PACKAGE: makes $work/by_pkg_config.
+by_pkg_config() {
+    # shellcheck disable=SC2046
+    "$compiler" -std=c++20 "$source/tests/package/outside/$1" -o "$work/by_pkg_config" \
+        $(pkg-config --cflags --libs "$2") -Wl,-rpath,"$libraries"
+}
+by_pkg_config main.cpp kx_domain_util
+prints "$numbers" "$work/by_pkg_config"
+by_pkg_config standalone.cpp kx_standalone
+prints "$card" "$work/by_pkg_config" "$work/inventory2.db"
 
-"$work/prefix/bin/kxdu" --version >>"$work/log"
 find "$work/prefix" -name '*.cmake' -o -name '*.pc' | while read -r file; do
     if grep -qF "$source" "$file"; then
         echo "$file names the build folder" >&2

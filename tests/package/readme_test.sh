@@ -3,6 +3,7 @@
 # The commands of one document run in one folder, so that later ones may use what earlier ones made.
 #   readme_test.sh SOURCE_FOLDER KXDU DOCUMENT...
 set -euo pipefail
+unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR  # the documents do not know them
 
 source=$1
 PATH=$(dirname "$2"):$PATH
@@ -19,7 +20,13 @@ for document in "$@"; do
     awk -v folder="$folder" '
         /^```console/ { inside = 1; next }
         /^```/        { inside = 0; next }
-        inside && /^\$ / { ++n; printf "%s\n", substr($0, 3) > (folder "/command." n); printf "" > (folder "/expected." n); more = /\\$/; next }
+        inside && /^\$ / {
+            ++n
+            printf "%s\n", substr($0, 3) > (folder "/command." n)
+            printf "" > (folder "/expected." n)
+            more = /\\$/
+            next
+        }
         inside && more { printf "%s\n", $0 >> (folder "/command." n); more = /\\$/; next }
         inside && n   { printf "%s\n", $0 >> (folder "/expected." n) }
     ' "$source/$document"

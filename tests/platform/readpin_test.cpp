@@ -1,10 +1,20 @@
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <latch>
+#include <optional>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include <kx_platform/readpin.h>
 
+#include "support/allocations.h"
+
 namespace {
 
 using NS_BUNDLEMGR1::ReadPin;
+using NS_TEST::LiveAllocations;
 
 TEST(ReadPin, PinsFromProtectToItsEnd) {
     int thing = 7;
@@ -42,6 +52,15 @@ TEST(ReadPin, DoesNotKeepItsOwnThreadWaiting) {
     EXPECT_TRUE(ReadPin::IsPinned(&thing));
 }
 
+TEST(ReadPin, DoesNotKeepItsOwnThreadWaitingAtAnyDepth) {
+    int thing = 7;
+    const std::array<ReadPin, 20> outer;
+    ReadPin pin;
+    pin.Pin(&thing);
+    ReadPin::WaitUntilReleased(&thing);
+    EXPECT_TRUE(ReadPin::IsPinned(&thing));
+}
+
 TEST(ReadPin, IsIndependentOfOtherPinsOfItsThread) {
     int thing = 7;
     ReadPin outer;
@@ -51,6 +70,85 @@ TEST(ReadPin, IsIndependentOfOtherPinsOfItsThread) {
         inner.Pin(&thing);
     }
     EXPECT_TRUE(ReadPin::IsPinned(&thing)) << "the outer one is still there";
+}
+
+// A thing that one thread has pinned and another waits for.
+class Waiting : public testing::Test {
+protected:
+    void Hold() {
+        m_pin.emplace().Pin(&m_thing);
+        GoOnHolding();
+    }
+
+    void GoOnHolding() {
+        m_pinned.count_down();
+        std::this_thread::sleep_for(std::chrono::milliseconds{50});
+        m_isReleased.store(true);
+        m_pin.reset();
+    }
+
+    void Wait() {
+        m_pinned.wait();
+        ReadPin::WaitUntilReleased(&m_thing);
+        EXPECT_TRUE(m_isReleased.load());
+    }
+
+    int m_thing = 7;
+    int m_service = 8;
+    int m_taken = 9;
+    std::optional<ReadPin> m_pin;
+    std::latch m_pinned{1};
+    std::atomic<bool> m_isReleased{false};
+};
+
+// The words of one of two threads come before those of the other: both must be seen from either side.
+TEST_F(Waiting, OfAnotherThreadIsForThisOne) {
+    std::thread other([this] {
+        { const ReadPin words; }
+        Wait();
+    });
+    Hold();
+    other.join();
+}
+
+TEST_F(Waiting, OfThisThreadIsForAnotherOne) {
+    { const ReadPin words; }
+    std::thread other([this] { Hold(); });
+    Wait();
+    other.join();
+}
+
+TEST_F(Waiting, InsideAServiceIsForAThreadThatHasWaitedInsideOne) {
+    std::thread other([this] {
+        m_pin.emplace().Pin(&m_thing);
+        ReadPin::WaitUntilReleased(&m_taken);
+        GoOnHolding();
+    });
+    ReadPin pin;
+    pin.Pin(&m_service);
+    Wait();
+    other.join();
+}
+
+TEST(ReadPin, LeavesItsWordsToTheNextThread) {
+    struct PinsAtThreadEnd {
+        bool isTouched = false;
+        ~PinsAtThreadEnd() { const ReadPin pin; }
+    };
+    const auto runThread = [] {
+        std::thread([] {
+            // Goes after the thread's words were given back, and so takes some once more.
+            thread_local PinsAtThreadEnd last;
+            last.isTouched = true;
+            const ReadPin pin;
+        }).join();
+    };
+    runThread();
+    const std::ptrdiff_t before = LiveAllocations();
+    for (int round = 0; round < 20; ++round) {
+        runThread();
+    }
+    EXPECT_EQ(LiveAllocations(), before);
 }
 
 }  // namespace

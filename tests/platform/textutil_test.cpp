@@ -101,6 +101,13 @@ TEST(ParseItemNVByTag, TakesSeparatorsOfSeveralCharacters) {
     EXPECT_EQ(Parse("a=:=b", ":=").value, "b");
 }
 
+TEST(ParseItemNVByTag, CutsNothingAtAnEmptySeparator) {
+    const NameAndValue parsed = Parse("NE=7", "");
+    EXPECT_FALSE(parsed.answer);
+    EXPECT_EQ(parsed.name, "NE=7");
+    EXPECT_EQ(parsed.value, "");
+}
+
 TEST(SplitStringByTag, DropsEmptyTokens) {
     Texts tokens{"old"};
     EXPECT_TRUE(SplitStringByTag(ExactText(",1911,,1912,"), tokens, ',', {}));

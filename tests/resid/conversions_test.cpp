@@ -1,89 +1,32 @@
 #include "support/conversions.h"
 
-#include <optional>
-
 #include <gtest/gtest.h>
 
-#include <kx_domain_util/processexception.h>
-
+#include "support/conversionsurroundings.h"
 #include "support/exacttext.h"
 #include "support/generated.h"
 #include "support/scale.h"
-#include "support/services.h"
 
 namespace {
 
-using NS_TEST::Configuration;
-using NS_TEST::CountingInventory;
+using NS_TEST::CONVERSION_PROFILES;
+using NS_TEST::ConversionProfile;
+using NS_TEST::ConversionSurroundings;
 using NS_TEST::ExactText;
 using NS_TEST::ForEachReader;
 using NS_TEST::ForEachWriter;
 using NS_TEST::IdentifierGenerator;
-using NS_TEST::LiteralResIDUtil;
+using NS_TEST::LacksService;
 using NS_TEST::Reader;
 using NS_TEST::RecordFields;
 using NS_TEST::RecordGenerator;
-using NS_TEST::Registration;
 using NS_TEST::Scaled;
 using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
 
-// A data-access service with no file; it keeps nothing, so that many questions cost nothing.
-class EmptyDataAccess : public NS_SERVICE::DAWSvcInterface {
-public:
-    NS_SERVICE::ConfigObject* GetConfiguration(const std::string& /*path*/, const std::string& /*section*/) override {
-        return nullptr;
-    }
-};
-
-struct Profile {
-    const char* name;
-    std::map<std::string, std::string> configuration;
-    bool hasServices;
-};
-
-void PrintTo(const Profile& profile, std::ostream* out) {
-    *out << profile.name;
-}
-
-class Conversions : public testing::TestWithParam<Profile> {
+class Conversions : public testing::TestWithParam<ConversionProfile> {
 protected:
-    Conversions() {
-        if (GetParam().hasServices) {
-            m_registrations.emplace(m_inventory, m_dataAccess);
-            LiteralResIDUtil::inventory = &m_inventory;
-            LiteralResIDUtil::dataAccess = &m_dataAccess;
-        }
-    }
-    ~Conversions() override {
-        LiteralResIDUtil::inventory = nullptr;
-        LiteralResIDUtil::dataAccess = nullptr;
-    }
-
-    struct Registrations {
-        Registrations(CountingInventory& inventory, EmptyDataAccess& dataAccess)
-            : m_first("InventoryBufif", inventory), m_second("DAWSvcInterface", dataAccess) {}
-        Registration m_first;
-        Registration m_second;
-    };
-
-    // Whether convert was stopped by a missing service.
-    template <class Convert>
-    static bool LacksService(Convert convert) {
-        try {
-            convert();
-            return false;
-        } catch (const NS_UTIL::InterfaceNotExistException&) {
-            return true;
-        } catch (const LiteralResIDUtil::NoService&) {
-            return true;
-        }
-    }
-
-    Configuration m_configuration{GetParam().configuration};
-    CountingInventory m_inventory{1912};
-    EmptyDataAccess m_dataAccess;
-    std::optional<Registrations> m_registrations;
+    const ConversionSurroundings m_surroundings{GetParam()};
 };
 
 TEST_P(Conversions, ReadWhatALiteralReadingReads) {
@@ -126,12 +69,7 @@ TEST_P(Conversions, WriteWhatALiteralWritingWrites) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Under, Conversions,
-    testing::Values(Profile{"NoItems", {}, true}, Profile{"CarrierProfile", {{"Telvandaire", "1"}}, true},
-                    Profile{"SubSlotList", {{"Telvandaire", "0"}, {"NETypeListForSubSlot", "7,1912,1911"}}, true},
-                    Profile{"OtherSubSlotList", {{"Telvandaire", "2"}, {"NETypeListForSubSlot", ",, 1911,x"}}, true},
-                    Profile{"NoServices", {{"NETypeListForSubSlot", "1912"}}, false}),
-    [](const auto& profile) { return std::string(profile.param.name); });
+INSTANTIATE_TEST_SUITE_P(Under, Conversions, testing::ValuesIn(CONVERSION_PROFILES),
+                         [](const auto& profile) { return std::string(profile.param.name); });
 
 }  // namespace

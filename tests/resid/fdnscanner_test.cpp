@@ -1,4 +1,3 @@
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,16 +19,13 @@ using NS_TEST::IdentifierGenerator;
 using NS_TEST::LiteralResIDUtil;
 using NS_TEST::Scaled;
 using NS_UTIL::NS_FDN::Level;
-using NS_UTIL::NS_FDN::LevelFinder;
 using NS_UTIL::NS_FDN::LevelScanner;
-using NS_UTIL::NS_FDN::PackTag;
 using NS_UTIL::NS_FDN::SplitLevel;
 using NS_UTIL::NS_FDN::SubValues;
 using NS_UTIL::NS_FDN::SubValueScanner;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
-namespace TAG = NS_UTIL::NS_FDN::TAG;
 
 std::vector<std::pair<std::string, std::string>> LevelsOf(std::string_view fdn) {
     std::vector<std::pair<std::string, std::string>> levels;
@@ -115,58 +111,21 @@ TEST(SubValueScanner, GivesNothingOfAnEmptyValue) {
 }
 
 TEST(SubValuesOfALevel, StopAtTheLastPlace) {
-    const SubValues<2> two("a|b|c");
-    EXPECT_EQ(two.count, 2U);
-    EXPECT_THAT(two.texts, ElementsAre("a", "b"));
-    const SubValues<2> one("a");
-    EXPECT_EQ(one.count, 1U);
-    EXPECT_EQ(SubValues<2>("").count, 0U);
+    const ExactView value("a|b|c");
+    const SubValues<2> two(value);
+    EXPECT_EQ(two.Count(), 2U);
+    EXPECT_EQ(two[0], "a");
+    EXPECT_EQ(two[1], "b");
 }
 
-TEST(PackTag, TellsTagsApart) {
-    const std::vector<std::string> tags{
-        "S",  "SS",  "NE",      "EN",     std::string("NE\0", 3), std::string("\0NE", 3), "PP", "ne",
-        "OS", "ONE", "ABCDEFG", "ABCDEFH"};
-    std::set<std::uint64_t> packed;
-    for (const std::string& tag : tags) {
-        EXPECT_TRUE(packed.insert(PackTag(ExactView(tag))).second) << testing::PrintToString(tag);
-    }
-    EXPECT_EQ(packed.count(PackTag("PWE3TRAIL")), 0U) << "no short tag is taken for a long one";
-    EXPECT_EQ(PackTag("CHANNELSET"), 0U);
-}
-
-TEST(LevelFinder, FindsTheFirstOfEachTag) {
-    const LevelFinder<TAG::NE, TAG::PP, TAG::S> levels("S,PP=,NE=7,PP=8,NE=9");
-    EXPECT_TRUE(levels.Has<TAG::NE>());
-    EXPECT_TRUE(levels.Has<TAG::PP>());
-    EXPECT_TRUE(levels.Has<TAG::S>());
-    EXPECT_EQ(levels.Value<TAG::NE>(), "7");
-    EXPECT_EQ(levels.Value<TAG::PP>(), "");
-    EXPECT_EQ(levels.Value<TAG::S>(), "");
-}
-
-TEST(LevelFinder, LeavesAFieldWithoutValueUntouched) {
-    const LevelFinder<TAG::NE, TAG::PP, TAG::S> levels("PP=,S=|5");
-    std::int32_t field = 42;
-    EXPECT_FALSE(levels.ReadNumber<TAG::NE>(field));
-    EXPECT_FALSE(levels.ReadNumber<TAG::PP>(field));
-    EXPECT_EQ(field, 42);
-    EXPECT_TRUE(levels.ReadNumber<TAG::S>(field));
-    EXPECT_EQ(field, 0) << "the first sub-value is there, and empty";
-}
-
-TEST(LevelFinder, FindsWhatALiteralParsingFinds) {
-    IdentifierGenerator identifiers(42);
-    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
-        const std::string text = identifiers.Next();
-        const ExactView view(text);
-        LiteralResIDUtil::Map map;
-        LiteralResIDUtil::Fdn2MocLvlValueMap(text, map);
-        const LevelFinder<TAG::NE, TAG::SUBIF> levels(view);
-        EXPECT_EQ(levels.Has<TAG::NE>(), map.count("NE") == 1) << testing::PrintToString(text);
-        EXPECT_EQ(SubValuesOf(levels.Value<TAG::NE>()), map["NE"]) << testing::PrintToString(text);
-        EXPECT_EQ(SubValuesOf(levels.Value<TAG::SUBIF>()), map["SUBIF"]) << testing::PrintToString(text);
-    }
+TEST(SubValuesOfALevel, AreEmptyBehindTheLast) {
+    const SubValues<3> one("a");
+    EXPECT_EQ(one.Count(), 1U);
+    EXPECT_EQ(one[0], "a");
+    EXPECT_EQ(one[1], "");
+    const SubValues<3> none("");
+    EXPECT_EQ(none.Count(), 0U);
+    EXPECT_EQ(none[0], "");
 }
 
 }  // namespace

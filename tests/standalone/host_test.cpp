@@ -108,16 +108,22 @@ TEST_F(HostTest, WaitsForCallsInFlightBeforeItFrees) {
             }
         });
     }
-    for (int round = 0; round < 20 || ((answers == 0 || refusals == 0) && round < 2000); ++round) {
-        host.reset();
+    const auto waitForFirst = [](const std::atomic<int>& count) {
+        while (count == 0) {
+            std::this_thread::yield();
+        }
+    };
+    waitForFirst(answers);
+    host.reset();
+    waitForFirst(refusals);
+    for (int round = 0; round < 20; ++round) {
         host = std::make_unique<Host>(m_options);
+        host.reset();
     }
     stop = true;
     for (std::thread& caller : callers) {
         caller.join();
     }
-    EXPECT_GT(answers, 0);
-    EXPECT_GT(refusals, 0);
 }
 
 }  // namespace

@@ -347,6 +347,28 @@ TEST(InventoryFile, IsWholeWhereverItsWriterIsKilled) {
     }
 }
 
+TEST(InventoryFile, IsThereOnlyWhenItIsWholeWhereverItsMakerIsKilled) {
+    const TemporaryFolder folder;
+    const auto file = folder / "a.db";
+    for (int round = 0; round < 30; ++round) {
+        RunAndKill(
+            [&] {
+                while (true) {
+                    CreateInventory(file);
+                    std::filesystem::remove(file);
+                }
+            },
+            std::chrono::microseconds{1000 + round * 1700});
+        if (HasFatalFailure()) {
+            return;
+        }
+        if (std::filesystem::exists(file)) {
+            EXPECT_EQ(ReadInventory(file), Inventory{});
+            std::filesystem::remove(file);
+        }
+    }
+}
+
 // The writer dies when it has already changed the file: the next reader undoes that.
 TEST(InventoryFile, IsTheOldOneAfterAWriterThatDied) {
     const TemporaryFolder folder;

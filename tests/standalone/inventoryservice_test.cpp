@@ -44,6 +44,23 @@ TEST_F(InventoryService, LeavesTheTypeOfAnUnknownNeUntouched) {
     }
 }
 
+TEST(InventoryServiceWithAListener, TellsOfEachQuestionAboutAMissingNe) {
+    const TemporaryFolder folder;
+    std::vector<std::int64_t> missing;
+    HostOptions options = WithInventory(MakeInventory(
+        folder / "a.db", {.neTypes = {{5, "five", false, false}}, .nes = {{1, 5, false, false}}, .domainMembers = {}}));
+    options.missingNe = [&](std::int64_t neId) { missing.push_back(neId); };
+    const Host host(options);
+    InventoryBufif& service = *FindService<InventoryBufif>("InventoryBufif");
+    std::uint32_t neType = 0;
+    for (const int neId : {1, 7}) {
+        service.QueryNEType(neId, neType, true);
+        service.IsOamNumberOmitted(neId + 1);
+        service.IsTransMultiSubShelf(static_cast<unsigned long>(neId) + 2, 5);
+    }
+    EXPECT_THAT(missing, testing::ElementsAre(2, 3, 7, 8, 9));
+}
+
 TEST_F(InventoryService, KnowsWhichNesOmitOamNumbers) {
     EXPECT_TRUE(Service().IsOamNumberOmitted(0));
     EXPECT_FALSE(Service().IsOamNumberOmitted(2147483647));

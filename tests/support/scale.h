@@ -1,4 +1,5 @@
-/// How much a test does: sanitizers cost an order of magnitude, and need fewer rounds to see what they look for.
+/// How much a test does: sanitizers cost an order of magnitude, and need fewer rounds to see what they look for. Builds
+/// that are slow in other ways define KX_TEST_FEWER_ROUNDS.
 #pragma once
 
 #include <cstddef>
@@ -10,12 +11,15 @@
 #define KX_TEST_SANITIZED 1
 #endif
 #endif
+#ifdef KX_TEST_SANITIZED
+#define KX_TEST_FEWER_ROUNDS 1
+#endif
 
 namespace NS_TEST {
 
-/// rounds, or a sixth of them under a sanitizer.
+/// rounds, or a sixth of them.
 constexpr std::size_t Scaled(std::size_t rounds) {
-#ifdef KX_TEST_SANITIZED
+#ifdef KX_TEST_FEWER_ROUNDS
     return rounds / 6;
 #else
     return rounds;

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "failure.h"
+#include "text.h"
 
 namespace NS_KXDU {
 
@@ -32,21 +32,22 @@ std::uint64_t SizeOfAll(const std::vector<std::string>& files) {
     return total;
 }
 
-// Where the text that is cut behind its last line ends; 0 when it holds no whole line.
-std::size_t EndOfWholeLines(std::string_view text) {
-    const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    if (lines <= MOST_LINES) {
-        return text.rfind('\n') + 1;
+// The whole lines at the beginning of a text, as many as a block may have.
+struct WholeLines {
+    std::size_t count;
+    std::size_t end;  ///< behind the last of them
+};
+
+WholeLines FindWholeLines(std::string_view text) {
+    const auto count = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    if (count <= MOST_LINES) {
+        return {count, text.rfind('\n') + 1};
     }
     std::size_t end = 0;
     for (std::size_t line = 0; line < MOST_LINES; ++line) {
         end = text.find('\n', end) + 1;
     }
-    return end;
-}
-
-std::size_t CountLines(std::string_view text) {
-    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    return {MOST_LINES, end};
 }
 
 }  // namespace
@@ -76,10 +77,11 @@ bool BlockReader::OpenNext() {
         m_names.push_back(file);
         m_descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
         if (m_descriptor == -1) {
-            throw Failure(ExitCode::USAGE, file + ": " + std::generic_category().message(errno));
+            FailByErrno(ExitCode::USAGE, file);
         }
         posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
     }
+    m_isAtBegin = true;
     m_isAtEnd = false;
     m_line = 1;
     m_rest.clear();
@@ -102,7 +104,7 @@ std::size_t BlockReader::Read(char* memory, std::size_t size) {
             return static_cast<std::size_t>(count);
         }
         if (errno != EINTR) {
-            throw Failure(ExitCode::USAGE, m_names.back() + ": " + std::generic_category().message(errno));
+            FailByErrno(ExitCode::USAGE, m_names.back());
         }
     }
 }
@@ -125,16 +127,16 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     block.memory.resize(std::max(m_blockSize, m_rest.size()));
     std::copy(m_rest.begin(), m_rest.end(), block.memory.begin());
     m_rest.clear();
-    const auto hasLine = [&block] { return block.Text().find('\n') != std::string_view::npos; };
+    bool hasLine = block.Text().find('\n') != std::string_view::npos;
     while (!m_isAtEnd && block.size <= LONGEST_LINE) {
         if (block.size == block.memory.size()) {
-            if (hasLine()) {
+            if (hasLine) {
                 break;
             }
             block.memory.resize(std::min(block.memory.size() * 2, LONGEST_LINE + m_blockSize));
         }
-        const bool isFull = ReadMore(block);
-        if (!isFull && hasLine()) {
+        hasLine = ReadMore(block) || hasLine;
+        if (block.size != block.memory.size() && hasLine) {
             break;  // whoever feeds us line by line gets answers line by line
         }
     }
@@ -146,18 +148,28 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     return true;
 }
 
-// Whether the memory is full now.
+// Whether a line end is in what was read; what was there before is not looked at again, however small the pieces are
+// that a long line comes in.
 bool BlockReader::ReadMore(InputBlock& block) {
+    const std::size_t sizeBefore = block.size;
     block.size += Read(block.memory.data() + block.size, block.memory.size() - block.size);
-    return block.size == block.memory.size();
+    const bool hasLine = block.Text().find('\n', sizeBefore) != std::string_view::npos;
+    // The mark may come in pieces, as all may.
+    if (m_isAtBegin && (m_isAtEnd || !BYTE_ORDER_MARK.starts_with(block.Text()))) {
+        m_isAtBegin = false;
+        const std::string_view text = WithoutByteOrderMark(block.Text());
+        std::memmove(block.memory.data(), text.data(), text.size());
+        block.size = text.size();
+    }
+    return hasLine;
 }
 
 void BlockReader::CutBehindLastLine(InputBlock& block) {
-    const std::size_t end = EndOfWholeLines(block.Text());
-    if (end != 0) {
-        KeepRest(block, end);
-        block.size = end;
-        m_line += CountLines(block.Text());
+    const WholeLines lines = FindWholeLines(block.Text());
+    if (lines.count != 0) {
+        KeepRest(block, lines.end);
+        block.size = lines.end;
+        m_line += lines.count;
     } else if (block.size > LONGEST_LINE) {
         SkipTooLongLine(block);
         ++m_line;

@@ -24,7 +24,8 @@ struct InputBlock {
     [[nodiscard]] std::string_view Text() const { return {memory.data(), size}; }
 };
 
-/// Reads files, one after the other, in blocks of whole lines.
+/// Reads files, one after the other, in blocks of whole lines. A UTF-8 byte-order mark at a file's beginning is no part
+/// of its text.
 class BlockReader {
 public:
     /// Standard input when there are no files; so does the file "-". Blocks have about blockSize bytes.
@@ -56,6 +57,7 @@ private:
     std::size_t m_nextFile = 0;
     std::size_t m_blockSize;
     int m_descriptor = -1;
+    bool m_isAtBegin = false;  // of the open input
     bool m_isAtEnd = false;    // of the open input
     std::vector<char> m_rest;  // read, but behind the last whole line
     std::size_t m_line = 1;

@@ -27,12 +27,13 @@ public:
 
     [[nodiscard]] bool IsTerminal() const { return m_output.IsTerminal(); }
 
-private:
+    /// Hands over what was given until now. Throws as above.
     void Flush() {
         m_output.Write(m_buffer);
         m_buffer.clear();
     }
 
+private:
     static constexpr std::size_t CAPACITY = 256U << 10U;
 
     Output m_output;

@@ -1,33 +1,14 @@
 #include "columnformat.h"
 
 #include <algorithm>
-#include <cstdint>
+
+#include "csv.h"
+#include "displaytext.h"
+#include "fieldtexts.h"
 
 namespace NS_KXDU {
 
 namespace {
-
-// The sink of one record's fields as texts under their whole names.
-class FieldTexts : public RecordSink {
-public:
-    virtual void Take(std::string_view name, std::string_view text) = 0;
-
-private:
-    void Number(std::string_view name, std::int64_t number) override { Take(Whole(name), std::to_string(number)); }
-    void Flag(std::string_view name, bool flag) override { Take(Whole(name), flag ? "true" : "false"); }
-    void Text(std::string_view name, std::string_view text) override { Take(Whole(name), text); }
-
-    void BeginNested(std::string_view name) override { m_prefix.append(name).append("."); }
-    void EndNested() override { m_prefix.clear(); }  // records nest no deeper
-
-    std::string_view Whole(std::string_view name) {
-        m_whole.assign(m_prefix).append(name);
-        return m_whole;
-    }
-
-    std::string m_prefix;
-    std::string m_whole;
-};
 
 class NameList : public FieldTexts {
 public:
@@ -50,21 +31,6 @@ std::vector<std::string> ColumnNames(const Layout& layout) {
 }
 
 // ---- How a row is put together --------------------------------------------------------------------------------------
-
-void AppendCsvCell(std::string_view text, TextBuffer& out) {
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        Append(out, text);
-        return;
-    }
-    out.Put('"');
-    for (const char character : text) {
-        if (character == '"') {
-            out.Put('"');
-        }
-        out.Put(character);
-    }
-    out.Put('"');
-}
 
 void AppendTsvCell(std::string_view text, TextBuffer& out) {
     for (const char character : text) {
@@ -90,7 +56,11 @@ void AppendRow(const std::vector<std::string>& cells, FormatName format, TextBuf
         if (column != 0) {
             out.Put(isCsv ? ',' : '\t');
         }
-        isCsv ? AppendCsvCell(cells[column], out) : AppendTsvCell(cells[column], out);
+        if (isCsv) {
+            AppendCsvField(cells[column], out);
+        } else {
+            AppendTsvCell(cells[column], out);
+        }
     }
     out.Put('\n');
 }
@@ -127,15 +97,29 @@ private:
     std::size_t m_column = 0;
 };
 
-constexpr std::size_t TYPE_WIDTH = 14;
+// Wide enough for all types, and for most identifiers.
+constexpr std::size_t TYPE_WIDTH = 20;
 constexpr std::size_t FDN_WIDTH = 48;
 
-void AppendPadded(std::string_view text, std::size_t width, TextBuffer& out) {
-    Append(out, text);
-    for (std::size_t size = text.size(); size < width; ++size) {
+void AppendPadded(std::string_view printable, std::size_t width, TextBuffer& out) {
+    Append(out, printable);
+    for (std::size_t size = DisplayWidth(printable); size < width; ++size) {
         out.Put(' ');
     }
     Append(out, "  ");
+}
+
+// Text as it can stand between blanks.
+std::string Word(std::string_view text) {
+    std::string printable = Printable(text);
+    if (printable.find_first_of(" \"") == std::string::npos) {
+        return printable;
+    }
+    std::string quoted = "\"";
+    for (const char character : printable) {
+        quoted.append(character == '"' || character == '\\' ? "\\" : "").append(1, character);
+    }
+    return quoted + "\"";
 }
 
 // The texts of a record's fields in their order.
@@ -155,7 +139,7 @@ public:
         m_field = 0;
         kind.Decode(fdn, *this);
         AppendPadded(kind.Type(), TYPE_WIDTH, out);
-        AppendPadded(fdn, FDN_WIDTH, out);
+        AppendPadded(Word(fdn), FDN_WIDTH, out);
         Append(out, m_fields);
         out.Put('\n');
     }
@@ -172,7 +156,7 @@ private:
 
     void Take(std::string_view name, std::string_view text) override {
         if (m_fresh[m_field++] != text) {
-            m_fields.append(m_fields.empty() ? "" : " ").append(name).append("=").append(text);
+            m_fields.append(m_fields.empty() ? "" : " ").append(name).append("=").append(Word(text));
         }
     }
 

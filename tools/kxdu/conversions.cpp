@@ -5,9 +5,11 @@
 #include <string_view>
 
 #include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/resIDUtil.h>
 
 #include "kinds.h"
+#include "number.h"
 #include "text.h"
 
 namespace NS_KXDU {
@@ -28,9 +30,7 @@ using NS_DOMAIN::TunnelTrailIndex;
 using NS_DOMAIN::VPNTrailIndex;
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::NS_FDN::LevelFinder;
-using NS_UTIL::NS_FDN::PackTag;
 using NS_UTIL::NS_FDN::SubValues;
-namespace TAG = NS_UTIL::NS_FDN::TAG;
 
 namespace {
 
@@ -40,6 +40,11 @@ constexpr unsigned long NO_RULES = 0;
 
 // ---- Records that keep their text -----------------------------------------------------------------------------------
 
+void Keep(const std::string& fdn, ContainedGroup& group) {
+    ResIDUtil::ResID2GroupID(fdn, group.groupId);
+    const auto comma = fdn.rfind(',');
+    group.container.assign(fdn, 0, comma == std::string::npos ? 0 : comma + 1);
+}
 void Keep(const std::string& fdn, PWSwitchIndex& pwSwitch) {
     ResIDUtil::ResID2PWSwitchIndex(fdn, pwSwitch);
 }
@@ -81,7 +86,7 @@ void RejectContradiction(const Record& record, const std::string& fdn) {
 
 std::string Decimal(std::int64_t number, std::string_view field) {
     if (number < std::numeric_limits<std::int32_t>::min() || number > std::numeric_limits<std::int32_t>::max()) {
-        throw BadRecord("field " + Quoted(field) + " is beyond 32 bits: " + std::to_string(number));
+        throw BadRecord("field " + Quoted(field) + " is not " + RANGE_OF_32_BITS + ": " + std::to_string(number));
     }
     return std::to_string(number);
 }
@@ -89,8 +94,8 @@ std::string Decimal(std::int64_t number, std::string_view field) {
 // The name of an OAM level, behind its number.
 void ReadName(std::string_view value, std::string& name) {
     const SubValues<2> subValues(value);
-    if (subValues.count == 2) {
-        name = subValues.texts[1];
+    if (subValues.Count() == 2) {
+        name = subValues[1];
     }
 }
 
@@ -99,9 +104,9 @@ void ReadName(std::string_view value, std::string& name) {
 // ---- Equipment, ports, termination points ---------------------------------------------------------------------------
 
 void ReadContainedNE(const std::string& fdn, ContainedNE& ne) {
-    const LevelFinder<TAG::ONE, TAG::NE> levels(fdn);
-    levels.ReadNumber<TAG::ONE>(ne.oneId);
-    levels.ReadNumber<TAG::NE>(ne.neId);
+    const LevelFinder<"ONE", "NE"> levels(fdn);
+    levels.ReadNumber<"ONE">(ne.oneId);
+    levels.ReadNumber<"NE">(ne.neId);
 }
 
 void WriteContainedNE(const ContainedNE& ne, std::string& fdn) {
@@ -129,22 +134,21 @@ void WriteSubInterface(const CtpKey_T& key, std::string& fdn) {
 }
 
 void ReadTerminationPoint(const std::string& fdn, TPIndex& tp) {
-    const LevelFinder<PackTag("VC4"), PackTag("VC12")> levels(fdn);
-    levels.ReadNumber<PackTag("VC4")>(tp.vc4Id);
-    levels.ReadNumber<PackTag("VC12")>(tp.vc12Id);
+    const LevelFinder<"VC4", "VC12"> levels(fdn);
+    levels.ReadNumber<"VC4">(tp.vc4Id);
+    levels.ReadNumber<"VC12">(tp.vc12Id);
     ResIDUtil::ResID2TPIndex(fdn, tp);
 }
 
 // ---- Services, trails, tunnels --------------------------------------------------------------------------------------
 
 void ReadGroup(const std::string& fdn, ContainedGroup& group) {
-    ResIDUtil::ResID2GroupID(fdn, group.groupId);
-    const auto comma = fdn.rfind(',');
-    group.container.assign(fdn, 0, comma == std::string::npos ? 0 : comma + 1);
+    Keep(fdn, group);
 }
 
 void WriteGroup(const ContainedGroup& group, std::string& fdn) {
     fdn.assign(group.container).append("VEGROUP=").append(std::to_string(group.groupId));
+    RejectContradiction(group, fdn);
 }
 
 void ReadPseudoWire(const std::string& fdn, PWIndex& pw) {
@@ -194,14 +198,14 @@ template void WriteTrail(const Contained<TNPIndex_T>& group, std::string& fdn);
 
 void ReadEndPoint(const std::string& fdn, MEPIndex& mep) {
     ResIDUtil::ResID2MepIndex(fdn, mep);  // how far it came shows in the record
-    const LevelFinder<TAG::MD, TAG::MA> levels(fdn);
-    ReadName(levels.Value<TAG::MD>(), mep.mdName);
-    ReadName(levels.Value<TAG::MA>(), mep.maName);
+    const LevelFinder<"MD", "MA"> levels(fdn);
+    ReadName(levels.Value<"MD">(), mep.mdName);
+    ReadName(levels.Value<"MA">(), mep.maName);
 }
 
 void ReadIntermediatePoint(const std::string& fdn, MIPIndex& mip) {
     ResIDUtil::ResID2MIPIndex(fdn, mip);
-    ReadName(LevelFinder<TAG::MIP>(fdn).Value<TAG::MIP>(), mip.mipName);
+    ReadName(LevelFinder<"MIP">(fdn).Value<"MIP">(), mip.mipName);
 }
 
 }  // namespace NS_KXDU

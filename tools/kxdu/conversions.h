@@ -30,6 +30,7 @@ void ReadTerminationPoint(const std::string& fdn, NS_DOMAIN::TPIndex& tp);
 // ---- Services, trails, tunnels --------------------------------------------------------------------------------------
 
 void ReadGroup(const std::string& fdn, ContainedGroup& group);
+/// Throws `BadRecord` when something else is read from the text than the record says.
 void WriteGroup(const ContainedGroup& group, std::string& fdn);
 
 /// `resId` becomes what the writer wants there, the text behind a leading NE level, and not the whole text as in the

@@ -5,21 +5,6 @@
 
 namespace NS_KXDU {
 
-namespace {
-
-void AppendQuoted(std::string& line, std::string_view field) {
-    line += '"';
-    for (const char character : field) {
-        line += character;
-        if (character == '"') {
-            line += character;
-        }
-    }
-    line += '"';
-}
-
-}  // namespace
-
 bool CsvReader::Next(CsvRow& row) {
     row.clear();
     if (IsAtEnd()) {
@@ -91,18 +76,29 @@ bool CsvReader::EndRow() {
     return true;
 }
 
-std::string CsvLine(const CsvRow& row) {
-    std::string line;
-    for (const std::string& field : row) {
-        if (field.find_first_of(",\"\r\n") == std::string::npos) {
-            line += field;
-        } else {
-            AppendQuoted(line, field);
-        }
-        line += ',';
+void AppendCsvField(std::string_view field, TextBuffer& out) {
+    if (field.find_first_of(",\"\r\n") == std::string_view::npos) {
+        Append(out, field);
+        return;
     }
-    line.back() = '\n';
-    return line;
+    out.Put('"');
+    for (const char character : field) {
+        out.Put(character);
+        if (character == '"') {
+            out.Put(character);
+        }
+    }
+    out.Put('"');
+}
+
+std::string CsvLine(const CsvRow& row) {
+    TextBuffer line;
+    for (const std::string& field : row) {
+        Append(line, &field == &row.front() ? "" : ",");
+        AppendCsvField(field, line);
+    }
+    line.Put('\n');
+    return std::string(ViewOf(line));
 }
 
 }  // namespace NS_KXDU

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "textbuffer.h"
+
 namespace NS_KXDU {
 
 using CsvRow = std::vector<std::string>;
@@ -38,7 +40,10 @@ private:
     std::size_t m_rowLine = 1;  // where the row began
 };
 
-/// A row as a line, ended by LF; fields are quoted where they must be.
+/// Appends a field, quoted where it must be.
+void AppendCsvField(std::string_view field, TextBuffer& out);
+
+/// A row as a line, ended by LF.
 std::string CsvLine(const CsvRow& row);
 
 }  // namespace NS_KXDU

@@ -8,7 +8,9 @@
 #include <kx_domain_util/processexception.h>
 #include <kx_platform/textutil.h>
 
+#include "fieldtexts.h"
 #include "levelcheck.h"
+#include "number.h"
 #include "tags.h"
 #include "text.h"
 
@@ -19,11 +21,6 @@ using NS_UTIL::NS_FDN::LevelScanner;
 using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
-
-// Ports may have an escaped "|" in their names; what follows it is a sub-value of its own.
-constexpr int FB_WITH_ESCAPED_NAME = 1025;
-constexpr std::size_t FB_TYPE_PLACE = 1;
-constexpr std::size_t PORT_NAME_PLACE = 3;
 
 // What tags.h says of a sub-value: "slot number; -1: none" has a name, "slot number", and a gloss, "none", for the
 // special values "-1".
@@ -56,6 +53,11 @@ struct Wording {
 
 std::string Between(std::string_view opening, std::string_view text, std::string_view closing) {
     return std::string(opening).append(text).append(closing);
+}
+
+// A text where a number belongs; in quotes when it is none, since a blank would not be seen.
+std::string NumberText(std::string_view value) {
+    return value.empty() || IsDecimal(value) ? std::string(value) : Quoted(value);
 }
 
 // Explains the levels of one identifier, in turn.
@@ -98,7 +100,7 @@ private:
             return;
         }
         const Wording wording(description.meaning);
-        std::string meaning = std::string(tag.meaning) + " " + std::string(value);
+        std::string meaning = std::string(tag.meaning) + " " + NumberText(value);
         if (const auto gloss = wording.GlossOf(value); !gloss.empty()) {
             meaning += Between(" (", gloss, ")");
         } else if (wording.name.starts_with("always")) {
@@ -123,7 +125,7 @@ private:
         for (std::size_t place = 0; place < values.size(); ++place) {
             if (place < tag.most) {
                 Add(values[place], Meaning(tag.subValues.at(place), values[place]));
-            } else if (IsEscapedRest(level, values, place)) {
+            } else if (place == tag.most && HasEscapedName(tag, level.value)) {
                 Add(values[place], "rest of the name, behind an escaped |: " + Quoted(values[place]));
             } else {
                 Add(values[place], "sub-value " + Quoted(values[place]));
@@ -141,7 +143,7 @@ private:
         if (value.empty()) {
             return meaning.append(": ").append(gloss.empty() ? "none" : gloss);
         }
-        meaning.append(" ").append(value);
+        meaning.append(" ").append(NumberText(value));
         if (!gloss.empty()) {
             meaning += Between(" (", gloss, ")");
         }
@@ -157,12 +159,6 @@ private:
         return NS_UTIL::IsLogicalPortByType(fbType) ? " (a logical port)" : "";
     }
 
-    static bool IsEscapedRest(const Level& level, const std::vector<std::string_view>& values, std::size_t place) {
-        return (level.tag == "PP" || level.tag == "LP") && place == PORT_NAME_PLACE + 1 &&
-               NS_UTIL::Str2Int(values[FB_TYPE_PLACE]) == FB_WITH_ESCAPED_NAME &&
-               values[PORT_NAME_PLACE].find('\\') != std::string_view::npos;
-    }
-
     [[nodiscard]] std::string NeName(std::string_view value) const {
         if (m_inventory == nullptr) {
             return {};
@@ -171,7 +167,7 @@ private:
         const auto& nes = m_inventory->nes;
         const auto ne = std::find_if(nes.begin(), nes.end(), [&](const auto& row) { return row.neId == neId; });
         if (ne == nes.end()) {
-            return ": not in the inventory";
+            return ": not in the inventory, taken to be of NE type 0";
         }
         const auto& types = m_inventory->neTypes;
         const auto type =
@@ -207,24 +203,20 @@ void AddProblems(Explanation& explanation) {
 }
 
 // Gathers the fields of a record.
-class FieldCollector final : public RecordSink {
+class FieldCollector : public FieldTexts {
 public:
-    void Number(std::string_view name, std::int64_t number) override { Add(name, std::to_string(number)); }
-    void Flag(std::string_view name, bool flag) override { Add(name, flag ? "true" : "false"); }
-    void Text(std::string_view name, std::string_view text) override { Add(name, Between("\"", text, "\"")); }
-    void BeginNested(std::string_view name) override { m_prefix.append(name).append("."); }
-    void EndNested() override { m_prefix.clear(); }  // records are nested once at most
-
     std::vector<ReadField> fields;
 
 private:
-    void Add(std::string_view name, std::string value) {
-        if (!name.starts_with("reserved")) {
-            fields.push_back({m_prefix + std::string(name), std::move(value), false});
-        }
+    void Text(std::string_view name, std::string_view text) override {
+        FieldTexts::Text(name, Between("\"", text, "\""));
     }
 
-    std::string m_prefix;
+    void Take(std::string_view name, std::string_view text) override {
+        if (!name.substr(name.rfind('.') + 1).starts_with("reserved")) {
+            fields.push_back({std::string(name), std::string(text), false});
+        }
+    }
 };
 
 std::vector<ReadField> ReadFields(const std::string& fdn, const Kind& kind) {
@@ -247,8 +239,8 @@ void CompareWithWriters(const Kind& kind, Explanation& explanation) {
             "not compared with what the library writes: that depends on the NE; give --inventory FILE");
         return;
     }
-    explanation.isCanonical = canonical == explanation.fdn;
-    if (!explanation.isCanonical) {
+    explanation.isCanonical = canonical == explanation.fdn && explanation.notes.empty();
+    if (canonical != explanation.fdn) {
         explanation.notes.push_back("what was read would be written as " + canonical);
     }
 }
@@ -283,7 +275,13 @@ Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALON
     if (const std::size_t invalid = FindInvalidUtf8(fdn); invalid != fdn.size()) {
         explanation.notes.push_back("byte " + std::to_string(invalid + 1) + " is not UTF-8");
     }
-    if (kind != nullptr) {
+    if (const std::size_t lineEnd = fdn.find('\n'); lineEnd != std::string::npos) {
+        explanation.notes.push_back("byte " + std::to_string(lineEnd + 1) +
+                                    " is a line end, so that no line of a file can be this identifier");
+    }
+    if (fdn.empty()) {
+        explanation.notes.emplace_back("the identifier is empty");
+    } else if (kind != nullptr) {
         ReadRecord(*kind, explanation);
     } else {
         explanation.notes.push_back("no kind of identifier ends in the level " + Quoted(MocOf(fdn)));

@@ -35,7 +35,7 @@ struct Explanation {
     std::vector<ExplainedPart> parts;  ///< in the order of the text
     std::vector<ReadField> fields;     ///< without reserved ones
     std::vector<std::string> notes;    ///< what else is wrong with it
-    bool isCanonical = false;          ///< the library writes what was read just so
+    bool isCanonical = false;          ///< nothing is noted, and the library writes what was read just so
 };
 
 /// Explains fdn as an identifier of this kind; null: nothing reads it. The names of NE types are taken from inventory,

@@ -50,6 +50,9 @@ private:
 
     void AddIdentifier() {
         const std::string_view fdn = m_explanation.fdn;
+        if (fdn.empty()) {
+            return;
+        }
         m_text += MARGIN;
         std::size_t at = 0;
         for (std::size_t place = 0; place < m_columns.size(); ++place) {
@@ -125,7 +128,7 @@ private:
         if (m_explanation.notes.empty() && !m_explanation.isCanonical) {
             return;
         }
-        m_text += "\n";
+        m_text += m_text.empty() ? "" : "\n";
         for (const std::string& note : m_explanation.notes) {
             m_text += MARGIN;
             Add(CAVEAT, "! " + Printable(note));

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cerrno>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "verbs.h"
 
@@ -17,6 +19,11 @@ public:
 private:
     ExitCode m_code;
 };
+
+/// Ends the run because the system could not do something with the file of this name; errno tells why.
+[[noreturn]] inline void FailByErrno(ExitCode code, const std::string& name) {
+    throw Failure(code, name + ": " + std::generic_category().message(errno));
+}
 
 /// Whoever read our output has gone: nothing is left to do, and nothing is wrong.
 class ClosedPipe : public std::runtime_error {

@@ -1,7 +1,6 @@
 #include "inventorycsv.h"
 
 #include <cerrno>
-#include <charconv>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -13,6 +12,7 @@
 #include "bufferedoutput.h"
 #include "csv.h"
 #include "failure.h"
+#include "number.h"
 #include "text.h"
 
 namespace NS_KXDU {
@@ -71,7 +71,9 @@ std::string Joined(const CsvRow& row) {
 class TableReader {
 public:
     TableReader(const std::filesystem::path& folder, const Table& table)
-        : m_table(table), m_text(ReadFile(folder / table.file)), m_rows((folder / table.file).string(), m_text) {
+        : m_table(table),
+          m_text(ReadFile(folder / table.file)),
+          m_rows((folder / table.file).string(), WithoutByteOrderMark(m_text)) {
         if (!m_rows.Next(m_row) || m_row != table.columns) {
             throw std::runtime_error((folder / table.file).string() + ":1: the first line must be \"" +
                                      Joined(table.columns) + "\"");
@@ -99,9 +101,7 @@ public:
     template <class Number>
     [[nodiscard]] Number ReadNumber(std::size_t column, Number lowest = std::numeric_limits<Number>::min()) const {
         Number number{};
-        const std::string& text = m_row[column];
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (error != std::errc() || end != text.data() + text.size() || number < lowest) {
+        if (!ReadWhole(m_row[column], number) || number < lowest) {
             ComplainAbout(column, "a number from " + std::to_string(lowest) + " to " +
                                       std::to_string(std::numeric_limits<Number>::max()));
         }
@@ -207,13 +207,12 @@ CsvRow Columns(const DomainMemberRow& row) {
 }
 
 template <class Row>
-void WriteTable(const std::filesystem::path& folder, const Table& table, const std::vector<Row>& rows) {
-    BufferedOutput file(folder / table.file);
+void WriteTable(BufferedOutput& file, const Table& table, const std::vector<Row>& rows) {
     file.Write(CsvLine(table.columns));
     for (const Row& row : rows) {
         file.Write(CsvLine(Columns(row)));
     }
-    file.Complete();
+    file.Flush();
 }
 
 }  // namespace
@@ -233,9 +232,16 @@ void WriteInventoryCsv(const std::filesystem::path& folder, const Inventory& inv
     if (error) {
         throw Failure(ExitCode::OUTPUT, folder.string() + ": cannot be made: " + error.message());
     }
-    WriteTable(folder, NeTable(), inventory.nes);
-    WriteTable(folder, NeTypeTable(), inventory.neTypes);
-    WriteTable(folder, DomainMemberTable(), inventory.domainMembers);
+    BufferedOutput nes(folder / NeTable().file);
+    BufferedOutput neTypes(folder / NeTypeTable().file);
+    BufferedOutput domainMembers(folder / DomainMemberTable().file);
+    WriteTable(nes, NeTable(), inventory.nes);
+    WriteTable(neTypes, NeTypeTable(), inventory.neTypes);
+    WriteTable(domainMembers, DomainMemberTable(), inventory.domainMembers);
+    // Files that belong together appear when all of them are written.
+    nes.Complete();
+    neTypes.Complete();
+    domainMembers.Complete();
 }
 
 }  // namespace NS_KXDU

@@ -1,13 +1,13 @@
 #include "kinds.h"
 
 #include <algorithm>
-#include <array>
-#include <functional>
 #include <initializer_list>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
 #include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/resIDUtil.h>
 
 #include "conversions.h"
@@ -17,9 +17,7 @@ namespace NS_KXDU {
 
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::NS_FDN::LevelFinder;
-using NS_UTIL::NS_FDN::PackTag;
 using NS_UTIL::NS_FDN::SubValues;
-namespace TAG = NS_UTIL::NS_FDN::TAG;
 
 namespace {
 
@@ -94,29 +92,29 @@ bool IsContained(std::string_view fdn) {
     return fdn.starts_with("ONE=");
 }
 
-using PortLevels = LevelFinder<TAG::FR, TAG::S, TAG::SS, PackTag("CP"), TAG::LP>;
+using PortLevels = LevelFinder<"FR", "S", "SS", "CP", "LP">;
 
 // Ports that only the writer that is told the NE type writes: a slot without ",CP=-1", or a logical port that stands in
 // a shelf or sub-slot but in no slot.
 bool IsWrittenByNEType(std::string_view fdn) {
     const PortLevels levels(fdn);
-    if (levels.Has<TAG::S>()) {
-        return !levels.Has<PackTag("CP")>();
+    if (levels.Has<"S">()) {
+        return !levels.Has<"CP">();
     }
-    return levels.Has<TAG::SS>() || (levels.Has<TAG::LP>() && levels.Has<TAG::FR>());
+    return levels.Has<"SS">() || (levels.Has<"LP">() && levels.Has<"FR">());
 }
 
 bool IsWrittenByNETypeWithSubSlot(std::string_view fdn) {
-    return LevelFinder<TAG::SS>(fdn).Value<TAG::SS>() == "-1" && IsWrittenByNEType(fdn);
+    return LevelFinder<"SS">(fdn).Value<"SS">() == "-1" && IsWrittenByNEType(fdn);
 }
 
 // A sub-interface that the label of a termination point cannot hold: on a logical port that is not identified by its
 // name, or whose name has a "." already.
 bool IsOnNumberedPort(std::string_view fdn) {
-    const LevelFinder<TAG::LP> levels(fdn);
-    const SubValues<4> port(levels.Value<TAG::LP>());
-    const bool isNamed = port.texts[0].empty() && !port.texts[3].empty();
-    return port.count == 4 && (!isNamed || port.texts[3].find('.') != std::string_view::npos);
+    const LevelFinder<"LP"> levels(fdn);
+    const SubValues<4> port(levels.Value<"LP">());
+    const bool isNamed = port[0].empty() && !port[3].empty();
+    return port.Count() == 4 && (!isNamed || port[3].find('.') != std::string_view::npos);
 }
 
 // ---- The table ------------------------------------------------------------------------------------------------------
@@ -133,62 +131,65 @@ Row Identifier(std::initializer_list<std::string_view> mocs, std::string_view ty
     return {mocs, applies, std::make_unique<KindOf<Record>>(type, read, write)};
 }
 
-using AddRow = std::function<void(Row row)>;
-
-void AddEquipment(const AddRow& add) {
+void AddEquipment(std::vector<Row>& rows) {
     using namespace NS_DOMAIN;
-    add(Identifier<OSIndex>({"OS"}, "OSIndex", ResIDUtil::ResID2OSIndex, ResIDUtil::OSIndex2ResID));
-    add(Identifier<ONEIndex>({"ONE"}, "ONEIndex", ResIDUtil::ResID2ONEIndex, ResIDUtil::ONEIndex2ResID));
-    add(Identifier<ContainedNE>({"NE"}, "NEID", ReadContainedNE, WriteContainedNE, IsContained));
-    add(Identifier<NEIndex>({"NE"}, "NEIndex", ResIDUtil::ResID2NEIndex, ResIDUtil::NEIndex2ResID));
-    add(Identifier<ShelfIndex>({"FR"}, "ShelfIndex", ResIDUtil::ResID2ShelfIndex, ResIDUtil::ShelfIndex2ResID));
-    add(Identifier<SlotIndex>({"S"}, "SlotIndex", ResIDUtil::ResID2SlotIndex, ResIDUtil::SlotIndex2ResID));
-    add(Identifier<SlotIndex>({"SS"}, "SubSlotIndex", ResIDUtil::ResID2SubSlotIndex, ResIDUtil::SubSlotIndex2ResID));
-    add(Identifier<CardIndex>({"CP", "SC"}, "CardIndex", ResIDUtil::ResID2CardIndex, ResIDUtil::CardIndex2ResID));
-    add(Identifier<PortIndex>({"PP"}, "PortIndex:NEType1911", ResIDUtil::ResID2PortIndex, WritePortWithSubSlot,
-                              IsWrittenByNETypeWithSubSlot));
-    add(Identifier<PortIndex>({"PP", "LP"}, "PortIndex:NEType", ResIDUtil::ResID2PortIndex, WritePortByNEType,
-                              IsWrittenByNEType));
-    add(Identifier<PortIndex>({"PP", "LP"}, "PortIndex", ResIDUtil::ResID2PortIndex, WritePort));
-    add(Identifier<PortIndex>({}, "PortIndex:LoopBack", ResIDUtil::ResID2LoopBackPortIndex, WritePort));
-    add(Identifier<CtpKey_T>({"AP", "VR", "CHANNELSET"}, "CtpKey_T", ResIDUtil::ResID2APIndex, WriteAccessPoint));
-    add(Identifier<CtpKey_T>({"SUBIF"}, "CtpKey_T:SUBIF", ResIDUtil::ResID2PortIndex, WriteSubInterface,
-                             IsOnNumberedPort));
-    add(Identifier<TPIndex>({"SUBIF", "VC4", "VC12"}, "TPIndex", ReadTerminationPoint, ResIDUtil::TPIndex2ResID));
+    rows.push_back(Identifier<OSIndex>({"OS"}, "OSIndex", ResIDUtil::ResID2OSIndex, ResIDUtil::OSIndex2ResID));
+    rows.push_back(Identifier<ONEIndex>({"ONE"}, "ONEIndex", ResIDUtil::ResID2ONEIndex, ResIDUtil::ONEIndex2ResID));
+    rows.push_back(Identifier<ContainedNE>({"NE"}, "NEID", ReadContainedNE, WriteContainedNE, IsContained));
+    rows.push_back(Identifier<NEIndex>({"NE"}, "NEIndex", ResIDUtil::ResID2NEIndex, ResIDUtil::NEIndex2ResID));
+    rows.push_back(
+        Identifier<ShelfIndex>({"FR"}, "ShelfIndex", ResIDUtil::ResID2ShelfIndex, ResIDUtil::ShelfIndex2ResID));
+    rows.push_back(Identifier<SlotIndex>({"S"}, "SlotIndex", ResIDUtil::ResID2SlotIndex, ResIDUtil::SlotIndex2ResID));
+    rows.push_back(
+        Identifier<SlotIndex>({"SS"}, "SubSlotIndex", ResIDUtil::ResID2SubSlotIndex, ResIDUtil::SubSlotIndex2ResID));
+    rows.push_back(
+        Identifier<CardIndex>({"CP", "SC"}, "CardIndex", ResIDUtil::ResID2CardIndex, ResIDUtil::CardIndex2ResID));
+    rows.push_back(Identifier<PortIndex>({"PP"}, "PortIndex:NEType1911", ResIDUtil::ResID2PortIndex,
+                                         WritePortWithSubSlot, IsWrittenByNETypeWithSubSlot));
+    rows.push_back(Identifier<PortIndex>({"PP", "LP"}, "PortIndex:NEType", ResIDUtil::ResID2PortIndex,
+                                         WritePortByNEType, IsWrittenByNEType));
+    rows.push_back(Identifier<PortIndex>({"PP", "LP"}, "PortIndex", ResIDUtil::ResID2PortIndex, WritePort));
+    rows.push_back(Identifier<PortIndex>({}, "PortIndex:LoopBack", ResIDUtil::ResID2LoopBackPortIndex, WritePort));
+    rows.push_back(
+        Identifier<CtpKey_T>({"AP", "VR", "CHANNELSET"}, "CtpKey_T", ResIDUtil::ResID2APIndex, WriteAccessPoint));
+    rows.push_back(Identifier<CtpKey_T>({"SUBIF"}, "CtpKey_T:SUBIF", ResIDUtil::ResID2PortIndex, WriteSubInterface,
+                                        IsOnNumberedPort));
+    rows.push_back(
+        Identifier<TPIndex>({"SUBIF", "VC4", "VC12"}, "TPIndex", ReadTerminationPoint, ResIDUtil::TPIndex2ResID));
 }
 
-void AddServices(const AddRow& add) {
+void AddServices(std::vector<Row>& rows) {
     using namespace NS_DOMAIN;
-    add(Identifier<ContainedGroup>({"VEGROUP"}, "GroupID", ReadGroup, WriteGroup));
-    add(Identifier<PWIndex>({"PW"}, "PWIndex", ReadPseudoWire, ResIDUtil::PWIndex2ResID));
-    add(Identifier<PWSwitchIndex>({"PWSW"}, "PWSwitchIndex", ResIDUtil::ResID2PWSwitchIndex, WriteWholeText));
+    rows.push_back(Identifier<ContainedGroup>({"VEGROUP"}, "GroupID", ReadGroup, WriteGroup));
+    rows.push_back(Identifier<PWIndex>({"PW"}, "PWIndex", ReadPseudoWire, ResIDUtil::PWIndex2ResID));
+    rows.push_back(
+        Identifier<PWSwitchIndex>({"PWSW"}, "PWSwitchIndex", ResIDUtil::ResID2PWSwitchIndex, WriteWholeText));
     // LSP and layer-3 VPN have no reader of their own: of them, as of any service, the NE and the text are kept.
-    add(Identifier<ServiceIndex>({"PWE3", "NETH", "VSI", "VRF", "LSP", "L3VPN"}, "ServiceIndex",
-                                 ResIDUtil::ResID2SVCIndex, WriteWholeText));
-    add(Identifier<TunnelIndex>({"TUNNEL"}, "TunnelIndex", ResIDUtil::ResID2TunnelIndex, WriteWholeText));
-    add(Identifier<TDIndex>({"ATMTD"}, "TDIndex", ResIDUtil::ResID2TDIndex, WriteTrafficDescriptor));
-    add(Identifier<Contained<VPNTrailIndex>>({"PWE3TRAIL", "VPLS"}, "VPNTrailIndex", ReadTrail, WriteTrail));
-    add(Identifier<Contained<TunnelTrailIndex>>({"TUNNELTRAIL"}, "TunnelTrailIndex", ReadTrail, WriteTrail));
-    add(Identifier<Contained<PWTrailIndex>>({"PWTRAIL"}, "PWTrailIndex", ReadTrail, WriteTrail));
-    add(Identifier<Contained<TNPIndex_T>>({"TUNNELPGTRAIL"}, "TNPIndex_T", ReadTrail, WriteTrail));
+    rows.push_back(Identifier<ServiceIndex>({"PWE3", "NETH", "VSI", "VRF", "LSP", "L3VPN"}, "ServiceIndex",
+                                            ResIDUtil::ResID2SVCIndex, WriteWholeText));
+    rows.push_back(Identifier<TunnelIndex>({"TUNNEL"}, "TunnelIndex", ResIDUtil::ResID2TunnelIndex, WriteWholeText));
+    rows.push_back(Identifier<TDIndex>({"ATMTD"}, "TDIndex", ResIDUtil::ResID2TDIndex, WriteTrafficDescriptor));
+    rows.push_back(Identifier<Contained<VPNTrailIndex>>({"PWE3TRAIL", "VPLS"}, "VPNTrailIndex", ReadTrail, WriteTrail));
+    rows.push_back(Identifier<Contained<TunnelTrailIndex>>({"TUNNELTRAIL"}, "TunnelTrailIndex", ReadTrail, WriteTrail));
+    rows.push_back(Identifier<Contained<PWTrailIndex>>({"PWTRAIL"}, "PWTrailIndex", ReadTrail, WriteTrail));
+    rows.push_back(Identifier<Contained<TNPIndex_T>>({"TUNNELPGTRAIL"}, "TNPIndex_T", ReadTrail, WriteTrail));
 }
 
-void AddOam(const AddRow& add) {
+void AddOam(std::vector<Row>& rows) {
     using namespace NS_DOMAIN;
-    add(Identifier<MDIndex>({"MD"}, "MDIndex", ResIDUtil::ResID2MDIndex, ResIDUtil::MDIndex2ResID));
-    add(Identifier<MAIndex>({"MA"}, "MAIndex", ResIDUtil::ResID2MAIndex, ResIDUtil::MAIndex2ResID));
-    add(Identifier<MEPIndex>({"MEP"}, "MEPIndex", ReadEndPoint, ResIDUtil::MepIndex2ResID));
-    add(Identifier<MEPIndex>({"RMEP"}, "MEPIndex:RMEP", ReadEndPoint, ResIDUtil::RmepIndex2ResID));
-    add(Identifier<MIPIndex>({"MIP"}, "MIPIndex", ReadIntermediatePoint, ResIDUtil::MIPIndex2ResID));
+    rows.push_back(Identifier<MDIndex>({"MD"}, "MDIndex", ResIDUtil::ResID2MDIndex, ResIDUtil::MDIndex2ResID));
+    rows.push_back(Identifier<MAIndex>({"MA"}, "MAIndex", ResIDUtil::ResID2MAIndex, ResIDUtil::MAIndex2ResID));
+    rows.push_back(Identifier<MEPIndex>({"MEP"}, "MEPIndex", ReadEndPoint, ResIDUtil::MepIndex2ResID));
+    rows.push_back(Identifier<MEPIndex>({"RMEP"}, "MEPIndex:RMEP", ReadEndPoint, ResIDUtil::RmepIndex2ResID));
+    rows.push_back(Identifier<MIPIndex>({"MIP"}, "MIPIndex", ReadIntermediatePoint, ResIDUtil::MIPIndex2ResID));
 }
 
 // One row for each kind. Of several rows with the same last level the first that applies counts.
 std::vector<Row> MakeRows() {
     std::vector<Row> rows;
-    const AddRow add = [&](Row row) { rows.push_back(std::move(row)); };
-    AddEquipment(add);
-    AddServices(add);
-    AddOam(add);
+    AddEquipment(rows);
+    AddServices(rows);
+    AddOam(rows);
     return rows;
 }
 

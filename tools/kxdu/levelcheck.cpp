@@ -1,7 +1,6 @@
 #include "levelcheck.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -9,6 +8,7 @@
 
 #include <kx_domain_util/fdnscanner.h>
 
+#include "number.h"
 #include "tags.h"
 #include "text.h"
 
@@ -16,23 +16,16 @@ namespace NS_KXDU {
 
 using NS_UTIL::NS_FDN::Level;
 using NS_UTIL::NS_FDN::LevelScanner;
-using NS_UTIL::NS_FDN::SubValues;
 using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
 
 constexpr std::size_t MOST_PROBLEMS = 8;
 
-// The only FB type whose ports may have a "|" in their name, behind a backslash.
-constexpr std::string_view FB_WITH_ESCAPED_NAME = "1025";
+constexpr const char* PORT_NUMBER_RANGE = "from -2147483648 to 4294967295";
 
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
-}
-
-bool IsDecimal(std::string_view text) {
-    const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
-    return !digits.empty() && std::all_of(digits.begin(), digits.end(), IsDigit);
 }
 
 bool IsInRange(std::string_view decimal, SubValueKind kind) {
@@ -68,15 +61,14 @@ private:
     }
 
     void CheckLevel(const Level& level) {
-        const bool hasEquals = level.value.data() != level.tag.data() + level.tag.size();
         if (level.tag.empty()) {
-            Tell(level.tag, hasEquals ? "level without a tag" : "empty level");
+            Tell(level.tag, level.HasEquals() ? "level without a tag" : "empty level");
             return;
         }
         if (!CheckTag(level.tag)) {
             return;
         }
-        if (!hasEquals) {
+        if (!level.HasEquals()) {
             Tell(level.tag, "no \"=\" behind " + Quoted(level.tag));
             return;
         }
@@ -116,7 +108,7 @@ private:
             Tell(value, std::string(tag.name) + " has no value");
             return;
         }
-        const std::size_t most = tag.most + (HasEscapedName(value) ? 1 : 0);
+        const std::size_t most = tag.most + (HasEscapedName(tag, value) ? 1 : 0);
         std::size_t count = 0;
         SubValueScanner scanner(value);
         std::string_view subValue;
@@ -133,12 +125,6 @@ private:
             Tell(value.substr(value.size()),
                  std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least));
         }
-    }
-
-    // A port whose name goes on behind a "|".
-    static bool HasEscapedName(std::string_view value) {
-        const SubValues<4> port(value);
-        return port.texts[1] == FB_WITH_ESCAPED_NAME && port.texts[3].find('\\') != std::string_view::npos;
     }
 
     static std::string Counted(std::size_t count) {
@@ -159,7 +145,8 @@ private:
         } else if (!IsDecimal(text)) {
             Tell(text, place + " is not a decimal number: " + Quoted(text));
         } else if (!IsInRange(text, expected.kind)) {
-            Tell(text, place + " is beyond 32 bits: " + Quoted(text));
+            const bool isPort = expected.kind == SubValueKind::PORT_NUMBER;
+            Tell(text, place + " is not " + (isPort ? PORT_NUMBER_RANGE : RANGE_OF_32_BITS) + ": " + Quoted(text));
         }
     }
 

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <optional>
 
 #include <CLI/CLI.hpp>
@@ -15,8 +16,10 @@
 
 #include "blockreader.h"
 #include "failure.h"
+#include "optionkinds.h"
 #include "output.h"
 #include "progress.h"
+#include "samefile.h"
 #include "text.h"
 
 namespace NS_KXDU {
@@ -38,15 +41,49 @@ struct Piece {
     InputBlock input;
     LineResult result;
     std::unique_ptr<LineConverter> converter;
+    std::exception_ptr failure;  // what the converter threw
 };
 
 std::size_t Threads(unsigned jobs) {
     return jobs != 0 ? jobs : static_cast<std::size_t>(tbb::info::default_concurrency());
 }
 
-std::string Summary(const LineWork& work, std::uint64_t findings, std::uint64_t lines) {
-    return "kxdu: " + std::to_string(findings) + " " + std::string(work.finding) + " in " + std::to_string(lines) +
-           (lines == 1 ? " line\n" : " lines\n");
+std::string Summary(const LineWork& work, const LineCounts& counts) {
+    if (work.summarize && !counts.isStopped) {
+        return work.summarize(counts);
+    }
+    if (counts.findings == 0) {
+        return {};
+    }
+    return "kxdu: " + std::to_string(counts.findings) + " " + std::string(work.finding) + " in " +
+           std::to_string(counts.lines) + (counts.lines == 1 ? " line" : " lines") +
+           (counts.isStopped ? ", and stopped there\n" : "\n");
+}
+
+void Refuse(const std::string& file, const char* what) {
+    throw Failure(ExitCode::USAGE, file + ": " + what);
+}
+
+// A file that is read may be replaced by the output, which takes its place when all is read; but not by the rejected
+// lines, and it may not grow while it is read.
+void RefuseLoss(const BulkOptions& options) {
+    const auto nameOf = [](const std::string& file, const char* stream) {
+        return file.empty() || file == "-" ? std::string(stream) : file;
+    };
+    const std::string output = nameOf(options.output, "/dev/stdout");
+    if (!options.rejects.empty() && IsSameFile(options.rejects, output)) {
+        Refuse(options.rejects, "the rejected lines would replace the output");
+    }
+    const std::vector<std::string> standardInput{"-"};
+    for (const std::string& file : options.files.empty() ? standardInput : options.files) {
+        const std::string input = nameOf(file, "/dev/stdin");
+        if (!options.rejects.empty() && IsSameFile(options.rejects, input)) {
+            Refuse(options.rejects, "the rejected lines would replace the input");
+        }
+        if (output == "/dev/stdout" && IsSameFile(output, input)) {
+            Refuse(file == "-" ? "standard input" : file, "is standard output too; write to it with -o");
+        }
+    }
 }
 
 }  // namespace
@@ -61,6 +98,10 @@ void LineResult::Begin(std::string_view inputName, std::size_t firstLine) {
     m_findings = 0;
 }
 
+std::string LineResult::Place() const {
+    return std::string(m_inputName).append(":").append(std::to_string(m_line));
+}
+
 void LineResult::Report(std::string_view reason, std::size_t column) {
     Append(m_report, m_inputName);
     Append(m_report, ":");
@@ -73,6 +114,7 @@ void LineResult::Report(std::string_view reason, std::size_t column) {
     Append(m_report, reason);
     Append(m_report, "\n");
     if (m_findings++ == 0) {
+        m_firstFindingLine = m_line;
         m_outputBeforeFirst = output.GetSize();
         m_firstFindingEnd = m_report.GetSize();
     }
@@ -99,7 +141,7 @@ public:
         }
     }
 
-    ExitCode Run() {
+    LineCounts Run() {
         const tbb::global_control threads(tbb::global_control::max_allowed_parallelism, Threads(m_options.jobs));
         try {
             m_output.Write(m_work.header);
@@ -188,7 +230,16 @@ private:
             if (!m_work.isVerbatim && end != std::string_view::npos && line.ends_with('\r')) {
                 line.remove_suffix(1);  // belongs to the line end
             }
-            ConvertLine(line, hasNul, mayBeInvalid, piece);
+            try {
+                ConvertLine(line, hasNul, mayBeInvalid, piece);
+            } catch (const Failure& failure) {
+                piece.failure =
+                    std::make_exception_ptr(Failure(failure.Code(), result.Place() + ": " + failure.what()));
+                return;
+            } catch (...) {
+                piece.failure = std::current_exception();
+                return;
+            }
             ++result.m_line;
         }
     }
@@ -227,14 +278,18 @@ private:
         m_isStopped = m_options.isStrict && result.m_findings != 0;
         if (m_isStopped) {
             m_findings += 1;
+            m_lines += result.m_firstFindingLine + 1 - piece.input.firstLine;
             m_output.Write(ViewOf(result.output).substr(0, result.m_outputBeforeFirst));
             WriteReport(ViewOf(result.m_report).substr(0, result.m_firstFindingEnd));
-        } else {
-            m_findings += result.m_findings;
-            m_output.Write(ViewOf(result.output));
-            WriteReport(ViewOf(result.m_report));
+            return;
         }
+        m_findings += result.m_findings;
         m_lines += result.m_line - piece.input.firstLine;
+        m_output.Write(ViewOf(result.output));
+        WriteReport(ViewOf(result.m_report));
+        if (piece.failure) {
+            std::rethrow_exception(piece.failure);
+        }
         m_progress.Update(piece.input.bytesRead, m_lines);
     }
 
@@ -242,24 +297,29 @@ private:
         if (m_work.isReportTheOutput) {
             m_output.Write(report);
         } else if (m_rejects) {
-            m_rejects->Write(report);
+            WriteRejects(report);
         } else if (!report.empty()) {
             m_progress.Clear();
             std::fwrite(report.data(), 1, report.size(), stderr);
         }
     }
 
+    // Only the reader of the output may go away: without the rejected lines, its files would be incomplete unseen.
+    void WriteRejects(std::string_view report) {
+        try {
+            m_rejects->Write(report);
+        } catch (const ClosedPipe& closed) {
+            throw Failure(ExitCode::OUTPUT, m_options.rejects + ": " + closed.what());
+        }
+    }
+
     // The rejected lines are of use however the run ended.
-    ExitCode End() {
+    LineCounts End() {
         if (m_rejects) {
             m_rejects->Complete();
         }
         m_progress.Clear();
-        if (m_findings == 0) {
-            return ExitCode::OK;
-        }
-        std::fputs(Summary(m_work, m_findings, m_lines).c_str(), stderr);
-        return ExitCode::FOUND;
+        return {m_lines, m_findings, m_isStopped};
     }
 
     const BulkOptions& m_options;
@@ -280,28 +340,43 @@ private:
 };
 
 ExitCode RunLines(const BulkOptions& options, const LineWork& work) {
-    return LineRun(options, work).Run();
+    RefuseLoss(options);
+    const LineCounts counts = LineRun(options, work).Run();
+    std::fputs(Summary(work, counts).c_str(), stderr);
+    return counts.findings == 0 ? ExitCode::OK : ExitCode::FOUND;
 }
 
-void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFiles) {
-    constexpr auto HELP = "Files to read line by line; standard input when there are none, or for -";
-    if (withPositionalFiles) {
-        verb.add_option("FILE", options.files, HELP)->type_name("");
-    } else {
-        verb.add_option("-i,--input", options.files, HELP)->type_name("FILE")->allow_extra_args(false);
-    }
+void AddInputFiles(CLI::App& verb, BulkOptions& options) {
+    verb.add_option("FILE", options.files,
+                    "Files to read line by line; standard input when there are none, or for -. A UTF-8 byte-order "
+                    "mark at the beginning of one is skipped")
+        ->type_name("");
+}
+
+void AddInputOption(CLI::App& verb, BulkOptions& options) {
+    verb.add_option("-i,--input", options.files,
+                    "File to read line by line, once more for each further one; standard input when there is none, or "
+                    "for -. A UTF-8 byte-order mark at the beginning is skipped")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+}
+
+void AddRunOptions(CLI::App& verb, BulkOptions& options) {
     verb.add_option("-o,--output", options.output,
-                    "Write to FILE, which appears when it is complete; standard output otherwise")
+                    "Write to FILE, which appears when it is complete, and may be an input; standard output otherwise")
         ->type_name("FILE");
+    constexpr unsigned MOST_JOBS = 1024;
+    AddNumberOption(verb, "-j,--jobs", options.jobs, "Threads; one for each core by default", 1, MOST_JOBS);
+    verb.add_flag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
+}
+
+void AddRejectOptions(CLI::App& verb, BulkOptions& options) {
     verb.add_option("--rejects", options.rejects,
-                    "Write which lines are reported, and why, to FILE; standard error otherwise")
+                    "Write which lines are reported, and why, to FILE, which may be neither an input nor the output; "
+                    "standard error otherwise")
         ->type_name("FILE");
     verb.add_flag("--strict", options.isStrict,
-                  "Stop at the first line that is reported; a file to write then does not appear");
-    verb.add_option("-j,--jobs", options.jobs, "Threads; one for each core by default")
-        ->type_name("N")
-        ->check(CLI::Range(1, 1024));
-    verb.add_flag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
+                  "Stop at the first line that is reported; the output file then does not appear");
 }
 
 }  // namespace NS_KXDU

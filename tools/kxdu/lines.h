@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,9 +25,14 @@ struct BulkOptions {
     bool isProgressHidden = false;   ///< no progress bar, where standard error is a terminal
 };
 
-/// Adds the options above to verb, and input files as its positional arguments; withPositionalFiles false makes them an
-/// option, for verbs that have other positional arguments.
-void AddBulkOptions(CLI::App& verb, BulkOptions& options, bool withPositionalFiles = true);
+/// Adds input files to verb, as its positional arguments.
+void AddInputFiles(CLI::App& verb, BulkOptions& options);
+/// Adds them as an option, for verbs that have other positional arguments.
+void AddInputOption(CLI::App& verb, BulkOptions& options);
+/// Adds `--output`, `--jobs` and `--no-progress`.
+void AddRunOptions(CLI::App& verb, BulkOptions& options);
+/// Adds `--rejects` and `--strict`, for verbs that report beside their output.
+void AddRejectOptions(CLI::App& verb, BulkOptions& options);
 
 /// Where a converter puts what it makes of the lines of a block.
 class LineResult {
@@ -40,10 +46,14 @@ public:
 
     [[nodiscard]] std::size_t Findings() const noexcept { return m_findings; }
 
+    /// Whether the current line is the first one of its file.
+    [[nodiscard]] bool IsFirstLine() const noexcept { return m_line == 1; }
+
 private:
     friend class LineRun;
 
     void Begin(std::string_view inputName, std::size_t firstLine);
+    [[nodiscard]] std::string Place() const;
 
     TextBuffer m_report;
     std::string_view m_inputName;
@@ -51,6 +61,7 @@ private:
     std::size_t m_findings = 0;
     std::size_t m_outputBeforeFirst = 0;
     std::size_t m_firstFindingEnd = 0;
+    std::size_t m_firstFindingLine = 0;
 };
 
 /// Makes something of lines. Each belongs to one thread at a time.
@@ -62,6 +73,13 @@ public:
     virtual void Convert(std::string_view line, LineResult& result) = 0;
 };
 
+/// How a run went.
+struct LineCounts {
+    std::uint64_t lines = 0;
+    std::uint64_t findings = 0;
+    bool isStopped = false;  ///< --strict ended it at a finding
+};
+
 /// What a verb does with lines.
 struct LineWork {
     std::function<std::unique_ptr<LineConverter>()> makeConverter;  ///< called once for each block that is in flight
@@ -70,9 +88,16 @@ struct LineWork {
     bool isVerbatim = false;                ///< every line is converted that is not too long, just as it is
     bool isReportTheOutput = false;         ///< findings are what the user asked for: they go to the output
     std::string_view finding = "rejected";  ///< a line with a finding, in the summary
+
+    /// The last line on standard error of a run that nothing stopped, with its end, in place of the usual one; called
+    /// when the converters are gone.
+    std::function<std::string(const LineCounts&)> summarize;
 };
 
-/// Runs the work. `ExitCode::FOUND` when there was a finding. Throws `Failure` as the parts do.
+/// Runs the work. `ExitCode::FOUND` when there was a finding. Throws `Failure` as the parts do, and with
+/// `ExitCode::USAGE` when one file would be written over another that is read or written. What a converter throws ends
+/// the run at its line: what comes before is written, to standard output at least, since no file appears. A `Failure`
+/// of a converter gets "file:line: " in front of its text.
 ExitCode RunLines(const BulkOptions& options, const LineWork& work);
 
 }  // namespace NS_KXDU

@@ -1,13 +1,13 @@
 #include "listing.h"
 
 #include <algorithm>
-#include <map>
 
 #include <CLI/CLI.hpp>
 #include <rapidjson/writer.h>
 
 #include "csv.h"
 #include "displaytext.h"
+#include "optionkinds.h"
 #include "output.h"
 #include "text.h"
 #include "textbuffer.h"
@@ -185,23 +185,22 @@ std::string Listing::MarkdownText() const {
 }
 
 void AddListingOptions(CLI::App& verb, ListingOptions& options) {
-    const std::map<std::string, Listing::Format> formats{{"table", Listing::Format::TABLE},
-                                                         {"csv", Listing::Format::CSV},
-                                                         {"jsonl", Listing::Format::JSONL},
-                                                         {"md", Listing::Format::MARKDOWN}};
-    verb.add_option("--format", options.format, "How rows are written: table (the default), csv, jsonl or md")
-        ->transform(CLI::CheckedTransformer(formats))
-        ->type_name("FORMAT")
-        ->option_text("FORMAT");
-    verb.add_option("-o,--output", options.output,
-                    "Write to FILE, which appears when it is complete; standard output otherwise")
-        ->type_name("FILE");
+    AddChoiceOption(verb, "--format", "FORMAT", options.format,
+                    {{"table", Listing::Format::TABLE},
+                     {"csv", Listing::Format::CSV},
+                     {"jsonl", Listing::Format::JSONL},
+                     {"md", Listing::Format::MARKDOWN}},
+                    "How rows are written: table (the default), csv, jsonl or md");
+    AddOutputOption(verb, options.output);
 }
 
 void Print(const Listing& listing, const ListingOptions& options) {
-    Output output(options.output);
-    output.Write(listing.Text(options.format));
-    output.Complete();
+    WriteWhole(options.output, listing.Text(options.format));
+}
+
+ExitCode PrintAnswers(const Listing& listing, const ListingOptions& options) {
+    Print(listing, options);
+    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
 }
 
 }  // namespace NS_KXDU

@@ -58,5 +58,8 @@ void AddListingOptions(CLI::App& verb, ListingOptions& options);
 
 /// Throws as `Output` does.
 void Print(const Listing& listing, const ListingOptions& options);
+/// Prints the answers to what was asked, a row or more for each. `ExitCode::FOUND` when there is a silent one. Throws
+/// as above.
+ExitCode PrintAnswers(const Listing& listing, const ListingOptions& options);
 
 }  // namespace NS_KXDU

@@ -1,8 +1,12 @@
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <utility>
 
 #include <CLI/CLI.hpp>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "failure.h"
 #include "verbs.h"
@@ -11,10 +15,10 @@ namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu sample --ne 10 --seed 1 | kxdu decode | head -3
   kxdu check --inventory network.db network.fdn
-  kxdu decode --help)";
+  kxdu help decode)";
 
 int AsInt(ExitCode code) {
     return static_cast<int>(code);
@@ -35,11 +39,45 @@ int Run(const Action& action) {
     }
 }
 
+// CLI11 says only that a subcommand is required where it means a verb that is missing or unknown, and that options are
+// not expected where they stand in front of one.
+std::string UsageText(const CLI::App* app, const CLI::Error& error) {
+    const auto inFront = app->remaining();
+    const auto option = std::find_if(inFront.begin(), inFront.end(),
+                                     [](const std::string& argument) { return argument.starts_with('-'); });
+    const bool isOptionInFront = option != inFront.end() && !app->get_subcommands().empty();
+    while (!app->get_subcommands().empty()) {
+        app = app->get_subcommands().front();
+    }
+    std::string text = error.what();
+    if (isOptionInFront) {
+        text = *option + " stands in front of the verb; options go behind it";
+    } else if (app->get_require_subcommand_min() != 0) {
+        const auto unknown = app->remaining();
+        text = unknown.empty() ? "a verb is missing" : UnknownVerb(*app, unknown.front());
+    }
+    return "kxdu: " + text + "\nRun with --help to see what there is.\n";
+}
+
+// A file that we open must not become a standard stream that the caller closed: messages would go into it. What stands
+// in for such a stream cannot be used the way the stream is, so that it stays an error to do so.
+void HoldStandardStreams() {
+    for (const auto& [stream, mode] :
+         {std::pair(STDIN_FILENO, O_WRONLY), std::pair(STDOUT_FILENO, O_RDONLY), std::pair(STDERR_FILENO, O_RDONLY)}) {
+        if (fcntl(stream, F_GETFD) == -1) {
+            static_cast<void>(open("/dev/null", mode));  // takes the lowest number that is free
+        }
+    }
+}
+
 int Main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);  // write tells us, and we end quietly
+    std::signal(SIGXFSZ, SIG_IGN);  // write tells us of a file that may not grow, too
+    HoldStandardStreams();
     CLI::App app("Reads, writes, checks and explains the identifiers of a telecom network", "kxdu");
     app.set_version_flag("--version", "kxdu " KX_VERSION);
-    app.footer(EXAMPLES);
+    app.footer(HELP);
+    app.failure_message(UsageText);
     app.require_subcommand(1);
     Action action;
     AddDecode(app, action);
@@ -56,6 +94,7 @@ int Main(int argc, char** argv) {
     AddTables(app, action);
     AddInventory(app, action);
     AddSample(app, action);
+    AddHelp(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

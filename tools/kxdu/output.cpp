@@ -35,7 +35,7 @@ Output::Output(const std::filesystem::path& file) {
         m_name = file;
         m_device = m_descriptor = open(file.c_str(), O_WRONLY | O_CLOEXEC);
         if (m_device == -1) {
-            throw Failure(ExitCode::OUTPUT, m_name + ": " + std::generic_category().message(errno));
+            FailByErrno(ExitCode::OUTPUT, m_name);
         }
     } else {
         m_name = file;
@@ -58,7 +58,7 @@ void Output::Write(std::string_view text) {
         } else if (errno == EPIPE) {
             throw ClosedPipe();
         } else if (errno != EINTR) {
-            throw Failure(ExitCode::OUTPUT, m_name + ": " + std::generic_category().message(errno));
+            FailByErrno(ExitCode::OUTPUT, m_name);
         }
     }
 }
@@ -71,6 +71,12 @@ void Output::Complete() {
 
 bool Output::IsTerminal() const {
     return isatty(m_descriptor) == 1;
+}
+
+void WriteWhole(const std::filesystem::path& file, std::string_view text) {
+    Output output(file);
+    output.Write(text);
+    output.Complete();
 }
 
 }  // namespace NS_KXDU

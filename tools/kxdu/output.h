@@ -34,4 +34,7 @@ private:
     int m_descriptor = -1;
 };
 
+/// Writes a text that is all there is. Throws as `Output` does.
+void WriteWhole(const std::filesystem::path& file, std::string_view text);
+
 }  // namespace NS_KXDU

@@ -17,6 +17,17 @@ namespace {
 class JsonFormat : public RecordFormat, private RecordSink {
 public:
     void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) override {
+        const std::size_t before = out.GetSize();
+        try {
+            WriteLine(fdn, kind, out);
+        } catch (...) {
+            out.Pop(out.GetSize() - before);
+            throw;
+        }
+    }
+
+private:
+    void WriteLine(const std::string& fdn, const Kind& kind, TextBuffer& out) {
         m_writer.Reset(out);
         m_writer.StartObject();
         Text("fdn", fdn);
@@ -28,7 +39,6 @@ public:
         out.Put('\n');
     }
 
-private:
     void Number(std::string_view name, std::int64_t number) override {
         Key(name);
         m_writer.Int64(number);

@@ -5,6 +5,8 @@
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
 
+#include "number.h"
+#include "records.h"
 #include "text.h"
 
 namespace NS_KXDU {
@@ -119,7 +121,8 @@ private:
 };
 
 void RecordLine::Parse(std::string_view line) {
-    m_text.assign(line);
+    constexpr std::size_t LONGEST_TAIL = 3;  // the parser reads so far behind a character that is cut off at the end
+    m_text.assign(line).append(LONGEST_TAIL, '\0');
     m_fdn = {};
     m_type = {};
     m_nested = {};
@@ -171,7 +174,8 @@ void RecordLine::Number(std::string_view name, std::int64_t& number) {
 void RecordLine::Number(std::string_view name, std::int32_t& number) {
     const std::int64_t whole = Take<std::int64_t>(name, "a whole number of 32 bits");
     if (whole < std::numeric_limits<std::int32_t>::min() || whole > std::numeric_limits<std::int32_t>::max()) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is beyond 32 bits: " + std::to_string(whole));
+        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is not " + RANGE_OF_32_BITS + ": " +
+                        std::to_string(whole));
     }
     number = static_cast<std::int32_t>(whole);
 }
@@ -182,9 +186,16 @@ void RecordLine::Flag(std::string_view name, bool& flag) {
 
 void RecordLine::Text(std::string_view name, std::string& text) {
     const auto value = Take<std::string_view>(name, "a text");
+    if (IsSubValue(name) && value.find_first_of(",|") != std::string_view::npos) {
+        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds \",\" or \"|\", where it would end");
+    }
     // An identifier that held one of these would not be one line any more.
     if (value.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {
         throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds a line end or NUL");
+    }
+    // The parser lets one half of a pair of escapes pass when it is the second.
+    if (!IsAscii(value) && FindInvalidUtf8(value) != value.size()) {
+        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds half a surrogate pair");
     }
     text = value;
 }

@@ -233,6 +233,11 @@ inline constexpr std::tuple FIELDS<NS_DOMAIN::MIPIndex>{
     Field{"mipId", &NS_DOMAIN::MIPIndex::mipId},       Field{"mipName", &NS_DOMAIN::MIPIndex::mipName},
 };
 
+/// Whether a text field is written as one sub-value of a level, which ends at a "," or "|". Other texts hold levels.
+constexpr bool IsSubValue(std::string_view field) {
+    return field == "portLabel" || field == "mdName" || field == "maName" || field == "mipName";
+}
+
 /// Calls visit(name, value) for each field of record in turn.
 template <class Record, class Visit>
 void ForEachField(Record& record, Visit visit) {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "failure.h"
+#include "missingnes.h"
 
 namespace NS_KXDU {
 
@@ -13,7 +14,9 @@ void AddInventoryOption(CLI::App& verb, std::string& inventory) {
 }
 
 void AddConfigOption(CLI::App& verb, std::string& config) {
-    verb.add_option("--config", config, "Folder that holds kx_corbaagent_bundle/bundle.cfg")
+    verb.add_option("--config", config,
+                    "Folder that holds the configuration, kx_corbaagent_bundle/bundle.cfg in TOML; docs/guide.md tells "
+                    "which items count")
         ->type_name("DIR")
         ->envname("KX_CONFIG_DIR");
 }
@@ -23,10 +26,13 @@ void AddServiceOptions(CLI::App& verb, ServiceOptions& options) {
     AddConfigOption(verb, options.config);
 }
 
-std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options) {
+std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing) {
     NS_STANDALONE::HostOptions hostOptions;
     hostOptions.inventoryFile = options.inventory;
     hostOptions.configFolder = options.config;
+    if (missing != nullptr) {
+        hostOptions.missingNe = [missing](std::int64_t neId) { missing->Note(neId); };
+    }
     try {
         return std::make_unique<NS_STANDALONE::Host>(hostOptions);
     } catch (const std::runtime_error& error) {
@@ -37,8 +43,8 @@ std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options
 void ComplainOfNoInventory() {
     throw Failure(
         ExitCode::USAGE,
-        "some identifiers are written as the inventory says of their NE: give one with --inventory FILE or in "
-        "KX_INVENTORY (kxdu inventory --help tells how to make one)");
+        "this identifier is written as the inventory says of its NE: give one with --inventory FILE or in KX_INVENTORY "
+        "(kxdu inventory --help tells how to make one)");
 }
 
 void ComplainOfNoConfiguration() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,6 +12,8 @@ class App;
 }
 
 namespace NS_KXDU {
+
+class MissingNes;
 
 /// What the user said about the services that the library stands on.
 struct ServiceOptions {
@@ -27,8 +28,9 @@ void AddConfigOption(CLI::App& verb, std::string& config);
 /// Adds both.
 void AddServiceOptions(CLI::App& verb, ServiceOptions& options);
 
-/// The services, for as long as it lives. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.
-std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options);
+/// The services, for as long as it lives. Notes in missing, unless it is null, which NEs the inventory is asked about
+/// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.
+std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
 
 /// Throws `Failure` with `ExitCode::USAGE`, which tells how to give an inventory.
 [[noreturn]] void ComplainOfNoInventory();

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include <kx_domain_util/fdnscanner.h>
+#include <kx_platform/textutil.h>
+
 namespace NS_KXDU {
 
 namespace {
@@ -14,6 +17,11 @@ constexpr SubValueArray PORT{{{OPTIONAL_NUMBER, "PP type; empty: none, or a port
                               {OPTIONAL_NUMBER, "FB type; empty: none"},
                               {SubValueKind::PORT_NUMBER, "port number; 4294967295 or -1: none"},
                               {TEXT, "port name"}}};
+
+// The only FB type whose ports may have a "|" in their name, behind a backslash.
+constexpr int FB_WITH_ESCAPED_NAME = 1025;
+constexpr std::size_t FB_TYPE_PLACE = 1;
+constexpr std::size_t PORT_NAME_PLACE = 3;
 
 constexpr Tag Number(std::string_view name, std::string_view meaning, std::string_view subValue) {
     return {name, meaning, 1, 1, {{{NUMBER, subValue}}}};
@@ -92,6 +100,15 @@ std::span<const Tag> AllTags() {
 const Tag* FindTag(std::string_view name) {
     const auto* const found = std::find_if(TAGS.begin(), TAGS.end(), [&](const Tag& tag) { return tag.name == name; });
     return found == TAGS.end() ? nullptr : found;
+}
+
+bool HasEscapedName(const Tag& tag, std::string_view value) {
+    if (tag.name != "PP" && tag.name != "LP") {
+        return false;
+    }
+    const NS_UTIL::NS_FDN::SubValues<PORT_NAME_PLACE + 1> port(value);
+    return NS_UTIL::Str2Int(port[FB_TYPE_PLACE]) == FB_WITH_ESCAPED_NAME &&
+           port[PORT_NAME_PLACE].find('\\') != std::string_view::npos;
 }
 
 }  // namespace NS_KXDU

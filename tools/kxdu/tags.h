@@ -38,4 +38,8 @@ std::span<const Tag> AllTags();
 /// The row of a tag; null when nobody knows it.
 const Tag* FindTag(std::string_view name);
 
+/// Whether a level with this tag and value is a port whose name goes on behind an escaped "|": the sub-value there
+/// belongs to the name, and to no sub-value of its own.
+bool HasEscapedName(const Tag& tag, std::string_view value);
+
 }  // namespace NS_KXDU

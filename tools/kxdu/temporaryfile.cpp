@@ -7,7 +7,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -25,8 +24,8 @@ struct Pending {
     std::array<char, PATH_MAX> name{};
 };
 
-// The output and the rejected lines.
-std::array<Pending, 2> pendings;
+// As many as there ever are: a made-up network and the three tables of its inventory.
+std::array<Pending, 4> pendings;
 
 static_assert(std::atomic<bool>::is_always_lock_free);
 
@@ -62,10 +61,6 @@ std::size_t Note(const std::string& name) {
     throw Failure(ExitCode::OUTPUT, name + ": too many open files, or too long a name");
 }
 
-[[noreturn]] void Complain(const std::filesystem::path& file) {
-    throw Failure(ExitCode::OUTPUT, file.string() + ": " + std::generic_category().message(errno));
-}
-
 // The rights of the file that is replaced; those of a new file otherwise.
 mode_t RightsFor(const std::filesystem::path& target) {
     struct stat existing {};
@@ -84,7 +79,7 @@ TemporaryFile::TemporaryFile(std::filesystem::path target) : m_target(std::move(
     m_name.append(m_target.parent_path() / ".").append(m_target.filename()).append(".XXXXXX");
     m_descriptor = mkostemp(m_name.data(), O_CLOEXEC);
     if (m_descriptor == -1) {
-        Complain(m_target);
+        FailByErrno(ExitCode::OUTPUT, m_target);
     }
     try {
         m_place = Note(m_name);
@@ -97,7 +92,7 @@ TemporaryFile::TemporaryFile(std::filesystem::path target) : m_target(std::move(
         const int error = errno;
         Remove();
         errno = error;
-        Complain(m_target);
+        FailByErrno(ExitCode::OUTPUT, m_target);
     }
 }
 
@@ -116,7 +111,7 @@ void TemporaryFile::Remove() noexcept {
 
 void TemporaryFile::Keep() {
     if (fsync(m_descriptor) != 0 || rename(m_name.c_str(), m_target.c_str()) != 0) {
-        Complain(m_target);
+        FailByErrno(ExitCode::OUTPUT, m_target);
     }
     pendings.at(m_place).isInUse.store(false);
     close(m_descriptor);

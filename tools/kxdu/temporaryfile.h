@@ -1,7 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
-#include <string_view>
+#include <string>
 
 namespace NS_KXDU {
 

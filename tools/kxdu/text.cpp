@@ -50,4 +50,21 @@ std::string Quoted(std::string_view text, std::size_t longest) {
     return quoted;
 }
 
+std::string Wrapped(const std::string& head, const std::vector<std::string>& words) {
+    constexpr std::size_t WIDTH = 120;
+    const std::string indent(head.size(), ' ');
+    std::string lines;
+    std::string line = head;
+    for (const std::string& word : words) {
+        const bool isFirst = line.size() == head.size();
+        if (!isFirst && line.size() + 1 + word.size() > WIDTH) {
+            lines.append(line).append("\n");
+            line = indent + word;
+        } else {
+            line.append(isFirst ? "" : " ").append(word);
+        }
+    }
+    return lines + line;
+}
+
 }  // namespace NS_KXDU

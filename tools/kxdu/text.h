@@ -3,8 +3,16 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace NS_KXDU {
+
+/// What some programs write at the beginning of a UTF-8 file. It belongs to the file, not to its text.
+inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+inline std::string_view WithoutByteOrderMark(std::string_view text) noexcept {
+    return text.substr(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
+}
 
 /// Whether text holds nothing but ASCII.
 bool IsAscii(std::string_view text) noexcept;
@@ -19,5 +27,9 @@ std::string Quoted(std::string_view text, std::size_t longest = 60);
 inline std::string QuotedWhole(std::string_view text) {
     return Quoted(text, std::string_view::npos);
 }
+
+/// The words, a blank between two, on lines of at most 120 columns. The first line begins with head, the others with as
+/// many blanks; no line end behind the last.
+std::string Wrapped(const std::string& head, const std::vector<std::string>& words);
 
 }  // namespace NS_KXDU

@@ -5,24 +5,31 @@
 #include "kinds.h"
 #include "levelcheck.h"
 #include "lines.h"
+#include "missingnes.h"
 #include "services.h"
 #include "text.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu check --inventory network.db network.fdn
   kxdu check --levels-only *.fdn
   echo 'NE=1,fr=2,S=' | kxdu check --levels-only
 
 Tells, as file:line:column: message, what is not well formed (an empty level, no "=", no tag, blanks or lower-case
 letters in a tag), unknown (a tag, a last level that means no kind of identifier), out of range (no decimal number where
-one belongs, or one beyond 32 bits), repeated, and, of identifiers that have none of this, which are not what would be
-written for the record that is read from them, with the text that would. Columns count bytes, from 1. The last needs an
-inventory; --levels-only leaves it out.
+one belongs, or one that is not from -2147483648 to 2147483647; port numbers go up to 4294967295), repeated, and, of
+identifiers that have none of this, which are not what would be written for the record that is read from them, with the
+text that would. Columns count bytes, from 1. The last needs an inventory,
+from the first identifier on that depends on it; --levels-only leaves it out. How many NEs are
+missing from it is told on standard error at the end: their identifiers are compared as those of NE type 0.
+
+A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs from what would be written: the
+name is read as a|b, and nothing puts the escape back.
 
 Also told are lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB. A carriage return before a
 line's end belongs to the line end.
@@ -82,12 +89,15 @@ private:
 };
 
 ExitCode Check(const Options& options) {
-    const auto services = StartServices(options.services);
+    MissingNes missing;
+    const auto services = StartServices(options.services, &missing);
     LineWork work;
     work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };
     work.isReportTheOutput = true;
     work.finding = "found";
-    return RunLines(options.bulk, work);
+    const ExitCode code = RunLines(options.bulk, work);
+    missing.Tell();
+    return code;
 }
 
 }  // namespace
@@ -95,12 +105,12 @@ ExitCode Check(const Options& options) {
 void AddCheck(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("check", "What is wrong with identifiers, and where");
     const auto options = std::make_shared<Options>();
-    AddBulkOptions(*verb, options->bulk);
-    verb->remove_option(verb->get_option("--rejects"));  // what it finds is its output
+    AddInputFiles(*verb, options->bulk);
+    AddRunOptions(*verb, options->bulk);
+    verb->add_flag("--strict", options->bulk.isStrict, "Stop at the first finding, which is all that is told then");
     AddServiceOptions(*verb, options->services);
     verb->add_flag("--levels-only", options->isLevelsOnly, "Do not compare with what would be written");
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Check(*options); }; });
+    SetAction(*verb, action, HELP, options, Check);
 }
 
 }  // namespace NS_KXDU

@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
 
+#include "asked.h"
 #include "listing.h"
 #include "number.h"
+#include "verbaction.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -9,7 +11,7 @@ namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu ctp E0 65534
   kxdu tables ctp-names
 
@@ -34,11 +36,10 @@ Listing::Row RowOf(const std::string& asked) {
 
 ExitCode Ctp(const Options& options) {
     Listing listing({"asked", "ctpId", "name"});
-    for (const std::string& asked : options.asked) {
+    for (const std::string& asked : AllAsked(options.asked)) {
         listing.AddRow(RowOf(asked));
     }
-    Print(listing, options.listing);
-    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+    return PrintAnswers(listing, options.listing);
 }
 
 }  // namespace
@@ -46,10 +47,9 @@ ExitCode Ctp(const Options& options) {
 void AddCtp(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("ctp", "Ids and TMF names of reserved connection termination points");
     const auto options = std::make_shared<Options>();
-    verb->add_option("NAME|ID", options->asked, "TMF names such as E0, or CTP ids")->required()->type_name("");
+    AddAsked(*verb, "NAME|ID", options->asked, "TMF names such as E0, or CTP ids");
     AddListingOptions(*verb, options->listing);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Ctp(*options); }; });
+    SetAction(*verb, action, HELP, options, Ctp);
 }
 
 }  // namespace NS_KXDU

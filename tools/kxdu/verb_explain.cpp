@@ -1,5 +1,4 @@
 #include <cstdlib>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,17 +7,31 @@
 #include <CLI/CLI.hpp>
 
 #include "explanation.h"
+#include "optionkinds.h"
 #include "output.h"
 #include "services.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
 
 namespace {
 
+constexpr auto HELP = R"(Examples:
+  kxdu explain 'NE=12,FR=1,S=3,CP=-1,PP=16||7|'
+  kxdu explain --inventory network.db 'NE=12,FR=1,S=3,CP=-1,PP=|1025|7|GE0/7,SUBIF=100'
+      with the types of the NEs, and compared with what the library writes
+  kxdu explain --color always 'NE=5,MD=3|md1' | less -R
+
+Behind the drawing stand the record that the identifier is read into, fields that it says nothing of dimmed, and a
+line for each thing that is wrong with it; kxdu check judges many at once.
+
+Exit code: 0 also when something is wrong; 2 wrong arguments, or an inventory or configuration that cannot be read;
+3 output that cannot be written.)";
+
 enum class Colour { AUTO, ALWAYS, NEVER };
 
-struct ExplainOptions {
+struct Options {
     std::vector<std::string> fdns;
     ServiceOptions services;
     Colour colour = Colour::AUTO;
@@ -32,7 +45,7 @@ bool IsColoured(Colour colour, const Output& output) {
     return output.IsTerminal() && (noColour == nullptr || *noColour == '\0');
 }
 
-ExitCode RunExplain(const ExplainOptions& options) {
+ExitCode ExplainAll(const Options& options) {
     const auto services = StartServices(options.services);
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.services.inventory.empty()) {
@@ -50,34 +63,19 @@ ExitCode RunExplain(const ExplainOptions& options) {
     return ExitCode::OK;
 }
 
-constexpr const char* EXAMPLES = R"(Examples:
-  kxdu explain 'NE=12,FR=1,S=3,CP=-1,PP=16||7|'
-  kxdu explain --inventory network.db 'NE=12,FR=1,S=3,CP=-1,PP=|1025|7|GE0/7,SUBIF=100'
-      with the types of the NEs, and compared with what the library writes
-  kxdu explain --color always 'NE=5,MD=3|md1' | less -R
-
-Behind the drawing stand the record that the identifier is read into, fields that it says nothing of dimmed, and a
-line for each thing that is wrong with it. The exit code is 0 all the same; "kxdu check" judges.)";
-
 }  // namespace
 
 void AddExplain(CLI::App& app, Action& action) {
-    CLI::App* const verb =
-        app.add_subcommand("explain", "Draw an identifier with a line from each piece to its meaning");
-    const auto options = std::make_shared<ExplainOptions>();
+    auto* const verb = app.add_subcommand("explain", "Draw an identifier with a line from each piece to its meaning");
+    const auto options = std::make_shared<Options>();
     verb->add_option("IDENTIFIER", options->fdns, "What is explained; in quotes, since it may hold \"|\"")
         ->required()
         ->type_name("TEXT");
     AddServiceOptions(*verb, options->services);
-    const std::map<std::string, Colour> colours{
-        {"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}};
-    verb->add_option("--color", options->colour,
-                     "auto (the default: on a terminal, unless NO_COLOR is set), always or never")
-        ->transform(CLI::CheckedTransformer(colours))
-        ->type_name("WHEN")
-        ->option_text("WHEN");
-    verb->footer(EXAMPLES);
-    verb->callback([options, &action] { action = [options] { return RunExplain(*options); }; });
+    AddChoiceOption(*verb, "--color", "WHEN", options->colour,
+                    {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
+                    "auto (the default: on a terminal, unless NO_COLOR is set), always or never");
+    SetAction(*verb, action, HELP, options, ExplainAll);
 }
 
 }  // namespace NS_KXDU

@@ -2,8 +2,10 @@
 
 #include <kx_domain_util/fbtype.h>
 
+#include "asked.h"
 #include "listing.h"
 #include "numberargument.h"
+#include "verbaction.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -11,9 +13,10 @@ namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu fb 860
   kxdu fb 122 131 65600 --format jsonl
+  kxdu get PP:1 -i network.fdn | sort -u | kxdu fb -
 
 Columns:
   fbType           the number that was asked for
@@ -53,11 +56,10 @@ Listing::Row RowOf(int fbType) {
 ExitCode Fb(const Options& options) {
     Listing listing(
         {"fbType", "name", "level", "rate", "bidirFbType", "logical", "portObject", "portObjectKind3", "ptnAid"});
-    for (const std::string& number : options.numbers) {
+    for (const std::string& number : AllAsked(options.numbers)) {
         listing.AddRow(RowOf(ParseNumber(number)));
     }
-    Print(listing, options.listing);
-    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+    return PrintAnswers(listing, options.listing);
 }
 
 }  // namespace
@@ -65,10 +67,9 @@ ExitCode Fb(const Options& options) {
 void AddFb(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("fb", "What function-block types are: name, level, bidirectional type, ...");
     const auto options = std::make_shared<Options>();
-    verb->add_option("NUMBER", options->numbers, "FB types")->required()->type_name("");
+    AddAsked(*verb, "NUMBER", options->numbers, "FB types");
     AddListingOptions(*verb, options->listing);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Fb(*options); }; });
+    SetAction(*verb, action, HELP, options, Fb);
 }
 
 }  // namespace NS_KXDU

@@ -5,26 +5,33 @@
 #include <CLI/CLI.hpp>
 
 #include <kx_domain_util/ntffilter.h>
+#include <kx_domain_util/utilcommon.h>
+#include <kx_platform/textutil.h>
 
 #include "failure.h"
 #include "lines.h"
 #include "notificationid.h"
+#include "optionkinds.h"
 #include "services.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   tail -F alarms.log | kxdu filter --config /etc/nms | northbound-feed
   kxdu filter --config /etc/nms --json notificationId alarms.jsonl -o passed.jsonl
 
 The configuration's items decide: with EventSwitch 1, only the identifiers of Whitelist pass, and 2101250; with 2, those
-of Blacklist are held back; otherwise all pass. How many lines were held back is told on standard error at the end.
+of Blacklist are held back; otherwise all pass. Where EventSwitch, or the list that it chooses, is missing, that is told
+on standard error at the beginning; how many lines were held back is told there at the end, unless --strict ended the
+run before.
 
 An identifier is a number from 0 to 2147483647 in decimal digits. It is looked for in the fields of a line, which blanks
-or tabs, one or more, separate: the first field that is one counts, or the one that --field names. With --json, a line
+or tabs, one or more, separate: the first field that is one counts, or the one that --field names, which lines need that
+begin with other numbers, as a date in bare numbers is. Commas separate nothing, so CSV is not read. With --json, a line
 is a JSON object, and the identifier its first member called KEY, as a number or as a text; the line is not looked at
 behind it.
 
@@ -38,7 +45,7 @@ configuration that cannot be read; 3 output that cannot be written. A reader of 
 struct Options {
     BulkOptions bulk;
     std::string config;
-    std::optional<std::size_t> field;
+    std::size_t field = 0;  // 0: any
     std::optional<std::string> jsonKey;
 };
 
@@ -90,16 +97,36 @@ std::unique_ptr<NotificationIdReader> MakeReader(const Options& options) {
     if (options.jsonKey) {
         return MakeJsonMemberReader(*options.jsonKey);
     }
-    return options.field ? MakeFieldReader(*options.field) : MakeFirstNumberReader();
+    return options.field != 0 ? MakeFieldReader(options.field) : MakeFirstNumberReader();
 }
 
-void Tell(const Counts& counts) {
+std::string Summary(const Counts& counts, const LineCounts& run) {
     std::string text =
         "kxdu: " + std::to_string(counts.heldBack) + " held back, " + std::to_string(counts.passed) + " passed on";
     if (counts.withoutId != 0) {
         text += ", " + std::to_string(counts.withoutId) + " of these without an identifier";
     }
-    static_cast<void>(std::fputs((text + "\n").c_str(), stderr));
+    if (run.findings != counts.withoutId) {
+        text += ", " + std::to_string(run.findings - counts.withoutId) + " too long";
+    }
+    return text + "\n";
+}
+
+// A misspelt item is one that is missing, and a filter that passes all looks like one that works.
+std::string CaveatOfConfiguration() {
+    const auto& configuration = *NS_UTIL::UtilCommon::Instance();
+    std::string text;
+    if (!configuration.GetSupportCfgItem("EventSwitch", text)) {
+        return "the configuration has no EventSwitch: all notifications pass";
+    }
+    const int eventSwitch = NS_UTIL::Str2Int(text);
+    if (eventSwitch == 1 && !configuration.GetSupportCfgItem("Whitelist", text)) {
+        return "EventSwitch is 1, but the configuration has no Whitelist: only 2101250 passes";
+    }
+    if (eventSwitch == 2 && !configuration.GetSupportCfgItem("Blacklist", text)) {
+        return "EventSwitch is 2, but the configuration has no Blacklist: all notifications pass";
+    }
+    return {};
 }
 
 ExitCode RunFilter(const Options& options) {
@@ -109,14 +136,16 @@ ExitCode RunFilter(const Options& options) {
                       "KX_CONFIG_DIR");
     }
     const auto services = StartServices({{}, options.config});
+    if (const std::string caveat = CaveatOfConfiguration(); !caveat.empty()) {
+        static_cast<void>(std::fprintf(stderr, "kxdu: %s\n", caveat.c_str()));
+    }
     Counts counts;
     LineWork work;
     work.makeConverter = [&] { return std::make_unique<Filter>(MakeReader(options), counts); };
     work.isVerbatim = true;
     work.finding = "reported";
-    const ExitCode code = RunLines(options.bulk, work);
-    Tell(counts);
-    return code;
+    work.summarize = [&](const LineCounts& run) { return Summary(counts, run); };
+    return RunLines(options.bulk, work);
 }
 
 }  // namespace
@@ -124,16 +153,16 @@ ExitCode RunFilter(const Options& options) {
 void AddFilter(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("filter", "Pass on the lines whose notification is not held back");
     const auto options = std::make_shared<Options>();
-    AddBulkOptions(*verb, options->bulk);
+    AddInputFiles(*verb, options->bulk);
+    AddRunOptions(*verb, options->bulk);
+    AddRejectOptions(*verb, options->bulk);
     AddConfigOption(*verb, options->config);
-    auto* const field = verb->add_option("--field", options->field, "The identifier is the field N, counted from 1")
-                            ->type_name("N")
-                            ->check(CLI::PositiveNumber);
+    auto* const field =
+        AddNumberOption(*verb, "--field", options->field, "The identifier is the field N, counted from 1", 1);
     verb->add_option("--json", options->jsonKey, "Lines are JSON objects; the identifier is the member KEY")
         ->type_name("KEY")
         ->excludes(field);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return RunFilter(*options); }; });
+    SetAction(*verb, action, HELP, options, RunFilter);
 }
 
 }  // namespace NS_KXDU

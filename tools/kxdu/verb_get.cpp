@@ -1,4 +1,4 @@
-#include <charconv>
+#include <algorithm>
 #include <optional>
 
 #include <CLI/CLI.hpp>
@@ -7,7 +7,9 @@
 
 #include "failure.h"
 #include "lines.h"
+#include "number.h"
 #include "text.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -18,7 +20,7 @@ using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu get NE PP:2 -i network.fdn
   kxdu get NE SS < network.fdn | sort | uniq -c
 
@@ -45,15 +47,14 @@ Column ParseColumn(const std::string& text) {
     bool isValid = !column.tag.empty() &&
                    column.tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") == std::string::npos;
     if (colon != std::string::npos) {
-        const char* const end = text.data() + text.size();
         unsigned index = 0;
-        const auto [behind, error] = std::from_chars(text.data() + colon + 1, end, index);
-        isValid = isValid && error == std::errc() && behind == end;
+        isValid = isValid && ReadWhole(std::string_view(text).substr(colon + 1), index);
         column.index = index;
     }
     if (!isValid) {
-        throw Failure(ExitCode::USAGE,
-                      Quoted(text) + " is no TAG or TAG:INDEX, such as NE or PP:2; files go behind -i");
+        throw Failure(
+            ExitCode::USAGE,
+            Quoted(text) + " is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own");
     }
     return column;
 }
@@ -133,9 +134,10 @@ void AddGet(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("get", "Chosen sub-values of identifiers as tab-separated columns");
     const auto options = std::make_shared<Options>();
     verb->add_option("TAG[:INDEX]", options->columns, "What the columns hold")->required()->type_name("");
-    AddBulkOptions(*verb, options->bulk, false);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Get(*options); }; });
+    AddInputOption(*verb, options->bulk);
+    AddRunOptions(*verb, options->bulk);
+    AddRejectOptions(*verb, options->bulk);
+    SetAction(*verb, action, HELP, options, Get);
 }
 
 }  // namespace NS_KXDU

@@ -1,18 +1,21 @@
-#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
-#include "bufferedoutput.h"
-#include "displaytext.h"
 #include "inventorycsv.h"
-#include "texttable.h"
+#include "listing.h"
+#include "output.h"
+#include "text.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -21,11 +24,58 @@ namespace {
 
 using NS_STANDALONE::Inventory;
 
-struct InventoryOptions {
+constexpr auto BEFORE_THE_LISTS = R"(Examples:
+  kxdu inventory init network.db
+  kxdu inventory import network.db network/
+      replaces all that network.db holds by the CSV files of the folder
+  kxdu inventory export network.db network/
+  kxdu inventory list network.db --nes
+
+An inventory is an SQLite file that says what each NE is. Verbs take it with --inventory or from KX_INVENTORY; init,
+import and export only take the one that they name. As CSV files of a folder, the first line of each naming its columns:
+  ne.csv
+    ne_id               NE number, 0 to 2147483647
+    ne_type             its NE type, a row of ne_type.csv
+    multi_sub_shelf     1: has several sub-shelves
+    oam_number_omitted  1: its maintenance identifiers leave the numbers of domains and associations out
+  ne_type.csv
+    ne_type             0 to 65535
+    name                for people
+    ip_service          1: offers IP services
+    klv                 1: belongs to the KLV family
+  domain_member.csv     which domain lists an NE type is in; it need not be in ne_type.csv
+    cache               NE_TYPE_LIST or EQUIPMENT_TYPE
+    domain              name of the list
+    ne_type             0 to 65535
+Flags are 0 or 1. A byte-order mark at the beginning of a file is skipped. Domain lists that answers depend on
+(kxdu ne-type shows them):)";
+
+constexpr auto BEHIND_THE_LISTS = R"(Other lists are kept, and asked by nobody.
+
+Exit code: 0 done; 2 wrong arguments, or an inventory or CSV file that cannot be read or made; 3 output that cannot be
+written.)";
+
+// The lists that the predicates of the library ask.
+template <class Lists>
+std::string ListNames(const std::string& head, const Lists& lists) {
+    std::vector<std::string> names;
+    names.reserve(lists.size());
+    for (const std::string_view name : lists) {
+        names.push_back(Quoted(name) + (name == lists.back() ? "" : ","));
+    }
+    return Wrapped(head, names);
+}
+
+std::string Footer() {
+    return std::string(BEFORE_THE_LISTS) + "\n" + ListNames("  NE_TYPE_LIST    ", NS_UTIL::NE_TYPE_LISTS) + "\n" +
+           ListNames("  EQUIPMENT_TYPE  ", NS_UTIL::EQUIPMENT_TYPE_LISTS) + "\n" + BEHIND_THE_LISTS;
+}
+
+struct Options {
     std::filesystem::path file;
     std::filesystem::path folder;
-    std::filesystem::path output;
-    bool hasEachNe = false;
+    ListingOptions listing;
+    bool isOfNes = false;
 };
 
 std::string Count(std::size_t count, const std::string& one) {
@@ -41,34 +91,24 @@ std::string Counts(const Inventory& inventory) {
            Count(domains.size(), "domain list") + " of " + Count(inventory.domainMembers.size(), "member");
 }
 
-void Print(const std::filesystem::path& file, const std::string& text) {
-    Output output(file);
-    output.Write(text);
-    output.Complete();
-}
-
-ExitCode RunInit(const InventoryOptions& options) {
+ExitCode Init(const Options& options) {
     NS_STANDALONE::CreateInventory(options.file);
-    Print({}, options.file.string() + ": made, empty\n");
+    WriteWhole({}, options.file.string() + ": made, empty\n");
     return ExitCode::OK;
 }
 
-ExitCode RunImport(const InventoryOptions& options) {
+ExitCode Import(const Options& options) {
     const Inventory inventory = ReadInventoryCsv(options.folder);
     NS_STANDALONE::ReplaceInventory(options.file, inventory);
-    Print({}, options.file.string() + ": now " + Counts(inventory) + "\n");
+    WriteWhole({}, options.file.string() + ": now " + Counts(inventory) + "\n");
     return ExitCode::OK;
 }
 
-ExitCode RunExport(const InventoryOptions& options) {
+ExitCode Export(const Options& options) {
     const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
     WriteInventoryCsv(options.folder, inventory);
-    Print({}, options.folder.string() + ": " + Counts(inventory) + "\n");
+    WriteWhole({}, options.folder.string() + ": " + Counts(inventory) + "\n");
     return ExitCode::OK;
-}
-
-std::string YesOrDash(bool value) {
-    return value ? "yes" : "-";
 }
 
 // Of each NE type, the domain lists that it is in.
@@ -76,116 +116,105 @@ std::map<std::uint16_t, std::string> DomainsOfTypes(const Inventory& inventory) 
     std::map<std::uint16_t, std::string> domains;
     for (const auto& member : inventory.domainMembers) {
         std::string& text = domains[member.neType];
-        text.append(text.empty() ? "" : ", ").append(Printable(member.domain));
+        text.append(text.empty() ? "" : ", ").append(member.domain);
     }
     return domains;
 }
 
-std::string TypeTable(const Inventory& inventory) {
-    std::map<std::uint16_t, std::size_t> neCounts;
+Listing ListTypes(const Inventory& inventory) {
+    std::map<std::uint16_t, std::int64_t> neCounts;
     for (const auto& ne : inventory.nes) {
         ++neCounts[ne.neType];
     }
     auto domains = DomainsOfTypes(inventory);
-    TextTable table({{"NE type", TextTable::Align::RIGHT},
-                     {"Name"},
-                     {"NEs", TextTable::Align::RIGHT},
-                     {"IP service"},
-                     {"KLV"},
-                     {"Domains"}});
+    Listing listing({"neType", "name", "nes", "ipService", "klv", "domains"});
     for (const auto& type : inventory.neTypes) {
-        table.AddRow({std::to_string(type.neType), Printable(type.name), std::to_string(neCounts[type.neType]),
-                      YesOrDash(type.ipService), YesOrDash(type.klv), domains[type.neType]});
+        listing.AddRow({std::int64_t{type.neType}, type.name, neCounts[type.neType], type.ipService, type.klv,
+                        domains[type.neType]});
         domains.erase(type.neType);
     }
     // Domain lists may know types that the inventory has no row for.
     for (const auto& [neType, names] : domains) {
-        table.AddRow({std::to_string(neType), "(in domain lists only)", "0", "-", "-", names});
+        listing.AddRow({std::int64_t{neType}, Listing::None{"(in domain lists only)"}, std::int64_t{0}, Listing::None{},
+                        Listing::None{}, names});
     }
-    return table.Text();
+    return listing;
 }
 
-std::string NeTable(const Inventory& inventory) {
+Listing ListNes(const Inventory& inventory) {
     std::map<std::uint16_t, std::string> names;
     for (const auto& type : inventory.neTypes) {
-        names[type.neType] = Printable(type.name);
+        names[type.neType] = type.name;
     }
-    TextTable table({{"NE", TextTable::Align::RIGHT},
-                     {"NE type", TextTable::Align::RIGHT},
-                     {"Name"},
-                     {"Multi sub-shelf"},
-                     {"OAM numbers"}});
+    Listing listing({"neId", "neType", "name", "multiSubShelf", "oamNumberOmitted"});
     for (const auto& ne : inventory.nes) {
-        table.AddRow({std::to_string(ne.neId), std::to_string(ne.neType), names[ne.neType], YesOrDash(ne.multiSubShelf),
-                      ne.oamNumberOmitted ? "left out" : "written"});
+        listing.AddRow(
+            {std::int64_t{ne.neId}, std::int64_t{ne.neType}, names[ne.neType], ne.multiSubShelf, ne.oamNumberOmitted});
     }
-    return table.Text();
+    return listing;
 }
 
-ExitCode RunList(const InventoryOptions& options) {
+ExitCode List(const Options& options) {
     const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
-    std::string text = options.file.string() + ": " + Counts(inventory) + "\n\n" + TypeTable(inventory);
-    if (options.hasEachNe) {
-        text += "\n" + NeTable(inventory);
+    const Listing listing = options.isOfNes ? ListNes(inventory) : ListTypes(inventory);
+    std::string text = listing.Text(options.listing.format);
+    if (options.listing.format == Listing::Format::TABLE) {
+        text.insert(0, options.file.string() + ": " + Counts(inventory) + "\n\n");
     }
-    Print(options.output, text);
+    WriteWhole(options.listing.output, text);
     return ExitCode::OK;
 }
 
-constexpr const char* EXAMPLES = R"(Examples:
-  kxdu inventory init network.db
-  kxdu inventory import network.db network/
-      replaces all that network.db holds by the CSV files of the folder
-  kxdu inventory export network.db network/
-  kxdu inventory list network.db --nes
+// One thing that is done with an inventory. Each has options of its own: a variable of the environment that stands for
+// one's argument would overwrite another's.
+struct Operation {
+    CLI::App* verb;
+    std::shared_ptr<Options> options;
 
-The CSV files of a folder; the first line of each names its columns:
-  ne.csv             ne_id,ne_type,multi_sub_shelf,oam_number_omitted
-  ne_type.csv        ne_type,name,ip_service,klv
-  domain_member.csv  cache,domain,ne_type
-Yes and no are 1 and 0; a cache is NE_TYPE_LIST or EQUIPMENT_TYPE.)";
+    CLI::Option* AddFile() const {
+        const auto complaint = [](const std::string& name) { return name.empty() ? "the name is empty" : ""; };
+        return verb->add_option("FILE", options->file, "The inventory, an SQLite file")
+            ->required()
+            ->check(complaint)
+            ->type_name("");
+    }
+    void AddFolder(const char* help) const {
+        verb->add_option("FOLDER", options->folder, help)->required()->type_name("");
+    }
+};
 
 }  // namespace
 
 void AddInventory(CLI::App& app, Action& action) {
-    CLI::App* const verb = app.add_subcommand("inventory", "Make, fill and show the file that says what each NE is");
+    auto* const verb = app.add_subcommand("inventory", "Make, fill and show the file that says what each NE is");
     verb->require_subcommand(1);
-    verb->footer(EXAMPLES);
-    const auto options = std::make_shared<InventoryOptions>();
-    const auto add = [&](const char* name, const char* does, ExitCode (*run)(const InventoryOptions&),
-                         const char* footer) {
-        CLI::App* const operation = verb->add_subcommand(name, does);
-        operation->footer(footer);
-        operation->callback([options, run, &action] { action = [options, run] { return run(*options); }; });
+    verb->footer(Footer());
+    const auto add = [&](const char* name, const char* help, ExitCode (*run)(const Options&), const char* example) {
+        Operation operation{verb->add_subcommand(name, help), std::make_shared<Options>()};
+        SetAction(*operation.verb, action,
+                  "Example:\n  kxdu inventory " + std::string(example) +
+                      "\n\nkxdu inventory --help tells more, exit codes too.",
+                  operation.options, run);
         return operation;
     };
-    const auto addFile = [&](CLI::App* operation) {
-        return operation->add_option("FILE", options->file, "The inventory, an SQLite file")->required();
-    };
-    const auto addFolder = [&](CLI::App* operation, const char* does) {
-        operation->add_option("FOLDER", options->folder, does)->required();
-    };
 
-    addFile(add("init", "Make an empty inventory; a file that exists is left alone, with an error", RunInit,
-                "Example:\n  kxdu inventory init network.db"));
+    add("init", "Make an empty inventory; a file that exists is left alone, with an error", Init, "init network.db")
+        .AddFile();
 
-    CLI::App* const import =
-        add("import", "Replace all that an inventory holds by the content of CSV files, all or nothing", RunImport,
-            "Example:\n  kxdu inventory import network.db network/");
-    addFile(import);
-    addFolder(import, "Folder of ne.csv, ne_type.csv and domain_member.csv");
+    const Operation import = add("import", "Replace all that an inventory holds by CSV files, all or nothing", Import,
+                                 "import network.db network/");
+    import.AddFile();
+    import.AddFolder("Folder of ne.csv, ne_type.csv and domain_member.csv");
 
-    CLI::App* const toCsv = add("export", "Write an inventory as CSV files", RunExport,
-                                "Example:\n  kxdu inventory export network.db network/");
-    addFile(toCsv);
-    addFolder(toCsv, "Folder for ne.csv, ne_type.csv and domain_member.csv; made when there is none");
+    const Operation toCsv = add("export", "Write an inventory as CSV files", Export, "export network.db network/");
+    toCsv.AddFile();
+    toCsv.AddFolder("Folder for ne.csv, ne_type.csv and domain_member.csv; made when there is none");
 
-    CLI::App* const list = add("list", "Show an inventory: counts and NE types", RunList,
-                               "Examples:\n  kxdu inventory list network.db\n"
-                               "  KX_INVENTORY=network.db kxdu inventory list --nes");
-    addFile(list)->envname("KX_INVENTORY");
-    list->add_flag("--nes", options->hasEachNe, "Also show each NE");
-    list->add_option("-o,--output", options->output, "File to write to, instead of standard output");
+    const Operation list = add("list", "Show an inventory: its NE types, and as a table how much it holds", List,
+                               "list network.db --nes --format csv");
+    list.AddFile()->envname("KX_INVENTORY");
+    list.verb->add_flag("--nes", list.options->isOfNes, "Show the NEs instead of the NE types");
+    AddListingOptions(*list.verb, list.options->listing);
 }
 
 }  // namespace NS_KXDU

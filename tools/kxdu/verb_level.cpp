@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
 
+#include "asked.h"
 #include "listing.h"
 #include "number.h"
+#include "verbaction.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -9,7 +11,7 @@ namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu level 12313
   kxdu level ODU2 odu0 12342 --format csv
 
@@ -39,11 +41,10 @@ Listing::Row RowOf(const std::string& asked) {
 
 ExitCode Level(const Options& options) {
     Listing listing({"asked", "level", "rate", "fbType"});
-    for (const std::string& asked : options.asked) {
+    for (const std::string& asked : AllAsked(options.asked)) {
         listing.AddRow(RowOf(asked));
     }
-    Print(listing, options.listing);
-    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+    return PrintAnswers(listing, options.listing);
 }
 
 }  // namespace
@@ -51,12 +52,9 @@ ExitCode Level(const Options& options) {
 void AddLevel(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("level", "The client rate and canonical FB type of interface levels");
     const auto options = std::make_shared<Options>();
-    verb->add_option("NUMBER|RATE", options->asked, "Interface levels, or client rates such as ODU2")
-        ->required()
-        ->type_name("");
+    AddAsked(*verb, "NUMBER|RATE", options->asked, "Interface levels, or client rates such as ODU2");
     AddListingOptions(*verb, options->listing);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Level(*options); }; });
+    SetAction(*verb, action, HELP, options, Level);
 }
 
 }  // namespace NS_KXDU

@@ -1,4 +1,5 @@
 #include <array>
+#include <cstdint>
 #include <optional>
 
 #include <CLI/CLI.hpp>
@@ -6,24 +7,28 @@
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
+#include "asked.h"
 #include "listing.h"
 #include "numberargument.h"
+#include "optionkinds.h"
+#include "output.h"
 #include "services.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu ne-type 1912 1335 --inventory network.db
   kxdu ne-type 2701 --ne 70 --inventory network.db
   KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
 
 Tables have a line for each question and a column for each NE type; csv and jsonl have a row for each NE type. The
 questions are called like the functions that answer them; name is what the inventory calls the type. Without an
-inventory, only those questions are answered that numbers fixed in the library decide, and the others say "needs an
-inventory"; IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
+inventory, only those questions are answered that numbers fixed in the library decide, and the others have "-";
+IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
 
 Exit code: 0 something is known of each NE type; 1 of one it is not: it has no name, and no answer is yes; 2 wrong
 arguments, or an inventory that cannot be read; 3 output that cannot be written.)";
@@ -31,7 +36,7 @@ arguments, or an inventory that cannot be read; 3 output that cannot be written.
 struct Options {
     ListingOptions listing;
     std::string inventory;
-    std::string ne;
+    std::int32_t ne = -1;  // none
     std::vector<std::string> numbers;
 };
 
@@ -96,43 +101,42 @@ Listing::Cell NameOf(std::uint16_t neType, const NS_STANDALONE::Inventory& inven
 }
 
 // inventory: null when there is none.
-Listing::Row RowOf(std::uint16_t neType, const NS_STANDALONE::Inventory* inventory, std::optional<int> ne) {
-    const Listing::Cell noInventory = Listing::None{"needs an inventory"};
-    Listing::Row row{std::int64_t{neType}, inventory != nullptr ? NameOf(neType, *inventory) : noInventory};
+Listing::Row RowOf(std::uint16_t neType, const NS_STANDALONE::Inventory* inventory, std::int32_t ne) {
+    Listing::Row row{std::int64_t{neType}, inventory != nullptr ? NameOf(neType, *inventory) : Listing::Cell()};
     for (const Question& question : FIXED_QUESTIONS) {
         row.emplace_back(question.ask(neType));
     }
     for (const Question& question : INVENTORY_QUESTIONS) {
-        row.push_back(inventory != nullptr ? Listing::Cell(question.ask(neType)) : noInventory);
+        row.push_back(inventory != nullptr ? Listing::Cell(question.ask(neType)) : Listing::Cell());
     }
     if (inventory == nullptr) {
-        row.push_back(noInventory);
-    } else if (!ne) {
+        row.emplace_back();
+    } else if (ne == -1) {
         row.emplace_back(Listing::None{"needs --ne"});
     } else {
-        row.emplace_back(NS_UTIL::IsTransMultiSubShelfNE(static_cast<unsigned long>(*ne), neType));
+        row.emplace_back(NS_UTIL::IsTransMultiSubShelfNE(static_cast<unsigned long>(ne), neType));
     }
     return row;
 }
 
 ExitCode NeType(const Options& options) {
-    std::optional<int> ne;
-    if (!options.ne.empty()) {
-        ne = ParseNumber(options.ne);
-    }
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.inventory.empty()) {
         inventory = NS_STANDALONE::ReadInventory(options.inventory);  // for the names, which no service tells
     }
     const auto services = StartServices({options.inventory, {}});
     Listing listing(ColumnNames());
-    for (const std::string& number : options.numbers) {
+    for (const std::string& number : AllAsked(options.numbers)) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
-        listing.AddRow(RowOf(neType, inventory ? &*inventory : nullptr, ne));
+        listing.AddRow(RowOf(neType, inventory ? &*inventory : nullptr, options.ne));
     }
     const Listing::Format format = options.listing.format;
     const bool isForPeople = format == Listing::Format::TABLE || format == Listing::Format::MARKDOWN;
-    Print(isForPeople ? listing.Turned() : listing, options.listing);
+    std::string text = (isForPeople ? listing.Turned() : listing).Text(format);
+    if (isForPeople && !inventory) {
+        text += "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n";
+    }
+    WriteWhole(options.listing.output, text);
     return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
 }
 
@@ -141,12 +145,11 @@ ExitCode NeType(const Options& options) {
 void AddNeType(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("ne-type", "Which families of network elements NE types belong to");
     const auto options = std::make_shared<Options>();
-    verb->add_option("NUMBER", options->numbers, "NE types")->required()->type_name("");
-    verb->add_option("--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about")->type_name("NE");
+    AddAsked(*verb, "NUMBER", options->numbers, "NE types");
+    AddNumberOption(*verb, "--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about");
     AddInventoryOption(*verb, options->inventory);
     AddListingOptions(*verb, options->listing);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return NeType(*options); }; });
+    SetAction(*verb, action, HELP, options, NeType);
 }
 
 }  // namespace NS_KXDU

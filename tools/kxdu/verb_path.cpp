@@ -2,7 +2,9 @@
 
 #include <kx_domain_util/utilcommon.h>
 
+#include "asked.h"
 #include "listing.h"
+#include "verbaction.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -10,7 +12,7 @@ namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu path ODU2:1-ODU0:8
   kxdu path odu4:1-odu3:2 OCH:1 --format jsonl
 
@@ -38,11 +40,10 @@ void AddPathRows(const std::string& path, Listing& listing) {
 
 ExitCode Path(const Options& options) {
     Listing listing({"path", "level", "rate", "number"});
-    for (const std::string& path : options.paths) {
+    for (const std::string& path : AllAsked(options.paths)) {
         AddPathRows(path, listing);
     }
-    Print(listing, options.listing);
-    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+    return PrintAnswers(listing, options.listing);
 }
 
 }  // namespace
@@ -50,10 +51,9 @@ ExitCode Path(const Options& options) {
 void AddPath(CLI::App& app, Action& action) {
     auto* const verb = app.add_subcommand("path", "The rates and numbers of paths such as ODU2:1-ODU0:8");
     const auto options = std::make_shared<Options>();
-    verb->add_option("TEXT", options->paths, "Paths")->required()->type_name("");
+    AddAsked(*verb, "TEXT", options->paths, "Paths");
     AddListingOptions(*verb, options->listing);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Path(*options); }; });
+    SetAction(*verb, action, HELP, options, Path);
 }
 
 }  // namespace NS_KXDU

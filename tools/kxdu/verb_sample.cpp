@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -7,26 +6,40 @@
 
 #include "bufferedoutput.h"
 #include "inventorycsv.h"
+#include "optionkinds.h"
 #include "sampleidentifiers.h"
 #include "samplenetwork.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
 
 namespace {
 
+constexpr auto HELP = R"(Examples:
+  kxdu sample --ne 3 --seed 7
+      the identifiers of three NEs
+  kxdu sample --ne 2000 -o network.fdn --inventory-csv network/
+      those of a network, and the inventory that "kxdu inventory import" reads
+  kxdu sample --identifiers 5000000 | kxdu check --levels-only
+      as many as asked for, to measure with
+
+Neither an inventory nor a configuration plays a part.
+
+Exit code: 0; 2 wrong arguments; 3 output that cannot be written. A reader of the output that goes away is no error.)";
+
 constexpr std::int32_t MOST_NES = 100'000'000;
 
-struct SampleOptions {
+struct Options {
     std::int32_t neCount = 2000;
     std::uint64_t identifierCount = 0;  // 0: all of the NEs' identifiers
     std::uint64_t seed = 1;
-    std::filesystem::path output;
-    std::filesystem::path inventoryFolder;  // empty: no inventory is written
+    std::string output;
+    std::string inventoryFolder;  // empty: no inventory is written
 };
 
 // Writes identifiers until there are as many as asked for; answers how many NEs they are of.
-std::int32_t WriteNetwork(const SampleNetwork& network, const SampleOptions& options, BufferedOutput& output) {
+std::int32_t WriteNetwork(const SampleNetwork& network, const Options& options, BufferedOutput& output) {
     const SampleInventoryService inventory(network);
     SampleIdentifiers identifiers(network);
     const std::int32_t mostNes = options.identifierCount == 0 ? options.neCount : MOST_NES;
@@ -46,7 +59,7 @@ std::int32_t WriteNetwork(const SampleNetwork& network, const SampleOptions& opt
     return neId;
 }
 
-ExitCode RunSample(const SampleOptions& options) {
+ExitCode Sample(const Options& options) {
     const SampleNetwork network(options.seed);
     BufferedOutput output(options.output);
     const std::int32_t neCount = WriteNetwork(network, options, output);
@@ -57,32 +70,22 @@ ExitCode RunSample(const SampleOptions& options) {
     return ExitCode::OK;
 }
 
-constexpr const char* EXAMPLES = R"(Examples:
-  kxdu sample --ne 3 --seed 7
-      the identifiers of three NEs
-  kxdu sample --ne 2000 -o network.fdn --inventory-csv network/
-      those of a network, and the inventory that "kxdu inventory import" reads
-  kxdu sample --identifiers 5000000 | kxdu check --levels-only
-      as many as asked for, to measure with)";
-
 }  // namespace
 
 void AddSample(CLI::App& app, Action& action) {
-    CLI::App* const verb = app.add_subcommand("sample", "Make up a plausible network: its identifiers, its inventory");
-    const auto options = std::make_shared<SampleOptions>();
-    auto* const neCount = verb->add_option("--ne", options->neCount, "How many NEs the network has")
-                              ->capture_default_str()
-                              ->check(CLI::Range(1, MOST_NES));
-    verb->add_option("--identifiers", options->identifierCount,
-                     "How many identifiers are written, of as many NEs as it takes")
-        ->check(CLI::PositiveNumber)
+    auto* const verb = app.add_subcommand("sample", "Make up a plausible network: its identifiers, its inventory");
+    const auto options = std::make_shared<Options>();
+    auto* const neCount =
+        AddNumberOption(*verb, "--ne", options->neCount, "How many NEs the network has; 2000 by default", 1, MOST_NES);
+    AddNumberOption(*verb, "--identifiers", options->identifierCount,
+                    "How many identifiers are written, of as many NEs as it takes", 1)
         ->excludes(neCount);
-    verb->add_option("--seed", options->seed, "The same seed gives the same bytes, on every machine")
-        ->capture_default_str();
-    verb->add_option("-o,--output", options->output, "File to write the identifiers to, instead of standard output");
-    verb->add_option("--inventory-csv", options->inventoryFolder, "Folder to write the inventory to, as CSV files");
-    verb->footer(EXAMPLES);
-    verb->callback([options, &action] { action = [options] { return RunSample(*options); }; });
+    AddNumberOption(*verb, "--seed", options->seed,
+                    "The same seed gives the same bytes, on every machine; 1 by default");
+    AddOutputOption(*verb, options->output);
+    verb->add_option("--inventory-csv", options->inventoryFolder, "Also write the inventory to FOLDER, as CSV files")
+        ->type_name("FOLDER");
+    SetAction(*verb, action, HELP, options, Sample);
 }
 
 }  // namespace NS_KXDU

@@ -8,13 +8,14 @@
 #include "failure.h"
 #include "listing.h"
 #include "text.h"
+#include "verbaction.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
 
 namespace {
 
-constexpr auto EXAMPLES = R"(Examples:
+constexpr auto HELP = R"(Examples:
   kxdu tables
   kxdu tables client-rates
   kxdu tables fb-type-levels --format csv -o levels.csv
@@ -142,8 +143,7 @@ void AddTables(CLI::App& app, Action& action) {
     const auto options = std::make_shared<Options>();
     verb->add_option("NAME", options->table, "Which table; without it, all are listed")->type_name("");
     AddListingOptions(*verb, options->listing);
-    verb->footer(EXAMPLES);
-    verb->callback([&action, options] { action = [options] { return Tables(*options); }; });
+    SetAction(*verb, action, HELP, options, Tables);
 }
 
 }  // namespace NS_KXDU

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -19,6 +20,9 @@ enum class ExitCode : int {
 /// What a verb does once its arguments are parsed.
 using Action = std::function<ExitCode()>;
 
+/// What to tell somebody who asked app for a verb that it does not have.
+std::string UnknownVerb(const CLI::App& app, const std::string& verb);
+
 /// Each adds one verb with its options, its help and its examples to app, and sets action when the verb was chosen.
 void AddDecode(CLI::App& app, Action& action);
 void AddEncode(CLI::App& app, Action& action);
@@ -34,5 +38,6 @@ void AddCtp(CLI::App& app, Action& action);
 void AddTables(CLI::App& app, Action& action);
 void AddInventory(CLI::App& app, Action& action);
 void AddSample(CLI::App& app, Action& action);
+void AddHelp(CLI::App& app, Action& action);
 
 }  // namespace NS_KXDU

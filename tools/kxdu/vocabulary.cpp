@@ -1,7 +1,6 @@
 #include "vocabulary.h"
 
 #include <algorithm>
-#include <map>
 #include <span>
 
 #include <kx_domain_util/constanttables.h>
@@ -31,10 +30,10 @@ Cell RateOfLevel(int level) {
 }
 
 Cell LevelOfRate(const std::string& rate) {
-    std::map<std::string, unsigned int> rates;
-    UtilCommon::Instance()->InitClientRateMap(rates);
-    const auto known = rates.find(NS_UTIL::SelfUtilCommon::Instance()->upperStr(rate));
-    return known != rates.end() ? Cell(std::int64_t{known->second}) : Cell();
+    const std::string name = NS_UTIL::SelfUtilCommon::Instance()->upperStr(rate);
+    const auto rows = NS_UTIL::GetClientRateRows();
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& known) { return known.name == name; });
+    return row != rows.end() ? Cell(static_cast<std::int64_t>(row->level)) : Cell();
 }
 
 Cell FbTypeOfLevel(int level) {

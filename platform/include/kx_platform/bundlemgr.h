@@ -134,7 +134,8 @@ private:
 /// buffer for a name may answer null; this one never does. Takes no lock once the buffer is there. Any thread.
 KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
 
-/// The registry of services. All operations may be called from any thread, also from inside a service's operation.
+/// The registry of services. All operations may be called from any thread, also from inside a service's operation: no
+/// lock is held there, so looking up, registering and taking back do not deadlock.
 class KX_PLATFORM_API BundleMgr {
 public:
     /// The one bundle manager; lives until the process ends. Never null.
@@ -149,8 +150,12 @@ public:
     /// no call into the service can be in flight any more; false when the name is unknown. A service that is registered
     /// under several names is gone when the last of them is.
     ///
-    /// Called from inside a service's operation it does not wait for the calling thread's own calls, nor for another
-    /// thread that is itself unregistering from inside a service's operation.
+    /// From inside a service's operation it does not wait for the calling thread's own calls, nor for another thread
+    /// that is itself taking a service back, or replacing one, from inside an operation: they would wait for each other
+    /// for ever. So a service may take itself back or replace itself from inside; whoever does so frees the service
+    /// only when those operations have returned.
+    ///
+    /// False, from a thread that comes second, does not say that the first has finished waiting.
     bool UnregisterService(const std::string& name);
 
     /// Every registered object, in the order of registration (a replacement keeps the place of what it replaces). The

@@ -4,11 +4,11 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <memory>
+#include <list>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include <kx_platform/export.h>
 #include <kx_platform/readpin.h>
@@ -49,6 +49,7 @@ private:
     static constexpr std::uint64_t IS_NUMBER = std::uint64_t{1} << 32U;
 
     std::string m_key;
+    std::list<std::string> m_value;  // one text or none; a list, so that it can be retired without any memory
     std::atomic<const std::string*> m_text{nullptr};
     std::atomic<std::uint64_t> m_number{0};  // the low half is the number
     ConfigItem* m_next = nullptr;
@@ -68,7 +69,7 @@ public:
 
     /// Sets the item, whether it was there or not.
     void SetItem(const std::string& key, const std::string& value);
-    /// Makes the item a missing one; nothing happens when it is missing already.
+    /// Makes the item a missing one; nothing happens when it is missing already. Needs no memory, as does `Clear`.
     void RemoveItem(const std::string& key);
     /// Makes every item a missing one.
     void Clear();
@@ -86,11 +87,11 @@ private:
     std::atomic<ConfigItem*>& Bucket(std::string_view key) noexcept;
     ConfigItem* Find(std::string_view key) noexcept;
     ConfigItem& FindOrMake(std::string_view key);
-    void Assign(ConfigItem& item, std::unique_ptr<const std::string> text);
+    void Assign(ConfigItem& item, std::list<std::string>&& value) noexcept;
 
     std::array<std::atomic<ConfigItem*>, BUCKETS> m_buckets{};
-    std::mutex m_mutex;                                         // taken by those who change items
-    std::vector<std::unique_ptr<const std::string>> m_retired;  // replaced texts that a thread may still be reading
+    std::mutex m_mutex;                // taken by those who change items
+    std::list<std::string> m_retired;  // replaced texts that a thread may still be reading
 };
 
 }  // namespace NS_BUNDLEMGR1

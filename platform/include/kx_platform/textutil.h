@@ -37,36 +37,7 @@ KX_PLATFORM_API bool SplitStringByTag(const std::string& text, std::vector<std::
 /// The number at the start of text as strtol reads it in base 10: leading blanks and one sign are accepted, reading
 /// stops at the first character that is no digit, and text without digits gives 0. A number beyond 64 bits becomes the
 /// nearest 64-bit one; then the low 32 bits are the answer, so 4294967295 gives -1. Throws nothing. Any thread.
-constexpr int Str2Int(std::string_view text) noexcept {
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    while (at != end && (*at == ' ' || (*at >= '\t' && *at <= '\r'))) {
-        ++at;
-    }
-    const bool negative = at != end && *at == '-';
-    if (negative || (at != end && *at == '+')) {
-        ++at;
-    }
-    const auto digitAt = [](const char* place) {
-        return static_cast<unsigned>(static_cast<unsigned char>(*place)) - unsigned{'0'};
-    };
-    constexpr std::ptrdiff_t SAFE_DIGITS = std::numeric_limits<std::int64_t>::digits10;  // cannot overflow
-    const char* const safeEnd = end - at > SAFE_DIGITS ? at + SAFE_DIGITS : end;
-    std::uint64_t number = 0;
-    for (; at != safeEnd && digitAt(at) <= 9; ++at) {
-        number = number * 10 + digitAt(at);
-    }
-    constexpr std::uint64_t LARGEST = std::numeric_limits<std::int64_t>::max();
-    const std::uint64_t largest = negative ? LARGEST + 1 : LARGEST;
-    for (; at != end && digitAt(at) <= 9; ++at) {
-        if (number > (largest - digitAt(at)) / 10) {
-            number = largest;
-            break;
-        }
-        number = number * 10 + digitAt(at);
-    }
-    return static_cast<int>(static_cast<std::uint32_t>(negative ? 0 - number : number));
-}
+constexpr int Str2Int(std::string_view text) noexcept;
 
 /// The same into out, which is always written.
 constexpr void Str2Int(std::string_view text, int& out) noexcept {
@@ -75,5 +46,55 @@ constexpr void Str2Int(std::string_view text, int& out) noexcept {
 
 /// The decimal text of number, with a "-" when it is negative. Any thread.
 KX_PLATFORM_API std::string Int2Str(int number);
+
+// ---- How Str2Int reads ----------------------------------------------------------------------------------------------
+
+namespace NS_DETAIL {
+
+constexpr unsigned DigitOf(char character) noexcept {
+    return static_cast<unsigned>(static_cast<unsigned char>(character)) - unsigned{'0'};  // above 9: no digit
+}
+
+constexpr int Low32Bits(std::uint64_t number, bool isNegative) noexcept {
+    return static_cast<int>(static_cast<std::uint32_t>(isNegative ? 0 - number : number));
+}
+
+/// `Str2Int` of any text.
+[[gnu::noinline, gnu::cold]] constexpr int ReadAnyNumber(std::string_view text) noexcept {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (at != end && (*at == ' ' || (*at >= '\t' && *at <= '\r'))) {
+        ++at;
+    }
+    const bool isNegative = at != end && *at == '-';
+    if (isNegative || (at != end && *at == '+')) {
+        ++at;
+    }
+    constexpr std::uint64_t LARGEST = std::numeric_limits<std::int64_t>::max();
+    const std::uint64_t largest = isNegative ? LARGEST + 1 : LARGEST;
+    std::uint64_t number = 0;
+    for (; at != end && DigitOf(*at) <= 9; ++at) {
+        if (number > (largest - DigitOf(*at)) / 10) {
+            number = largest;
+            break;
+        }
+        number = number * 10 + DigitOf(*at);
+    }
+    return Low32Bits(number, isNegative);
+}
+
+}  // namespace NS_DETAIL
+
+// Nearly every number is a few digits: that much is read here, and only the rest asks more questions.
+constexpr int Str2Int(std::string_view text) noexcept {
+    constexpr std::size_t SAFE_SIZE = std::numeric_limits<std::int64_t>::digits10;  // cannot overflow
+    const char* at = text.data();
+    const char* const end = at + (text.size() <= SAFE_SIZE ? text.size() : 0);
+    std::uint64_t number = 0;
+    for (; at != end && NS_DETAIL::DigitOf(*at) <= 9; ++at) {
+        number = number * 10 + NS_DETAIL::DigitOf(*at);
+    }
+    return at != text.data() ? NS_DETAIL::Low32Bits(number, false) : NS_DETAIL::ReadAnyNumber(text);
+}
 
 }  // namespace NS_UTIL

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 #include <kx_standalone/export.h>
@@ -38,6 +40,9 @@ struct HostOptions {
     std::filesystem::path configFolder;   ///< holds "kx_corbaagent_bundle/bundle.cfg" (TOML); empty: no configuration
     std::filesystem::path inventoryFile;  ///< SQLite file (see `inventoryfile.h`); empty: no inventory
     LogTarget log;
+    /// Told of each question about an NE that the inventory does not have, with its number, on the thread that asks;
+    /// empty: nobody is. May not throw.
+    std::function<void(std::int64_t neId)> missingNe;
 };
 
 /// Registers the inventory, data-access and log services of a process, sets its configuration items, and loads the

@@ -54,7 +54,7 @@ struct Inventory {
 /// All of these throw std::runtime_error; its text names the file and, where it applies, the table and the row. Writers
 /// wait a few seconds for each other.
 
-/// Makes an empty inventory. Throws when the file exists.
+/// Makes an empty inventory; the file appears when it is complete. Throws when it exists.
 KX_STANDALONE_API void CreateInventory(const std::filesystem::path& file);
 /// Reads all rows. Throws when the file is missing, not SQLite, of another schema version, or has a row out of range.
 KX_STANDALONE_API Inventory ReadInventory(const std::filesystem::path& file);

@@ -1,0 +1,18 @@
+/// `FindInBlock` by AVX2: 32 characters at a time, on the processors that have it.
+#pragma once
+
+#include <kx_domain_util/separatorfinder.h>
+
+#if defined(__x86_64__) && defined(KX_DOMAIN_UTIL_SSE2) && !defined(KX_DOMAIN_UTIL_NO_AVX2)
+#define KX_DOMAIN_UTIL_AVX2
+
+namespace NS_UTIL::NS_FDN {
+
+bool HasAvx2() noexcept;
+
+/// Only when `HasAvx2`.
+std::uint64_t FindInBlockByAvx2(const char* text, char separator) noexcept;
+
+}  // namespace NS_UTIL::NS_FDN
+
+#endif

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Configures a preset and builds it or some targets of it, by ccache where there is one. Says nothing unless it fails:
+# then it shows the end of the log, which is build/PRESET.log.
+#   scripts/build.sh PRESET [TARGET...]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+preset=$1
+targets=()
+if [ $# -gt 1 ]; then
+    targets=(--target "${@:2}")
+fi
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+log=build/$preset.log
+mkdir -p build
+if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then
+    tail -n 60 "$log" >&2
+    echo "build: $preset failed (whole log: $log)" >&2
+    exit 1
+fi

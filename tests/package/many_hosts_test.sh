@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# What the example converts by byte ranges is what one kxdu converts, byte for byte.
+#   many_hosts_test.sh KXDU EXAMPLE
+set -euo pipefail
+
+PATH=$(dirname "$1"):$PATH
+example=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+export HOME=$folder BLOCK=100k
+
+kxdu sample --identifiers 40000 -o network.fdn
+kxdu decode network.fdn -o whole.jsonl
+"$example" network.fdn decode >ranges.jsonl
+cmp whole.jsonl ranges.jsonl
+
+kxdu get NE 'PP:3' -i network.fdn -o whole.tsv
+"$example" network.fdn get NE 'PP:3' >ranges.tsv
+cmp whole.tsv ranges.tsv
+
+# More than one range was made, or nothing was tested: lines that are rejected are told by range.
+sed '1~20000s/.*//' network.fdn >damaged.fdn
+code=0
+"$example" damaged.fdn decode >damaged.jsonl 2>rejects || code=$?
+[ "$code" -eq 2 ]
+[ "$(wc -l <damaged.jsonl)" -eq 39998 ]

@@ -1,0 +1,23 @@
+/// Splitting of a text the plainest way: what scanners and finders are compared with.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace NS_TEST {
+
+/// What stands between separators; a text has at least one piece.
+inline std::vector<std::string> PiecesOneByOne(std::string_view text, char separator) {
+    std::vector<std::string> pieces(1);
+    for (const char character : text) {
+        if (character == separator) {
+            pieces.emplace_back();
+        } else {
+            pieces.back() += character;
+        }
+    }
+    return pieces;
+}
+
+}  // namespace NS_TEST

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace NS_KXDU {
+
+/// The NEs that the inventory was asked about and does not have: what depends on their type goes by type 0, of which
+/// the user is to hear once. Any thread.
+class MissingNes {
+public:
+    /// So many are remembered, whatever the inventory lacks.
+    static constexpr std::size_t MOST = 10'000;
+
+    void Note(std::int64_t neId);
+
+    /// A line for standard error; empty when none is missing.
+    [[nodiscard]] std::string Text() const;
+    /// Writes it there.
+    void Tell() const;
+
+private:
+    // Identifiers of an NE mostly stand together.
+    std::atomic<std::int64_t> m_last = NONE;
+    std::atomic<bool> m_isFull = false;
+    mutable std::mutex m_mutex;
+    std::set<std::int64_t> m_neIds;
+
+    static constexpr std::int64_t NONE = INT64_MIN;
+};
+
+}  // namespace NS_KXDU
