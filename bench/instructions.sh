@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# Counts the instructions that a call of each conversion takes, and compares with bench/instructions.txt: more than 5 %
+# above it fails. A regression shows without a clock, on a busy machine too. The last line is "N passed, N failed".
+#   bench/instructions.sh [--update]     --update: writes the figures instead; the commit says why they changed
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export LC_ALL=C
+
+scripts/install-deps.sh
+figures=bench/instructions.txt
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+log=$folder/log
+
+if ! scripts/build.sh release kx_bench_instructions; then
+    echo "0 passed, 1 failed"
+    exit 1
+fi
+
+# The C library picks its text functions by what the processor can do, and so does this one, for texts of 64 bytes and
+# more. The C library is told to take what every x86-64 has. What is left is less than 1 % with AVX2 or without.
+without=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI2,-ERMS,-FSRM,-RTM,-LZCNT,-MOVBE,-SSE4_1,-SSE4_2,-SSSE3
+export GLIBC_TUNABLES=glibc.cpu.hwcaps=$without
+if ! valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$folder/dump" \
+              build/release/bin/kx_bench_instructions >"$folder/calls" 2>"$log"; then
+    tail -n 40 "$log"
+    echo "instructions: the program did not run"
+    echo "0 passed, 1 failed"
+    exit 1
+fi
+
+# One dump for each conversion, with its name and the instructions of all its calls.
+for dump in "$folder"/dump.*; do
+    sed -n 's/^desc: Trigger: Client Request: //p; s/^totals: //p' "$dump" | paste -d' ' - -
+done | sort >"$folder/totals"
+sort "$folder/calls" | join - "$folder/totals" | awk '{ printf "%-32s %8.1f\n", $1, $3 / $2 }' >"$folder/counted"
+
+if [ "${1-}" = --update ]; then
+    {
+        echo "# Instructions of one call, on average over 500 identifiers or records; written by bench/instructions.sh."
+        cat "$folder/counted"
+    } >"$figures"
+fi
+
+grep -v '^#' "$figures" | awk '
+    NR == FNR { kept[$1] = $2; next }
+    !($1 in kept) { print $1 ": no figure is kept"; ++failed; next }
+    {
+        change = 100 * ($2 / kept[$1] - 1)
+        if (change > 5 || change < -5) {
+            printf "%s: %.1f instructions a call, %.1f were kept: %+.1f %%\n", $1, $2, kept[$1], change
+        }
+        change > 5 ? ++failed : ++passed
+        delete kept[$1]
+    }
+    END {
+        for (name in kept) {
+            print name ": was not counted"
+            ++failed
+        }
+        print passed + 0 " passed, " failed + 0 " failed"
+        exit failed > 0
+    }' - "$folder/counted"

@@ -1,0 +1,156 @@
+#!/usr/bin/env python3
+"""Measures kxdu beside mawk and grep on the same files: time, peak of memory, and what the second core gives.
+
+    kxdu.py KXDU [--identifiers N] [--rounds N] [--json FILE] [--document FILE]
+
+All commands run once in each round, one after the other; of all rounds the fastest counts. Where two commands should
+write the same, that is checked first. --document FILE replaces what stands between the marks "figures of kxdu" in
+FILE. Ends with 1 when a limit is missed.
+"""
+import argparse
+import hashlib
+import os
+import pathlib
+import random
+import subprocess
+import sys
+import tempfile
+import time
+
+from limits import tell, write_json
+from report import replace_between_marks
+
+# The shortest program that is right for any identifier.
+MAWK_GET = ('{n=p="";for(i=NF;i;i--){if($i~/^NE=/)n=substr($i,4);'
+            'if($i~/^PP=/){split($i,a,"|");p=a[3]}}print n"\\t"p}')
+# The fastest that we could write; right for identifiers in which no port comes first.
+MAWK_GET_FAST = ('{n=p="";if(match($0,/(^|,)NE=[^,]*/)){n=substr($0,RSTART,RLENGTH);sub(/.*=/,"",n)}'
+                 'if(i=index($0,",PP=")){split(substr($0,i),a,"|");p=a[3]}print n"\\t"p}')
+MOST_MEMORY = 64  # MiB
+LEAST_GAIN = 1.7
+FIRST_NOTIFICATION = 1_000_000  # longer than any number in an identifier, so that grep finds it nowhere else
+
+
+class Run:
+    """A command with the fastest and the largest of its runs."""
+
+    def __init__(self, folder, name, command):
+        self.folder, self.name, self.command = folder, name, command
+        self.seconds, self.cpu_seconds, self.memory = float("inf"), float("inf"), 0.0
+
+    def once(self, output):
+        # The kernel counts the memory of the process that starts a command as that command's: so a small one does.
+        peak = self.folder / "peak"
+        with open(output, "wb") as out:
+            begin = time.perf_counter()
+            process = subprocess.Popen(["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command, stdout=out,
+                                       stderr=subprocess.DEVNULL, env=dict(os.environ, LC_ALL="C"))
+            _, status, usage = os.wait4(process.pid, 0)
+            seconds = time.perf_counter() - begin
+        process.returncode = os.waitstatus_to_exitcode(status)
+        if process.returncode != 0:
+            raise RuntimeError(f"{self.name} ended with {process.returncode}")
+        self.seconds = min(self.seconds, seconds)
+        self.cpu_seconds = min(self.cpu_seconds, usage.ru_utime + usage.ru_stime)
+        self.memory = max(self.memory, int(peak.read_text(encoding="utf-8")) / 1024)
+
+
+def write_inputs(kxdu, folder, identifiers):
+    """The identifiers; alarms, which are numbers of notifications before identifiers; and who holds back which."""
+    network, alarms = folder / "network.fdn", folder / "alarms.txt"
+    subprocess.run([kxdu, "sample", "--identifiers", str(identifiers), "-o", network], check=True)
+    draw = random.Random(1)
+    with open(network, encoding="utf-8") as lines, open(alarms, "w", encoding="utf-8") as out:
+        out.writelines(f"{FIRST_NOTIFICATION + draw.randrange(200)} {line}" for line in lines)
+    held = [str(FIRST_NOTIFICATION + 5 * number) for number in range(40)]
+    (folder / "held").write_text("\n".join(held) + "\n", encoding="utf-8")
+    (folder / "kx_corbaagent_bundle").mkdir()
+    (folder / "kx_corbaagent_bundle" / "bundle.cfg").write_text(
+        f'EventSwitch = 2\nBlacklist = "{",".join(held)}"\n', encoding="utf-8")
+    return network, alarms
+
+
+def written(run):
+    """The digest of what a command writes."""
+    digest = hashlib.sha256()
+    with subprocess.Popen(run.command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
+        while block := process.stdout.read(1 << 20):
+            digest.update(block)
+    return digest.digest()
+
+
+def measure(kxdu, identifiers, rounds):
+    with tempfile.TemporaryDirectory(prefix="kx-bench-") as name:
+        folder = pathlib.Path(name)
+        network, alarms = write_inputs(kxdu, folder, identifiers)
+        get = [kxdu, "get", "NE", "PP:2", "-i", network]
+        decode = [kxdu, "decode", network]
+        keep = [kxdu, "filter", "--config", folder, alarms]
+        runs = [
+            Run(folder, "kxdu get NE PP:2", get), Run(folder, "kxdu get NE PP:2 --jobs 1", get + ["--jobs", "1"]),
+            Run(folder, "mawk, the shortest", ["mawk", "-F,", MAWK_GET, network]),
+            Run(folder, "mawk, the fastest", ["mawk", MAWK_GET_FAST, network]),
+            Run(folder, "kxdu decode", decode), Run(folder, "kxdu decode --jobs 1", decode + ["--jobs", "1"]),
+            Run(folder, "kxdu filter", keep), Run(folder, "kxdu filter --jobs 1", keep + ["--jobs", "1"]),
+            Run(folder, "grep -v -F -w -f", ["grep", "-v", "-F", "-w", "-f", folder / "held", alarms]),
+        ]
+        by_name = {run.name: run for run in runs}
+        for left, right in (("kxdu get NE PP:2", "mawk, the shortest"), ("kxdu get NE PP:2", "mawk, the fastest"),
+                            ("kxdu decode", "kxdu decode --jobs 1"), ("kxdu filter", "grep -v -F -w -f")):
+            if written(by_name[left]) != written(by_name[right]):
+                raise RuntimeError(f"{left} and {right} write different things")
+        # grep looks no further than the first line when nobody reads what it writes; and a disk would set the pace.
+        with tempfile.NamedTemporaryFile(dir="/dev/shm") as memory:
+            for _ in range(rounds):
+                for run in runs:
+                    run.once(memory.name if run.name.startswith(("kxdu filter", "grep")) else "/dev/null")
+        return by_name
+
+
+def limits_of(runs):
+    """What is demanded, as (text, whether it is kept)."""
+    def times(slow, fast):
+        return runs[slow].seconds / runs[fast].seconds
+    limits = []
+
+    def demand(text, value, least):
+        limits.append((f"{text}: {value:.2f} times as fast, at least {least}", value >= least))
+    demand("kxdu get, beside the shortest mawk program", times("mawk, the shortest", "kxdu get NE PP:2"), 3)
+    demand("kxdu decode, beside mawk's get", times("mawk, the shortest", "kxdu decode"), 1)
+    demand("kxdu filter, beside grep", times("grep -v -F -w -f", "kxdu filter"), 1)
+    for verb in ("get NE PP:2", "decode", "filter"):
+        demand(f"kxdu {verb} on two cores, beside one", times(f"kxdu {verb} --jobs 1", f"kxdu {verb}"), LEAST_GAIN)
+        memory = runs[f"kxdu {verb}"].memory
+        limits.append((f"kxdu {verb}: {memory:.0f} MiB at most, below {MOST_MEMORY}", memory < MOST_MEMORY))
+    return limits
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("kxdu")
+    parser.add_argument("--identifiers", type=int, default=5_000_000)
+    parser.add_argument("--rounds", type=int, default=5)
+    parser.add_argument("--json")
+    parser.add_argument("--document")
+    options = parser.parse_args()
+    runs = measure(options.kxdu, options.identifiers, options.rounds)
+    limits = limits_of(runs)
+    millions = options.identifiers / 1e6
+    print(f"{millions:g} million identifiers".ljust(30) + "      s   s of CPU  million/s    MiB")
+    for run in runs.values():
+        print(f"  {run.name:28}{run.seconds:7.2f}{run.cpu_seconds:11.2f}{millions / run.seconds:11.2f}"
+              f"{run.memory:7.0f}")
+    if options.json:
+        rows = [{"name": run.name, "seconds": run.seconds, "cpu_seconds": run.cpu_seconds, "mebibytes": run.memory}
+                for run in runs.values()]
+        write_json(options.json, {"identifiers": options.identifiers, "rows": rows}, limits)
+    if options.document:
+        table = [f"| {millions:g} million identifiers | s | s of CPU | million/s | MiB |", "|---|--:|--:|--:|--:|"]
+        table += [f"| {run.name} | {run.seconds:.2f} | {run.cpu_seconds:.2f} | {millions / run.seconds:.2f} "
+                  f"| {run.memory:.0f} |" for run in runs.values()]
+        replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + "\n\n")
+    return tell(limits)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

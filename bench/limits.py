@@ -1,0 +1,19 @@
+"""What is demanded of measured figures, as a list of (text, whether it is kept)."""
+import json
+import pathlib
+
+
+def write_json(file, report, limits):
+    """Writes report as JSON, with the limits behind it."""
+    report = {**report, "limits": [{"limit": text, "kept": is_kept} for text, is_kept in limits]}
+    pathlib.Path(file).write_text(json.dumps(report, indent=1), encoding="utf-8")
+
+
+def tell(limits):
+    """Prints which limits are missed, and how many are kept. Returns the exit code."""
+    missed = [text for text, is_kept in limits if not is_kept]
+    print()
+    for text in missed:
+        print("missed: " + text)
+    print(f"{len(limits) - len(missed)} of {len(limits)} limits kept")
+    return 1 if missed else 0

@@ -1,0 +1,74 @@
+/// How a call is measured: in walks over its inputs, with clock or with a count of allocations.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "corpus.h"
+
+namespace NS_BENCH {
+
+/// How many allocations operation makes; below 0 in the program that measures time.
+double CountAllocations(const std::function<void()>& operation);
+
+/// What is measured, and on what.
+template <class Input>
+struct Subject {
+    std::string name;
+    std::string group;  ///< what the report lists it under
+    std::vector<Input> inputs;
+    std::size_t bytes = 0;  ///< of identifiers, read or written in one walk
+};
+
+/// Measures call, a function object with texts and records of its own, of which every thread gets a copy.
+template <class Input, class Call>
+benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>& subject, const std::string& variant,
+                                    const Call& call) {
+    const auto measure = [subject, call](benchmark::State& state) {
+        Call own = call;
+        const auto walk = [&] {
+            for (const Input& input : subject->inputs) {
+                benchmark::DoNotOptimize(own(input));
+            }
+        };
+        walk();  // gives the texts their room, and makes what a first call makes
+        const double allocations = CountAllocations(walk);
+        for ([[maybe_unused]] auto _ : state) {
+            walk();
+        }
+        const auto calls = static_cast<double>(subject->inputs.size());
+        using Counter = benchmark::Counter;
+        state.counters["calls"] = Counter(calls, Counter::kAvgThreads);
+        state.counters["bytes"] = Counter(static_cast<double>(subject->bytes) / calls, Counter::kAvgThreads);
+        state.counters["allocations"] = Counter(allocations / calls, Counter::kAvgThreads);
+        state.SetLabel(subject->group);
+    };
+    const std::string name = subject->name + "/" + variant;
+    return benchmark::RegisterBenchmark(name.c_str(), measure)->UseRealTime();
+}
+
+/// Measures library, on one and on two threads, beside literal.
+template <class Input, class Library, class Literal>
+void AddPair(Subject<Input> subject, const Library& library, const Literal& literal) {
+    const auto shared = std::make_shared<const Subject<Input>>(std::move(subject));
+    Add(shared, "library", library)->Threads(1)->Threads(2);
+    Add(shared, "literal", literal)->Threads(1);
+}
+
+/// What both must agree on before they are compared.
+inline void Expect(bool isSame, const std::string& name) {
+    if (!isSame) {
+        throw std::logic_error(name + ": the literal counterpart gives something else");
+    }
+}
+
+void AddConversions(const Corpus& corpus);
+void AddLookUps(const Corpus& corpus);
+
+}  // namespace NS_BENCH

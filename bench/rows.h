@@ -1,0 +1,186 @@
+/// Every reader and writer with what it is measured on: a reader on the identifiers that hold what it reads, a writer
+/// on the records read from those.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include "corpus.h"
+#include "support/conversions.h"
+
+namespace NS_BENCH {
+
+/// The levels that name the thing of a conversion; any one of them is enough.
+struct ThingLevels {
+    std::string_view thing;
+    std::array<std::string_view, 4> tags;
+};
+
+inline constexpr auto THING_LEVELS = std::to_array<ThingLevels>({
+    {"OSIndex", {"OS"}},
+    {"OSID", {"OS"}},
+    {"ONEIndex", {"ONE"}},
+    {"ONEID", {"ONE"}},
+    {"NEIndex", {"NE"}},
+    {"NEID", {"NE"}},
+    {"ShelfIndex", {"FR"}},
+    {"SlotIndex", {"S"}},
+    {"SubSlotIndex", {"SS"}},
+    {"CardIndex", {"CP"}},
+    {"PortIndex", {"PP", "LP"}},
+    {"APIndex", {"AP", "SUBIF"}},
+    {"TPIndex", {"SUBIF", "VC4", "VC12"}},
+    {"LoopBackPortIndex", {"PP", "LP"}},
+    {"PWIndex", {"PW"}},
+    {"PWSwitchIndex", {"PWSW"}},
+    {"GroupID", {"VEGROUP"}},
+    {"VPNTrailIndex", {"PWE3TRAIL", "VPLS"}},
+    {"TunnelTrailIndex", {"TUNNELTRAIL"}},
+    {"PWTrailIndex", {"PWTRAIL"}},
+    {"TNPIndex", {"TUNNELPGTRAIL"}},
+    {"SVCIndex", {"PWE3", "NETH", "VSI", "VRF"}},
+    {"TunnelIndex", {"TUNNEL"}},
+    {"TDIndex", {"ATMTD"}},
+    {"MDIndex", {"MD"}},
+    {"MAIndex", {"MA"}},
+    {"MIPIndex", {"MIP"}},
+    {"MepIndex", {"MEP", "RMEP"}},
+    {"RmepIndex", {"MEP", "RMEP"}},
+});
+
+/// "PortIndex" of "ResID2PortIndex", of "PortIndex2ResID" and of "PortIndex2ResIDByNEType".
+inline std::string_view ThingOf(std::string_view conversion) {
+    for (const std::string_view head : {"ResID2", "Fill"}) {
+        if (conversion.starts_with(head)) {
+            return conversion.substr(head.size());
+        }
+    }
+    return conversion.substr(0, conversion.find("2ResID"));
+}
+
+inline std::vector<std::string> IdentifiersFor(std::string_view conversion, const Corpus& corpus) {
+    const std::string_view thing = ThingOf(conversion);
+    const auto* const row = std::find_if(THING_LEVELS.begin(), THING_LEVELS.end(),
+                                         [thing](const ThingLevels& levels) { return levels.thing == thing; });
+    if (row == THING_LEVELS.end()) {
+        throw std::logic_error(std::string(conversion) + ": nobody told what it is measured on");
+    }
+    return corpus.Holding(row->tags);
+}
+
+/// What a row is called: the function, and the record where two functions share a name.
+template <class Conversion>
+std::string NameOf(const Conversion& conversion) {
+    const std::string name(conversion.name);
+    const bool isShared = name == "ResID2PortIndex" || name == "PortIndex2ResID";
+    using Record = typename Conversion::Record;
+    return isShared ? name + "(" + std::string(NS_TEST::RecordFields<Record>::NAME) + ")" : name;
+}
+
+/// Calls a reader, always into the same record.
+template <class Record>
+struct ReadCall {
+    typename NS_TEST::Reader<Record>::Function read;
+    Record record;
+
+    const Record& operator()(const std::string& fdn) {
+        if constexpr (std::is_same_v<Record, NS_DOMAIN::CtpKey_T>) {
+            record.port.neId = -1;  // otherwise the reader of access points takes the port for known
+        }
+        read(fdn, record);
+        return record;
+    }
+};
+
+/// What a writer is called with.
+template <class Record_>
+struct WriterCase {
+    Record_ record;
+    NS_TEST::WriterArguments arguments;
+};
+
+/// Calls a writer, always into the same text.
+template <class Record>
+struct WriteCall {
+    typename NS_TEST::Writer<Record>::Function write;
+    std::string fdn;
+
+    const std::string& operator()(const WriterCase<Record>& input) {
+        write(input.record, fdn, input.arguments);
+        return fdn;
+    }
+};
+
+/// The record that thing's reader makes of fdn.
+template <class Record>
+Record ReadRecord(std::string_view thing, const std::string& fdn) {
+    using NS_UTIL::ResIDUtil;
+    Record record;
+    if constexpr (std::is_same_v<Record, NS_TEST::NEPath>) {
+        NS_DOMAIN::ONEIndex one;
+        NS_DOMAIN::NEIndex ne;
+        ResIDUtil::ResID2ONEIndex(fdn, one);
+        ResIDUtil::ResID2NEIndex(fdn, ne);
+        record = {std::max(one.oneId, 0), ne.neId};
+    } else if constexpr (std::is_same_v<Record, NS_DOMAIN::MEPIndex>) {
+        ResIDUtil::ResID2MepIndex(fdn, record);
+    } else {
+        bool isRead = false;
+        NS_TEST::ForEachReader([&]<class Other>(const NS_TEST::Reader<Other>& reader) {
+            if constexpr (std::is_same_v<Other, Record>) {
+                if (!isRead || ThingOf(reader.name) == thing) {
+                    record = Record();
+                    reader.library(fdn, record);
+                    isRead = true;
+                }
+            }
+        });
+    }
+    if constexpr (std::is_same_v<Record, NS_DOMAIN::PWIndex>) {
+        record.resId.erase(0, record.resId.find(',') + 1);  // the writer puts the NE level before it
+    }
+    if constexpr (std::is_same_v<Record, NS_DOMAIN::TPIndex>) {
+        NS_UTIL::MocLvlValueMap levels;  // no reader reads the paths
+        ResIDUtil::Fdn2MocLvlValueMap(fdn, levels);
+        ResIDUtil::GetValueByMocLvlName("VC4", levels, record.vc4Id);
+        ResIDUtil::GetValueByMocLvlName("VC12", levels, record.vc12Id);
+    }
+    return record;
+}
+
+template <class Record>
+NS_TEST::WriterArguments ArgumentsFor(const Record& record, std::string_view flagName) {
+    NS_TEST::WriterArguments arguments;
+    if constexpr (std::is_same_v<Record, NS_DOMAIN::CtpKey_T>) {
+        arguments.flag = flagName == "withSubIf" ? record.subIfId > 0 : record.port.isLogical;
+    }
+    if constexpr (std::is_same_v<Record, NS_DOMAIN::PortIndex>) {
+        arguments.flag = record.isLogical;
+        std::uint32_t neType = 0;
+        NS_TEST::LiteralResIDUtil::inventory->QueryNEType(record.neId, neType, true);
+        arguments.neType = neType;
+    }
+    return arguments;
+}
+
+template <class Record>
+std::vector<WriterCase<Record>> CasesFor(const NS_TEST::Writer<Record>& writer, const Corpus& corpus) {
+    std::vector<WriterCase<Record>> cases;
+    for (const std::string& fdn : IdentifiersFor(writer.name, corpus)) {
+        const Record record = ReadRecord<Record>(ThingOf(writer.name), fdn);
+        cases.push_back({record, ArgumentsFor(record, writer.flagName)});
+    }
+    return cases;
+}
+
+/// Those that are given a parsed FDN.
+inline bool ReadsMap(std::string_view reader) {
+    return reader.starts_with("Fill");
+}
+
+}  // namespace NS_BENCH

@@ -1,0 +1,66 @@
+#include "surroundings.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "support/literalresidutil.h"
+
+namespace NS_BENCH {
+
+namespace {
+
+// Items that conversions read at every call, with values that are in use; and a filter that holds most back.
+constexpr std::string_view CONFIGURATION = R"(Telvandaire = 1
+NETypeListForSubSlot = "1911,1912,1913"
+PfmFrameRdSize = 1500
+EventSwitch = 1
+Whitelist = "3,5,8,13,21,34,55,89,144,233,377,610,987,1597,2584,4181"
+)";
+
+std::filesystem::path MakeFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "kx-bench-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("no temporary folder");
+    }
+    return name;
+}
+
+template <class Interface>
+Interface* FindService(std::string_view name) {
+    const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
+    for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
+        if (object.GetObjectName() == name) {
+            return dynamic_cast<Interface*>(object.GetInterface());
+        }
+    }
+    throw std::logic_error("the host serves no " + std::string(name));
+}
+
+}  // namespace
+
+Surroundings::Surroundings(const Corpus& corpus) : m_folder(MakeFolder()) {
+    NS_STANDALONE::HostOptions options;
+    options.configFolder = m_folder;
+    options.inventoryFile = m_folder / "inventory.db";
+    std::filesystem::create_directory(m_folder / "kx_corbaagent_bundle");
+    std::ofstream(m_folder / "kx_corbaagent_bundle" / "bundle.cfg") << CONFIGURATION;
+    NS_STANDALONE::CreateInventory(options.inventoryFile);
+    NS_STANDALONE::ReplaceInventory(options.inventoryFile, corpus.GetInventory());
+    m_host = std::make_unique<NS_STANDALONE::Host>(options);
+    NS_TEST::LiteralResIDUtil::inventory = FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
+    NS_TEST::LiteralResIDUtil::dataAccess = FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+}
+
+Surroundings::~Surroundings() {
+    NS_TEST::LiteralResIDUtil::inventory = nullptr;
+    NS_TEST::LiteralResIDUtil::dataAccess = nullptr;
+    m_host.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
+}
+
+}  // namespace NS_BENCH
