@@ -1,0 +1,318 @@
+// What becomes of every operation when memory runs out in it: each of its allocations fails in turn.
+#include <array>
+#include <cstdio>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <new>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <kx_domain_util/processexception.h>
+
+#include "support/allocations.h"
+#include "support/childprocess.h"
+#include "support/operations.h"
+#include "support/services.h"
+
+namespace {
+
+using NS_TEST::AllOperations;
+using NS_TEST::Answer;
+using NS_TEST::Configuration;
+using NS_TEST::CountingInventory;
+using NS_TEST::FailingAllocations;
+using NS_TEST::InChildProcess;
+using NS_TEST::LiveAllocations;
+using NS_TEST::LONG_TEXT;
+using NS_TEST::Operation;
+using NS_TEST::Registration;
+using NS_UTIL::InterfaceNotExistException;
+using testing::HasSubstr;
+using testing::Optional;
+
+// ---- The surroundings -----------------------------------------------------------------------------------------------
+
+// Services that allocate nothing, so that what fails is the library's own.
+class QuietDataAccess : public NS_SERVICE::DAWSvcInterface, private NS_SERVICE::ConfigObject {
+public:
+    NS_SERVICE::ConfigObject* GetConfiguration(const std::string&, const std::string&) override { return this; }
+
+private:
+    bool GetIntItemInfo(const std::string&, int&) override { return true; }
+};
+
+class QuietLog : public NS_SERVICE::LogSvcInterface, private NS_SERVICE::ModuleLogger {
+public:
+    NS_SERVICE::ModuleLogger* GetModuleLogger(const std::string&, const std::string&, const std::string&) override {
+        return this;
+    }
+
+private:
+    void WriteLog(const std::string&, const std::string&, int, int, const char*, ...) override {}
+};
+
+struct Services {
+    Configuration configuration{
+        {"Telvandaire", "1"},     {"NETypeListForSubSlot", "7,8,1911,and more than fits inside"},
+        {"PfmFrameRdSize", "99"}, {"EventSwitch", "2"},
+        {"Blacklist", "5,6,7,8"}, {NS_TEST::LONG_KEY, LONG_TEXT}};
+    CountingInventory inventory{1911};
+    QuietDataAccess dataAccess;
+    QuietLog log;
+    Registration first{"InventoryBufif", inventory};
+    Registration second{"DAWSvcInterface", dataAccess};
+    Registration third{"LogSvcInterface", log};
+};
+
+// ---- One operation --------------------------------------------------------------------------------------------------
+
+enum class Outcome { ANSWERED, SERVICE_MISSING, OUT_OF_MEMORY };
+
+Outcome Ask(Answer& answer) {
+    try {
+        answer.Ask();
+        return Outcome::ANSWERED;
+    } catch (const InterfaceNotExistException&) {
+        return Outcome::SERVICE_MISSING;
+    } catch (const std::bad_alloc&) {
+        return Outcome::OUT_OF_MEMORY;
+    }
+}
+
+Outcome AskSparing(std::size_t spared, Answer& answer) {
+    const FailingAllocations failing(spared);
+    return Ask(answer);
+}
+
+// What becomes of an operation, asked again and again in a process in which nobody has used the library. Says what is
+// wrong, nothing when all is right.
+class Trial {
+public:
+    explicit Trial(const Operation& operation) : m_operation(operation), m_right(operation.makeAnswer()) {}
+
+    /// First calls: what is made once and stays is made by calls of which some fail.
+    std::string FirstCalls() {
+        const auto answer = m_operation.makeAnswer();
+        Outcome outcome = Outcome::OUT_OF_MEMORY;
+        for (std::size_t spared = 0; outcome == Outcome::OUT_OF_MEMORY; ++spared) {
+            outcome = AskSparing(spared, *answer);
+        }
+        m_outcome = Ask(*m_right);
+        return outcome == m_outcome && IsRight(*answer) ? "" : "failed first calls leave a wrong answer";
+    }
+
+    /// Later calls: each either fails and leaves nothing, or answers.
+    std::string LaterCalls() {
+        AskInOtherThread(*m_operation.makeAnswer());  // makes what stays of a second thread
+        Outcome outcome = Outcome::OUT_OF_MEMORY;
+        for (std::size_t spared = 0; outcome == Outcome::OUT_OF_MEMORY; ++spared) {
+            const std::ptrdiff_t live = LiveAllocations();
+            {
+                const auto answer = m_operation.makeAnswer();
+                const auto next = m_operation.makeAnswer();
+                outcome = AskSparing(spared, *answer);
+                if (outcome != Outcome::OUT_OF_MEMORY) {
+                    if (outcome != m_outcome || !IsRight(*answer)) {
+                        return "it answers wrong" + After(spared);
+                    }
+                } else if (AskInOtherThread(*next) != m_outcome || !next->Equals(*m_right)) {
+                    return "the next call of another thread goes wrong" + After(spared);
+                } else if (Ask(*answer) != m_outcome || !IsRight(*answer)) {
+                    return "the next call into the same record goes wrong" + After(spared);
+                }
+            }
+            if (const std::ptrdiff_t left = LiveAllocations() - live; left != 0) {
+                return std::to_string(left) + " allocations are left" + After(spared);
+            }
+        }
+        return "";
+    }
+
+private:
+    static std::string After(std::size_t spared) { return " after " + std::to_string(spared) + " allocations"; }
+
+    // Where a service is missing, the answer is what was written until then: not the same after a failure.
+    bool IsRight(const Answer& answer) const {
+        return m_outcome == Outcome::SERVICE_MISSING || answer.Equals(*m_right);
+    }
+
+    // Waits for ever, until the process is ended, when a lock was left held.
+    static Outcome AskInOtherThread(Answer& answer) {
+        Outcome outcome = Outcome::OUT_OF_MEMORY;
+        std::thread([&] { outcome = Ask(answer); }).join();
+        return outcome;
+    }
+
+    const Operation& m_operation;
+    Outcome m_outcome = Outcome::ANSWERED;
+    std::unique_ptr<Answer> m_right;
+};
+
+// What stays of a first call: a plain one, or several of which all but the last fail.
+std::ptrdiff_t AllocationsThatStay(const Operation& operation, bool isFailing) {
+    const std::ptrdiff_t live = LiveAllocations();
+    {
+        const auto answer = operation.makeAnswer();
+        if (!isFailing) {
+            Ask(*answer);
+        }
+        for (std::size_t spared = 0; isFailing && AskSparing(spared, *answer) == Outcome::OUT_OF_MEMORY; ++spared) {}
+    }
+    return LiveAllocations() - live;
+}
+
+// Operations in a process that has all services, and in one that has none.
+class FailingMemory : public testing::TestWithParam<bool> {
+protected:
+    static std::string InFreshProcess(const std::function<std::string()>& say) {
+        return InChildProcess([&say] {
+                   std::optional<Services> services;
+                   if (GetParam()) {
+                       services.emplace();
+                   }
+                   return say();
+               })
+            .value_or("it ends the process");
+    }
+};
+
+TEST_P(FailingMemory, HarmsNoOperation) {
+    for (const Operation& operation : AllOperations()) {
+        EXPECT_EQ(InFreshProcess([&] {
+                      Trial trial(operation);
+                      const std::string complaint = trial.FirstCalls();
+                      return complaint.empty() ? trial.LaterCalls() : complaint;
+                  }),
+                  "")
+            << operation.name;
+    }
+}
+
+// Fewer may stay, when a failed first call only drops a log record.
+TEST_P(FailingMemory, LetsFirstCallsLeaveNoMore) {
+    for (const Operation& operation : AllOperations()) {
+        const auto staying = [&operation](bool isFailing) {
+            return std::stol(InFreshProcess([&] { return std::to_string(AllocationsThatStay(operation, isFailing)); }));
+        };
+        EXPECT_LE(staying(true), staying(false)) << operation.name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, FailingMemory, testing::Values(true, false),
+                         [](const auto& hasServices) { return hasServices.param ? "AHost" : "AnEmptyProcess"; });
+
+// A check that could not fail would be none.
+class BadAnswer : public Answer {
+public:
+    explicit BadAnswer(void (*ask)(std::vector<std::string>&)) : m_ask(ask) {}
+    void Ask() override { m_ask(m_texts); }
+    bool Equals(const Answer& other) const override { return m_texts == static_cast<const BadAnswer&>(other).m_texts; }
+
+private:
+    void (*m_ask)(std::vector<std::string>&);
+    std::vector<std::string> m_texts;
+};
+
+std::optional<std::string> ComplaintAbout(void (*ask)(std::vector<std::string>&)) {
+    const Operation operation{"", [ask] { return std::make_unique<BadAnswer>(ask); }};
+    return InChildProcess([&operation] {
+        Trial trial(operation);
+        const std::string complaint = trial.FirstCalls();
+        return complaint.empty() ? trial.LaterCalls() : complaint;
+    });
+}
+
+TEST(HarmOfFailingMemory, IsSeen) {
+    EXPECT_EQ(ComplaintAbout([](std::vector<std::string>& texts) {
+                  static std::list<int> kept;
+                  kept.push_back(1);
+                  texts = {LONG_TEXT};
+                  kept.pop_back();
+              }),
+              "1 allocations are left after 1 allocations");
+    EXPECT_THAT(ComplaintAbout([](std::vector<std::string>& texts) {
+                    texts.emplace_back("short");
+                    texts.emplace_back(LONG_TEXT);
+                }),
+                Optional(HasSubstr("leave a wrong answer")));
+    EXPECT_EQ(ComplaintAbout([](std::vector<std::string>& texts) noexcept { texts = {LONG_TEXT}; }), std::nullopt);
+}
+
+// ---- All operations -------------------------------------------------------------------------------------------------
+
+// The functions that the libraries export, by name, each with the signatures of its overloads.
+std::map<std::string, std::set<std::string>> ExportedFunctions() {
+    std::map<std::string, std::set<std::string>> functions;
+    const std::string command = std::string("nm -DC --defined-only ") + KX_LIBRARY_FILES;
+    FILE* const listing = popen(command.c_str(), "r");
+    std::array<char, 4096> piece{};
+    std::string text;
+    for (std::size_t size = 1; listing != nullptr && size > 0;) {
+        size = std::fread(piece.data(), 1, piece.size(), listing);
+        text.append(piece.data(), size);
+    }
+    EXPECT_TRUE(listing != nullptr && pclose(listing) == 0) << command;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        // "ADDRESS T SIGNATURE"; what is inline in a header has another letter.
+        const auto begin = line.find(" T NS_");
+        if (begin == std::string::npos) {
+            continue;
+        }
+        const std::string signature = line.substr(begin + 3);
+        std::string name = signature.substr(0, signature.find('('));
+        name = name.substr(0, name.find("[abi:"));
+        functions[name].insert(signature);
+    }
+    return functions;
+}
+
+// Private members, exported with their class. The rows of the public ones that call them reach them.
+const std::set<std::string> REACHED_BY_OTHERS{"NS_UTIL::UtilCommon::UtilCommon",
+                                              "NS_UTIL::NtfFilter::NtfFilter",
+                                              "NS_UTIL::NtfFilter::Load",
+                                              "NS_BUNDLEMGR1::BundleMgr::Find",
+                                              "NS_BUNDLEMGR1::BundleMgr::ForgetBuffers",
+                                              "NS_BUNDLEMGR1::BundleMgr::Retire",
+                                              "NS_BUNDLEMGR1::CorbaConfigItems::Assign",
+                                              "NS_BUNDLEMGR1::CorbaConfigItems::Bucket",
+                                              "NS_BUNDLEMGR1::CorbaConfigItems::Find",
+                                              "NS_BUNDLEMGR1::CorbaConfigItems::FindOrMake"};
+
+TEST(Operations, AreAllThatTheLibrariesExport) {
+    std::map<std::string, std::size_t> rows;
+    for (const Operation& operation : AllOperations()) {
+        ++rows[operation.name];
+    }
+    const auto exported = ExportedFunctions();
+    EXPECT_GT(exported.size(), 150U);
+    std::vector<std::string> missing;
+    for (const auto& [name, signatures] : exported) {
+        const bool isDestructor = name.find('~') != std::string::npos;  // runs in the rows of its class
+        if (!isDestructor && !REACHED_BY_OTHERS.contains(name) && rows[name] < signatures.size()) {
+            missing.push_back(name);
+        }
+    }
+    EXPECT_THAT(missing, testing::IsEmpty()) << "add a row for each overload to support/operations.cpp";
+}
+
+TEST(Operations, AreThoseThatTheLibrariesExport) {
+    const auto exported = ExportedFunctions();
+    for (const Operation& operation : AllOperations()) {
+        EXPECT_TRUE(exported.contains(operation.name)) << operation.name << " is not exported";
+    }
+    for (const std::string& name : REACHED_BY_OTHERS) {
+        EXPECT_TRUE(exported.contains(name)) << name;
+    }
+}
+
+}  // namespace

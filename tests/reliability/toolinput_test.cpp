@@ -1,0 +1,301 @@
+// What users feed to the tool that is no good: it says so, in the words and with the exit code that --help promises,
+// and never holds more than a little of it.
+#include <algorithm>
+#include <filesystem>
+#include <initializer_list>
+#include <random>
+#include <string>
+#include <tuple>
+
+#include <sys/resource.h>
+
+#include "kxdu/program.h"
+#include "support/scale.h"
+
+namespace {
+
+constexpr auto CONFIG = "config/kx_corbaagent_bundle/bundle.cfg";
+
+// In MiB. Sanitizers keep what was freed for a while.
+#ifdef KX_TEST_SANITIZED
+constexpr long MOST_MEMORY = 768;
+#else
+constexpr long MOST_MEMORY = 96;
+#endif
+
+// The most memory, in MiB, that a program has held which this process ran.
+long MemoryOfLargestRun() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+std::ptrdiff_t Lines(const std::string& text) {
+    return std::count(text.begin(), text.end(), '\n');
+}
+
+std::string LastLine(std::string text) {
+    text.resize(text.empty() ? 0 : text.size() - 1);
+    return text.substr(text.rfind('\n') + 1);
+}
+
+}  // namespace
+
+// ---- Binary garbage -------------------------------------------------------------------------------------------------
+
+class ToolWithGarbage : public ProgramTest {
+protected:
+    static std::string MakeGarbage() {
+        std::mt19937 random(20);
+        std::string garbage(NS_TEST::Scaled(1U << 20U), '\0');
+        std::generate(garbage.begin(), garbage.end(), [&] { return static_cast<char>(random()); });
+        return garbage + "\n";
+    }
+
+    const std::string garbage = MakeGarbage();
+    const std::string lines = std::to_string(Lines(garbage)) + " lines";
+};
+
+TEST_F(ToolWithGarbage, EachLineIsConvertedOrRejected) {
+    for (const char* const verb : {"decode", "encode", "get NE"}) {
+        const Ended ended = Shell(std::string("kxdu ") + verb, garbage);
+        EXPECT_EQ(ended.code, 1) << verb;
+        EXPECT_EQ(Lines(ended.out) + Lines(ended.err) - 1, Lines(garbage)) << verb;
+        EXPECT_TRUE(LastLine(ended.err).ends_with(" in " + lines)) << LastLine(ended.err);
+    }
+}
+
+TEST_F(ToolWithGarbage, CheckFindsSomethingInEachLine) {
+    const Ended ended = Shell("kxdu check --levels-only | cut -d : -f 1,2 | uniq", garbage);
+    EXPECT_EQ(Lines(ended.out), Lines(garbage));
+    EXPECT_TRUE(LastLine(ended.err).ends_with(" in " + lines)) << LastLine(ended.err);
+}
+
+TEST_F(ToolWithGarbage, FilterPassesItByteForByte) {
+    WriteFile(CONFIG, "EventSwitch = 2\nBlacklist = \"7\"\n");
+    const Ended ended = Shell("kxdu filter --config config", garbage);
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_TRUE(ended.out == garbage);
+}
+
+TEST_F(ToolWithGarbage, IsNeitherInventoryNorConfiguration) {
+    WriteFile("garbage", garbage);
+    WriteFile(CONFIG, garbage);
+    for (const char* const command :
+         {"inventory list garbage", "inventory import garbage csv", "inventory export garbage out",
+          "decode --inventory garbage", "encode --inventory garbage", "check --inventory garbage",
+          "explain --inventory garbage NE=5", "ne-type 1912 --inventory garbage", "decode --config config",
+          "encode --config config", "check --config config", "filter --config config",
+          "explain --config config NE=5"}) {
+        for (const char* const table : {"ne.csv", "ne_type.csv", "domain_member.csv"}) {
+            WriteFile(std::string("csv/") + table, garbage);
+        }
+        const Ended ended = Shell(std::string("kxdu ") + command, "NE=5\n");
+        EXPECT_EQ(ended.code, 2) << command;
+        EXPECT_EQ(ended.out, "") << command;
+        EXPECT_EQ(ended.err.rfind("kxdu: ", 0), 0U) << command;
+        EXPECT_EQ(Lines(ended.err), 1) << command;
+    }
+    EXPECT_EQ(ReadFile("garbage"), garbage);
+    EXPECT_EQ(Shell("kxdu inventory init n.db && kxdu inventory import n.db csv").code, 2);
+    EXPECT_EQ(Shell("kxdu inventory list n.db --format csv | wc -l").out, "1\n");
+}
+
+TEST_F(ToolWithGarbage, AsAnArgumentItHasAnAnswerToo) {
+    WriteFile("garbage", garbage);
+    const auto run = [this](const std::string& verb) {
+        return Shell("kxdu " + verb + " -- \"$(head -c 20000 garbage | tr -d '\\0')\"").code;
+    };
+    EXPECT_EQ(run("explain"), 0);
+    EXPECT_EQ(run("path"), 1);
+    EXPECT_EQ(run("ctp"), 1);
+    EXPECT_EQ(run("level"), 1);
+    EXPECT_EQ(run("fb"), 2);
+    EXPECT_EQ(run("ne-type"), 2);
+    EXPECT_EQ(run("tables"), 2);
+    EXPECT_EQ(run("get"), 2);
+    EXPECT_EQ(run("decode"), 2);
+    EXPECT_EQ(Shell("kxdu \"$(tr -d '\\0' <garbage | head -c 20000)\"").code, 2);
+}
+
+// ---- Too much of it -------------------------------------------------------------------------------------------------
+
+class ToolWithMuch : public ProgramTest {
+protected:
+    void SetUp() override { WriteFile(CONFIG, "EventSwitch = 2\nBlacklist = \"7\"\n"); }
+
+    void TearDown() override { EXPECT_LE(MemoryOfLargestRun(), MOST_MEMORY); }
+};
+
+TEST_F(ToolWithMuch, OfALineOfTwoGigabytesNothingIsHeldAndTheNextOneCounts) {
+    const std::string line = "dd if=/dev/zero bs=64K count=" + std::to_string(NS_TEST::Scaled(32768)) + " status=none";
+    const std::string input = "{ echo NE=5; " + line + "; echo; echo NE=6; } | kxdu ";
+    const std::string complaint = "<stdin>:2: the line is longer than 1 MiB\n";
+
+    const Ended got = Shell(input + "get NE");
+    EXPECT_EQ(got.out, "5\n6\n");
+    EXPECT_EQ(got.err, complaint + "kxdu: 1 rejected in 3 lines\n");
+
+    const Ended checked = Shell(input + "check --levels-only");
+    EXPECT_EQ(checked.out, complaint);
+    EXPECT_EQ(checked.err, "kxdu: 1 found in 3 lines\n");
+
+    const Ended filtered = Shell(input + "filter --config config");
+    EXPECT_EQ(filtered.out, "NE=5\nNE=6\n");
+    EXPECT_NE(filtered.err.find(complaint), std::string::npos) << filtered.err;
+}
+
+// A verb that is given three lines over and over, of which the second is bad.
+struct VerbWithThreeLines {
+    const char* name;
+    const char* command;
+    const char* lines;
+    std::string (*summary)(const std::string& bad, const std::string& all);
+    bool isGoodWritten;
+    bool isBadWritten;
+};
+
+template <const auto& finding>
+std::string Summary(const std::string& bad, const std::string& all) {
+    return "kxdu: " + bad + " " + finding + " in " + all + " lines\n";
+}
+
+constexpr char REJECTED[] = "rejected";
+constexpr char CHANGED[] = "rejected or changed";
+constexpr char FOUND[] = "found";
+
+std::string FilterSummary(const std::string& bad, const std::string& all) {
+    return "kxdu: 0 held back, " + all + " passed on, " + bad + " of these without an identifier\n";
+}
+
+class ToolWithManyBadLines : public ToolWithMuch, public testing::WithParamInterface<VerbWithThreeLines> {};
+
+TEST_P(ToolWithManyBadLines, CountsEachOfThem) {
+    const auto& [name, command, lines, summary, isGoodWritten, isBadWritten] = GetParam();
+    const std::size_t most = name == std::string("encode") ? 1'000'000 : 10'000'000;
+    const std::size_t count = NS_TEST::Scaled(most);
+    const std::size_t bad = (count + 1) / 3;
+    const Ended ended = Shell("{ yes '" + std::string(lines) + "' | head -n " + std::to_string(count) + " | kxdu " +
+                              command + " | wc -l >written; } 3>&1 | wc -l >reported");
+    EXPECT_EQ(ReadFile("written"), std::to_string((isGoodWritten ? count - bad : 0) + (isBadWritten ? bad : 0)) + "\n");
+    EXPECT_EQ(ReadFile("reported"), std::to_string(isGoodWritten ? bad : 0) + "\n");
+    EXPECT_NE(ended.err.find(summary(std::to_string(bad), std::to_string(count))), std::string::npos) << ended.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ToolWithManyBadLines,
+    testing::Values(VerbWithThreeLines{"decode", "decode --rejects /dev/fd/3", "NE=5\nNE=5,XY=1\nNE=6,FR=1,S=3",
+                                       Summary<REJECTED>, true, false},
+                    VerbWithThreeLines{"encode", "encode --rejects /dev/fd/3",
+                                       R"({"type":"NEIndex","record":{"reserved":0,"neId":7}})"
+                                       "\n{\"type\":\"NEIndex\"}\n"
+                                       R"({"record":{"reserved":0,"neId":8},"type":"NEIndex"})",
+                                       Summary<CHANGED>, true, false},
+                    VerbWithThreeLines{"check", "check --levels-only", "NE=5\nNE=5,XY=1\nNE=6,FR=1,S=3", Summary<FOUND>,
+                                       false, true},
+                    VerbWithThreeLines{"get", "get NE --rejects /dev/fd/3", "NE=5\n\nNE=6,FR=1,S=3", Summary<REJECTED>,
+                                       true, false},
+                    VerbWithThreeLines{"filter", "filter --config config --rejects /dev/fd/3", "8 a\nb\n9 c",
+                                       FilterSummary, true, true}),
+    [](const auto& parameter) { return std::string(parameter.param.name); });
+
+// ---- What is there, but cannot be read ------------------------------------------------------------------------------
+
+// The superuser reads and writes everything, until the capabilities to do so are dropped.
+class ToolWithoutRights : public ProgramTest {
+protected:
+    void SetUp() override {
+        WriteFile("secret", "NE=5\n");
+        WriteFile(CONFIG, "");
+        ASSERT_EQ(Shell("kxdu sample --ne 1 -o one.fdn --inventory-csv csv && kxdu inventory init n.db &&"
+                        " kxdu inventory import n.db csv && chmod 0 secret config/*/* && chmod 0444 n.db")
+                      .code,
+                  0);
+        if (Shell("cat secret").code != 0) {
+            m_run = "kxdu ";
+            return;
+        }
+        const std::string drop =
+            "setpriv --bounding-set=-dac_override,-dac_read_search --inh-caps=-dac_override,-dac_read_search ";
+        m_run = drop + "'" KXDU_PROGRAM "' ";
+        if (Shell(drop + "true").code != 0 || Shell(drop + "cat secret").code == 0) {
+            GTEST_SKIP() << "this user reads everything and cannot give that up";
+        }
+    }
+
+    void ExpectDenied(int code, const std::string& command, const std::string& complaint) const {
+        const Ended ended = Shell(m_run + command, "NE=5\n");
+        EXPECT_EQ(ended.code, code) << command;
+        EXPECT_EQ(ended.out, "") << command;
+        EXPECT_NE(ended.err.find(complaint), std::string::npos) << command << ": " << ended.err;
+    }
+
+    std::string m_run;
+};
+
+TEST_F(ToolWithoutRights, NamesWhatItCannotRead) {
+    for (const char* const command : {"decode secret", "encode secret", "check --levels-only secret",
+                                      "get NE -i secret", "decode one.fdn secret >/dev/null"}) {
+        ExpectDenied(2, command, "kxdu: secret: Permission denied\n");
+    }
+    ExpectDenied(2, "decode --inventory secret", "kxdu: secret: ");
+    ExpectDenied(2, "inventory list secret", "kxdu: secret: ");
+    ExpectDenied(2, "filter --config config", "config/kx_corbaagent_bundle/bundle.cfg");
+    ASSERT_EQ(Shell("chmod 0 csv/ne.csv").code, 0);
+    ExpectDenied(2, "inventory import n.db csv", "csv/ne.csv: cannot be read: Permission denied");
+}
+
+TEST_F(ToolWithoutRights, NamesWhatItCannotWrite) {
+    ExpectDenied(2, "inventory import n.db csv", "kxdu: n.db: ");
+    EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, "2\n");
+    ASSERT_EQ(Shell("mkdir closed && chmod 0555 closed").code, 0);
+    ExpectDenied(3, "decode -o closed/out", "kxdu: closed/out: Permission denied\n");
+    ExpectDenied(3, "decode --rejects closed/out", "kxdu: closed/out: Permission denied\n");
+    ExpectDenied(3, "tables client-rates -o closed/out", "kxdu: closed/out: Permission denied\n");
+    ExpectDenied(3, "sample --ne 1 -o one --inventory-csv closed", "kxdu: closed/ne.csv: Permission denied\n");
+    ExpectDenied(3, "inventory export n.db closed", "kxdu: closed/ne.csv: Permission denied\n");
+    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: Permission denied\n");
+    EXPECT_FALSE(Exists("one"));
+}
+
+class ToolWithWrongFiles : public ProgramTest {};
+
+TEST_F(ToolWithWrongFiles, AnInputThatFailsWhileItIsReadIsNamed) {
+    const Ended ended = Shell("kxdu decode -o out - /proc/self/mem", "NE=5\n");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err, "kxdu: /proc/self/mem: Input/output error\n");
+    EXPECT_EQ(Files(), 0);
+}
+
+TEST_F(ToolWithWrongFiles, AFolderIsNoFileAndAFileNoFolder) {
+    WriteFile("file", "");
+    std::filesystem::create_directories(folder / "folder/kx_corbaagent_bundle/bundle.cfg");
+    for (const auto& [code, command, complaint] : std::initializer_list<std::tuple<int, const char*, const char*>>{
+             {2, "decode folder", "folder: Is a directory"},
+             {2, "encode folder", "folder: Is a directory"},
+             {2, "check --levels-only folder", "folder: Is a directory"},
+             {2, "get NE -i folder", "folder: Is a directory"},
+             {2, "decode <folder", "<stdin>: Is a directory"},
+             {2, "decode file/x", "file/x: Not a directory"},
+             {2, "decode --inventory folder", "folder: is not a regular file"},
+             {2, "ne-type 5 --inventory folder", "folder: is not a regular file"},
+             {2, "inventory list folder", "folder: is not a regular file"},
+             {2, "inventory import folder folder", "folder/ne_type.csv"},
+             {2, "inventory import file file", "file/ne_type.csv: cannot be read: Not a directory"},
+             {2, "inventory init folder", "folder: File exists"},
+             {2, "inventory init file/x", "file/x: Not a directory"},
+             {2, "filter --config folder", "bundle.cfg"},
+             {2, "filter --config file", "file/kx_corbaagent_bundle/bundle.cfg"},
+             {3, "decode -o folder", "folder: Is a directory"},
+             {3, "decode --rejects folder", "folder: Is a directory"},
+             {3, "decode -o file/x", "file/x: Not a directory"},
+             {3, "sample -o folder", "folder: Is a directory"},
+             {3, "tables -o folder", "folder: Is a directory"},
+             {3, "sample --ne 1 -o out --inventory-csv file", "file: cannot be made"}}) {
+        const Ended ended = Shell(std::string("kxdu ") + command, "NE=5\n");
+        EXPECT_EQ(ended.code, code) << command;
+        EXPECT_EQ(ended.err.rfind("kxdu: ", 0), 0U) << command << ": " << ended.err;
+        EXPECT_NE(ended.err.find(complaint), std::string::npos) << command << ": " << ended.err;
+    }
+    EXPECT_EQ(Files(), 2);
+}

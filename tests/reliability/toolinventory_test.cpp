@@ -1,0 +1,192 @@
+// What may happen to an inventory while the tool works on it.
+#include <algorithm>
+#include <string>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include "kxdu/program.h"
+
+class ToolInventory : public ProgramTest {
+protected:
+    // A folder of CSV files with this many NEs, all of one type.
+    void WriteCsv(const std::string& name, int nes, int neType) const {
+        std::string rows = "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n";
+        for (int ne = 0; ne < nes; ++ne) {
+            rows.append(std::to_string(ne)).append(",").append(std::to_string(neType)).append(",0,0\n");
+        }
+        WriteFile(name + "/ne.csv", rows);
+        WriteFile(name + "/ne_type.csv",
+                  "ne_type,name,ip_service,klv\n" + std::to_string(neType) + ",of " + name + ",1,0\n");
+        WriteFile(name + "/domain_member.csv",
+                  "cache,domain,ne_type\nEQUIPMENT_TYPE,OTN," + std::to_string(neType) + "\n");
+    }
+
+    // n.db, which holds what the folder does.
+    void MakeInventory(const std::string& csv) const {
+        ASSERT_EQ(Shell("rm -f n.db; kxdu inventory init n.db && kxdu inventory import n.db " + csv).code, 0);
+    }
+
+    [[nodiscard]] bool Holds(const std::string& csv) const {
+        return Shell("kxdu inventory export n.db exported && diff -r " + csv + " exported").code == 0;
+    }
+};
+
+// ---- Not what it should be ------------------------------------------------------------------------------------------
+
+// Of each place in the file it is known that its loss is seen.
+TEST_F(ToolInventory, ALostPageIsNoticedWhereverItIs) {
+    WriteCsv("csv", 10000, 5);
+    MakeInventory("csv");
+    const std::string whole = ReadFile("n.db");
+    constexpr std::size_t PAGE = 4096;
+    ASSERT_GT(whole.size(), 10 * PAGE);
+    for (std::size_t page = 0; page < whole.size(); page += PAGE) {
+        std::string holed = whole;
+        holed.replace(page, PAGE, PAGE, '\xAA');
+        WriteFile("n.db", holed);
+        const Ended ended = Shell("kxdu inventory list n.db --nes");
+        EXPECT_EQ(ended.code, 2) << "page at " << page;
+        EXPECT_EQ(ended.out, "") << "page at " << page;
+        EXPECT_EQ(ended.err.rfind("kxdu: n.db: ", 0), 0U) << ended.err;
+    }
+}
+
+TEST_F(ToolInventory, NoVerbGoesOnWithOneThatIsCorrupt) {
+    WriteCsv("csv", 10000, 5);
+    MakeInventory("csv");
+    const std::string whole = ReadFile("n.db");
+    for (const std::string& corrupt :
+         {whole.substr(0, whole.size() / 2), whole.substr(0, 4096), std::string(), std::string(whole.size(), '\0')}) {
+        WriteFile("n.db", corrupt);
+        for (const char* const command :
+             {"decode --inventory n.db", "encode --inventory n.db", "check --inventory n.db",
+              "explain --inventory n.db NE=5", "ne-type 5 --inventory n.db", "inventory list n.db",
+              "inventory export n.db out", "inventory import n.db csv"}) {
+            const Ended ended = Shell(std::string("kxdu ") + command, "NE=5\n");
+            EXPECT_EQ(ended.code, 2) << command << " with " << corrupt.size() << " bytes";
+            EXPECT_EQ(ended.out, "") << command;
+            EXPECT_EQ(ended.err.rfind("kxdu: n.db: ", 0), 0U) << command << ": " << ended.err;
+        }
+        EXPECT_FALSE(Exists("out"));
+    }
+}
+
+TEST_F(ToolInventory, AJournalThatIsNoneIsPassedOver) {
+    WriteCsv("csv", 10, 5);
+    MakeInventory("csv");
+    WriteFile("n.db-journal", std::string(100000, '\x5A'));
+    EXPECT_TRUE(Holds("csv"));
+}
+
+// ---- Others at work -------------------------------------------------------------------------------------------------
+
+TEST_F(ToolInventory, OneThatStaysLockedIsGivenUp) {
+    WriteCsv("old", 3, 5);
+    WriteCsv("new", 4, 6);
+    MakeInventory("old");
+    SQLite::Database other((folder / "n.db").string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    // All at once, since each of them is patient.
+    const Ended ended = Shell(
+        "pids=; for verb in 'inventory import n.db new' 'inventory list n.db' 'inventory export n.db out'"
+        " 'decode --inventory n.db' 'ne-type 5 --inventory n.db'; do kxdu $verb & pids=\"$pids $!\"; done;"
+        " for pid in $pids; do wait $pid; echo $?; done");
+    EXPECT_EQ(ended.out, "2\n2\n2\n2\n2\n");
+    std::string complaints;
+    for (int verb = 0; verb < 5; ++verb) {
+        complaints += "kxdu: n.db: database is locked\n";
+    }
+    EXPECT_EQ(ended.err, complaints);
+    other.exec("COMMIT");
+    EXPECT_TRUE(Holds("old"));
+}
+
+TEST_F(ToolInventory, ImportsAtOnceComeOneAfterTheOther) {
+    WriteCsv("one", 20000, 5);
+    WriteCsv("two", 30000, 6);
+    MakeInventory("one");
+    for (int round = 0; round < 3; ++round) {
+        const Ended ended = Shell(
+            "pids=; for reader in 1 2 3; do for csv in one two; do kxdu inventory import n.db $csv >/dev/null &"
+            " pids=\"$pids $!\"; done; kxdu inventory list n.db --nes --format csv >listed$reader &"
+            " pids=\"$pids $!\"; done; for pid in $pids; do wait $pid; echo $?; done >codes; sort -u codes");
+        EXPECT_EQ(ended.out, "0\n");
+        EXPECT_EQ(ended.err, "");
+        EXPECT_TRUE(Holds("one") || Holds("two"));
+        for (const char* const listed : {"listed1", "listed2", "listed3"}) {
+            const std::string rows = ReadFile(listed);
+            const auto lines = std::count(rows.begin(), rows.end(), '\n');
+            EXPECT_TRUE(lines == 20001 || lines == 30001) << lines;
+        }
+    }
+}
+
+TEST_F(ToolInventory, OfManyWhoMakeItOneDoes) {
+    const Ended ended = Shell(
+        "pids=; for try in 1 2 3 4 5 6 7 8; do kxdu inventory init n.db & pids=\"$pids $!\"; done;"
+        " for pid in $pids; do wait $pid; echo $? >>codes; done; sort codes | tr -d '\\n'; rm codes");
+    EXPECT_EQ(ended.out, "n.db: made, empty\n02222222");
+    EXPECT_EQ(Shell("kxdu inventory list n.db").code, 0);
+    EXPECT_EQ(Files(), 1);
+}
+
+// ---- An end before the end ------------------------------------------------------------------------------------------
+
+class ToolInventoryKilled : public ToolInventory, public testing::WithParamInterface<const char*> {};
+
+// It is killed when it has changed the file, which the journal it leaves behind tells how to undo. The one that comes
+// too late to that tries again.
+TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeld) {
+    WriteCsv("old", 1000, 5);
+    WriteCsv("new", 500000, 6);
+    bool isHit = false;
+    for (int round = 0; round < 30 && !isHit; ++round) {
+        MakeInventory("old");
+        const Ended ended = Shell("size=$(stat -c %s n.db); '" KXDU_PROGRAM
+                                  "' inventory import n.db new >/dev/null &"
+                                  " while kill -0 $! && [ $(stat -c %s n.db) = $size ]; do sleep 0.001; done; kill -" +
+                                  std::string(GetParam()) + " $!; wait $!; kill -l $?; [ -s n.db-journal ]");
+        isHit = ended.code == 0;
+        EXPECT_TRUE(!isHit || ended.out == std::string(GetParam()) + "\n") << ended.out;
+    }
+    ASSERT_TRUE(isHit) << "never killed in time";
+    EXPECT_TRUE(Holds("old"));
+    EXPECT_EQ(Shell("kxdu inventory import n.db new").code, 0);
+    EXPECT_TRUE(Holds("new"));
+}
+
+INSTANTIATE_TEST_SUITE_P(By, ToolInventoryKilled, testing::Values("KILL", "TERM"),
+                         [](const auto& parameter) { return std::string(parameter.param); });
+
+// ---- No space -------------------------------------------------------------------------------------------------------
+
+// A limit on the size of files stands for a disk that fills up, sooner and later.
+TEST_F(ToolInventory, AnImportOntoAFullDiskChangesNothing) {
+    WriteCsv("old", 2000, 5);
+    WriteCsv("new", 200000, 6);
+    MakeInventory("old");
+    for (const char* const limit : {"1", "8", "20", "60", "200", "1000"}) {
+        const Ended ended = Shell("(ulimit -f " + std::string(limit) + "; kxdu inventory import n.db new)");
+        EXPECT_EQ(ended.code, 2) << limit;
+        EXPECT_EQ(ended.err.rfind("kxdu: n.db: ", 0), 0U) << limit << ": " << ended.err;
+        EXPECT_TRUE(Holds("old")) << limit;
+    }
+}
+
+TEST_F(ToolInventory, OnAFullDiskNoneIsMadeByHalf) {
+    for (const char* const limit : {"1", "8", "16"}) {
+        const Ended ended = Shell("(ulimit -f " + std::string(limit) + "; kxdu inventory init n.db)");
+        EXPECT_EQ(ended.code, 2) << limit;
+        EXPECT_EQ(ended.err.rfind("kxdu: n.db: ", 0), 0U) << limit << ": " << ended.err;
+        EXPECT_EQ(Files(), 0) << limit;
+    }
+}
+
+// The tables belong together.
+TEST_F(ToolInventory, AnExportOntoAFullDiskLeavesAllOldFiles) {
+    WriteCsv("old", 3, 5);
+    WriteCsv("new", 30000, 6);
+    MakeInventory("new");
+    EXPECT_EQ(Shell("cp -r old out; ulimit -f 100; kxdu inventory export n.db out").code, 3);
+    EXPECT_EQ(Shell("diff -r old out").code, 0);
+}
