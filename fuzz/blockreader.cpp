@@ -1,0 +1,108 @@
+/// The lines of inputs are the same whatever the size of blocks and however many bytes come at a time.
+#include "blockreader.h"
+
+#include <algorithm>
+
+#include <unistd.h>
+
+#include "fuzz/input.h"
+#include "fuzz/memoryfile.h"
+#include "support/chance.h"
+#include "support/pieces.h"
+#include "text.h"
+
+namespace {
+
+using namespace NS_KXDU;
+using NS_FUZZ::ExpectEqual;
+
+std::size_t mostBytesAtATime = LONGEST_LINE;
+NS_TEST::Chance chance(0);
+
+struct Line {
+    std::size_t number;
+    std::string text;  ///< with its line end; empty when the line is too long
+
+    bool operator==(const Line&) const = default;
+};
+
+void PrintTo(const Line& line, std::ostream* out) {
+    *out << line.number << ": " << testing::PrintToString(line.text.substr(0, 100)) << " of " << line.text.size();
+}
+
+// As the lines of a block are gone through: a line that is too long may be there all the same when blocks are larger.
+void AppendLines(std::string_view text, std::size_t firstLine, std::vector<Line>& lines) {
+    while (!text.empty()) {
+        const std::size_t size = std::min(text.find('\n'), text.size() - 1) + 1;
+        const std::string_view line = text.substr(0, size);
+        const bool isTooLong = size - (line.ends_with('\n') ? 1 : 0) > LONGEST_LINE;
+        lines.push_back({firstLine++, std::string(isTooLong ? "" : line)});
+        text.remove_prefix(size);
+    }
+}
+
+std::vector<Line> LinesInBlocks(const std::vector<std::string>& files, std::size_t blockSize) {
+    std::vector<Line> lines;
+    BlockReader reader(files, blockSize);
+    InputBlock block;
+    while (reader.Next(block)) {
+        ExpectEqual(block.memory.size() <= LONGEST_LINE + 2 * blockSize, true, "whether memory is bounded", blockSize);
+        if (block.isTooLongLine) {
+            ExpectEqual(block.Text(), "", "the text of a line that is too long", blockSize);
+            lines.push_back({block.firstLine, ""});
+        } else {
+            ExpectEqual(block.size != 0, true, "whether there is a text", blockSize);
+            AppendLines(block.Text(), block.firstLine, lines);
+        }
+    }
+    return lines;
+}
+
+// An input has no room for lines of the longest size: a byte 1 stands for a quarter of one.
+std::string Unfold(std::string_view text) {
+    constexpr std::size_t MOST_QUARTERS = 6;
+    std::string unfolded;
+    std::size_t quarters = 0;
+    for (const char character : text) {
+        if (character == '\1' && ++quarters <= MOST_QUARTERS) {
+            unfolded.append(LONGEST_LINE / 4, 'x');
+        } else {
+            unfolded += character;
+        }
+    }
+    return unfolded;
+}
+
+}  // namespace
+
+// Takes the place of the system's: a pipe may give any part of what was asked for.
+extern "C" ssize_t __real_read(int descriptor, void* memory, std::size_t size);
+extern "C" ssize_t __wrap_read(int descriptor, void* memory, std::size_t size);
+ssize_t __wrap_read(int descriptor, void* memory, std::size_t size) {
+    return __real_read(descriptor, memory, std::min(size, 1 + chance.Below(mostBytesAtATime)));
+}
+
+// A byte 2 stands between two inputs.
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text = NS_FUZZ::ToText(data, size);
+    const auto cut = std::min(text.find('\2'), text.size());
+    std::vector<Line> expected;
+    const std::string first = Unfold(text.substr(0, cut));
+    const std::string second = Unfold(text.substr(std::min(cut + 1, text.size())));
+    AppendLines(WithoutByteOrderMark(first), 1, expected);
+    AppendLines(WithoutByteOrderMark(second), 1, expected);
+    const NS_FUZZ::MemoryFile firstFile(first);
+    const NS_FUZZ::MemoryFile secondFile(second);
+    const bool isLong = text.find('\1') != std::string_view::npos;
+    const auto blockSizes =
+        isLong ? std::vector{std::size_t{64}, 3 * LONGEST_LINE} : std::vector<std::size_t>{1, 5, 64, 4096};
+    for (const std::size_t blockSize : blockSizes) {
+        for (const bool isPiecemeal : {true, false}) {
+            chance = NS_TEST::Chance(size);
+            mostBytesAtATime = isPiecemeal ? 3 + (first.size() + second.size()) / 16 : 16 * LONGEST_LINE;
+            ExpectEqual(LinesInBlocks({firstFile.Name(), secondFile.Name()}, blockSize), expected,
+                        "blocks of " + std::to_string(blockSize), text);
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,90 @@
+/// Lines of `kxdu encode`: what is written is one line, and it comes back by way of a record.
+#include <algorithm>
+#include <array>
+
+#include <kx_domain_util/processexception.h>
+
+#include "fuzz/input.h"
+#include "recordformat.h"
+#include "recordline.h"
+#include "support/conversionsurroundings.h"
+
+namespace {
+
+using namespace NS_KXDU;
+using NS_FUZZ::ExpectEqual;
+
+// An identifier, or why there is none.
+struct Answer {
+    std::string text;
+    bool isWritten = false;
+
+    bool operator==(const Answer&) const = default;
+};
+
+void PrintTo(const Answer& answer, std::ostream* out) {
+    *out << (answer.isWritten ? "" : "no identifier: ") << testing::PrintToString(answer.text);
+}
+
+Answer Encode(RecordLine& record, std::string_view line) {
+    try {
+        record.Parse(line);
+        const Kind* const kind = FindKindByType(record.Type());
+        if (kind == nullptr) {
+            return {"unknown type"};
+        }
+        std::string fdn;
+        record.Encode(*kind, fdn);
+        return {fdn, true};
+    } catch (const BadRecord& bad) {
+        return {bad.what()};
+    }
+}
+
+// What is decoded of an identifier is encoded as it would be written of its record.
+void CompareWays(const std::string& fdn, const Kind& kind) {
+    Answer expected;
+    try {
+        kind.Rewrite(fdn, expected.text);
+        expected.isWritten = true;
+    } catch (const BadRecord& bad) {
+        expected.text = bad.what();
+    }
+    TextBuffer decoded;
+    MakeFormat({})->Write(fdn, kind, decoded);
+    RecordLine record;
+    ExpectEqual(Encode(record, ViewOf(decoded)), expected, "the encoding", ViewOf(decoded));
+    ExpectEqual(record.Fdn(), fdn, "the identifier in the line", ViewOf(decoded));
+}
+
+// Of records that keep their text nothing is written that would be read as another one.
+bool KeepsItsText(std::string_view type) {
+    static constexpr std::array<std::string_view, 8> TYPES{"GroupID",      "PWSwitchIndex", "ServiceIndex",
+                                                           "TunnelIndex",  "VPNTrailIndex", "TunnelTrailIndex",
+                                                           "PWTrailIndex", "TNPIndex_T"};
+    return std::find(TYPES.begin(), TYPES.end(), type) != TYPES.end();
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const NS_TEST::ConversionSurroundings surroundings(NS_TEST::CONVERSION_PROFILES[0]);
+    const std::string_view line = NS_FUZZ::ToText(data, size);
+    RecordLine record;
+    const Answer answer = Encode(record, line);
+    ExpectEqual(Encode(record, line), answer, "the second encoding", line);
+    if (!answer.isWritten) {
+        return 0;
+    }
+    const std::string& fdn = answer.text;
+    ExpectEqual(fdn.find_first_of(std::string_view("\0\n\r", 3)), std::string::npos, "the line end in what is written",
+                line);
+    const Kind& kind = *FindKindByType(record.Type());
+    if (KeepsItsText(kind.Type())) {
+        std::string canonical;
+        kind.Rewrite(fdn, canonical);
+        ExpectEqual(canonical, fdn, "what is read back and written", line);
+    }
+    CompareWays(fdn, kind);
+    return 0;
+}

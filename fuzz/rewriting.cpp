@@ -1,0 +1,86 @@
+/// Records that are read from an identifier, written beside the literal writing; and the same again of what was
+/// written.
+#include <optional>
+
+#include <kx_domain_util/processexception.h>
+
+#include "fuzz/input.h"
+#include "kinds.h"
+#include "support/conversions.h"
+#include "support/conversionsurroundings.h"
+
+namespace {
+
+using NS_FUZZ::ExpectEqual;
+using NS_TEST::LacksService;
+using NS_TEST::Reader;
+using NS_TEST::Writer;
+using NS_TEST::WriterArguments;
+
+template <class Record>
+void Compare(const Writer<Record>& writer, const Record& record, const WriterArguments& arguments,
+             const std::string& fdn) {
+    std::string text = "old";
+    std::string expected = text;
+
+    const bool isStopped = LacksService([&] { writer.library(record, text, arguments); });
+
+    ExpectEqual(isStopped, LacksService([&] { writer.literal(record, expected, arguments); }), writer.name, fdn);
+    ExpectEqual(text, expected, writer.name, fdn);
+}
+
+// Every writer of each record that some reader makes of the identifier.
+void CompareWriters(const std::string& fdn) {
+    NS_TEST::ForEachReader([&]<class Read>(const Reader<Read>& reader) {
+        Read record;
+        LacksService([&] { reader.library(fdn, record); });
+        NS_TEST::ForEachWriter([&]<class Written>(const Writer<Written>& writer) {
+            if constexpr (std::is_same_v<Read, Written>) {
+                for (const bool flag : {false, true}) {
+                    for (const unsigned long neType : {0UL, 1911UL}) {
+                        Compare(writer, record, {flag, neType}, fdn);
+                    }
+                }
+            }
+        });
+    });
+}
+
+// Nothing when no identifier can be written of what is read.
+std::optional<std::string> Rewrite(const NS_KXDU::Kind& kind, const std::string& fdn) {
+    try {
+        std::string canonical;
+        kind.Rewrite(fdn, canonical);
+        return canonical;
+    } catch (const NS_KXDU::BadRecord&) {
+    } catch (const NS_UTIL::InterfaceNotExistException&) {}
+    return std::nullopt;
+}
+
+// What is read from odd text may be written, and read again, once more in another way; after that it stays, unless it
+// has become an identifier of another kind. Of a termination point on a port without a name it does not: its
+// sub-interface is written into the name and the name into the sub-interface, by turns.
+void CompareRewritten(const std::string& fdn) {
+    for (const NS_KXDU::Kind* const kind : NS_KXDU::AllKinds()) {
+        if (kind->Type() == "TPIndex") {
+            continue;
+        }
+        const auto written = Rewrite(*kind, fdn);
+        const auto settled = written ? Rewrite(*kind, *written) : std::nullopt;
+        if (settled && NS_KXDU::FindKind(*settled) == kind) {
+            ExpectEqual(Rewrite(*kind, *settled), settled, kind->Type(), fdn);
+        }
+    }
+}
+
+}  // namespace
+
+// Which profile is told by the input's size, so that an input is an identifier and nothing else.
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string fdn(NS_FUZZ::ToText(data, size));
+    const auto& profiles = NS_TEST::CONVERSION_PROFILES;
+    const NS_TEST::ConversionSurroundings surroundings(profiles[size % profiles.size()]);
+    CompareWriters(fdn);
+    CompareRewritten(fdn);
+    return 0;
+}

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Builds the fuzzers and lets each look for bad input for so many seconds, two at a time on two cores. What stops one is
+# kept in build/fuzz/findings. New inputs that reach new code are kept in build/fuzz/corpus, for the next run. The last
+# line counts the fuzzers.
+#   scripts/fuzz.sh SECONDS [FUZZER...]      default: all
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+all=(scanner readers rewriting lines encode toml csv blockreader)
+seconds=${1:-}
+fuzzers=("${@:2}")
+if [ ${#fuzzers[@]} -eq 0 ]; then
+    fuzzers=("${all[@]}")
+fi
+if ! [[ $seconds =~ ^[1-9][0-9]*$ ]] || [ -n "$(comm -23 <(printf '%s\n' "${fuzzers[@]}" | sort) \
+                                                         <(printf '%s\n' "${all[@]}" | sort))" ]; then
+    echo "usage: scripts/fuzz.sh SECONDS [FUZZER...], of: ${all[*]}" >&2
+    exit 2
+fi
+
+scripts/install-deps.sh
+folder=build/fuzz
+mkdir -p $folder/findings
+echo "== fuzz: build"
+if ! scripts/build.sh fuzz; then
+    echo "0 passed, ${#fuzzers[@]} failed"
+    exit 1
+fi
+
+# Inventories are written as files, which is for the memory and not for a disk.
+TMPDIR=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
+trap 'rm -rf "$TMPDIR"' EXIT
+export TMPDIR
+
+# Identifiers are the input of three fuzzers.
+seeds_of() {
+    case $1 in
+        scanner | readers | rewriting) echo fuzz/corpus/fdn ;;
+        *) echo "fuzz/corpus/$1" ;;
+    esac
+}
+
+fuzz() {
+    local name=$1 log=build/fuzz/$1.log runs places
+    mkdir -p "build/fuzz/corpus/$name"
+    if ASAN_OPTIONS=detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1 \
+        "build/fuzz/bin/kx_fuzz_$name" -max_total_time="$seconds" -max_len=2048 -timeout=10 -rss_limit_mb=1024 \
+            -dict=fuzz/fdn.dict -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$name-" \
+            "build/fuzz/corpus/$name" "$(seeds_of "$name")" >"$log" 2>&1; then
+        runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+        places=$(sed -n 's/.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -n 1)
+        echo "== fuzz: $name: $runs inputs, $places places of the code"
+        return
+    fi
+    grep -v '^INFO\|^#[0-9]*\s' "$log" | head -n 40 || true
+    echo "== fuzz: $name: stopped (whole log: $log). To see it again:"
+    sed -n "s|.*Test unit written to \(.*\)|     build/fuzz/bin/kx_fuzz_$name \1|p" "$log"
+    touch "$TMPDIR/failed-$name"
+}
+export -f fuzz seeds_of
+export seconds
+printf '%s\n' "${fuzzers[@]}" | xargs -P "$(nproc)" -I{} bash -euo pipefail -c 'fuzz "$0"' {} || true
+
+failed=$(find "$TMPDIR" -maxdepth 1 -name 'failed-*' | wc -l)
+echo "$((${#fuzzers[@]} - failed)) passed, $failed failed"
+[ "$failed" -eq 0 ]
