@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Checks the format of every source file and lets clang-tidy look at all but the tests. Needs the release preset
-# configured. Its last line counts the files.
+# Checks the format of every source file, and lets clang-tidy and cppcheck look at all but tests, fuzzers and
+# benchmarks. Needs the release preset configured. Its last line counts the files, and cppcheck as one.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,7 +23,8 @@ done
 
 check() {
     local log=$1/$(tr / _ <<<"$2")
-    if clang-tidy-14 -p build/release --quiet --warnings-as-errors='*' --extra-arg=-Wno-unknown-warning-option "$2" >"$log" 2>&1; then
+    if clang-tidy-14 -p build/release --quiet --warnings-as-errors='*' --extra-arg=-Wno-unknown-warning-option \
+                     "$2" >"$log" 2>&1; then
         rm -f "$log"
     fi
 }
@@ -38,6 +39,15 @@ for log in "$results"/*; do
 done
 passed=$((passed + ${#checked[@]} - bad))
 failed=$((failed + bad))
+
+if cppcheck --enable=warning,performance,portability --suppressions-list=.cppcheck-suppressions --std=c++20 \
+            --language=c++ --error-exitcode=1 --quiet -j "$(nproc)" -Iinclude -Iplatform/include \
+            -Istandalone/include -I. platform frame device resid common standalone tools examples; then
+    passed=$((passed + 1))
+else
+    echo "cppcheck: findings above"
+    failed=$((failed + 1))
+fi
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
