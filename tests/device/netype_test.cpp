@@ -8,10 +8,12 @@
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/processexception.h>
 
+#include "support/predicates.h"
 #include "support/services.h"
 
 namespace {
 
+using NS_TEST::Predicate;
 using NS_TEST::RecordingInventory;
 using NS_TEST::Registration;
 using NS_UTIL::DeviceDomainMgr;
@@ -20,7 +22,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-using Predicate = bool (*)(unsigned short);
 using NETypes = std::set<unsigned>;
 using Domains = std::map<std::string, std::list<int>>;
 
@@ -119,31 +120,7 @@ TEST(DomainPredicates, AskTheListsThatAreNamedAndNoOthers) {
     DeviceDomainMgr::Destroy();
     RecordingInventory inventory;
     const Registration registration("InventoryBufif", inventory);
-    for (const Predicate predicate : {NS_UTIL::IsPTN41,
-                                      NS_UTIL::IsPTN31,
-                                      NS_UTIL::IsPTN470,
-                                      NS_UTIL::IsKLVByNEType,
-                                      NS_UTIL::IsRouteNE,
-                                      NS_UTIL::IsTransNE,
-                                      NS_UTIL::IsAccessNE,
-                                      NS_UTIL::IsPTNClasssNE,
-                                      NS_UTIL::IsPTNDMTNE,
-                                      NS_UTIL::IsPTNNE,
-                                      NS_UTIL::IsMSTPNE,
-                                      NS_UTIL::IsIPMSTPNE,
-                                      NS_UTIL::IsIPKLVNE,
-                                      NS_UTIL::IsKLV600NE,
-                                      NS_UTIL::IsOTNNE,
-                                      NS_UTIL::IsWDMNE,
-                                      NS_UTIL::IsOTN_NA,
-                                      NS_UTIL::IsWDM_NA,
-                                      NS_UTIL::IsNAWDMByNEType,
-                                      NS_UTIL::IsOTN4750NE,
-                                      NS_UTIL::IsBIGSLOTNE,
-                                      NS_UTIL::IsAccBitsNE,
-                                      NS_UTIL::IsMultiShelfTypeNE,
-                                      NS_UTIL::IsIPServiceNE,
-                                      NS_UTIL::IsKLVNE}) {
+    for (const Predicate predicate : NS_TEST::LIST_PREDICATES) {
         EXPECT_FALSE(predicate(5));
     }
     Domains neTypes;

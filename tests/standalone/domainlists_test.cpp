@@ -7,6 +7,7 @@
 #include <kx_domain_util/netype.h>
 
 #include "support.h"
+#include "support/predicates.h"
 
 namespace {
 
@@ -101,31 +102,7 @@ TEST_F(DomainLists, AreNotChangedByPredicates) {
     const Host host(WithInventory(m_file));
     const AllLists before;
     constexpr unsigned short UNKNOWN = 12345;
-    for (bool (*predicate)(unsigned short) : {NS_UTIL::IsPTN41,
-                                              NS_UTIL::IsPTN31,
-                                              NS_UTIL::IsPTN470,
-                                              NS_UTIL::IsKLVByNEType,
-                                              NS_UTIL::IsRouteNE,
-                                              NS_UTIL::IsTransNE,
-                                              NS_UTIL::IsAccessNE,
-                                              NS_UTIL::IsPTNClasssNE,
-                                              NS_UTIL::IsPTNDMTNE,
-                                              NS_UTIL::IsPTNNE,
-                                              NS_UTIL::IsMSTPNE,
-                                              NS_UTIL::IsIPMSTPNE,
-                                              NS_UTIL::IsIPKLVNE,
-                                              NS_UTIL::IsKLV600NE,
-                                              NS_UTIL::IsOTNNE,
-                                              NS_UTIL::IsWDMNE,
-                                              NS_UTIL::IsOTN_NA,
-                                              NS_UTIL::IsWDM_NA,
-                                              NS_UTIL::IsNAWDMByNEType,
-                                              NS_UTIL::IsOTN4750NE,
-                                              NS_UTIL::IsBIGSLOTNE,
-                                              NS_UTIL::IsAccBitsNE,
-                                              NS_UTIL::IsMultiShelfTypeNE,
-                                              NS_UTIL::IsIPServiceNE,
-                                              NS_UTIL::IsKLVNE}) {
+    for (const Predicate predicate : LIST_PREDICATES) {
         EXPECT_FALSE(predicate(UNKNOWN));
     }
     EXPECT_EQ(AllLists(), before);
