@@ -12,6 +12,7 @@ if [ $# -gt 1 ]; then
 fi
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    export CCACHE_DEPEND=1  # the compiler lists the headers anyway: a file that is not there costs nothing more
 fi
 log=build/$preset.log
 mkdir -p build
