@@ -3,16 +3,13 @@
 #include <cstdio>
 #include <iostream>
 
-#include <CLI/CLI.hpp>
-
 #include "failure.h"
+#include "verb.h"
 
 namespace NS_KXDU {
 
-void AddAsked(CLI::App& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help) {
-    verb.add_option(name, asked, help + "; - for those on standard input, between blanks or line ends")
-        ->required()
-        ->type_name("");
+void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help) {
+    verb.AddTexts(name, "", asked, help + "; - for those on standard input, between blanks or line ends").Required();
 }
 
 std::vector<std::string> AllAsked(const std::vector<std::string>& asked) {

@@ -4,14 +4,12 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace NS_KXDU {
 
+class Verb;
+
 /// Adds the positional arguments to verb, at least one.
-void AddAsked(CLI::App& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
+void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
 
 /// The arguments, with the words of standard input in the place of "-". Throws `Failure` with `ExitCode::USAGE` when it
 /// cannot be read.

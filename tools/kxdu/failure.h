@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "verbs.h"
+#include "exitcode.h"
 
 namespace NS_KXDU {
 

@@ -7,7 +7,6 @@
 #include <exception>
 #include <optional>
 
-#include <CLI/CLI.hpp>
 #include <oneapi/tbb/concurrent_queue.h>
 #include <oneapi/tbb/global_control.h>
 #include <oneapi/tbb/info.h>
@@ -16,7 +15,6 @@
 
 #include "blockreader.h"
 #include "failure.h"
-#include "optionkinds.h"
 #include "output.h"
 #include "progress.h"
 #include "samefile.h"
@@ -344,39 +342,6 @@ ExitCode RunLines(const BulkOptions& options, const LineWork& work) {
     const LineCounts counts = LineRun(options, work).Run();
     std::fputs(Summary(work, counts).c_str(), stderr);
     return counts.findings == 0 ? ExitCode::OK : ExitCode::FOUND;
-}
-
-void AddInputFiles(CLI::App& verb, BulkOptions& options) {
-    verb.add_option("FILE", options.files,
-                    "Files to read line by line; standard input when there are none, or for -. A UTF-8 byte-order "
-                    "mark at the beginning of one is skipped")
-        ->type_name("");
-}
-
-void AddInputOption(CLI::App& verb, BulkOptions& options) {
-    verb.add_option("-i,--input", options.files,
-                    "File to read line by line, once more for each further one; standard input when there is none, or "
-                    "for -. A UTF-8 byte-order mark at the beginning is skipped")
-        ->type_name("FILE")
-        ->allow_extra_args(false);
-}
-
-void AddRunOptions(CLI::App& verb, BulkOptions& options) {
-    verb.add_option("-o,--output", options.output,
-                    "Write to FILE, which appears when it is complete, and may be an input; standard output otherwise")
-        ->type_name("FILE");
-    constexpr unsigned MOST_JOBS = 1024;
-    AddNumberOption(verb, "-j,--jobs", options.jobs, "Threads; one for each core by default", 1, MOST_JOBS);
-    verb.add_flag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
-}
-
-void AddRejectOptions(CLI::App& verb, BulkOptions& options) {
-    verb.add_option("--rejects", options.rejects,
-                    "Write which lines are reported, and why, to FILE, which may be neither an input nor the output; "
-                    "standard error otherwise")
-        ->type_name("FILE");
-    verb.add_flag("--strict", options.isStrict,
-                  "Stop at the first line that is reported; the output file then does not appear");
 }
 
 }  // namespace NS_KXDU

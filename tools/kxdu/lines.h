@@ -10,29 +10,11 @@
 #include <string_view>
 #include <vector>
 
+#include "bulkoptions.h"
+#include "exitcode.h"
 #include "textbuffer.h"
-#include "verbs.h"
 
 namespace NS_KXDU {
-
-/// What the user chose for bulk work.
-struct BulkOptions {
-    std::vector<std::string> files;  ///< none: standard input
-    std::string output;              ///< empty: standard output
-    std::string rejects;             ///< empty: standard error
-    unsigned jobs = 0;               ///< threads; 0: one for each core
-    bool isStrict = false;           ///< the first finding ends the run
-    bool isProgressHidden = false;   ///< no progress bar, where standard error is a terminal
-};
-
-/// Adds input files to verb, as its positional arguments.
-void AddInputFiles(CLI::App& verb, BulkOptions& options);
-/// Adds them as an option, for verbs that have other positional arguments.
-void AddInputOption(CLI::App& verb, BulkOptions& options);
-/// Adds `--output`, `--jobs` and `--no-progress`.
-void AddRunOptions(CLI::App& verb, BulkOptions& options);
-/// Adds `--rejects` and `--strict`, for verbs that report beside their output.
-void AddRejectOptions(CLI::App& verb, BulkOptions& options);
 
 /// Where a converter puts what it makes of the lines of a block.
 class LineResult {

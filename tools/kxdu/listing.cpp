@@ -2,16 +2,15 @@
 
 #include <algorithm>
 
-#include <CLI/CLI.hpp>
 #include <rapidjson/writer.h>
 
 #include "csv.h"
 #include "displaytext.h"
-#include "optionkinds.h"
 #include "output.h"
 #include "text.h"
 #include "textbuffer.h"
 #include "texttable.h"
+#include "verb.h"
 
 namespace NS_KXDU {
 
@@ -184,14 +183,14 @@ std::string Listing::MarkdownText() const {
     return text;
 }
 
-void AddListingOptions(CLI::App& verb, ListingOptions& options) {
-    AddChoiceOption(verb, "--format", "FORMAT", options.format,
-                    {{"table", Listing::Format::TABLE},
-                     {"csv", Listing::Format::CSV},
-                     {"jsonl", Listing::Format::JSONL},
-                     {"md", Listing::Format::MARKDOWN}},
-                    "How rows are written: table (the default), csv, jsonl or md");
-    AddOutputOption(verb, options.output);
+void AddListingOptions(Verb& verb, ListingOptions& options) {
+    verb.AddChoice("--format", "FORMAT", options.format,
+                   {{"table", Listing::Format::TABLE},
+                    {"csv", Listing::Format::CSV},
+                    {"jsonl", Listing::Format::JSONL},
+                    {"md", Listing::Format::MARKDOWN}},
+                   "How rows are written: table (the default), csv, jsonl or md");
+    verb.AddOutput(options.output);
 }
 
 void Print(const Listing& listing, const ListingOptions& options) {

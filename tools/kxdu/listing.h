@@ -5,9 +5,11 @@
 #include <variant>
 #include <vector>
 
-#include "verbs.h"
+#include "exitcode.h"
 
 namespace NS_KXDU {
+
+class Verb;
 
 /// Rows of values under named columns, for people or for programs.
 class Listing {
@@ -54,7 +56,7 @@ struct ListingOptions {
 };
 
 /// Adds `--format` and `--output` to verb.
-void AddListingOptions(CLI::App& verb, ListingOptions& options);
+void AddListingOptions(Verb& verb, ListingOptions& options);
 
 /// Throws as `Output` does.
 void Print(const Listing& listing, const ListingOptions& options);

@@ -1,27 +1,24 @@
 #include "services.h"
 
-#include <CLI/CLI.hpp>
-
 #include "failure.h"
 #include "missingnes.h"
+#include "verb.h"
 
 namespace NS_KXDU {
 
-void AddInventoryOption(CLI::App& verb, std::string& inventory) {
-    verb.add_option("--inventory", inventory, "Inventory of the network (see kxdu inventory --help)")
-        ->type_name("FILE")
-        ->envname("KX_INVENTORY");
+void AddInventoryOption(Verb& verb, std::string& inventory) {
+    verb.AddText("--inventory", "FILE", inventory, "Inventory of the network (see kxdu inventory --help)")
+        .FromEnvironment("KX_INVENTORY");
 }
 
-void AddConfigOption(CLI::App& verb, std::string& config) {
-    verb.add_option("--config", config,
-                    "Folder that holds the configuration, kx_corbaagent_bundle/bundle.cfg in TOML; docs/guide.md tells "
-                    "which items count")
-        ->type_name("DIR")
-        ->envname("KX_CONFIG_DIR");
+void AddConfigOption(Verb& verb, std::string& config) {
+    verb.AddText("--config", "DIR", config,
+                 "Folder that holds the configuration, kx_corbaagent_bundle/bundle.cfg in TOML; docs/guide.md tells "
+                 "which items count")
+        .FromEnvironment("KX_CONFIG_DIR");
 }
 
-void AddServiceOptions(CLI::App& verb, ServiceOptions& options) {
+void AddServiceOptions(Verb& verb, ServiceOptions& options) {
     AddInventoryOption(verb, options.inventory);
     AddConfigOption(verb, options.config);
 }

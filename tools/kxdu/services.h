@@ -7,13 +7,10 @@
 #include <kx_domain_util/processexception.h>
 #include <kx_standalone/host.h>
 
-namespace CLI {
-class App;
-}
-
 namespace NS_KXDU {
 
 class MissingNes;
+class Verb;
 
 /// What the user said about the services that the library stands on.
 struct ServiceOptions {
@@ -22,11 +19,11 @@ struct ServiceOptions {
 };
 
 /// Adds `--inventory` to verb, with its environment variable.
-void AddInventoryOption(CLI::App& verb, std::string& inventory);
+void AddInventoryOption(Verb& verb, std::string& inventory);
 /// Adds `--config` to verb, with its environment variable.
-void AddConfigOption(CLI::App& verb, std::string& config);
+void AddConfigOption(Verb& verb, std::string& config);
 /// Adds both.
-void AddServiceOptions(CLI::App& verb, ServiceOptions& options);
+void AddServiceOptions(Verb& verb, ServiceOptions& options);
 
 /// The services, for as long as it lives. Notes in missing, unless it is null, which NEs the inventory is asked about
 /// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.

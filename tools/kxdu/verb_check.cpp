@@ -1,14 +1,12 @@
 #include <algorithm>
 
-#include <CLI/CLI.hpp>
-
 #include "kinds.h"
 #include "levelcheck.h"
 #include "lines.h"
 #include "missingnes.h"
 #include "services.h"
 #include "text.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -103,14 +101,14 @@ ExitCode Check(const Options& options) {
 }  // namespace
 
 void AddCheck(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("check", "What is wrong with identifiers, and where");
+    Verb verb(app, action, "check", "What is wrong with identifiers, and where");
     const auto options = std::make_shared<Options>();
-    AddInputFiles(*verb, options->bulk);
-    AddRunOptions(*verb, options->bulk);
-    verb->add_flag("--strict", options->bulk.isStrict, "Stop at the first finding, which is all that is told then");
-    AddServiceOptions(*verb, options->services);
-    verb->add_flag("--levels-only", options->isLevelsOnly, "Do not compare with what would be written");
-    SetAction(*verb, action, HELP, options, Check);
+    AddInputFiles(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    verb.AddFlag("--strict", options->bulk.isStrict, "Stop at the first finding, which is all that is told then");
+    AddServiceOptions(verb, options->services);
+    verb.AddFlag("--levels-only", options->isLevelsOnly, "Do not compare with what would be written");
+    verb.SetAction(HELP, options, Check);
 }
 
 }  // namespace NS_KXDU

@@ -1,9 +1,7 @@
-#include <CLI/CLI.hpp>
-
 #include "asked.h"
 #include "listing.h"
 #include "number.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -45,11 +43,11 @@ ExitCode Ctp(const Options& options) {
 }  // namespace
 
 void AddCtp(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("ctp", "Ids and TMF names of reserved connection termination points");
+    Verb verb(app, action, "ctp", "Ids and TMF names of reserved connection termination points");
     const auto options = std::make_shared<Options>();
-    AddAsked(*verb, "NAME|ID", options->asked, "TMF names such as E0, or CTP ids");
-    AddListingOptions(*verb, options->listing);
-    SetAction(*verb, action, HELP, options, Ctp);
+    AddAsked(verb, "NAME|ID", options->asked, "TMF names such as E0, or CTP ids");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Ctp);
 }
 
 }  // namespace NS_KXDU

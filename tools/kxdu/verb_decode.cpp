@@ -1,14 +1,11 @@
-#include <CLI/CLI.hpp>
-
 #include "blockreader.h"
 #include "failure.h"
 #include "kinds.h"
 #include "lines.h"
-#include "optionkinds.h"
 #include "recordformat.h"
 #include "services.h"
 #include "text.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -116,20 +113,20 @@ ExitCode Decode(const Options& options) {
 }  // namespace
 
 void AddDecode(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("decode", "Identifiers, one a line, to records");
+    Verb verb(app, action, "decode", "Identifiers, one a line, to records");
     const auto options = std::make_shared<Options>();
-    AddInputFiles(*verb, options->bulk);
-    AddRunOptions(*verb, options->bulk);
-    AddRejectOptions(*verb, options->bulk);
-    AddServiceOptions(*verb, options->services);
-    AddChoiceOption(*verb, "--format", "FORMAT", options->format,
-                    {{"jsonl", FormatName::JSONL},
-                     {"csv", FormatName::CSV},
-                     {"tsv", FormatName::TSV},
-                     {"table", FormatName::TABLE}},
-                    "How records are written: jsonl (the default), csv, tsv or table");
-    verb->add_option("--as", options->type, "Read every line as this type, whatever its last level")->type_name("TYPE");
-    SetAction(*verb, action, HELP + ("\n\nTypes:\n" + TypeNames()), options, Decode);
+    AddInputFiles(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    AddRejectOptions(verb, options->bulk);
+    AddServiceOptions(verb, options->services);
+    verb.AddChoice("--format", "FORMAT", options->format,
+                   {{"jsonl", FormatName::JSONL},
+                    {"csv", FormatName::CSV},
+                    {"tsv", FormatName::TSV},
+                    {"table", FormatName::TABLE}},
+                   "How records are written: jsonl (the default), csv, tsv or table");
+    verb.AddText("--as", "TYPE", options->type, "Read every line as this type, whatever its last level");
+    verb.SetAction(HELP + ("\n\nTypes:\n" + TypeNames()), options, Decode);
 }
 
 }  // namespace NS_KXDU

@@ -1,7 +1,5 @@
 #include <algorithm>
 
-#include <CLI/CLI.hpp>
-
 #include "failure.h"
 #include "kinds.h"
 #include "lines.h"
@@ -9,7 +7,7 @@
 #include "recordline.h"
 #include "services.h"
 #include "text.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -98,14 +96,14 @@ ExitCode Encode(const Options& options) {
 }  // namespace
 
 void AddEncode(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("encode", "Records, as decode writes them as JSON lines, to identifiers");
+    Verb verb(app, action, "encode", "Records, as decode writes them as JSON lines, to identifiers");
     const auto options = std::make_shared<Options>();
-    AddInputFiles(*verb, options->bulk);
-    AddRunOptions(*verb, options->bulk);
-    AddRejectOptions(*verb, options->bulk);
-    AddServiceOptions(*verb, options->services);
-    verb->add_flag("--ignore-fdn", options->isFdnIgnored, "Do not compare what is written with the fdn in the line");
-    SetAction(*verb, action, HELP, options, Encode);
+    AddInputFiles(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    AddRejectOptions(verb, options->bulk);
+    AddServiceOptions(verb, options->services);
+    verb.AddFlag("--ignore-fdn", options->isFdnIgnored, "Do not compare what is written with the fdn in the line");
+    verb.SetAction(HELP, options, Encode);
 }
 
 }  // namespace NS_KXDU

@@ -4,13 +4,10 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "explanation.h"
-#include "optionkinds.h"
 #include "output.h"
 #include "services.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -66,16 +63,15 @@ ExitCode ExplainAll(const Options& options) {
 }  // namespace
 
 void AddExplain(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("explain", "Draw an identifier with a line from each piece to its meaning");
+    Verb verb(app, action, "explain", "Draw an identifier with a line from each piece to its meaning");
     const auto options = std::make_shared<Options>();
-    verb->add_option("IDENTIFIER", options->fdns, "What is explained; in quotes, since it may hold \"|\"")
-        ->required()
-        ->type_name("TEXT");
-    AddServiceOptions(*verb, options->services);
-    AddChoiceOption(*verb, "--color", "WHEN", options->colour,
-                    {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
-                    "auto (the default: on a terminal, unless NO_COLOR is set), always or never");
-    SetAction(*verb, action, HELP, options, ExplainAll);
+    verb.AddTexts("IDENTIFIER", "TEXT", options->fdns, "What is explained; in quotes, since it may hold \"|\"")
+        .Required();
+    AddServiceOptions(verb, options->services);
+    verb.AddChoice("--color", "WHEN", options->colour,
+                   {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
+                   "auto (the default: on a terminal, unless NO_COLOR is set), always or never");
+    verb.SetAction(HELP, options, ExplainAll);
 }
 
 }  // namespace NS_KXDU

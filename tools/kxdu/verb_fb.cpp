@@ -1,11 +1,9 @@
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/fbtype.h>
 
 #include "asked.h"
 #include "listing.h"
 #include "numberargument.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -65,11 +63,11 @@ ExitCode Fb(const Options& options) {
 }  // namespace
 
 void AddFb(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("fb", "What function-block types are: name, level, bidirectional type, ...");
+    Verb verb(app, action, "fb", "What function-block types are: name, level, bidirectional type, ...");
     const auto options = std::make_shared<Options>();
-    AddAsked(*verb, "NUMBER", options->numbers, "FB types");
-    AddListingOptions(*verb, options->listing);
-    SetAction(*verb, action, HELP, options, Fb);
+    AddAsked(verb, "NUMBER", options->numbers, "FB types");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Fb);
 }
 
 }  // namespace NS_KXDU

@@ -2,8 +2,6 @@
 #include <cstdio>
 #include <optional>
 
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/utilcommon.h>
 #include <kx_platform/textutil.h>
@@ -11,9 +9,8 @@
 #include "failure.h"
 #include "lines.h"
 #include "notificationid.h"
-#include "optionkinds.h"
 #include "services.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -151,18 +148,21 @@ ExitCode RunFilter(const Options& options) {
 }  // namespace
 
 void AddFilter(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("filter", "Pass on the lines whose notification is not held back");
+    Verb verb(app, action, "filter", "Pass on the lines whose notification is not held back");
     const auto options = std::make_shared<Options>();
-    AddInputFiles(*verb, options->bulk);
-    AddRunOptions(*verb, options->bulk);
-    AddRejectOptions(*verb, options->bulk);
-    AddConfigOption(*verb, options->config);
-    auto* const field =
-        AddNumberOption(*verb, "--field", options->field, "The identifier is the field N, counted from 1", 1);
-    verb->add_option("--json", options->jsonKey, "Lines are JSON objects; the identifier is the member KEY")
-        ->type_name("KEY")
-        ->excludes(field);
-    SetAction(*verb, action, HELP, options, RunFilter);
+    AddInputFiles(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    AddRejectOptions(verb, options->bulk);
+    AddConfigOption(verb, options->config);
+    const VerbOption field =
+        verb.AddNumber("--field", options->field, "The identifier is the field N, counted from 1", 1);
+    const auto takeKey = [options](const std::string& key) {
+        options->jsonKey = key;
+        return std::string();
+    };
+    verb.AddChecked("--json", "KEY", takeKey, "Lines are JSON objects; the identifier is the member KEY")
+        .Excludes(field);
+    verb.SetAction(HELP, options, RunFilter);
 }
 
 }  // namespace NS_KXDU

@@ -1,15 +1,13 @@
 #include <algorithm>
 #include <optional>
 
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/fdnscanner.h>
 
 #include "failure.h"
 #include "lines.h"
 #include "number.h"
 #include "text.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -131,13 +129,13 @@ ExitCode Get(const Options& options) {
 }  // namespace
 
 void AddGet(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("get", "Chosen sub-values of identifiers as tab-separated columns");
+    Verb verb(app, action, "get", "Chosen sub-values of identifiers as tab-separated columns");
     const auto options = std::make_shared<Options>();
-    verb->add_option("TAG[:INDEX]", options->columns, "What the columns hold")->required()->type_name("");
-    AddInputOption(*verb, options->bulk);
-    AddRunOptions(*verb, options->bulk);
-    AddRejectOptions(*verb, options->bulk);
-    SetAction(*verb, action, HELP, options, Get);
+    verb.AddTexts("TAG[:INDEX]", "", options->columns, "What the columns hold").Required();
+    AddInputOption(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    AddRejectOptions(verb, options->bulk);
+    verb.SetAction(HELP, options, Get);
 }
 
 }  // namespace NS_KXDU

@@ -4,7 +4,7 @@
 #include "nearestword.h"
 #include "output.h"
 #include "text.h"
-#include "verbs.h"
+#include "verb.h"
 
 namespace NS_KXDU {
 
@@ -37,14 +37,12 @@ std::string UnknownVerb(const CLI::App& app, const std::string& verb) {
 }
 
 void AddHelp(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("help", "What kxdu --help tells, or with VERB what kxdu VERB --help does");
+    Verb verb(app, action, "help", "What kxdu --help tells, or with VERB what kxdu VERB --help does");
     const auto verbs = std::make_shared<std::vector<std::string>>();
-    verb->add_option("VERB", *verbs, "Which verb; of inventory also two, such as inventory list")->type_name("");
-    verb->callback([&app, &action, verbs] {
-        action = [&app, verbs] {
-            app.clear();  // it would show the help of the verb that was chosen, which is this one
-            return Help(app, *verbs);
-        };
+    verb.AddTexts("VERB", "", *verbs, "Which verb; of inventory also two, such as inventory list");
+    verb.SetAction([&app, verbs] {
+        app.clear();  // it would show the help of the verb that was chosen, which is this one
+        return Help(app, *verbs);
     });
 }
 

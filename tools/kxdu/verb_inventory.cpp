@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
@@ -15,7 +13,7 @@
 #include "listing.h"
 #include "output.h"
 #include "text.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -72,8 +70,8 @@ std::string Footer() {
 }
 
 struct Options {
-    std::filesystem::path file;
-    std::filesystem::path folder;
+    std::string file;
+    std::string folder;
     ListingOptions listing;
     bool isOfNes = false;
 };
@@ -93,21 +91,21 @@ std::string Counts(const Inventory& inventory) {
 
 ExitCode Init(const Options& options) {
     NS_STANDALONE::CreateInventory(options.file);
-    WriteWhole({}, options.file.string() + ": made, empty\n");
+    WriteWhole({}, options.file + ": made, empty\n");
     return ExitCode::OK;
 }
 
 ExitCode Import(const Options& options) {
     const Inventory inventory = ReadInventoryCsv(options.folder);
     NS_STANDALONE::ReplaceInventory(options.file, inventory);
-    WriteWhole({}, options.file.string() + ": now " + Counts(inventory) + "\n");
+    WriteWhole({}, options.file + ": now " + Counts(inventory) + "\n");
     return ExitCode::OK;
 }
 
 ExitCode Export(const Options& options) {
     const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
     WriteInventoryCsv(options.folder, inventory);
-    WriteWhole({}, options.folder.string() + ": " + Counts(inventory) + "\n");
+    WriteWhole({}, options.folder + ": " + Counts(inventory) + "\n");
     return ExitCode::OK;
 }
 
@@ -159,62 +157,65 @@ ExitCode List(const Options& options) {
     const Listing listing = options.isOfNes ? ListNes(inventory) : ListTypes(inventory);
     std::string text = listing.Text(options.listing.format);
     if (options.listing.format == Listing::Format::TABLE) {
-        text.insert(0, options.file.string() + ": " + Counts(inventory) + "\n\n");
+        text.insert(0, options.file + ": " + Counts(inventory) + "\n\n");
     }
     WriteWhole(options.listing.output, text);
     return ExitCode::OK;
 }
 
-// One thing that is done with an inventory. Each has options of its own: a variable of the environment that stands for
-// one's argument would overwrite another's.
-struct Operation {
-    CLI::App* verb;
-    std::shared_ptr<Options> options;
+// Each operation has options of its own: a variable of the environment that stands for one's argument would overwrite
+// another's.
+class Operation {
+public:
+    Operation(Verb& inventory, const std::string& name, const std::string& description, const std::string& example,
+              ExitCode (*run)(const Options&))
+        : m_verb(inventory.AddVerb(name, description)) {
+        m_verb.SetAction(
+            "Example:\n  kxdu inventory " + example + "\n\nkxdu inventory --help tells more, exit codes too.",
+            m_options, run);
+    }
 
-    CLI::Option* AddFile() const {
-        const auto complaint = [](const std::string& name) { return name.empty() ? "the name is empty" : ""; };
-        return verb->add_option("FILE", options->file, "The inventory, an SQLite file")
-            ->required()
-            ->check(complaint)
-            ->type_name("");
+    VerbOption AddFile() {
+        const auto take = [options = m_options](const std::string& name) {
+            options->file = name;
+            return std::string(name.empty() ? "the name is empty" : "");
+        };
+        return m_verb.AddChecked("FILE", "", take, "The inventory, an SQLite file").Required();
     }
-    void AddFolder(const char* help) const {
-        verb->add_option("FOLDER", options->folder, help)->required()->type_name("");
+    void AddFolder(const std::string& help) { m_verb.AddText("FOLDER", "", m_options->folder, help).Required(); }
+    void AddListing() {
+        m_verb.AddFlag("--nes", m_options->isOfNes, "Show the NEs instead of the NE types");
+        AddListingOptions(m_verb, m_options->listing);
     }
+
+private:
+    Verb m_verb;
+    std::shared_ptr<Options> m_options = std::make_shared<Options>();
 };
 
 }  // namespace
 
 void AddInventory(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("inventory", "Make, fill and show the file that says what each NE is");
-    verb->require_subcommand(1);
-    verb->footer(Footer());
-    const auto add = [&](const char* name, const char* help, ExitCode (*run)(const Options&), const char* example) {
-        Operation operation{verb->add_subcommand(name, help), std::make_shared<Options>()};
-        SetAction(*operation.verb, action,
-                  "Example:\n  kxdu inventory " + std::string(example) +
-                      "\n\nkxdu inventory --help tells more, exit codes too.",
-                  operation.options, run);
-        return operation;
-    };
+    Verb inventory(app, action, "inventory", "Make, fill and show the file that says what each NE is");
+    inventory.SetHelp(Footer());
 
-    add("init", "Make an empty inventory; a file that exists is left alone, with an error", Init, "init network.db")
-        .AddFile();
+    Operation init(inventory, "init", "Make an empty inventory; a file that exists is left alone, with an error",
+                   "init network.db", Init);
+    init.AddFile();
 
-    const Operation import = add("import", "Replace all that an inventory holds by CSV files, all or nothing", Import,
-                                 "import network.db network/");
+    Operation import(inventory, "import", "Replace all that an inventory holds by CSV files, all or nothing",
+                     "import network.db network/", Import);
     import.AddFile();
     import.AddFolder("Folder of ne.csv, ne_type.csv and domain_member.csv");
 
-    const Operation toCsv = add("export", "Write an inventory as CSV files", Export, "export network.db network/");
+    Operation toCsv(inventory, "export", "Write an inventory as CSV files", "export network.db network/", Export);
     toCsv.AddFile();
     toCsv.AddFolder("Folder for ne.csv, ne_type.csv and domain_member.csv; made when there is none");
 
-    const Operation list = add("list", "Show an inventory: its NE types, and as a table how much it holds", List,
-                               "list network.db --nes --format csv");
-    list.AddFile()->envname("KX_INVENTORY");
-    list.verb->add_flag("--nes", list.options->isOfNes, "Show the NEs instead of the NE types");
-    AddListingOptions(*list.verb, list.options->listing);
+    Operation list(inventory, "list", "Show an inventory: its NE types, and as a table how much it holds",
+                   "list network.db --nes --format csv", List);
+    list.AddFile().FromEnvironment("KX_INVENTORY");
+    list.AddListing();
 }
 
 }  // namespace NS_KXDU

@@ -1,9 +1,7 @@
-#include <CLI/CLI.hpp>
-
 #include "asked.h"
 #include "listing.h"
 #include "number.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -50,11 +48,11 @@ ExitCode Level(const Options& options) {
 }  // namespace
 
 void AddLevel(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("level", "The client rate and canonical FB type of interface levels");
+    Verb verb(app, action, "level", "The client rate and canonical FB type of interface levels");
     const auto options = std::make_shared<Options>();
-    AddAsked(*verb, "NUMBER|RATE", options->asked, "Interface levels, or client rates such as ODU2");
-    AddListingOptions(*verb, options->listing);
-    SetAction(*verb, action, HELP, options, Level);
+    AddAsked(verb, "NUMBER|RATE", options->asked, "Interface levels, or client rates such as ODU2");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Level);
 }
 
 }  // namespace NS_KXDU

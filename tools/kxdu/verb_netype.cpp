@@ -2,18 +2,15 @@
 #include <cstdint>
 #include <optional>
 
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
 #include "asked.h"
 #include "listing.h"
 #include "numberargument.h"
-#include "optionkinds.h"
 #include "output.h"
 #include "services.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -143,13 +140,13 @@ ExitCode NeType(const Options& options) {
 }  // namespace
 
 void AddNeType(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("ne-type", "Which families of network elements NE types belong to");
+    Verb verb(app, action, "ne-type", "Which families of network elements NE types belong to");
     const auto options = std::make_shared<Options>();
-    AddAsked(*verb, "NUMBER", options->numbers, "NE types");
-    AddNumberOption(*verb, "--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about");
-    AddInventoryOption(*verb, options->inventory);
-    AddListingOptions(*verb, options->listing);
-    SetAction(*verb, action, HELP, options, NeType);
+    AddAsked(verb, "NUMBER", options->numbers, "NE types");
+    verb.AddNumber("--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about");
+    AddInventoryOption(verb, options->inventory);
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, NeType);
 }
 
 }  // namespace NS_KXDU

@@ -1,10 +1,8 @@
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/utilcommon.h>
 
 #include "asked.h"
 #include "listing.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 #include "vocabulary.h"
 
@@ -49,11 +47,11 @@ ExitCode Path(const Options& options) {
 }  // namespace
 
 void AddPath(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("path", "The rates and numbers of paths such as ODU2:1-ODU0:8");
+    Verb verb(app, action, "path", "The rates and numbers of paths such as ODU2:1-ODU0:8");
     const auto options = std::make_shared<Options>();
-    AddAsked(*verb, "TEXT", options->paths, "Paths");
-    AddListingOptions(*verb, options->listing);
-    SetAction(*verb, action, HELP, options, Path);
+    AddAsked(verb, "TEXT", options->paths, "Paths");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Path);
 }
 
 }  // namespace NS_KXDU

@@ -2,14 +2,11 @@
 #include <memory>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "bufferedoutput.h"
 #include "inventorycsv.h"
-#include "optionkinds.h"
 #include "sampleidentifiers.h"
 #include "samplenetwork.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -73,19 +70,18 @@ ExitCode Sample(const Options& options) {
 }  // namespace
 
 void AddSample(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("sample", "Make up a plausible network: its identifiers, its inventory");
+    Verb verb(app, action, "sample", "Make up a plausible network: its identifiers, its inventory");
     const auto options = std::make_shared<Options>();
-    auto* const neCount =
-        AddNumberOption(*verb, "--ne", options->neCount, "How many NEs the network has; 2000 by default", 1, MOST_NES);
-    AddNumberOption(*verb, "--identifiers", options->identifierCount,
-                    "How many identifiers are written, of as many NEs as it takes", 1)
-        ->excludes(neCount);
-    AddNumberOption(*verb, "--seed", options->seed,
-                    "The same seed gives the same bytes, on every machine; 1 by default");
-    AddOutputOption(*verb, options->output);
-    verb->add_option("--inventory-csv", options->inventoryFolder, "Also write the inventory to FOLDER, as CSV files")
-        ->type_name("FOLDER");
-    SetAction(*verb, action, HELP, options, Sample);
+    const VerbOption neCount =
+        verb.AddNumber("--ne", options->neCount, "How many NEs the network has; 2000 by default", 1, MOST_NES);
+    verb.AddNumber("--identifiers", options->identifierCount,
+                   "How many identifiers are written, of as many NEs as it takes", 1)
+        .Excludes(neCount);
+    verb.AddNumber("--seed", options->seed, "The same seed gives the same bytes, on every machine; 1 by default");
+    verb.AddOutput(options->output);
+    verb.AddText("--inventory-csv", "FOLDER", options->inventoryFolder,
+                 "Also write the inventory to FOLDER, as CSV files");
+    verb.SetAction(HELP, options, Sample);
 }
 
 }  // namespace NS_KXDU

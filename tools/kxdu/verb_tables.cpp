@@ -1,14 +1,12 @@
 #include <algorithm>
 #include <array>
 
-#include <CLI/CLI.hpp>
-
 #include <kx_domain_util/constanttables.h>
 
 #include "failure.h"
 #include "listing.h"
 #include "text.h"
-#include "verbaction.h"
+#include "verb.h"
 #include "verbs.h"
 
 namespace NS_KXDU {
@@ -139,11 +137,11 @@ ExitCode Tables(const Options& options) {
 }  // namespace
 
 void AddTables(CLI::App& app, Action& action) {
-    auto* const verb = app.add_subcommand("tables", "The constant tables, whole");
+    Verb verb(app, action, "tables", "The constant tables, whole");
     const auto options = std::make_shared<Options>();
-    verb->add_option("NAME", options->table, "Which table; without it, all are listed")->type_name("");
-    AddListingOptions(*verb, options->listing);
-    SetAction(*verb, action, HELP, options, Tables);
+    verb.AddText("NAME", "", options->table, "Which table; without it, all are listed");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Tables);
 }
 
 }  // namespace NS_KXDU
