@@ -75,7 +75,11 @@ public:
         std::uint64_t packed = 1;
         std::uint64_t mask = 0;
         unsigned index = SIZE;  ///< of the tag, among `Tags`
+        unsigned bit = 0;       ///< the same as a bit
         unsigned size = 0;      ///< in characters
+
+        /// Whether a level begins with it, of which the first eight characters are given.
+        [[nodiscard]] constexpr bool Begins(std::uint64_t level) const noexcept { return (level & mask) == packed; }
     };
 
     consteval TagTable() {
@@ -85,15 +89,15 @@ public:
         unsigned index = 0;
         for (const Tag& tag : TAGS) {
             const std::uint64_t packed = PackWithEquals(tag);
-            m_heads[PlaceOf(packed, m_shifts)] = {packed, MaskOf(tag.size + 1), index++,
+            m_heads[PlaceOf(packed, m_shifts)] = {packed, MaskOf(tag.size + 1), index, 1U << index,
                                                   static_cast<unsigned>(tag.size + 1)};
+            ++index;
         }
     }
 
-    /// The head that a level begins with, of which the first eight characters are given; null when it is none of them.
-    [[nodiscard]] constexpr const Head* Find(std::uint64_t packed) const noexcept {
-        const Head& head = m_heads[PlaceOf(packed, m_shifts)];
-        return (packed & head.mask) == head.packed ? &head : nullptr;
+    /// The only head that a level may begin with, of which the first eight characters are given.
+    [[nodiscard]] constexpr const Head& CandidateFor(std::uint64_t level) const noexcept {
+        return m_heads[PlaceOf(level, m_shifts)];
     }
 
     /// The index of a tag; `SIZE` when it is none of them.
@@ -159,8 +163,9 @@ public:
         SeparatorFinder<','>::Piece level;
         do {
             level = levels.Next();
-            if (const auto* const head = TABLE.Find(PackHead(fdn, level.begin))) {
-                Keep(head->index, level.begin + head->size, level.end);
+            const std::uint64_t packed = PackHead(fdn, level.begin);
+            if (const auto& head = TABLE.CandidateFor(packed); head.Begins(packed)) {
+                Keep(head.index, head.bit, level.begin + head.size, level.end);
             } else if (static_cast<std::size_t>(level.end - level.begin) <= LONGEST) {
                 KeepBare(level.begin, level.end);
             }
@@ -170,7 +175,7 @@ public:
     /// Whether there is a level of this tag, with or without sub-values.
     template <Tag Wanted>
     [[nodiscard]] bool Has() const noexcept {
-        return m_begins[IndexOf<Wanted>()] != nullptr;
+        return (m_missing & 1U << IndexOf<Wanted>()) == 0;
     }
 
     /// Whether one of the tags may be there more than once. Not told for sure: a finder that has all stops looking.
@@ -206,26 +211,26 @@ private:
         return index;
     }
 
-    void Keep(unsigned index, const char* begin, const char* end) noexcept {
-        if (m_begins[index] != nullptr) {
+    void Keep(unsigned index, unsigned bit, const char* begin, const char* end) noexcept {
+        if ((m_missing & bit) == 0) {
             m_isRepeated = true;
             return;
         }
         m_begins[index] = begin;
         m_ends[index] = end;
-        --m_missing;
+        m_missing ^= bit;
     }
 
     // A level without "=" that is no longer than a tag: when it is one, the level is there, and empty.
     void KeepBare(const char* begin, const char* end) noexcept {
         if (const unsigned index = TABLE.IndexOf({begin, end}); index != TABLE.SIZE) {
-            Keep(index, end, end);
+            Keep(index, 1U << index, end, end);
         }
     }
 
-    std::array<const char*, TABLE.SIZE> m_begins{};  // of values; null where there is no such level
-    std::array<const char*, TABLE.SIZE> m_ends;      // of the values that are there
-    unsigned m_missing = TABLE.SIZE;
+    std::array<const char*, TABLE.SIZE> m_begins;  // of the values that are there
+    std::array<const char*, TABLE.SIZE> m_ends;
+    unsigned m_missing = (1U << TABLE.SIZE) - 1;  // a bit for each tag
     bool m_isRepeated = false;
 };
 

@@ -20,6 +20,7 @@ using NS_TEST::LiteralResIDUtil;
 using NS_TEST::Scaled;
 using NS_UTIL::NS_FDN::LevelFinder;
 using NS_UTIL::NS_FDN::PackHead;
+using NS_UTIL::NS_FDN::Tag;
 using NS_UTIL::NS_FDN::TagTable;
 
 TEST(PackHead, PutsZerosBehindTheEnd) {
@@ -69,11 +70,17 @@ TEST(LevelFinder, FindsTagsInTheShortestTexts) {
     EXPECT_FALSE(LevelFinder<"S">({}).Has<"S">());
 }
 
+template <Tag... Tags>
+bool Finds(std::uint64_t level) {
+    return TagTable<Tags...>().CandidateFor(level).Begins(level);
+}
+
 TEST(TagTable, FindsNothingWhereNoTagHasItsPlace) {
-    EXPECT_EQ((TagTable<"OS">().Find(0)), nullptr) << "an empty level behind the last comma";
-    EXPECT_EQ((TagTable<"NE", "S">().Find(0)), nullptr);
-    EXPECT_EQ((TagTable<"MD", "MA", "MEP">().Find(0)), nullptr);
-    EXPECT_EQ((TagTable<"OS">().Find(1)), nullptr);
+    EXPECT_FALSE((Finds<"OS">(0))) << "an empty level behind the last comma";
+    EXPECT_FALSE((Finds<"NE", "S">(0)));
+    EXPECT_FALSE((Finds<"MD", "MA", "MEP">(0)));
+    EXPECT_FALSE((Finds<"OS">(1)));
+    EXPECT_TRUE((Finds<"NE", "S">(NS_UTIL::NS_FDN::PackCharacters("S=1"))));
 }
 
 TEST(LevelFinder, TakesEmptyLevelsAndNulsForNoRepetition) {

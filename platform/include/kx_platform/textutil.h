@@ -85,16 +85,19 @@ constexpr int Low32Bits(std::uint64_t number, bool isNegative) noexcept {
 
 }  // namespace NS_DETAIL
 
-// Nearly every number is a few digits: that much is read here, and only the rest asks more questions.
+// Nearly every number is a few digits, most are one: that much is read here, and only the rest asks more questions.
 constexpr int Str2Int(std::string_view text) noexcept {
     constexpr std::size_t SAFE_SIZE = std::numeric_limits<std::int64_t>::digits10;  // cannot overflow
+    if (text.empty() || text.size() > SAFE_SIZE || NS_DETAIL::DigitOf(text.front()) > 9) {
+        return NS_DETAIL::ReadAnyNumber(text);
+    }
     const char* at = text.data();
-    const char* const end = at + (text.size() <= SAFE_SIZE ? text.size() : 0);
-    std::uint64_t number = 0;
-    for (; at != end && NS_DETAIL::DigitOf(*at) <= 9; ++at) {
+    const char* const end = at + text.size();
+    std::uint64_t number = NS_DETAIL::DigitOf(*at);
+    while (++at != end && NS_DETAIL::DigitOf(*at) <= 9) {
         number = number * 10 + NS_DETAIL::DigitOf(*at);
     }
-    return at != text.data() ? NS_DETAIL::Low32Bits(number, false) : NS_DETAIL::ReadAnyNumber(text);
+    return NS_DETAIL::Low32Bits(number, false);
 }
 
 }  // namespace NS_UTIL
