@@ -4,9 +4,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "sampleidentifiers.h"
-#include "samplenetwork.h"
-#include "splitmix64.h"
+#include "network/sampleidentifiers.h"
+#include "network/samplenetwork.h"
+#include "network/splitmix64.h"
 
 namespace NS_BENCH {
 

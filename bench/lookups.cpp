@@ -22,7 +22,7 @@
 #include <kx_platform/inventorybufif.h>
 
 #include "measurement.h"
-#include "splitmix64.h"
+#include "network/splitmix64.h"
 
 namespace NS_BENCH {
 

@@ -5,7 +5,9 @@ set(KX_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kx_domain_util)
 install(TARGETS kx_domain_util kx_platform kx_standalone
     EXPORT kx_domain_util
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(KX_BUILD_TOOL)
+    install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 install(DIRECTORY
     include/kx_domain_util
     platform/include/kx_platform

@@ -1,5 +1,5 @@
 /// The lines of inputs are the same whatever the size of blocks and however many bytes come at a time.
-#include "blockreader.h"
+#include "bulk/blockreader.h"
 
 #include <algorithm>
 
@@ -9,7 +9,7 @@
 #include "fuzz/memoryfile.h"
 #include "support/chance.h"
 #include "support/pieces.h"
-#include "text.h"
+#include "text/text.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 /// The reader of CSV, and that of inventories on top of it: what they read comes back from what is written of it.
-#include "csv.h"
+#include "files/csv.h"
 
 #include <stdexcept>
 
 #include "fuzz/input.h"
-#include "inventorycsv.h"
+#include "network/inventorycsv.h"
 #include "support/files.h"
 #include "support/pieces.h"
 

@@ -4,9 +4,9 @@
 
 #include <kx_domain_util/processexception.h>
 
+#include "formats/recordformat.h"
+#include "formats/recordline.h"
 #include "fuzz/input.h"
-#include "recordformat.h"
-#include "recordline.h"
 #include "support/conversionsurroundings.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <kx_domain_util/processexception.h>
 
 #include "fuzz/input.h"
-#include "kinds.h"
+#include "identifiers/kinds.h"
 #include "support/conversions.h"
 #include "support/conversionsurroundings.h"
 

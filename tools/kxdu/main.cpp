@@ -8,8 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "cli/verbs.h"
 #include "failure.h"
-#include "verbs.h"
 
 namespace NS_KXDU {
 

@@ -1,0 +1,24 @@
+#include "cli/nearestword.h"
+
+#include <gtest/gtest.h>
+
+namespace NS_KXDU {
+namespace {
+
+const std::vector<std::string> WORDS{"decode", "encode", "fb", "get"};
+
+TEST(NearestWord, IsTheOneThatDiffersLeast) {
+    EXPECT_EQ(NearestWord("decod", WORDS), "decode");
+    EXPECT_EQ(NearestWord("endcode", WORDS), "encode");
+    EXPECT_EQ(NearestWord("dceode", WORDS), "decode") << "two characters that changed places";
+    EXPECT_EQ(NearestWord("fbb", WORDS), "fb");
+}
+
+TEST(NearestWord, WhatIsFarFromAllIsNone) {
+    EXPECT_EQ(NearestWord("nonsense", WORDS), "");
+    EXPECT_EQ(NearestWord("xy", WORDS), "") << "nothing of it is right";
+    EXPECT_EQ(NearestWord("", WORDS), "");
+}
+
+}  // namespace
+}  // namespace NS_KXDU

@@ -1,0 +1,39 @@
+#include "files/samefile.h"
+
+#include "kxdu/program.h"
+
+namespace NS_KXDU {
+namespace {
+
+using SameFileTest = ProgramTest;
+
+TEST_F(SameFileTest, AFileIsItselfByAnyPathAndLink) {
+    WriteFile("a", "text");
+    std::filesystem::create_directory(folder / "sub");
+    std::filesystem::create_symlink("a", folder / "symbolic");
+    std::filesystem::create_hard_link(folder / "a", folder / "hard");
+    for (const char* const name : {"a", "./a", "sub/../a", "symbolic", "hard"}) {
+        EXPECT_TRUE(IsSameFile(folder / "a", folder / name)) << name;
+    }
+}
+
+TEST_F(SameFileTest, OtherFilesAreOthers) {
+    WriteFile("a", "text");
+    WriteFile("b", "text");
+    EXPECT_FALSE(IsSameFile(folder / "a", folder / "b"));
+    EXPECT_FALSE(IsSameFile(folder / "a", folder / "missing"));
+    EXPECT_FALSE(IsSameFile(folder / "missing", folder / "a"));
+}
+
+TEST_F(SameFileTest, FilesThatAreNotThereCompareByTheirPaths) {
+    std::filesystem::create_directory(folder / "sub");
+    EXPECT_TRUE(IsSameFile(folder / "missing", folder / "sub/../missing"));
+    EXPECT_FALSE(IsSameFile(folder / "missing", folder / "sub/missing"));
+}
+
+TEST_F(SameFileTest, DevicesReplaceNothing) {
+    EXPECT_FALSE(IsSameFile("/dev/null", "/dev/null"));
+}
+
+}  // namespace
+}  // namespace NS_KXDU

@@ -1,0 +1,102 @@
+#include "kxdu/program.h"
+
+namespace NS_KXDU {
+namespace {
+
+using CheckTest = ProgramTest;
+
+TEST_F(CheckTest, NothingFoundIsSilent) {
+    const Ended ended = Shell("kxdu check", "NE=5\nNE=5,FR=1\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(CheckTest, FindingsNameFileLineAndColumn) {
+    WriteFile("a.fdn", "NE=5\nNE=1,fr=2,S=\nNE=1,XY=2\n");
+    const Ended ended = Shell("kxdu check a.fdn");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out,
+              "a.fdn:2:6: lower-case letter in the tag \"fr\"\n"
+              "a.fdn:2:13: S has no value\n"
+              "a.fdn:3:6: unknown tag \"XY\"\n");
+    EXPECT_EQ(ended.err, "kxdu: 3 found in 3 lines\n");
+}
+
+TEST_F(CheckTest, WhatWouldBeWrittenOtherwiseIsToldWithItsText) {
+    const Ended ended = Shell("kxdu check", "NE=05\nFR=1,NE=2\nNE=1,LP=16||1|,VR=2\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out,
+              "<stdin>:1:4: would be written as \"NE=5\"\n"
+              "<stdin>:2:1: would be written as \"NE=2\"\n"
+              "<stdin>:3:16: would be written as \"NE=1,LP=16||1|,AP=0|0|\"\n");
+}
+
+TEST_F(CheckTest, ServicesAndOamAreCheckedLikeTheRest) {
+    const Ended ended = Shell("kxdu check",
+                              "NE=1,PWE3=3|x\nNE=1,TUNNEL=1|2|a|b|3|c\nNE=1,ATMTD=7|8\nNE=1,VEGROUP=02\nPW=4\n"
+                              "NE=1,MIP=0|m\nNE=1,VRF=6\nNE=1,TUNNELTRAIL=a|b\n");
+    EXPECT_EQ(ended.out,
+              "<stdin>:1:13: PWE3:1 is not a decimal number: \"x\"\n"
+              "<stdin>:2:24: TUNNEL has 6 sub-values, not 7\n"
+              "<stdin>:3:14: ATMTD has more than 1 sub-value\n"
+              "<stdin>:4:14: would be written as \"NE=1,VEGROUP=2\"\n"
+              "<stdin>:5:1: would be written as \"NE=-1,PW=4\"\n"
+              "<stdin>:6:10: would be written as \"NE=1,MIP=|m\"\n");
+}
+
+TEST_F(CheckTest, WhetherMaintenanceNumbersBelongThereIsAskedOfTheInventory) {
+    const std::string domain = "NE=1,MD=3|md1\n";
+    EXPECT_EQ(Shell("kxdu check", domain).code, 2);
+    std::filesystem::create_directory(folder / "csv");
+    WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n100,Plain,0,0\n");
+    WriteFile("csv/ne.csv", "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n1,100,0,0\n2,100,0,1\n");
+    WriteFile("csv/domain_member.csv", "cache,domain,ne_type\n");
+    ASSERT_EQ(Shell("kxdu inventory init n.db && kxdu inventory import n.db csv").code, 0);
+    EXPECT_EQ(Shell("kxdu check --inventory n.db", domain + "NE=2,MD=|md1\n").out, "");
+    EXPECT_EQ(Shell("kxdu check --inventory n.db", "NE=2,MD=3|md1\nNE=1,MD=|md1\n").out,
+              "<stdin>:1:9: would be written as \"NE=2,MD=|md1\"\n"
+              "<stdin>:2:9: would be written as \"NE=1,MD=0|md1\"\n");
+}
+
+TEST_F(CheckTest, LinesThatAreNoTextAreTold) {
+    const Ended ended = Shell("kxdu check", std::string("\nNE=\xff\nN\0E=1\n", 12));
+    EXPECT_EQ(ended.out, "<stdin>:1: the line is empty\n<stdin>:2:4: not UTF-8\n<stdin>:3:2: NUL byte\n");
+}
+
+TEST_F(CheckTest, NeedsAnInventoryUnlessLevelsAloneAreChecked) {
+    const std::string card = "NE=5,FR=1,S=3,CP=-1\n";
+    const Ended ended = Shell("kxdu check", card);
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_NE(ended.err.find("--inventory FILE"), std::string::npos) << ended.err;
+    EXPECT_EQ(Shell("kxdu check --levels-only", card).code, 0);
+}
+
+TEST_F(CheckTest, StrictStopsAtTheFirst) {
+    EXPECT_EQ(Shell("kxdu check --strict", "NE=1,fr=2,S=\nNE=x\n").out,
+              "<stdin>:1:6: lower-case letter in the tag \"fr\"\n");
+    const Ended ended = Shell("kxdu check --strict -o out", "NE=1\nNE=x\nNE=y\n");
+    EXPECT_EQ(ended.err, "kxdu: 1 found in 2 lines, and stopped there\n");
+    EXPECT_EQ(ReadFile("out"), "<stdin>:2:4: NE is not a decimal number: \"x\"\n");
+}
+
+TEST_F(CheckTest, WhatWasFoundBeforeAnInventoryIsMissedIsTold) {
+    const Ended ended = Shell("kxdu check", "NE=x\nNE=5,FR=1,S=3,CP=-1\nNE=y\n");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "<stdin>:1:4: NE is not a decimal number: \"x\"\n");
+}
+
+TEST_F(CheckTest, NesThatTheInventoryLacksAreToldOnce) {
+    ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
+    const Ended ended = Shell("kxdu check --inventory n.db", "NE=5,FR=1,S=3,CP=-1\nNE=5,FR=1,S=4,CP=-1\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: taken to be of NE type 0\n");
+}
+
+TEST_F(CheckTest, HasNoRejects) {
+    EXPECT_EQ(Shell("kxdu check --rejects r", "NE=1\n").code, 2);
+    EXPECT_EQ(Shell("kxdu check --help").out.find("--rejects"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace NS_KXDU

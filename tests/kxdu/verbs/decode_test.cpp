@@ -1,0 +1,216 @@
+#include "kxdu/program.h"
+
+namespace NS_KXDU {
+namespace {
+
+using DecodeTest = ProgramTest;
+
+constexpr auto NE_5 = "{\"fdn\":\"NE=5\",\"type\":\"NEIndex\",\"record\":{\"reserved\":0,\"neId\":5}}\n";
+
+TEST_F(DecodeTest, ReadsStandardInputAndWritesJsonLines) {
+    const Ended ended = Shell("kxdu decode", "NE=5\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, NE_5);
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(DecodeTest, ReadsFilesInTheirOrder) {
+    WriteFile("a", "NE=1");
+    WriteFile("b", "NE=2\n");
+    EXPECT_EQ(Shell("kxdu decode --format tsv --as NEIndex a - b", "NE=3\n").out,
+              "fdn\ttype\treserved\tneId\nNE=1\tNEIndex\t0\t1\nNE=3\tNEIndex\t0\t3\nNE=2\tNEIndex\t0\t2\n");
+}
+
+TEST_F(DecodeTest, RejectedLinesAreNamedAndTheRunGoesOn) {
+    const Ended ended = Shell("kxdu decode", "XY=1\nNE=5\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, NE_5);
+    EXPECT_EQ(ended.err, "<stdin>:1: no kind of identifier ends in the level \"XY\"\nkxdu: 1 rejected in 2 lines\n");
+}
+
+TEST_F(DecodeTest, RejectedLinesCanGoToAFile) {
+    const Ended ended = Shell("kxdu decode --rejects rejects -o out", "XY=1\nNE=5\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err, "kxdu: 1 rejected in 2 lines\n");
+    EXPECT_EQ(ReadFile("rejects"), "<stdin>:1: no kind of identifier ends in the level \"XY\"\n");
+    EXPECT_EQ(ReadFile("out"), NE_5);
+}
+
+TEST_F(DecodeTest, StrictStopsAtTheFirst) {
+    const Ended ended = Shell("kxdu decode --strict", "NE=5\nXY=1\nNE=6\nXY=2\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, NE_5);
+    EXPECT_EQ(
+        ended.err,
+        "<stdin>:2: no kind of identifier ends in the level \"XY\"\nkxdu: 1 rejected in 2 lines, and stopped there\n");
+}
+
+TEST_F(DecodeTest, ATypeCanBeForced) {
+    EXPECT_EQ(Shell("kxdu decode --as NEIndex", "NE=5,XY=1\n").out,
+              "{\"fdn\":\"NE=5,XY=1\",\"type\":\"NEIndex\",\"record\":{\"reserved\":0,\"neId\":5}}\n");
+    const Ended ended = Shell("kxdu decode --as Nothing");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_NE(ended.err.find("no type \"Nothing\"; there are\n  OSIndex ONEIndex "), std::string::npos) << ended.err;
+}
+
+TEST_F(DecodeTest, WhatIsDecodedIsShortEnoughToBeEncoded) {
+    // The record of a service keeps the whole text, so that its JSON line holds it twice.
+    const std::string frame =
+        R"({"fdn":"","type":"ServiceIndex","record":{"neId":-1,"resId":"","svcId":0,"svcType":0}})";
+    std::string longest = "LSP=";
+    longest.append(((std::size_t{1} << 20U) - frame.size()) / 2 - longest.size(), 'x');
+    WriteFile("in", longest + "\n" + longest + "y\n");
+    const Ended ended = Shell("kxdu decode in | kxdu encode -o out");
+    EXPECT_EQ(ended.err, "in:2: the JSON line would be longer than 1 MiB\nkxdu: 1 rejected in 2 lines\n");
+    EXPECT_EQ(ReadFile("out"), longest + "\n");
+    EXPECT_EQ(Shell("kxdu decode --format csv in -o csv").code, 0) << "nobody reads it again";
+}
+
+TEST_F(DecodeTest, LoopBackPortsNeedAConfiguration) {
+    const Ended without = Shell("kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
+    EXPECT_EQ(without.code, 2);
+    EXPECT_EQ(without.out, "") << "no half line";
+    EXPECT_TRUE(without.err.starts_with("kxdu: <stdin>:1: identifiers of this type are read as ")) << without.err;
+    EXPECT_NE(without.err.find("--config DIR"), std::string::npos) << without.err;
+    std::filesystem::create_directories(folder / "config" / "kx_corbaagent_bundle");
+    WriteFile("config/kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
+    const Ended with = Shell("KX_CONFIG_DIR=config kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
+    EXPECT_EQ(with.code, 0) << with.err;
+    EXPECT_NE(with.out.find("\"portLabel\":\"a\""), std::string::npos) << with.out;
+}
+
+TEST_F(DecodeTest, TheConfigurationCounts) {
+    std::filesystem::create_directories(folder / "config" / "kx_corbaagent_bundle");
+    WriteFile("config/kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
+    const std::string port = "NE=5,FR=1,S=0,CP=-1,PP=|||\n";
+    EXPECT_NE(Shell("kxdu decode", port).out.find("\"slotId\":0"), std::string::npos);
+    EXPECT_NE(Shell("kxdu decode --config config", port).out.find("\"slotId\":-1"), std::string::npos);
+}
+
+TEST_F(DecodeTest, AMissingInputIsNamed) {
+    const Ended ended = Shell("kxdu decode -o out missing");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err, "kxdu: missing: No such file or directory\n");
+    EXPECT_EQ(Files(), 0);
+}
+
+TEST_F(DecodeTest, AFullDiskIsAnErrorOfItsOwn) {
+    const Ended toDevice = Shell("kxdu decode -o /dev/full", "NE=5\n");
+    EXPECT_EQ(toDevice.code, 3);
+    EXPECT_EQ(toDevice.err, "kxdu: /dev/full: No space left on device\n");
+    const Ended toStandardOutput = Shell("kxdu decode >/dev/full", "NE=5\n");
+    EXPECT_EQ(toStandardOutput.code, 3);
+    EXPECT_EQ(toStandardOutput.err, "kxdu: standard output: No space left on device\n");
+}
+
+TEST_F(DecodeTest, AMissingOutputFolderIsAnOutputError) {
+    EXPECT_EQ(Shell("kxdu decode -o missing/out", "NE=5\n").code, 3);
+}
+
+TEST_F(DecodeTest, AClosedPipeEndsQuietly) {
+    const Ended ended = Shell("{ yes NE=5 | kxdu decode; echo $? >code; } | head -1; sleep 0.1; cat code");
+    EXPECT_EQ(ended.out, std::string(NE_5) + "0\n");
+    EXPECT_EQ(ended.err.find("kxdu"), std::string::npos) << ended.err;
+}
+
+TEST_F(DecodeTest, AnInterruptionLeavesNoHalfFile) {
+    WriteFile("out", "old");
+    const Ended ended = Shell("mkfifo in; ('" KXDU_PROGRAM
+                              "' decode in -o out & echo $! >pid; exec 3>in; echo NE=5 >&3;"
+                              " while [ -z \"$(ls .out.* 2>/dev/null)\" ]; do sleep 0.01; done;"
+                              " kill -TERM $(cat pid); wait $(cat pid); echo $?); ls -A");
+    EXPECT_EQ(ended.out, "143\nin\nout\npid\n") << ended.err;
+    EXPECT_EQ(ReadFile("out"), "old");
+}
+
+TEST_F(DecodeTest, AnOutputThatIsTheInputIsReplacedWhenItIsComplete) {
+    WriteFile("a", "NE=5\n");
+    EXPECT_EQ(Shell("kxdu decode a -o a").code, 0);
+    EXPECT_EQ(ReadFile("a"), NE_5);
+}
+
+TEST_F(DecodeTest, RejectedLinesNeverReplaceWhatIsReadOrWritten) {
+    const std::string text = "NE=5\nXY=1\n";
+    WriteFile("a", text);
+    std::filesystem::create_hard_link(folder / "a", folder / "link");
+    for (const char* const arguments : {"a --rejects a", "a --rejects link -o out", "--rejects a <a",
+                                        "a -o b --rejects b", "a --rejects b >b", "a -o - --rejects b >b"}) {
+        const Ended ended = Shell(std::string("kxdu decode ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_NE(ended.err.find(": the rejected lines would replace the "), std::string::npos) << ended.err;
+        EXPECT_EQ(ReadFile("a"), text) << arguments;
+    }
+    EXPECT_EQ(Shell("kxdu decode a -o /dev/null --rejects /dev/null").code, 1);
+}
+
+TEST_F(DecodeTest, StandardOutputMayNotGrowTheInput) {
+    WriteFile("a", "NE=5\n");
+    const Ended ended = Shell("kxdu decode a >>a");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err, "kxdu: a: is standard output too; write to it with -o\n");
+    EXPECT_EQ(ReadFile("a"), "NE=5\n");
+}
+
+TEST_F(DecodeTest, AByteOrderMarkIsSkipped) {
+    EXPECT_EQ(Shell("kxdu decode", "\xEF\xBB\xBFNE=5\n").out, NE_5);
+    EXPECT_EQ(Shell("{ printf '\\357\\273'; sleep 0.05; printf '\\277NE=5\\n'; } | kxdu decode").out, NE_5);
+}
+
+TEST_F(DecodeTest, ALinkStillLeadsToItsFile) {
+    WriteFile("real", "old");
+    std::filesystem::create_symlink("real", folder / "link");
+    EXPECT_EQ(Shell("kxdu decode -o link", "NE=5\n").code, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_EQ(ReadFile("real"), NE_5);
+}
+
+TEST_F(DecodeTest, LinesAreAnsweredAsTheyArrive) {
+    const Ended ended = Shell(
+        "mkfifo in; kxdu decode in >out & exec 3>in; echo NE=5 >&3;"
+        " for try in $(seq 500); do [ -s out ] && break; sleep 0.01; done; cat out; exec 3>&-; wait");
+    EXPECT_EQ(ended.out, NE_5) << ended.err;
+}
+
+TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
+    for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"", "kxdu: a verb is missing"},
+             {"nonsense", "kxdu: no verb \"nonsense\""},
+             {"decod", "kxdu: no verb \"decod\"; did you mean decode?"},
+             {"--inventory x decode", "kxdu: --inventory stands in front of the verb; options go behind it"},
+             {"--inventory=x decode", "kxdu: --inventory=x stands in front of the verb; options go behind it"},
+             {"inventory", "kxdu: a verb is missing"},
+             {"inventory imprt", "kxdu: no verb \"imprt\"; did you mean import?"},
+             {"inventory nonsense", "kxdu: no verb \"nonsense\""},
+             {"decode --nonsense", "kxdu: The following argument was not expected: --nonsense"},
+             {"decode --format xml", "kxdu: --format: no \"xml\"; there are jsonl, csv, tsv, table"},
+             {"decode --format 1", "kxdu: --format: no \"1\"; there are jsonl, csv, tsv, table"},
+             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is no number from 1 to 1024"},
+             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is no number from 1 to 1024"}}) {
+        const Ended ended = Shell(std::string("kxdu ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help to see what there is.\n");
+    }
+    EXPECT_EQ(Shell("kxdu decode --inventory missing").code, 2);
+}
+
+TEST_F(DecodeTest, HelpAndVersionAreAnswers) {
+    EXPECT_EQ(Shell("kxdu --version").code, 0);
+    EXPECT_TRUE(Shell("kxdu --version").out.starts_with("kxdu "));
+    for (const std::string verb : {"decode", "encode", "check", "get"}) {
+        const Ended ended = Shell("kxdu " + verb + " --help");
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_NE(ended.out.find("Examples:\n"), std::string::npos) << verb;
+        EXPECT_NE(ended.out.find("Exit code:"), std::string::npos) << verb;
+    }
+}
+
+TEST_F(DecodeTest, ThereIsNoProgressBarWithoutATerminal) {
+    std::string text;
+    for (int ne = 0; ne < 200'000; ++ne) {
+        text += "NE=" + std::to_string(ne) + "\n";
+    }
+    EXPECT_EQ(Shell("kxdu decode -o out", text).err, "");
+}
+
+}  // namespace
+}  // namespace NS_KXDU

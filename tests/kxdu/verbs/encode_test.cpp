@@ -1,0 +1,133 @@
+#include "kxdu/program.h"
+
+namespace NS_KXDU {
+namespace {
+
+class EncodeTest : public ProgramTest {
+protected:
+    // An inventory of NE 5, of an ordinary type, and NE 41, whose cards spell out their sub-slots.
+    void MakeInventory() {
+        std::filesystem::create_directory(folder / "csv");
+        WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n100,Plain,0,0\n1911,Spelling,0,0\n");
+        WriteFile("csv/ne.csv", "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n5,100,0,0\n41,1911,0,0\n");
+        WriteFile("csv/domain_member.csv", "cache,domain,ne_type\n");
+        const Ended ended = Shell("kxdu inventory init inventory.db && kxdu inventory import inventory.db csv");
+        ASSERT_EQ(ended.code, 0) << ended.err;
+    }
+};
+
+TEST_F(EncodeTest, WritesIdentifiersFromRecordsAlone) {
+    const Ended ended = Shell("kxdu encode", R"({"type":"NEIndex","record":{"reserved":0,"neId":7}})"
+                                             "\n");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, "NE=7\n");
+}
+
+TEST_F(EncodeTest, CanonicalIdentifiersComeBackByteForByte) {
+    MakeInventory();
+    const std::string identifiers =
+        "OS=1\nONE=2,NE=5\nNE=5,FR=1,S=3,CP=-1\nNE=41,FR=1,S=3,CP=-1,SS=-1,SC=-1\n"
+        "NE=5,FR=1,S=3,CP=-1,PP=16|1025|7|K\xc3\xb6ln \"1\"\nNE=5,FR=1,S=3,CP=-1,PP=||7|a,SUBIF=9\n"
+        "NE=5,FR=1,S=3,CP=-1,SS=1,SC=-1,PP=16||7|,AP=1|2|9\n";
+    const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", identifiers);
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, identifiers);
+}
+
+TEST_F(EncodeTest, WhatComesOutChangedIsReported) {
+    const Ended ended = Shell("kxdu decode | kxdu encode", "NE=05\nNE=6\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "NE=5\nNE=6\n");
+    EXPECT_EQ(ended.err,
+              "<stdin>:1: written as \"NE=5\", which is not its fdn \"NE=05\"\n"
+              "kxdu: 1 rejected or changed in 2 lines\n");
+    EXPECT_EQ(Shell("kxdu decode | kxdu encode --ignore-fdn", "NE=05\n").code, 0);
+}
+
+TEST_F(EncodeTest, WithoutAnInventoryItTellsHowToGiveOne) {
+    const Ended ended = Shell("kxdu decode | kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: this identifier is written as ")) << ended.err;
+    EXPECT_NE(ended.err.find("--inventory FILE or in KX_INVENTORY"), std::string::npos) << ended.err;
+    EXPECT_EQ(Shell("kxdu decode | kxdu encode", "NE=5,FR=1\n").code, 0) << "nobody needs one here";
+}
+
+TEST_F(EncodeTest, TheInventoryMayComeFromTheEnvironment) {
+    MakeInventory();
+    const Ended ended = Shell("kxdu decode | KX_INVENTORY=inventory.db kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, "NE=5,FR=1,S=3,CP=-1\n");
+}
+
+TEST_F(EncodeTest, NesThatTheInventoryLacksAreToldOnce) {
+    MakeInventory();
+    const std::string cards = "NE=5,FR=1,S=3,CP=-1\nNE=7,FR=1,S=3,CP=-1\nNE=7,FR=1,S=4,CP=-1\nNE=9,MD=1|m\nNE=11\n";
+    const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", cards);
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, cards);
+    EXPECT_EQ(ended.err, "kxdu: 2 NEs, such as NE 7, are not in the inventory: taken to be of NE type 0\n");
+}
+
+TEST_F(EncodeTest, ANameThatWouldEndEarlyIsRejected) {
+    for (const std::string name : {"a,b", "a|b"}) {
+        const Ended ended =
+            Shell("kxdu encode --ignore-fdn",
+                  R"({"type":"MDIndex","record":{"reserved":0,"neId":5,"mdId":1,"mdName":")" + name + "\"}}\n");
+        EXPECT_EQ(ended.code, 1);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(ended.err,
+                  "<stdin>:1: field \"mdName\" holds \",\" or \"|\", where it would end\n"
+                  "kxdu: 1 rejected or changed in 1 line\n");
+    }
+}
+
+TEST_F(EncodeTest, BadLinesAreRejected) {
+    const Ended ended = Shell("kxdu encode", R"({"type":"NoIndex","record":{}})"
+                                             "\nnonsense\n"
+                                             R"({"type":"OSIndex","record":{"osId":"1"}})"
+                                             "\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err,
+              "<stdin>:1: unknown type \"NoIndex\"\n"
+              "<stdin>:2: JSON, at byte 2: Invalid value.\n"
+              "<stdin>:3: field \"osId\" is not a whole number of 32 bits\n"
+              "kxdu: 3 rejected or changed in 3 lines\n");
+}
+
+TEST_F(EncodeTest, AFileOfIdentifiersEndsTheRunAtItsFirstLine) {
+    WriteFile("records", "{\"type\":\"NEIndex\",\"record\":{\"reserved\":0,\"neId\":7}}\n");
+    WriteFile("identifiers", "NE=1\nNE=2\n");
+    const Ended ended = Shell("kxdu encode records identifiers");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "NE=7\n");
+    EXPECT_EQ(ended.err, "kxdu: identifiers:1: no JSON line as kxdu decode writes them; did you mean kxdu decode?\n");
+    EXPECT_EQ(Shell("kxdu encode --strict identifiers").code, 2);
+    EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a line like any other that is wrong";
+}
+
+TEST_F(EncodeTest, ServicesAndOamComeBackByteForByte) {
+    MakeInventory();
+    const std::string identifiers =
+        "NE=5,VEGROUP=3\nNE=5,PW=4\nNE=5,PWSW=4|x\nNE=5,PWE3=3|17\nNE=5,L3VPN=a\nNE=5,TUNNEL=1|2|a|b|3|c|4|d\n"
+        "NE=5,ATMTD=9\nNE=5,PWE3TRAIL=7\nNE=5,FR=1,TUNNELTRAIL=7\nPWTRAIL=7\nNE=5,TUNNELPGTRAIL=7\n"
+        "NE=5,MD=3|md1\nNE=5,MD=3|md1,MA=4|ma1\nNE=5,MD=3|md1,MA=4|ma1,MEP=7\nNE=5,MD=3|md1,MA=4|ma1,RMEP=7\n"
+        "NE=5,MD=3|md1,MIP=4|mip\n";
+    const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", identifiers);
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, identifiers);
+}
+
+TEST_F(EncodeTest, ARecordThatContradictsTheTextItKeepsIsRejected) {
+    const Ended ended =
+        Shell("kxdu encode", R"({"type":"ServiceIndex","record":{"neId":5,"resId":"NE=5,VSI=8","svcId":9,"svcType":4}})"
+                             "\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err,
+              "<stdin>:1: the fields say something else than the text that the record keeps, \"NE=5,VSI=8\"\n"
+              "kxdu: 1 rejected or changed in 1 line\n");
+}
+
+}  // namespace
+}  // namespace NS_KXDU

@@ -1,0 +1,97 @@
+#include "kxdu/program.h"
+
+namespace {
+
+class ExplainVerb : public ProgramTest {};
+
+bool Contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+}  // namespace
+
+TEST_F(ExplainVerb, DrawsEachIdentifier) {
+    const Ended ended = Shell("kxdu explain NE=5 'NE=5,FR=1'");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out,
+              "  NE=5\n"
+              "     │\n"
+              "     ╰── network element 5\n"
+              "\n"
+              "  NEIndex\n"
+              "    neId  5\n"
+              "\n"
+              "  ✓ canonical: what was read is written just so\n"
+              "\n"
+              "\n"
+              "  NE=5,FR=1\n"
+              "     │    │\n"
+              "     │    ╰── shelf 1\n"
+              "     ╰─────── network element 5\n"
+              "\n"
+              "  ShelfIndex\n"
+              "    neId     5\n"
+              "    shelfId  1\n"
+              "\n"
+              "  ✓ canonical: what was read is written just so\n");
+}
+
+TEST_F(ExplainVerb, AnIdentifierThatNothingReadsIsDrawnAllTheSame) {
+    const Ended ended = Shell("kxdu explain 'NE=5,FOO=1'");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(Contains(ended.out, "! no kind of identifier ends in the level \"FOO\"")) << ended.out;
+}
+
+TEST_F(ExplainVerb, WithAnInventoryNamesTheNeTypeAndComparesWithTheWriters) {
+    ASSERT_EQ(Shell("kxdu sample --ne 3 -o n.fdn --inventory-csv csv && kxdu inventory init n.db && "
+                    "kxdu inventory import n.db csv")
+                  .code,
+              0);
+    const std::string card = "\"$(grep -m 1 CP=-1 n.fdn)\"";
+    const Ended without = Shell("kxdu explain " + card);
+    EXPECT_TRUE(Contains(without.out, "give --inventory FILE")) << without.out;
+    for (const char* const command : {"kxdu explain --inventory n.db ", "KX_INVENTORY=n.db kxdu explain "}) {
+        const Ended with = Shell(command + card);
+        EXPECT_TRUE(Contains(with.out, ", NE type ")) << with.out;
+        EXPECT_TRUE(Contains(with.out, "✓ canonical")) << with.out;
+    }
+}
+
+TEST_F(ExplainVerb, ReadsAsTheConfigurationSays) {
+    std::filesystem::create_directory(folder / "kx_corbaagent_bundle");
+    WriteFile("kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
+    const std::string fdn = " 'NE=5,S=0,CP=-1,PP=16||1|'";
+    EXPECT_TRUE(Contains(Shell("kxdu explain" + fdn).out, "slotId     0"));
+    EXPECT_TRUE(Contains(Shell("kxdu explain --config ." + fdn).out, "slotId     -1"));
+    EXPECT_TRUE(Contains(Shell("KX_CONFIG_DIR=. kxdu explain" + fdn).out, "✓ canonical"));
+}
+
+TEST_F(ExplainVerb, ColoursOnRequestAndNotIntoAPipe) {
+    EXPECT_TRUE(Contains(Shell("kxdu explain --color always NE=5").out, "\x1b["));
+    EXPECT_FALSE(Contains(Shell("kxdu explain --color never NE=5").out, "\x1b["));
+    EXPECT_FALSE(Contains(Shell("kxdu explain NE=5").out, "\x1b["));
+    EXPECT_FALSE(Contains(Shell("kxdu explain --color auto NE=5").out, "\x1b["));
+}
+
+TEST_F(ExplainVerb, ColoursOnATerminalUnlessToldNotTo) {
+    EXPECT_TRUE(Contains(Shell("script -qec \"'" KXDU_PROGRAM "' explain NE=5\" /dev/null").out, "\x1b["));
+    EXPECT_FALSE(Contains(Shell("NO_COLOR=1 script -qec \"'" KXDU_PROGRAM "' explain NE=5\" /dev/null").out, "\x1b["));
+}
+
+TEST_F(ExplainVerb, WhatIsMissingIsAUsageError) {
+    EXPECT_EQ(Shell("kxdu explain").code, 2);
+    EXPECT_EQ(Shell("kxdu explain --color red NE=5").code, 2);
+    const Ended ended = Shell("kxdu explain --inventory none.db NE=5");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(Contains(ended.err, "none.db")) << ended.err;
+}
+
+TEST_F(ExplainVerb, OutputThatCannotBeWrittenIsAnOutputError) {
+    EXPECT_EQ(Shell("kxdu explain NE=5 >/dev/full").code, 3);
+}
+
+TEST_F(ExplainVerb, HelpHasExamples) {
+    const Ended ended = Shell("kxdu explain --help");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(Contains(ended.out, "Examples:"));
+}

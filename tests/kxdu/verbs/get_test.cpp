@@ -1,0 +1,58 @@
+#include "kxdu/program.h"
+
+namespace NS_KXDU {
+namespace {
+
+using GetTest = ProgramTest;
+
+TEST_F(GetTest, GivesChosenSubValuesAsColumns) {
+    const Ended ended =
+        Shell("kxdu get NE PP:2 PP:3", "NE=5,FR=1,S=3,CP=-1,PP=16||7|GE0/7\nPP=16||8|,NE=6\nNE=7\nNE=8,PP=1|2\nOS=1\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, "5\t7\tGE0/7\n6\t8\t\n7\t\t\n8\t\t\n\t\t\n");
+}
+
+TEST_F(GetTest, WithoutAnIndexTheWholeValueIsGiven) {
+    EXPECT_EQ(Shell("kxdu get PP PP:0", "NE=5,PP=16||7|a=b\n").out, "16||7|a=b\t16\n");
+}
+
+TEST_F(GetTest, OfARepeatedLevelTheFirstCounts) {
+    EXPECT_EQ(Shell("kxdu get NE SS", "NE=,SS,NE=2,SS=3\n").out, "\t\n");
+}
+
+TEST_F(GetTest, LongTagsAreFoundToo) {
+    EXPECT_EQ(Shell("kxdu get TUNNELPGTRAIL:1 CHANNELSET", "NE=5,TUNNELPGTRAIL=a|b,CHANNELSET=3\n").out, "b\t3\n");
+}
+
+TEST_F(GetTest, FilesGoBehindAnOption) {
+    WriteFile("a", "NE=1\n");
+    WriteFile("b", "NE=2\n");
+    EXPECT_EQ(Shell("kxdu get -i a NE -i b").out, "1\n2\n");
+    const Ended ended = Shell("kxdu get NE a.fdn");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err,
+              "kxdu: \"a.fdn\" is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own\n");
+    EXPECT_EQ(Shell("kxdu get NE -i a b").err,
+              "kxdu: \"b\" is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own\n");
+}
+
+TEST_F(GetTest, WrongColumnsEndWithTwo) {
+    for (const char* const column : {"NE:", "NE:x", "NE:-1", ":1", "ne", "NE:99999999999"}) {
+        EXPECT_EQ(Shell(std::string("kxdu get ") + column).code, 2) << column;
+    }
+    EXPECT_EQ(Shell("kxdu get").code, 2);
+}
+
+TEST_F(GetTest, BytesPassAsTheyAre) {
+    EXPECT_EQ(Shell("kxdu get PP:3", "PP=|||\xff\n").out, "\xff\n");
+}
+
+TEST_F(GetTest, ATabInAColumnIsRejected) {
+    const Ended ended = Shell("kxdu get NE PP:3", "NE=1,PP=|||a\tb\nNE=2,FR=\t\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "2\t\n");
+    EXPECT_EQ(ended.err, "<stdin>:1: a tab in PP\nkxdu: 1 rejected in 2 lines\n");
+}
+
+}  // namespace
+}  // namespace NS_KXDU

@@ -1,0 +1,140 @@
+#include "kxdu/program.h"
+
+namespace {
+
+class NeTypeVerb : public ProgramTest {
+protected:
+    void MakeInventory() const {
+        std::filesystem::create_directory(folder / "csv");
+        WriteFile("csv/ne.csv", "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n5,1912,0,0\n70,2701,1,0\n");
+        WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n1912,\"PTN, grün\",1,0\n2701,OTN,0,1\n");
+        std::string members = "cache,domain,ne_type\n";
+        for (const char* const domain : {"transmission", "router and metro", "access"}) {
+            members += "NE_TYPE_LIST," + std::string(domain) + ",300\n";
+        }
+        for (const char* const domain : {"PTN", "PTNDMT", "MSTP", "IPKLV", "KLV6XX", "OTN", "WDM", "OTN_NA", "WDM_NA",
+                                         "OTN4750NE", "BIGSLOTNE", "ACCBITSNE", "MultiShelfTypeNE"}) {
+            members += "EQUIPMENT_TYPE," + std::string(domain) + ",300\n";
+        }
+        WriteFile("csv/domain_member.csv", members + "NE_TYPE_LIST,transmission,2701\nEQUIPMENT_TYPE,OTN,2701\n");
+        const Ended ended = Shell("kxdu inventory init n.db && kxdu inventory import n.db csv");
+        ASSERT_EQ(ended.code, 0) << ended.err;
+    }
+};
+
+TEST_F(NeTypeVerb, ATableHasALineForEachQuestion) {
+    MakeInventory();
+    const Ended ended = Shell("kxdu ne-type 1912 2701 300 --ne 70 --inventory n.db");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out,
+              "neType                  1912       2701  300\n"
+              "----------------------  ---------  ----  ---\n"
+              "name                    PTN, grün  OTN   -\n"
+              "IsPTN41                 yes        no    no\n"
+              "IsPTN31                 no         no    no\n"
+              "IsPTN470                no         no    no\n"
+              "IsKLVByNEType           no         no    no\n"
+              "IsRouteNE               no         no    yes\n"
+              "IsTransNE               no         yes   yes\n"
+              "IsAccessNE              no         no    yes\n"
+              "IsPTNClasssNE           no         no    yes\n"
+              "IsPTNDMTNE              no         no    yes\n"
+              "IsPTNNE                 no         no    yes\n"
+              "IsMSTPNE                no         no    yes\n"
+              "IsIPMSTPNE              no         no    yes\n"
+              "IsIPKLVNE               no         no    yes\n"
+              "IsKLV600NE              no         no    yes\n"
+              "IsOTNNE                 no         yes   yes\n"
+              "IsWDMNE                 no         no    yes\n"
+              "IsOTN_NA                no         no    yes\n"
+              "IsWDM_NA                no         no    yes\n"
+              "IsNAWDMByNEType         no         no    yes\n"
+              "IsOTN4750NE             no         no    yes\n"
+              "IsBIGSLOTNE             no         no    yes\n"
+              "IsAccBitsNE             no         no    yes\n"
+              "IsMultiShelfTypeNE      no         no    yes\n"
+              "IsIPServiceNE           yes        yes   yes\n"
+              "IsKLVNE                 no         yes   no\n"
+              "IsTransMultiSubShelfNE  yes        yes   yes\n");
+}
+
+TEST_F(NeTypeVerb, EachDomainListAnswersItsOwnQuestions) {
+    MakeInventory();
+    const auto answersWith = [&](const std::string& member) {
+        WriteFile("csv/domain_member.csv", "cache,domain,ne_type\n" + member + ",300\n");
+        return Shell(
+                   "kxdu inventory import n.db csv >import.txt && kxdu ne-type 300 --inventory n.db |"
+                   " awk '$2 == \"yes\" { printf \"%s \", $1 }'")
+            .out;
+    };
+    EXPECT_EQ(answersWith("NE_TYPE_LIST,router and metro"), "IsRouteNE ");
+    EXPECT_EQ(answersWith("NE_TYPE_LIST,transmission"), "IsTransNE ");
+    EXPECT_EQ(answersWith("NE_TYPE_LIST,access"), "IsAccessNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,PTN"), "IsPTNClasssNE IsPTNNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,PTNDMT"), "IsPTNDMTNE IsPTNNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,MSTP"), "IsMSTPNE IsIPMSTPNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,IPKLV"), "IsIPKLVNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,KLV6XX"), "IsKLV600NE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,OTN"), "IsOTNNE IsIPServiceNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,WDM"), "IsWDMNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,OTN_NA"), "IsOTN_NA IsNAWDMByNEType ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,WDM_NA"), "IsWDM_NA IsNAWDMByNEType ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,OTN4750NE"), "IsOTN4750NE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,BIGSLOTNE"), "IsBIGSLOTNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,ACCBITSNE"), "IsAccBitsNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,MultiShelfTypeNE"), "IsMultiShelfTypeNE ");
+    EXPECT_EQ(answersWith("EQUIPMENT_TYPE,PTN31"), "IsIPServiceNE ");
+}
+
+TEST_F(NeTypeVerb, ProgramsGetARowForEachType) {
+    MakeInventory();
+    const Ended ended = Shell("KX_INVENTORY=n.db kxdu ne-type 2701 --format jsonl");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_TRUE(ended.out.starts_with(R"({"neType":2701,"name":"OTN","IsPTN41":false,)")) << ended.out;
+    EXPECT_TRUE(ended.out.ends_with("\"IsKLVNE\":true,\"IsTransMultiSubShelfNE\":null}\n")) << ended.out;
+}
+
+TEST_F(NeTypeVerb, TheQuestionAboutOneNeNeedsIt) {
+    MakeInventory();
+    const auto last = [&](const std::string& ne) {
+        return Shell("kxdu ne-type 2701 --inventory n.db " + ne + " | tail -n 1").out;
+    };
+    EXPECT_EQ(last(""), "IsTransMultiSubShelfNE  needs --ne\n");
+    EXPECT_EQ(last("--ne 5"), "IsTransMultiSubShelfNE  no\n");
+    EXPECT_EQ(last("--ne 70"), "IsTransMultiSubShelfNE  yes\n");
+    EXPECT_EQ(last("--ne 71"), "IsTransMultiSubShelfNE  no\n");
+}
+
+TEST_F(NeTypeVerb, WithoutAnInventoryOnlyFixedNumbersAnswer) {
+    const Ended ended = Shell("kxdu ne-type 1912 1335 1888 1887 --ne 5 | sed 's/  */ /g'");
+    EXPECT_TRUE(
+        ended.out.starts_with("neType 1912 1335 1888 1887\n"
+                              "---------------------- ---- ---- ---- ----\n"
+                              "name - - - -\n"
+                              "IsPTN41 yes no no no\n"
+                              "IsPTN31 no yes no no\n"
+                              "IsPTN470 no no yes no\n"
+                              "IsKLVByNEType no no no yes\n"
+                              "IsRouteNE - - - -\n"))
+        << ended.out;
+    EXPECT_EQ(Shell("kxdu ne-type 1912 | tail -n 2").out,
+              "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n");
+    EXPECT_EQ(Shell("kxdu ne-type 1912 --format csv | wc -l").out, "2\n") << "programs get rows alone";
+    EXPECT_EQ(Shell("kxdu ne-type 1912").code, 0);
+}
+
+TEST_F(NeTypeVerb, OfWhichNothingIsKnownEndsWithOne) {
+    MakeInventory();
+    EXPECT_EQ(Shell("kxdu ne-type 1912 301 --inventory n.db").code, 1);
+    EXPECT_EQ(Shell("kxdu ne-type 2701").code, 1) << "nothing but the inventory knows it";
+}
+
+TEST_F(NeTypeVerb, WrongArgumentsEndWithTwo) {
+    for (const char* const arguments : {"", "x", "65536", "1 --ne x", "1 --inventory missing.db"}) {
+        const Ended ended = Shell(std::string("kxdu ne-type ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.out, "") << arguments;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,85 @@
+/// Bulk work: every line of the inputs through a converter, on all cores, in the order of the lines, and in little
+/// memory whatever the inputs' size.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bulk/bulkoptions.h"
+#include "exitcode.h"
+#include "text/textbuffer.h"
+
+namespace NS_KXDU {
+
+/// Where a converter puts what it makes of the lines of a block.
+class LineResult {
+public:
+    /// What goes to the output.
+    TextBuffer output;
+
+    /// Reports something about the current line, as "file:line: reason", or "file:line:column: reason" when column
+    /// (from 1) is not 0.
+    void Report(std::string_view reason, std::size_t column = 0);
+
+    [[nodiscard]] std::size_t Findings() const noexcept { return m_findings; }
+
+    /// Whether the current line is the first one of its file.
+    [[nodiscard]] bool IsFirstLine() const noexcept { return m_line == 1; }
+
+private:
+    friend class LineRun;
+
+    void Begin(std::string_view inputName, std::size_t firstLine);
+    [[nodiscard]] std::string Place() const;
+
+    TextBuffer m_report;
+    std::string_view m_inputName;
+    std::size_t m_line = 0;
+    std::size_t m_findings = 0;
+    std::size_t m_outputBeforeFirst = 0;
+    std::size_t m_firstFindingEnd = 0;
+    std::size_t m_firstFindingLine = 0;
+};
+
+/// Makes something of lines. Each belongs to one thread at a time.
+class LineConverter {
+public:
+    virtual ~LineConverter() = default;
+    /// line has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. Of verbatim work it may
+    /// be empty, and have NUL bytes and a carriage return at its end.
+    virtual void Convert(std::string_view line, LineResult& result) = 0;
+};
+
+/// How a run went.
+struct LineCounts {
+    std::uint64_t lines = 0;
+    std::uint64_t findings = 0;
+    bool isStopped = false;  ///< --strict ended it at a finding
+};
+
+/// What a verb does with lines.
+struct LineWork {
+    std::function<std::unique_ptr<LineConverter>()> makeConverter;  ///< called once for each block that is in flight
+    std::string header;                                             ///< the output begins with it
+    bool mustBeUtf8 = true;                                         ///< lines that are not are rejected
+    bool isVerbatim = false;                ///< every line is converted that is not too long, just as it is
+    bool isReportTheOutput = false;         ///< findings are what the user asked for: they go to the output
+    std::string_view finding = "rejected";  ///< a line with a finding, in the summary
+
+    /// The last line on standard error of a run that nothing stopped, with its end, in place of the usual one; called
+    /// when the converters are gone.
+    std::function<std::string(const LineCounts&)> summarize;
+};
+
+/// Runs the work. `ExitCode::FOUND` when there was a finding. Throws `Failure` as the parts do, and with
+/// `ExitCode::USAGE` when one file would be written over another that is read or written. What a converter throws ends
+/// the run at its line: what comes before is written, to standard output at least, since no file appears. A `Failure`
+/// of a converter gets "file:line: " in front of its text.
+ExitCode RunLines(const BulkOptions& options, const LineWork& work);
+
+}  // namespace NS_KXDU

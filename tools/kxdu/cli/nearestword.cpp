@@ -1,0 +1,41 @@
+#include "cli/nearestword.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+
+namespace NS_KXDU {
+
+namespace {
+
+// How many characters must be put in, taken out or changed.
+std::size_t Distance(std::string_view from, std::string_view to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t taken = 0; taken < from.size(); ++taken) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t at = 0; at < to.size(); ++at) {
+            const std::size_t changed = diagonal + (from[taken] == to[at] ? 0 : 1);
+            diagonal = row[at + 1];
+            row[at + 1] = std::min({changed, row[at] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+}  // namespace
+
+std::string_view NearestWord(std::string_view text, const std::vector<std::string>& words) {
+    constexpr std::size_t LARGEST_DISTANCE = 2;
+    std::size_t least = std::min(LARGEST_DISTANCE + 1, text.size());
+    std::string_view nearest;
+    for (const std::string& word : words) {
+        if (const std::size_t distance = Distance(text, word); distance < least) {
+            least = distance;
+            nearest = word;
+        }
+    }
+    return nearest;
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,53 @@
+#include "cli/services.h"
+
+#include "cli/missingnes.h"
+#include "cli/verb.h"
+#include "failure.h"
+
+namespace NS_KXDU {
+
+void AddInventoryOption(Verb& verb, std::string& inventory) {
+    verb.AddText("--inventory", "FILE", inventory, "Inventory of the network (see kxdu inventory --help)")
+        .FromEnvironment("KX_INVENTORY");
+}
+
+void AddConfigOption(Verb& verb, std::string& config) {
+    verb.AddText("--config", "DIR", config,
+                 "Folder that holds the configuration, kx_corbaagent_bundle/bundle.cfg in TOML; docs/guide.md tells "
+                 "which items count")
+        .FromEnvironment("KX_CONFIG_DIR");
+}
+
+void AddServiceOptions(Verb& verb, ServiceOptions& options) {
+    AddInventoryOption(verb, options.inventory);
+    AddConfigOption(verb, options.config);
+}
+
+std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing) {
+    NS_STANDALONE::HostOptions hostOptions;
+    hostOptions.inventoryFile = options.inventory;
+    hostOptions.configFolder = options.config;
+    if (missing != nullptr) {
+        hostOptions.missingNe = [missing](std::int64_t neId) { missing->Note(neId); };
+    }
+    try {
+        return std::make_unique<NS_STANDALONE::Host>(hostOptions);
+    } catch (const std::runtime_error& error) {
+        throw Failure(ExitCode::USAGE, error.what());
+    }
+}
+
+void ComplainOfNoInventory() {
+    throw Failure(
+        ExitCode::USAGE,
+        "this identifier is written as the inventory says of its NE: give one with --inventory FILE or in KX_INVENTORY "
+        "(kxdu inventory --help tells how to make one)");
+}
+
+void ComplainOfNoConfiguration() {
+    throw Failure(ExitCode::USAGE,
+                  "identifiers of this type are read as the configuration tells: give its folder with --config DIR or "
+                  "in KX_CONFIG_DIR");
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "files/output.h"
+
+namespace NS_KXDU {
+
+/// An output for many small pieces of text.
+class BufferedOutput {
+public:
+    explicit BufferedOutput(const std::filesystem::path& file) : m_output(file) { m_buffer.reserve(CAPACITY); }
+
+    /// Throws as `Output` does, maybe late: for a piece that was given earlier.
+    void Write(std::string_view text) {
+        if (text.size() > CAPACITY - m_buffer.size()) {
+            Flush();
+        }
+        m_buffer.append(text);  // grows for a piece that is larger than the buffer
+    }
+
+    void Complete() {
+        Flush();
+        m_output.Complete();
+    }
+
+    [[nodiscard]] bool IsTerminal() const { return m_output.IsTerminal(); }
+
+    /// Hands over what was given until now. Throws as above.
+    void Flush() {
+        m_output.Write(m_buffer);
+        m_buffer.clear();
+    }
+
+private:
+    static constexpr std::size_t CAPACITY = 256U << 10U;
+
+    Output m_output;
+    std::string m_buffer;
+};
+
+}  // namespace NS_KXDU

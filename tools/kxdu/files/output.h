@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "files/temporaryfile.h"
+
+namespace NS_KXDU {
+
+/// Where a verb's results go: standard output, or a file that appears under its name only when it is complete. Devices
+/// and pipes that are given by name are written as they are.
+class Output {
+public:
+    /// Standard output when file is empty or "-". Throws `Failure` with `ExitCode::OUTPUT`.
+    explicit Output(const std::filesystem::path& file);
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    /// Hands text over at once. Throws `ClosedPipe`, or `Failure` with `ExitCode::OUTPUT`.
+    void Write(std::string_view text);
+
+    /// Lets the file appear. Throws `Failure` as above.
+    void Complete();
+
+    [[nodiscard]] bool IsTerminal() const;
+
+private:
+    std::string m_name;
+    std::optional<TemporaryFile> m_file;
+    int m_device = -1;
+    int m_descriptor = -1;
+};
+
+/// Writes a text that is all there is. Throws as `Output` does.
+void WriteWhole(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace NS_KXDU

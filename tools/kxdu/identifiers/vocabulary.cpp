@@ -1,0 +1,83 @@
+#include "identifiers/vocabulary.h"
+
+#include <algorithm>
+#include <span>
+
+#include <kx_domain_util/constanttables.h>
+#include <kx_domain_util/fbtype.h>
+#include <kx_domain_util/utilcommon.h>
+#include <kx_platform/selfutilcommon.h>
+
+namespace NS_KXDU {
+
+namespace {
+
+using Cell = Listing::Cell;
+using NS_UTIL::UtilCommon;
+
+template <class Row, class Key>
+bool Has(std::span<const Row> rows, Key Row::*key, int value) {
+    return std::any_of(rows.begin(), rows.end(), [&](const Row& row) { return static_cast<int>(row.*key) == value; });
+}
+
+}  // namespace
+
+Cell RateOfLevel(int level) {
+    const auto rows = NS_UTIL::GetClientRateRows();
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [&](const auto& rate) { return static_cast<int>(rate.level) == level; });
+    return row != rows.end() ? Cell(std::string(row->name)) : Cell();
+}
+
+Cell LevelOfRate(const std::string& rate) {
+    const std::string name = NS_UTIL::SelfUtilCommon::Instance()->upperStr(rate);
+    const auto rows = NS_UTIL::GetClientRateRows();
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& known) { return known.name == name; });
+    return row != rows.end() ? Cell(static_cast<std::int64_t>(row->level)) : Cell();
+}
+
+Cell FbTypeOfLevel(int level) {
+    if (!Has(NS_UTIL::GetLevelFbTypeRows(), &NS_UTIL::LevelFbTypeRow::level, level)) {
+        return {};
+    }
+    int fbType = 0;
+    UtilCommon::Instance()->InterfaceLevel2FBType(fbType, level);
+    return std::int64_t{fbType};
+}
+
+Cell NameOfFbType(int fbType) {
+    const bool isNamed = Has(NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType, fbType);
+    return isNamed ? Cell(NS_UTIL::GetFBTypeName(fbType)) : Cell();
+}
+
+Cell LevelOfFbType(int fbType) {
+    if (!Has(NS_UTIL::GetFbTypeLevelRows(), &NS_UTIL::FbTypeLevelRow::fbType, fbType)) {
+        return {};
+    }
+    int level = 0;
+    UtilCommon::Instance()->FBType2InterfaceLevel(level, fbType);
+    return std::int64_t{level};
+}
+
+Cell BidirOfFbType(int fbType) {
+    const auto rows = NS_UTIL::GetBidirFbTypeRows();
+    if (!Has(rows, &NS_UTIL::BidirFbTypeRow::fbType, fbType) &&
+        !Has(rows, &NS_UTIL::BidirFbTypeRow::bidirFbType, fbType)) {
+        return {};
+    }
+    return std::int64_t{UtilCommon::Instance()->GetBidirFBType(static_cast<unsigned short>(fbType))};
+}
+
+Cell IdOfCtp(const std::string& name) {
+    unsigned long ctpId = 0;
+    UtilCommon::Instance()->InterfaceTMFCTPName2ID(ctpId, name);
+    return ctpId != 0 ? Cell(static_cast<std::int64_t>(ctpId)) : Cell();
+}
+
+Cell NameOfCtp(int ctpId) {
+    std::string name;
+    UtilCommon::Instance()->InterfaceCTPId2TMFName(name, static_cast<unsigned long>(ctpId));
+    return !name.empty() ? Cell(name) : Cell();
+}
+
+}  // namespace NS_KXDU

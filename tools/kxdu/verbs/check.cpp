@@ -1,0 +1,114 @@
+#include <algorithm>
+
+#include "bulk/lines.h"
+#include "cli/missingnes.h"
+#include "cli/services.h"
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "identifiers/kinds.h"
+#include "identifiers/levelcheck.h"
+#include "text/text.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  kxdu check --inventory network.db network.fdn
+  kxdu check --levels-only *.fdn
+  echo 'NE=1,fr=2,S=' | kxdu check --levels-only
+
+Tells, as file:line:column: message, what is not well formed (an empty level, no "=", no tag, blanks or lower-case
+letters in a tag), unknown (a tag, a last level that means no kind of identifier), out of range (no decimal number where
+one belongs, or one that is not from -2147483648 to 2147483647; port numbers go up to 4294967295), repeated, and, of
+identifiers that have none of this, which are not what would be written for the record that is read from them, with the
+text that would. Columns count bytes, from 1. The last needs an inventory,
+from the first identifier on that depends on it; --levels-only leaves it out. How many NEs are
+missing from it is told on standard error at the end: their identifiers are compared as those of NE type 0.
+
+A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs from what would be written: the
+name is read as a|b, and nothing puts the escape back.
+
+Also told are lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB. A carriage return before a
+line's end belongs to the line end.
+
+Exit code: 0 nothing was found; 1 something was; 2 wrong arguments, an input that cannot be read, or no inventory where
+one is needed; 3 output that cannot be written.)";
+
+struct Options {
+    BulkOptions bulk;
+    ServiceOptions services;
+    bool isLevelsOnly = false;
+};
+
+class Checker : public LineConverter {
+public:
+    explicit Checker(bool isLevelsOnly) : m_isLevelsOnly(isLevelsOnly) {}
+
+    void Convert(std::string_view line, LineResult& result) override {
+        bool isGood = true;
+        CheckLevels(line, [&](const Problem& problem) {
+            isGood = false;
+            result.Report(problem.text, problem.column);
+        });
+        if (isGood) {
+            CheckWhole(line, result);
+        }
+    }
+
+private:
+    void CheckWhole(std::string_view line, LineResult& result) {
+        const Kind* const kind = FindKind(line);
+        if (kind == nullptr) {
+            const std::string_view moc = MocOf(line);
+            result.Report("no kind of identifier ends in the level " + Quoted(moc), ColumnOf(line, moc));
+        } else if (!m_isLevelsOnly) {
+            CheckWriting(*kind, line, result);
+        }
+    }
+
+    static std::size_t ColumnOf(std::string_view line, std::string_view part) {
+        return static_cast<std::size_t>(part.data() - line.data()) + 1;
+    }
+
+    void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
+        m_fdn.assign(line);
+        Writing([&] { kind.Rewrite(m_fdn, m_canonical); });
+        if (m_canonical != line) {
+            const auto [place, other] = std::mismatch(line.begin(), line.end(), m_canonical.begin(), m_canonical.end());
+            result.Report("would be written as " + QuotedWhole(m_canonical),
+                          static_cast<std::size_t>(place - line.begin()) + 1);
+        }
+    }
+
+    bool m_isLevelsOnly;
+    std::string m_fdn;
+    std::string m_canonical;
+};
+
+ExitCode Check(const Options& options) {
+    MissingNes missing;
+    const auto services = StartServices(options.services, &missing);
+    LineWork work;
+    work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };
+    work.isReportTheOutput = true;
+    work.finding = "found";
+    const ExitCode code = RunLines(options.bulk, work);
+    missing.Tell();
+    return code;
+}
+
+}  // namespace
+
+void AddCheck(CLI::App& app, Action& action) {
+    Verb verb(app, action, "check", "What is wrong with identifiers, and where");
+    const auto options = std::make_shared<Options>();
+    AddInputFiles(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    verb.AddFlag("--strict", options->bulk.isStrict, "Stop at the first finding, which is all that is told then");
+    AddServiceOptions(verb, options->services);
+    verb.AddFlag("--levels-only", options->isLevelsOnly, "Do not compare with what would be written");
+    verb.SetAction(HELP, options, Check);
+}
+
+}  // namespace NS_KXDU

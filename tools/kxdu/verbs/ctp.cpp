@@ -1,0 +1,53 @@
+#include "cli/asked.h"
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "formats/listing.h"
+#include "identifiers/vocabulary.h"
+#include "text/number.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  kxdu ctp E0 65534
+  kxdu tables ctp-names
+
+Columns: what was asked for, the id of the reserved CTP, and its TMF name. The case of a name counts. Where there is no
+answer stands "-" (csv: nothing, jsonl: null).
+
+Exit code: 0 each name or id means something; 1 one does not: all its answers are "-"; 2 wrong arguments; 3 output that
+cannot be written.)";
+
+struct Options {
+    ListingOptions listing;
+    std::vector<std::string> asked;
+};
+
+Listing::Row RowOf(const std::string& asked) {
+    const auto number = ReadNumber(asked);
+    const Listing::Cell id = number ? Listing::Cell(std::int64_t{*number}) : IdOfCtp(asked);
+    const Listing::Cell name = number ? NameOfCtp(*number) : Listing::Cell(asked);
+    const bool isKnown = !std::holds_alternative<Listing::None>(id) && !std::holds_alternative<Listing::None>(name);
+    return isKnown ? Listing::Row{asked, id, name} : Listing::Row{asked, {}, {}};
+}
+
+ExitCode Ctp(const Options& options) {
+    Listing listing({"asked", "ctpId", "name"});
+    for (const std::string& asked : AllAsked(options.asked)) {
+        listing.AddRow(RowOf(asked));
+    }
+    return PrintAnswers(listing, options.listing);
+}
+
+}  // namespace
+
+void AddCtp(CLI::App& app, Action& action) {
+    Verb verb(app, action, "ctp", "Ids and TMF names of reserved connection termination points");
+    const auto options = std::make_shared<Options>();
+    AddAsked(verb, "NAME|ID", options->asked, "TMF names such as E0, or CTP ids");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Ctp);
+}
+
+}  // namespace NS_KXDU

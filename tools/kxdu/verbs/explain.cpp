@@ -1,0 +1,77 @@
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/services.h"
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "files/output.h"
+#include "identifiers/explanation.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  kxdu explain 'NE=12,FR=1,S=3,CP=-1,PP=16||7|'
+  kxdu explain --inventory network.db 'NE=12,FR=1,S=3,CP=-1,PP=|1025|7|GE0/7,SUBIF=100'
+      with the types of the NEs, and compared with what the library writes
+  kxdu explain --color always 'NE=5,MD=3|md1' | less -R
+
+Behind the drawing stand the record that the identifier is read into, fields that it says nothing of dimmed, and a
+line for each thing that is wrong with it; kxdu check judges many at once.
+
+Exit code: 0 also when something is wrong; 2 wrong arguments, or an inventory or configuration that cannot be read;
+3 output that cannot be written.)";
+
+enum class Colour { AUTO, ALWAYS, NEVER };
+
+struct Options {
+    std::vector<std::string> fdns;
+    ServiceOptions services;
+    Colour colour = Colour::AUTO;
+};
+
+bool IsColoured(Colour colour, const Output& output) {
+    if (colour != Colour::AUTO) {
+        return colour == Colour::ALWAYS;
+    }
+    const char* const noColour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): no other thread runs
+    return output.IsTerminal() && (noColour == nullptr || *noColour == '\0');
+}
+
+ExitCode ExplainAll(const Options& options) {
+    const auto services = StartServices(options.services);
+    std::optional<NS_STANDALONE::Inventory> inventory;
+    if (!options.services.inventory.empty()) {
+        inventory = NS_STANDALONE::ReadInventory(options.services.inventory);
+    }
+    Output output({});
+    const bool isColoured = IsColoured(options.colour, output);
+    std::string text;
+    for (const std::string& fdn : options.fdns) {
+        text += text.empty() ? "" : "\n\n";
+        text += Draw(Explain(fdn, FindKind(fdn), inventory ? &*inventory : nullptr), isColoured);
+    }
+    output.Write(text);
+    output.Complete();
+    return ExitCode::OK;
+}
+
+}  // namespace
+
+void AddExplain(CLI::App& app, Action& action) {
+    Verb verb(app, action, "explain", "Draw an identifier with a line from each piece to its meaning");
+    const auto options = std::make_shared<Options>();
+    verb.AddTexts("IDENTIFIER", "TEXT", options->fdns, "What is explained; in quotes, since it may hold \"|\"")
+        .Required();
+    AddServiceOptions(verb, options->services);
+    verb.AddChoice("--color", "WHEN", options->colour,
+                   {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
+                   "auto (the default: on a terminal, unless NO_COLOR is set), always or never");
+    verb.SetAction(HELP, options, ExplainAll);
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,73 @@
+#include <kx_domain_util/fbtype.h>
+
+#include "cli/asked.h"
+#include "cli/numberargument.h"
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "formats/listing.h"
+#include "identifiers/vocabulary.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  kxdu fb 860
+  kxdu fb 122 131 65600 --format jsonl
+  kxdu get PP:1 -i network.fdn | sort -u | kxdu fb -
+
+Columns:
+  fbType           the number that was asked for
+  name             of the type; three types share the name COM
+  level, rate      the interface level on which FBs of this type sit, and its client rate
+  bidirFbType      the bidirectional type that it belongs to; a bidirectional type belongs to itself
+  logical          whether it is the type of a logical port: above 65535
+  portObject       whether an FB of this type is a port object, of any kind but 3
+  portObjectKind3  the same for kind 3
+  ptnAid           whether it has a PTN AID
+Where there is no answer stands "-" (csv: nothing, jsonl: null).
+
+Exit code: 0 each number means something; 1 one does not: all its answers are "-" and "no"; 2 wrong arguments; 3 output
+that cannot be written.)";
+
+struct Options {
+    ListingOptions listing;
+    std::vector<std::string> numbers;
+};
+
+Listing::Row RowOf(int fbType) {
+    const Listing::Cell level = LevelOfFbType(fbType);
+    const auto* const levelNumber = std::get_if<std::int64_t>(&level);
+    constexpr int ANOTHER_KIND = 0;
+    constexpr int KIND_3 = 3;
+    return {std::int64_t{fbType},
+            NameOfFbType(fbType),
+            level,
+            levelNumber != nullptr ? RateOfLevel(static_cast<int>(*levelNumber)) : Listing::Cell(),
+            BidirOfFbType(fbType),
+            NS_UTIL::IsLogicalPortByType(fbType),
+            NS_UTIL::IsPortObjByFbType(fbType, ANOTHER_KIND),
+            NS_UTIL::IsPortObjByFbType(fbType, KIND_3),
+            NS_UTIL::IsPTNAIDFBType(fbType)};
+}
+
+ExitCode Fb(const Options& options) {
+    Listing listing(
+        {"fbType", "name", "level", "rate", "bidirFbType", "logical", "portObject", "portObjectKind3", "ptnAid"});
+    for (const std::string& number : AllAsked(options.numbers)) {
+        listing.AddRow(RowOf(ParseNumber(number)));
+    }
+    return PrintAnswers(listing, options.listing);
+}
+
+}  // namespace
+
+void AddFb(CLI::App& app, Action& action) {
+    Verb verb(app, action, "fb", "What function-block types are: name, level, bidirectional type, ...");
+    const auto options = std::make_shared<Options>();
+    AddAsked(verb, "NUMBER", options->numbers, "FB types");
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, Fb);
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,168 @@
+#include <atomic>
+#include <cstdio>
+#include <optional>
+
+#include <kx_domain_util/ntffilter.h>
+#include <kx_domain_util/utilcommon.h>
+#include <kx_platform/textutil.h>
+
+#include "bulk/lines.h"
+#include "bulk/notificationid.h"
+#include "cli/services.h"
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "failure.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  tail -F alarms.log | kxdu filter --config /etc/nms | northbound-feed
+  kxdu filter --config /etc/nms --json notificationId alarms.jsonl -o passed.jsonl
+
+The configuration's items decide: with EventSwitch 1, only the identifiers of Whitelist pass, and 2101250; with 2, those
+of Blacklist are held back; otherwise all pass. Where EventSwitch, or the list that it chooses, is missing, that is told
+on standard error at the beginning; how many lines were held back is told there at the end, unless --strict ended the
+run before.
+
+An identifier is a number from 0 to 2147483647 in decimal digits. It is looked for in the fields of a line, which blanks
+or tabs, one or more, separate: the first field that is one counts, or the one that --field names, which lines need that
+begin with other numbers, as a date in bare numbers is. Commas separate nothing, so CSV is not read. With --json, a line
+is a JSON object, and the identifier its first member called KEY, as a number or as a text; the line is not looked at
+behind it.
+
+No alarm gets lost: a line without an identifier in its place, an empty one too, is passed on, and reported and counted.
+Lines pass byte for byte and at once, also from a slow pipe; only the last one gets the line end that it may lack. Lines
+longer than 1 MiB alone are rejected.
+
+Exit code: 0 every line had an identifier; 1 some had not, or were too long; 2 wrong arguments, or an input or a
+configuration that cannot be read; 3 output that cannot be written. A reader of the output that goes away is no error.)";
+
+struct Options {
+    BulkOptions bulk;
+    std::string config;
+    std::size_t field = 0;  // 0: any
+    std::optional<std::string> jsonKey;
+};
+
+struct Counts {
+    std::atomic<std::uint64_t> heldBack = 0;
+    std::atomic<std::uint64_t> passed = 0;
+    std::atomic<std::uint64_t> withoutId = 0;
+};
+
+class Filter : public LineConverter {
+public:
+    Filter(std::unique_ptr<NotificationIdReader> reader, Counts& total) : m_reader(std::move(reader)), m_total(total) {}
+
+    // Threads that counted together all the time would wait for each other.
+    ~Filter() override {
+        m_total.heldBack += m_heldBack;
+        m_total.passed += m_passed;
+        m_total.withoutId += m_withoutId;
+    }
+
+    Filter(const Filter&) = delete;
+    Filter& operator=(const Filter&) = delete;
+
+    void Convert(std::string_view line, LineResult& result) override {
+        const auto id = m_reader->Read(line);
+        if (!id) {
+            ++m_withoutId;
+            result.Report("no notification identifier; the line is passed on");
+        } else if (m_filter.IsFilteNtf(*id)) {
+            ++m_heldBack;
+            return;
+        }
+        ++m_passed;
+        char* const to = result.output.Push(line.size() + 1);
+        std::copy(line.begin(), line.end(), to);
+        to[line.size()] = '\n';
+    }
+
+private:
+    std::unique_ptr<NotificationIdReader> m_reader;
+    NS_UTIL::NtfFilter& m_filter = *NS_UTIL::NtfFilter::Instance();
+    Counts& m_total;
+    std::uint64_t m_heldBack = 0;
+    std::uint64_t m_passed = 0;
+    std::uint64_t m_withoutId = 0;
+};
+
+std::unique_ptr<NotificationIdReader> MakeReader(const Options& options) {
+    if (options.jsonKey) {
+        return MakeJsonMemberReader(*options.jsonKey);
+    }
+    return options.field != 0 ? MakeFieldReader(options.field) : MakeFirstNumberReader();
+}
+
+std::string Summary(const Counts& counts, const LineCounts& run) {
+    std::string text =
+        "kxdu: " + std::to_string(counts.heldBack) + " held back, " + std::to_string(counts.passed) + " passed on";
+    if (counts.withoutId != 0) {
+        text += ", " + std::to_string(counts.withoutId) + " of these without an identifier";
+    }
+    if (run.findings != counts.withoutId) {
+        text += ", " + std::to_string(run.findings - counts.withoutId) + " too long";
+    }
+    return text + "\n";
+}
+
+// A misspelt item is one that is missing, and a filter that passes all looks like one that works.
+std::string CaveatOfConfiguration() {
+    const auto& configuration = *NS_UTIL::UtilCommon::Instance();
+    std::string text;
+    if (!configuration.GetSupportCfgItem("EventSwitch", text)) {
+        return "the configuration has no EventSwitch: all notifications pass";
+    }
+    const int eventSwitch = NS_UTIL::Str2Int(text);
+    if (eventSwitch == 1 && !configuration.GetSupportCfgItem("Whitelist", text)) {
+        return "EventSwitch is 1, but the configuration has no Whitelist: only 2101250 passes";
+    }
+    if (eventSwitch == 2 && !configuration.GetSupportCfgItem("Blacklist", text)) {
+        return "EventSwitch is 2, but the configuration has no Blacklist: all notifications pass";
+    }
+    return {};
+}
+
+ExitCode RunFilter(const Options& options) {
+    if (options.config.empty()) {
+        throw Failure(ExitCode::USAGE,
+                      "the configuration tells what is held back: give its folder with --config DIR or in "
+                      "KX_CONFIG_DIR");
+    }
+    const auto services = StartServices({{}, options.config});
+    if (const std::string caveat = CaveatOfConfiguration(); !caveat.empty()) {
+        static_cast<void>(std::fprintf(stderr, "kxdu: %s\n", caveat.c_str()));
+    }
+    Counts counts;
+    LineWork work;
+    work.makeConverter = [&] { return std::make_unique<Filter>(MakeReader(options), counts); };
+    work.isVerbatim = true;
+    work.finding = "reported";
+    work.summarize = [&](const LineCounts& run) { return Summary(counts, run); };
+    return RunLines(options.bulk, work);
+}
+
+}  // namespace
+
+void AddFilter(CLI::App& app, Action& action) {
+    Verb verb(app, action, "filter", "Pass on the lines whose notification is not held back");
+    const auto options = std::make_shared<Options>();
+    AddInputFiles(verb, options->bulk);
+    AddRunOptions(verb, options->bulk);
+    AddRejectOptions(verb, options->bulk);
+    AddConfigOption(verb, options->config);
+    const VerbOption field =
+        verb.AddNumber("--field", options->field, "The identifier is the field N, counted from 1", 1);
+    const auto takeKey = [options](const std::string& key) {
+        options->jsonKey = key;
+        return std::string();
+    };
+    verb.AddChecked("--json", "KEY", takeKey, "Lines are JSON objects; the identifier is the member KEY")
+        .Excludes(field);
+    verb.SetAction(HELP, options, RunFilter);
+}
+
+}  // namespace NS_KXDU

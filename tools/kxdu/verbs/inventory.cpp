@@ -1,0 +1,221 @@
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <kx_domain_util/netype.h>
+#include <kx_standalone/inventoryfile.h>
+
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "files/output.h"
+#include "formats/listing.h"
+#include "network/inventorycsv.h"
+#include "text/text.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+using NS_STANDALONE::Inventory;
+
+constexpr auto BEFORE_THE_LISTS = R"(Examples:
+  kxdu inventory init network.db
+  kxdu inventory import network.db network/
+      replaces all that network.db holds by the CSV files of the folder
+  kxdu inventory export network.db network/
+  kxdu inventory list network.db --nes
+
+An inventory is an SQLite file that says what each NE is. Verbs take it with --inventory or from KX_INVENTORY; init,
+import and export only take the one that they name. As CSV files of a folder, the first line of each naming its columns:
+  ne.csv
+    ne_id               NE number, 0 to 2147483647
+    ne_type             its NE type, a row of ne_type.csv
+    multi_sub_shelf     1: has several sub-shelves
+    oam_number_omitted  1: its maintenance identifiers leave the numbers of domains and associations out
+  ne_type.csv
+    ne_type             0 to 65535
+    name                for people
+    ip_service          1: offers IP services
+    klv                 1: belongs to the KLV family
+  domain_member.csv     which domain lists an NE type is in; it need not be in ne_type.csv
+    cache               NE_TYPE_LIST or EQUIPMENT_TYPE
+    domain              name of the list
+    ne_type             0 to 65535
+Flags are 0 or 1. A byte-order mark at the beginning of a file is skipped. Domain lists that answers depend on
+(kxdu ne-type shows them):)";
+
+constexpr auto BEHIND_THE_LISTS = R"(Other lists are kept, and asked by nobody.
+
+Exit code: 0 done; 2 wrong arguments, or an inventory or CSV file that cannot be read or made; 3 output that cannot be
+written.)";
+
+// The lists that the predicates of the library ask.
+template <class Lists>
+std::string ListNames(const std::string& head, const Lists& lists) {
+    std::vector<std::string> names;
+    names.reserve(lists.size());
+    for (const std::string_view name : lists) {
+        names.push_back(Quoted(name) + (name == lists.back() ? "" : ","));
+    }
+    return Wrapped(head, names);
+}
+
+std::string Footer() {
+    return std::string(BEFORE_THE_LISTS) + "\n" + ListNames("  NE_TYPE_LIST    ", NS_UTIL::NE_TYPE_LISTS) + "\n" +
+           ListNames("  EQUIPMENT_TYPE  ", NS_UTIL::EQUIPMENT_TYPE_LISTS) + "\n" + BEHIND_THE_LISTS;
+}
+
+struct Options {
+    std::string file;
+    std::string folder;
+    ListingOptions listing;
+    bool isOfNes = false;
+};
+
+std::string Count(std::size_t count, const std::string& one) {
+    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+}
+
+std::string Counts(const Inventory& inventory) {
+    std::set<std::pair<NS_STANDALONE::DomainCache, std::string>> domains;
+    for (const auto& member : inventory.domainMembers) {
+        domains.emplace(member.cache, member.domain);
+    }
+    return Count(inventory.nes.size(), "NE") + ", " + Count(inventory.neTypes.size(), "NE type") + ", " +
+           Count(domains.size(), "domain list") + " of " + Count(inventory.domainMembers.size(), "member");
+}
+
+ExitCode Init(const Options& options) {
+    NS_STANDALONE::CreateInventory(options.file);
+    WriteWhole({}, options.file + ": made, empty\n");
+    return ExitCode::OK;
+}
+
+ExitCode Import(const Options& options) {
+    const Inventory inventory = ReadInventoryCsv(options.folder);
+    NS_STANDALONE::ReplaceInventory(options.file, inventory);
+    WriteWhole({}, options.file + ": now " + Counts(inventory) + "\n");
+    return ExitCode::OK;
+}
+
+ExitCode Export(const Options& options) {
+    const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
+    WriteInventoryCsv(options.folder, inventory);
+    WriteWhole({}, options.folder + ": " + Counts(inventory) + "\n");
+    return ExitCode::OK;
+}
+
+// Of each NE type, the domain lists that it is in.
+std::map<std::uint16_t, std::string> DomainsOfTypes(const Inventory& inventory) {
+    std::map<std::uint16_t, std::string> domains;
+    for (const auto& member : inventory.domainMembers) {
+        std::string& text = domains[member.neType];
+        text.append(text.empty() ? "" : ", ").append(member.domain);
+    }
+    return domains;
+}
+
+Listing ListTypes(const Inventory& inventory) {
+    std::map<std::uint16_t, std::int64_t> neCounts;
+    for (const auto& ne : inventory.nes) {
+        ++neCounts[ne.neType];
+    }
+    auto domains = DomainsOfTypes(inventory);
+    Listing listing({"neType", "name", "nes", "ipService", "klv", "domains"});
+    for (const auto& type : inventory.neTypes) {
+        listing.AddRow({std::int64_t{type.neType}, type.name, neCounts[type.neType], type.ipService, type.klv,
+                        domains[type.neType]});
+        domains.erase(type.neType);
+    }
+    // Domain lists may know types that the inventory has no row for.
+    for (const auto& [neType, names] : domains) {
+        listing.AddRow({std::int64_t{neType}, Listing::None{"(in domain lists only)"}, std::int64_t{0}, Listing::None{},
+                        Listing::None{}, names});
+    }
+    return listing;
+}
+
+Listing ListNes(const Inventory& inventory) {
+    std::map<std::uint16_t, std::string> names;
+    for (const auto& type : inventory.neTypes) {
+        names[type.neType] = type.name;
+    }
+    Listing listing({"neId", "neType", "name", "multiSubShelf", "oamNumberOmitted"});
+    for (const auto& ne : inventory.nes) {
+        listing.AddRow(
+            {std::int64_t{ne.neId}, std::int64_t{ne.neType}, names[ne.neType], ne.multiSubShelf, ne.oamNumberOmitted});
+    }
+    return listing;
+}
+
+ExitCode List(const Options& options) {
+    const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
+    const Listing listing = options.isOfNes ? ListNes(inventory) : ListTypes(inventory);
+    std::string text = listing.Text(options.listing.format);
+    if (options.listing.format == Listing::Format::TABLE) {
+        text.insert(0, options.file + ": " + Counts(inventory) + "\n\n");
+    }
+    WriteWhole(options.listing.output, text);
+    return ExitCode::OK;
+}
+
+// Each operation has options of its own: a variable of the environment that stands for one's argument would overwrite
+// another's.
+class Operation {
+public:
+    Operation(Verb& inventory, const std::string& name, const std::string& description, const std::string& example,
+              ExitCode (*run)(const Options&))
+        : m_verb(inventory.AddVerb(name, description)) {
+        m_verb.SetAction(
+            "Example:\n  kxdu inventory " + example + "\n\nkxdu inventory --help tells more, exit codes too.",
+            m_options, run);
+    }
+
+    VerbOption AddFile() {
+        const auto take = [options = m_options](const std::string& name) {
+            options->file = name;
+            return std::string(name.empty() ? "the name is empty" : "");
+        };
+        return m_verb.AddChecked("FILE", "", take, "The inventory, an SQLite file").Required();
+    }
+    void AddFolder(const std::string& help) { m_verb.AddText("FOLDER", "", m_options->folder, help).Required(); }
+    void AddListing() {
+        m_verb.AddFlag("--nes", m_options->isOfNes, "Show the NEs instead of the NE types");
+        AddListingOptions(m_verb, m_options->listing);
+    }
+
+private:
+    Verb m_verb;
+    std::shared_ptr<Options> m_options = std::make_shared<Options>();
+};
+
+}  // namespace
+
+void AddInventory(CLI::App& app, Action& action) {
+    Verb inventory(app, action, "inventory", "Make, fill and show the file that says what each NE is");
+    inventory.SetHelp(Footer());
+
+    Operation init(inventory, "init", "Make an empty inventory; a file that exists is left alone, with an error",
+                   "init network.db", Init);
+    init.AddFile();
+
+    Operation import(inventory, "import", "Replace all that an inventory holds by CSV files, all or nothing",
+                     "import network.db network/", Import);
+    import.AddFile();
+    import.AddFolder("Folder of ne.csv, ne_type.csv and domain_member.csv");
+
+    Operation toCsv(inventory, "export", "Write an inventory as CSV files", "export network.db network/", Export);
+    toCsv.AddFile();
+    toCsv.AddFolder("Folder for ne.csv, ne_type.csv and domain_member.csv; made when there is none");
+
+    Operation list(inventory, "list", "Show an inventory: its NE types, and as a table how much it holds",
+                   "list network.db --nes --format csv", List);
+    list.AddFile().FromEnvironment("KX_INVENTORY");
+    list.AddListing();
+}
+
+}  // namespace NS_KXDU

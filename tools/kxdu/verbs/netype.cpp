@@ -1,0 +1,152 @@
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include <kx_domain_util/netype.h>
+#include <kx_standalone/inventoryfile.h>
+
+#include "cli/asked.h"
+#include "cli/numberargument.h"
+#include "cli/services.h"
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "files/output.h"
+#include "formats/listing.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  kxdu ne-type 1912 1335 --inventory network.db
+  kxdu ne-type 2701 --ne 70 --inventory network.db
+  KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
+
+Tables have a line for each question and a column for each NE type; csv and jsonl have a row for each NE type. The
+questions are called like the functions that answer them; name is what the inventory calls the type. Without an
+inventory, only those questions are answered that numbers fixed in the library decide, and the others have "-";
+IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
+
+Exit code: 0 something is known of each NE type; 1 of one it is not: it has no name, and no answer is yes; 2 wrong
+arguments, or an inventory that cannot be read; 3 output that cannot be written.)";
+
+struct Options {
+    ListingOptions listing;
+    std::string inventory;
+    std::int32_t ne = -1;  // none
+    std::vector<std::string> numbers;
+};
+
+constexpr int LARGEST_NE_TYPE = 65535;
+
+struct Question {
+    const char* name;
+    bool (*ask)(unsigned short neType);
+};
+
+constexpr std::array<Question, 4> FIXED_QUESTIONS{{
+    {"IsPTN41", NS_UTIL::IsPTN41},
+    {"IsPTN31", NS_UTIL::IsPTN31},
+    {"IsPTN470", NS_UTIL::IsPTN470},
+    {"IsKLVByNEType", NS_UTIL::IsKLVByNEType},
+}};
+
+// Those that domain lists decide, which are loaded from the inventory, or the inventory itself.
+constexpr std::array<Question, 21> INVENTORY_QUESTIONS{{
+    {"IsRouteNE", NS_UTIL::IsRouteNE},
+    {"IsTransNE", NS_UTIL::IsTransNE},
+    {"IsAccessNE", NS_UTIL::IsAccessNE},
+    {"IsPTNClasssNE", NS_UTIL::IsPTNClasssNE},
+    {"IsPTNDMTNE", NS_UTIL::IsPTNDMTNE},
+    {"IsPTNNE", NS_UTIL::IsPTNNE},
+    {"IsMSTPNE", NS_UTIL::IsMSTPNE},
+    {"IsIPMSTPNE", NS_UTIL::IsIPMSTPNE},
+    {"IsIPKLVNE", NS_UTIL::IsIPKLVNE},
+    {"IsKLV600NE", NS_UTIL::IsKLV600NE},
+    {"IsOTNNE", NS_UTIL::IsOTNNE},
+    {"IsWDMNE", NS_UTIL::IsWDMNE},
+    {"IsOTN_NA", NS_UTIL::IsOTN_NA},
+    {"IsWDM_NA", NS_UTIL::IsWDM_NA},
+    {"IsNAWDMByNEType", NS_UTIL::IsNAWDMByNEType},
+    {"IsOTN4750NE", NS_UTIL::IsOTN4750NE},
+    {"IsBIGSLOTNE", NS_UTIL::IsBIGSLOTNE},
+    {"IsAccBitsNE", NS_UTIL::IsAccBitsNE},
+    {"IsMultiShelfTypeNE", NS_UTIL::IsMultiShelfTypeNE},
+    {"IsIPServiceNE", NS_UTIL::IsIPServiceNE},
+    {"IsKLVNE", NS_UTIL::IsKLVNE},
+}};
+
+std::vector<std::string> ColumnNames() {
+    std::vector<std::string> names{"neType", "name"};
+    for (const Question& question : FIXED_QUESTIONS) {
+        names.emplace_back(question.name);
+    }
+    for (const Question& question : INVENTORY_QUESTIONS) {
+        names.emplace_back(question.name);
+    }
+    names.emplace_back("IsTransMultiSubShelfNE");
+    return names;
+}
+
+Listing::Cell NameOf(std::uint16_t neType, const NS_STANDALONE::Inventory& inventory) {
+    for (const NS_STANDALONE::NeTypeRow& row : inventory.neTypes) {
+        if (row.neType == neType) {
+            return row.name;
+        }
+    }
+    return {};
+}
+
+// inventory: null when there is none.
+Listing::Row RowOf(std::uint16_t neType, const NS_STANDALONE::Inventory* inventory, std::int32_t ne) {
+    Listing::Row row{std::int64_t{neType}, inventory != nullptr ? NameOf(neType, *inventory) : Listing::Cell()};
+    for (const Question& question : FIXED_QUESTIONS) {
+        row.emplace_back(question.ask(neType));
+    }
+    for (const Question& question : INVENTORY_QUESTIONS) {
+        row.push_back(inventory != nullptr ? Listing::Cell(question.ask(neType)) : Listing::Cell());
+    }
+    if (inventory == nullptr) {
+        row.emplace_back();
+    } else if (ne == -1) {
+        row.emplace_back(Listing::None{"needs --ne"});
+    } else {
+        row.emplace_back(NS_UTIL::IsTransMultiSubShelfNE(static_cast<unsigned long>(ne), neType));
+    }
+    return row;
+}
+
+ExitCode NeType(const Options& options) {
+    std::optional<NS_STANDALONE::Inventory> inventory;
+    if (!options.inventory.empty()) {
+        inventory = NS_STANDALONE::ReadInventory(options.inventory);  // for the names, which no service tells
+    }
+    const auto services = StartServices({options.inventory, {}});
+    Listing listing(ColumnNames());
+    for (const std::string& number : AllAsked(options.numbers)) {
+        const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
+        listing.AddRow(RowOf(neType, inventory ? &*inventory : nullptr, options.ne));
+    }
+    const Listing::Format format = options.listing.format;
+    const bool isForPeople = format == Listing::Format::TABLE || format == Listing::Format::MARKDOWN;
+    std::string text = (isForPeople ? listing.Turned() : listing).Text(format);
+    if (isForPeople && !inventory) {
+        text += "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n";
+    }
+    WriteWhole(options.listing.output, text);
+    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+}
+
+}  // namespace
+
+void AddNeType(CLI::App& app, Action& action) {
+    Verb verb(app, action, "ne-type", "Which families of network elements NE types belong to");
+    const auto options = std::make_shared<Options>();
+    AddAsked(verb, "NUMBER", options->numbers, "NE types");
+    verb.AddNumber("--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about");
+    AddInventoryOption(verb, options->inventory);
+    AddListingOptions(verb, options->listing);
+    verb.SetAction(HELP, options, NeType);
+}
+
+}  // namespace NS_KXDU

@@ -1,0 +1,87 @@
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "cli/verb.h"
+#include "cli/verbs.h"
+#include "files/bufferedoutput.h"
+#include "network/inventorycsv.h"
+#include "network/sampleidentifiers.h"
+#include "network/samplenetwork.h"
+
+namespace NS_KXDU {
+
+namespace {
+
+constexpr auto HELP = R"(Examples:
+  kxdu sample --ne 3 --seed 7
+      the identifiers of three NEs
+  kxdu sample --ne 2000 -o network.fdn --inventory-csv network/
+      those of a network, and the inventory that "kxdu inventory import" reads
+  kxdu sample --identifiers 5000000 | kxdu check --levels-only
+      as many as asked for, to measure with
+
+Neither an inventory nor a configuration plays a part.
+
+Exit code: 0; 2 wrong arguments; 3 output that cannot be written. A reader of the output that goes away is no error.)";
+
+constexpr std::int32_t MOST_NES = 100'000'000;
+
+struct Options {
+    std::int32_t neCount = 2000;
+    std::uint64_t identifierCount = 0;  // 0: all of the NEs' identifiers
+    std::uint64_t seed = 1;
+    std::string output;
+    std::string inventoryFolder;  // empty: no inventory is written
+};
+
+// Writes identifiers until there are as many as asked for; answers how many NEs they are of.
+std::int32_t WriteNetwork(const SampleNetwork& network, const Options& options, BufferedOutput& output) {
+    const SampleInventoryService inventory(network);
+    SampleIdentifiers identifiers(network);
+    const std::int32_t mostNes = options.identifierCount == 0 ? options.neCount : MOST_NES;
+    const std::uint64_t most = options.identifierCount == 0 ? UINT64_MAX : options.identifierCount;
+    std::uint64_t written = 0;
+    const auto take = [&](const std::string& fdn) {
+        if (written < most) {
+            ++written;
+            output.Write(fdn);
+            output.Write("\n");
+        }
+    };
+    std::int32_t neId = 0;
+    while (neId < mostNes && written < most) {
+        identifiers.Write(++neId, take);
+    }
+    return neId;
+}
+
+ExitCode Sample(const Options& options) {
+    const SampleNetwork network(options.seed);
+    BufferedOutput output(options.output);
+    const std::int32_t neCount = WriteNetwork(network, options, output);
+    if (!options.inventoryFolder.empty()) {
+        WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
+    }
+    output.Complete();
+    return ExitCode::OK;
+}
+
+}  // namespace
+
+void AddSample(CLI::App& app, Action& action) {
+    Verb verb(app, action, "sample", "Make up a plausible network: its identifiers, its inventory");
+    const auto options = std::make_shared<Options>();
+    const VerbOption neCount =
+        verb.AddNumber("--ne", options->neCount, "How many NEs the network has; 2000 by default", 1, MOST_NES);
+    verb.AddNumber("--identifiers", options->identifierCount,
+                   "How many identifiers are written, of as many NEs as it takes", 1)
+        .Excludes(neCount);
+    verb.AddNumber("--seed", options->seed, "The same seed gives the same bytes, on every machine; 1 by default");
+    verb.AddOutput(options->output);
+    verb.AddText("--inventory-csv", "FOLDER", options->inventoryFolder,
+                 "Also write the inventory to FOLDER, as CSV files");
+    verb.SetAction(HELP, options, Sample);
+}
+
+}  // namespace NS_KXDU
