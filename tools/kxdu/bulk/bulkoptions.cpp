@@ -27,8 +27,8 @@ void AddRunOptions(Verb& verb, BulkOptions& options) {
 
 void AddRejectOptions(Verb& verb, BulkOptions& options) {
     verb.AddText("--rejects", "FILE", options.rejects,
-                 "Write which lines are reported, and why, to FILE, which may be neither an input nor the output; "
-                 "standard error otherwise");
+                 "Write which lines are reported, and why, to FILE, which may be no file that the run reads or writes "
+                 "besides; standard error otherwise");
     verb.AddFlag("--strict", options.isStrict,
                  "Stop at the first line that is reported; the output file then does not appear");
 }

@@ -16,6 +16,7 @@
 #include "bulk/blockreader.h"
 #include "bulk/progress.h"
 #include "failure.h"
+#include "files/fileinuse.h"
 #include "files/output.h"
 #include "files/samefile.h"
 #include "text/text.h"
@@ -58,30 +59,25 @@ std::string Summary(const LineWork& work, const LineCounts& counts) {
            (counts.isStopped ? ", and stopped there\n" : "\n");
 }
 
-void Refuse(const std::string& file, const char* what) {
-    throw Failure(ExitCode::USAGE, file + ": " + what);
-}
-
-// A file that is read may be replaced by the output, which takes its place when all is read; but not by the rejected
-// lines, and it may not grow while it is read.
-void RefuseLoss(const BulkOptions& options) {
+// An input may be replaced by the output, which takes its place when all is read; but not by the rejected lines, and it
+// may not grow while it is read. What else the run needs is replaced by neither.
+void RefuseLoss(const BulkOptions& options, std::vector<FileInUse> filesInUse) {
+    RefuseReplacing(filesInUse, options.output);
     const auto nameOf = [](const std::string& file, const char* stream) {
         return file.empty() || file == "-" ? std::string(stream) : file;
     };
     const std::string output = nameOf(options.output, "/dev/stdout");
-    if (!options.rejects.empty() && IsSameFile(options.rejects, output)) {
-        Refuse(options.rejects, "the rejected lines would replace the output");
-    }
+    filesInUse.push_back({output, "output"});
     const std::vector<std::string> standardInput{"-"};
     for (const std::string& file : options.files.empty() ? standardInput : options.files) {
         const std::string input = nameOf(file, "/dev/stdin");
-        if (!options.rejects.empty() && IsSameFile(options.rejects, input)) {
-            Refuse(options.rejects, "the rejected lines would replace the input");
-        }
+        filesInUse.push_back({input, "input"});
         if (output == "/dev/stdout" && IsSameFile(output, input)) {
-            Refuse(file == "-" ? "standard input" : file, "is standard output too; write to it with -o");
+            throw Failure(ExitCode::USAGE,
+                          (file == "-" ? "standard input" : file) + ": is standard output too; write to it with -o");
         }
     }
+    RefuseReplacing(filesInUse, options.rejects, "the rejected lines");
 }
 
 }  // namespace
@@ -338,7 +334,7 @@ private:
 };
 
 ExitCode RunLines(const BulkOptions& options, const LineWork& work) {
-    RefuseLoss(options);
+    RefuseLoss(options, work.filesInUse);
     const LineCounts counts = LineRun(options, work).Run();
     std::fputs(Summary(work, counts).c_str(), stderr);
     return counts.findings == 0 ? ExitCode::OK : ExitCode::FOUND;

@@ -12,6 +12,7 @@
 
 #include "bulk/bulkoptions.h"
 #include "exitcode.h"
+#include "files/fileinuse.h"
 #include "text/textbuffer.h"
 
 namespace NS_KXDU {
@@ -70,6 +71,7 @@ struct LineWork {
     bool isVerbatim = false;                ///< every line is converted that is not too long, just as it is
     bool isReportTheOutput = false;         ///< findings are what the user asked for: they go to the output
     std::string_view finding = "rejected";  ///< a line with a finding, in the summary
+    std::vector<FileInUse> filesInUse;      ///< what the run needs besides the inputs
 
     /// The last line on standard error of a run that nothing stopped, with its end, in place of the usual one; called
     /// when the converters are gone.

@@ -1,10 +1,18 @@
 #include "cli/services.h"
 
+#include <filesystem>
+
 #include "cli/missingnes.h"
 #include "cli/verb.h"
 #include "failure.h"
 
 namespace NS_KXDU {
+
+namespace {
+
+constexpr auto CONFIG_FILE = "kx_corbaagent_bundle/bundle.cfg";
+
+}  // namespace
 
 void AddInventoryOption(Verb& verb, std::string& inventory) {
     verb.AddText("--inventory", "FILE", inventory, "Inventory of the network (see kxdu inventory --help)")
@@ -13,14 +21,25 @@ void AddInventoryOption(Verb& verb, std::string& inventory) {
 
 void AddConfigOption(Verb& verb, std::string& config) {
     verb.AddText("--config", "DIR", config,
-                 "Folder that holds the configuration, kx_corbaagent_bundle/bundle.cfg in TOML; docs/guide.md tells "
-                 "which items count")
+                 std::string("Folder that holds the configuration, ") + CONFIG_FILE +
+                     " in TOML; docs/guide.md tells which items count")
         .FromEnvironment("KX_CONFIG_DIR");
 }
 
 void AddServiceOptions(Verb& verb, ServiceOptions& options) {
     AddInventoryOption(verb, options.inventory);
     AddConfigOption(verb, options.config);
+}
+
+std::vector<FileInUse> FilesInUse(const ServiceOptions& options) {
+    std::vector<FileInUse> files;
+    if (!options.inventory.empty()) {
+        files.push_back({options.inventory, "inventory"});
+    }
+    if (!options.config.empty()) {
+        files.push_back({std::filesystem::path(options.config) / CONFIG_FILE, "configuration"});
+    }
+    return files;
 }
 
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing) {

@@ -3,9 +3,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <kx_domain_util/processexception.h>
 #include <kx_standalone/host.h>
+
+#include "files/fileinuse.h"
 
 namespace NS_KXDU {
 
@@ -24,6 +27,9 @@ void AddInventoryOption(Verb& verb, std::string& inventory);
 void AddConfigOption(Verb& verb, std::string& config);
 /// Adds both.
 void AddServiceOptions(Verb& verb, ServiceOptions& options);
+
+/// What of it an output must not replace.
+std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
 /// The services, for as long as it lives. Notes in missing, unless it is null, which NEs the inventory is asked about
 /// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.

@@ -217,6 +217,14 @@ void WriteTable(BufferedOutput& file, const Table& table, const std::vector<Row>
 
 }  // namespace
 
+std::vector<FileInUse> InventoryCsvFiles(const std::filesystem::path& folder) {
+    std::vector<FileInUse> files;
+    for (const Table* const table : {&NeTable(), &NeTypeTable(), &DomainMemberTable()}) {
+        files.push_back({folder / table->file, "inventory"});
+    }
+    return files;
+}
+
 Inventory ReadInventoryCsv(const std::filesystem::path& folder) {
     Inventory inventory;
     std::set<std::uint16_t> neTypes;

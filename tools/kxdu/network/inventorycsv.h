@@ -8,10 +8,16 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 #include <kx_standalone/inventoryfile.h>
 
+#include "files/fileinuse.h"
+
 namespace NS_KXDU {
+
+/// The three files, as messages call them.
+std::vector<FileInUse> InventoryCsvFiles(const std::filesystem::path& folder);
 
 /// Throws std::runtime_error, its text naming file, line and reason: a file or the header line is missing, a row has
 /// too few or too many columns, a value is not what its column takes, an NE, an NE type or a domain member is repeated,

@@ -90,6 +90,7 @@ ExitCode Check(const Options& options) {
     MissingNes missing;
     const auto services = StartServices(options.services, &missing);
     LineWork work;
+    work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };
     work.isReportTheOutput = true;
     work.finding = "found";

@@ -105,6 +105,7 @@ ExitCode Decode(const Options& options) {
     layout.kinds = forced != nullptr ? std::vector{forced} : AllKinds();
     const auto services = StartServices(options.services);
     LineWork work;
+    work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Decoder>(forced, layout); };
     work.header = MakeHeader(layout);
     return RunLines(options.bulk, work);

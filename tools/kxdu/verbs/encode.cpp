@@ -86,6 +86,7 @@ ExitCode Encode(const Options& options) {
     MissingNes missing;
     const auto services = StartServices(options.services, &missing);
     LineWork work;
+    work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Encoder>(options.isFdnIgnored); };
     work.finding = "rejected or changed";
     const ExitCode code = RunLines(options.bulk, work);

@@ -132,12 +132,14 @@ ExitCode RunFilter(const Options& options) {
                       "the configuration tells what is held back: give its folder with --config DIR or in "
                       "KX_CONFIG_DIR");
     }
-    const auto services = StartServices({{}, options.config});
+    const ServiceOptions serviceOptions{{}, options.config};
+    const auto services = StartServices(serviceOptions);
     if (const std::string caveat = CaveatOfConfiguration(); !caveat.empty()) {
         static_cast<void>(std::fprintf(stderr, "kxdu: %s\n", caveat.c_str()));
     }
     Counts counts;
     LineWork work;
+    work.filesInUse = FilesInUse(serviceOptions);
     work.makeConverter = [&] { return std::make_unique<Filter>(MakeReader(options), counts); };
     work.isVerbatim = true;
     work.finding = "reported";

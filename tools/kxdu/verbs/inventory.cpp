@@ -9,6 +9,7 @@
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
+#include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "files/output.h"
@@ -104,6 +105,9 @@ ExitCode Import(const Options& options) {
 
 ExitCode Export(const Options& options) {
     const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
+    for (const FileInUse& table : InventoryCsvFiles(options.folder)) {
+        RefuseReplacing(FilesInUse({options.file, {}}), table.name);
+    }
     WriteInventoryCsv(options.folder, inventory);
     WriteWhole({}, options.folder + ": " + Counts(inventory) + "\n");
     return ExitCode::OK;
@@ -153,6 +157,7 @@ Listing ListNes(const Inventory& inventory) {
 }
 
 ExitCode List(const Options& options) {
+    RefuseReplacing(FilesInUse({options.file, {}}), options.listing.output);
     const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
     const Listing listing = options.isOfNes ? ListNes(inventory) : ListTypes(inventory);
     std::string text = listing.Text(options.listing.format);

@@ -117,11 +117,13 @@ Listing::Row RowOf(std::uint16_t neType, const NS_STANDALONE::Inventory* invento
 }
 
 ExitCode NeType(const Options& options) {
+    const ServiceOptions serviceOptions{options.inventory, {}};
+    RefuseReplacing(FilesInUse(serviceOptions), options.listing.output);
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.inventory.empty()) {
         inventory = NS_STANDALONE::ReadInventory(options.inventory);  // for the names, which no service tells
     }
-    const auto services = StartServices({options.inventory, {}});
+    const auto services = StartServices(serviceOptions);
     Listing listing(ColumnNames());
     for (const std::string& number : AllAsked(options.numbers)) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));

@@ -57,6 +57,9 @@ std::int32_t WriteNetwork(const SampleNetwork& network, const Options& options, 
 }
 
 ExitCode Sample(const Options& options) {
+    if (!options.inventoryFolder.empty()) {
+        RefuseReplacing(InventoryCsvFiles(options.inventoryFolder), options.output);
+    }
     const SampleNetwork network(options.seed);
     BufferedOutput output(options.output);
     const std::int32_t neCount = WriteNetwork(network, options, output);
