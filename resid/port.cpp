@@ -171,10 +171,20 @@ bool StandsForNoPort(const Levels& levels, std::string_view fdn) {
     return (levels.MayRepeat() || levels.template Value<"S">() == "0") && fdn.find(NO_PORT) != std::string_view::npos;
 }
 
+// Where word begins, which begins with "SU"; npos when it is nowhere. Many levels begin with an "S", hardly any text
+// has a "U".
+std::size_t FindSubIf(std::string_view text, std::string_view word) noexcept {
+    auto at = text.find('U', 1);
+    while (at != std::string_view::npos && !text.substr(at - 1).starts_with(word)) {
+        at = text.find('U', at + 1);
+    }
+    return at == std::string_view::npos ? at : at - 1;
+}
+
 // The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
 // turned into an access point, in key.fdnText.
 std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
-    if (const auto subIf = fdn.find("SUBIF"); subIf != std::string::npos) {
+    if (const auto subIf = FindSubIf(fdn, "SUBIF"); subIf != std::string_view::npos) {
         return std::string_view(fdn).substr(subIf);
     }
     const auto channelSet = fdn.find("CHANNELSET");
@@ -270,7 +280,7 @@ void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
 void ResIDUtil::ResID2PortIndex(const std::string& fdn, CtpKey_T& key) {
     ResID2PortIndex(fdn, key.port);
     constexpr std::string_view SUBIF = "SUBIF=";
-    if (const auto subIf = fdn.find(SUBIF); subIf != std::string::npos) {
+    if (const auto subIf = FindSubIf(fdn, SUBIF); subIf != std::string_view::npos) {
         key.subIfId = Str2Int(std::string_view(fdn).substr(subIf + SUBIF.size()));
     }
 }
