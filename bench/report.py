@@ -18,8 +18,9 @@ from limits import tell, write_json
 # How many times as fast as its literal counterpart a conversion is, at least.
 LEAST_RATIOS = {
     "ResID2PortIndex(PortIndex)": 20, "ResID2PortIndex(CtpKey_T)": 20, "ResID2TPIndex": 20, "ResID2APIndex": 15,
-    "ResID2NEIndex": 40, "ResID2SubSlotIndex": 25, "ResID2MAIndex": 12, "ResID2MepIndex": 5, "ResID2SVCIndex": 12, "ResID2TunnelIndex": 10,
-    "PortIndex2ResID(PortIndex)": 12, "PortIndex2ResID(CtpKey_T)": 12, "TPIndex2ResID": 12, "CardIndex2ResID": 10, "MepIndex2ResID": 8,
+    "ResID2NEIndex": 40, "ResID2SubSlotIndex": 25, "ResID2MAIndex": 12, "ResID2MepIndex": 5, "ResID2SVCIndex": 12,
+    "ResID2TunnelIndex": 10, "PortIndex2ResID(PortIndex)": 12, "PortIndex2ResID(CtpKey_T)": 12, "TPIndex2ResID": 12,
+    "CardIndex2ResID": 10, "MepIndex2ResID": 8,
 }
 # How many times as much two threads convert as one.
 LEAST_GAIN = 1.8
