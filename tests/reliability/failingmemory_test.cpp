@@ -1,4 +1,5 @@
-// What becomes of every operation when memory runs out in it: each of its allocations fails in turn.
+// What becomes of every operation when memory runs out in it: each of its allocations fails in turn, alone or with all
+// that come after it.
 #include <array>
 #include <cstdio>
 #include <functional>
@@ -11,6 +12,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -35,6 +37,8 @@ using NS_TEST::LiveAllocations;
 using NS_TEST::LONG_TEXT;
 using NS_TEST::Operation;
 using NS_TEST::Registration;
+using NS_TEST::Shortage;
+using NS_TEST::SHORTAGES;
 using NS_UTIL::InterfaceNotExistException;
 using testing::HasSubstr;
 using testing::Optional;
@@ -88,40 +92,53 @@ Outcome Ask(Answer& answer) {
     }
 }
 
-Outcome AskSparing(std::size_t spared, Answer& answer) {
-    const FailingAllocations failing(spared);
-    return Ask(answer);
+struct Attempt {
+    Outcome outcome = Outcome::ANSWERED;
+    bool hasMemoryFailed = true;  // an answer may come in spite of it: what was lost is a log record
+};
+
+Attempt AskSparing(std::size_t spared, Shortage shortage, Answer& answer) {
+    const FailingAllocations failing(spared, shortage);
+    const Outcome outcome = Ask(answer);
+    return {outcome, failing.HasOneFailed()};
 }
 
 // What becomes of an operation, asked again and again in a process in which nobody has used the library. Says what is
 // wrong, nothing when all is right.
 class Trial {
 public:
-    explicit Trial(const Operation& operation) : m_operation(operation), m_right(operation.makeAnswer()) {}
+    Trial(const Operation& operation, Shortage shortage)
+        : m_operation(operation), m_shortage(shortage), m_right(operation.makeAnswer()) {}
 
+    std::string Complaint() {
+        const std::string complaint = FirstCalls();
+        return complaint.empty() ? LaterCalls() : complaint;
+    }
+
+private:
     /// First calls: what is made once and stays is made by calls of which some fail.
     std::string FirstCalls() {
         const auto answer = m_operation.makeAnswer();
-        Outcome outcome = Outcome::OUT_OF_MEMORY;
-        for (std::size_t spared = 0; outcome == Outcome::OUT_OF_MEMORY; ++spared) {
-            outcome = AskSparing(spared, *answer);
+        Attempt attempt;
+        for (std::size_t spared = 0; attempt.hasMemoryFailed; ++spared) {
+            attempt = AskSparing(spared, m_shortage, *answer);
         }
         m_outcome = Ask(*m_right);
-        return outcome == m_outcome && IsRight(*answer) ? "" : "failed first calls leave a wrong answer";
+        return attempt.outcome == m_outcome && IsRight(*answer) ? "" : "failed first calls leave a wrong answer";
     }
 
     /// Later calls: each either fails and leaves nothing, or answers.
     std::string LaterCalls() {
         AskInOtherThread(*m_operation.makeAnswer());  // makes what stays of a second thread
-        Outcome outcome = Outcome::OUT_OF_MEMORY;
-        for (std::size_t spared = 0; outcome == Outcome::OUT_OF_MEMORY; ++spared) {
+        Attempt attempt;
+        for (std::size_t spared = 0; attempt.hasMemoryFailed; ++spared) {
             const std::ptrdiff_t live = LiveAllocations();
             {
                 const auto answer = m_operation.makeAnswer();
                 const auto next = m_operation.makeAnswer();
-                outcome = AskSparing(spared, *answer);
-                if (outcome != Outcome::OUT_OF_MEMORY) {
-                    if (outcome != m_outcome || !IsRight(*answer)) {
+                attempt = AskSparing(spared, m_shortage, *answer);
+                if (attempt.outcome != Outcome::OUT_OF_MEMORY) {
+                    if (attempt.outcome != m_outcome || !IsRight(*answer)) {
                         return "it answers wrong" + After(spared);
                     }
                 } else if (AskInOtherThread(*next) != m_outcome || !next->Equals(*m_right)) {
@@ -137,7 +154,6 @@ public:
         return "";
     }
 
-private:
     static std::string After(std::size_t spared) { return " after " + std::to_string(spared) + " allocations"; }
 
     // Where a service is missing, the answer is what was written until then: not the same after a failure.
@@ -153,30 +169,33 @@ private:
     }
 
     const Operation& m_operation;
+    Shortage m_shortage;
     Outcome m_outcome = Outcome::ANSWERED;
     std::unique_ptr<Answer> m_right;
 };
 
 // What stays of a first call: a plain one, or several of which all but the last fail.
-std::ptrdiff_t AllocationsThatStay(const Operation& operation, bool isFailing) {
+std::ptrdiff_t AllocationsThatStay(const Operation& operation, std::optional<Shortage> shortage) {
     const std::ptrdiff_t live = LiveAllocations();
     {
         const auto answer = operation.makeAnswer();
-        if (!isFailing) {
+        if (!shortage) {
             Ask(*answer);
         }
-        for (std::size_t spared = 0; isFailing && AskSparing(spared, *answer) == Outcome::OUT_OF_MEMORY; ++spared) {}
+        for (std::size_t spared = 0; shortage && AskSparing(spared, *shortage, *answer).hasMemoryFailed; ++spared) {}
     }
     return LiveAllocations() - live;
 }
 
 // Operations in a process that has all services, and in one that has none.
-class FailingMemory : public testing::TestWithParam<bool> {
+class FailingMemory : public testing::TestWithParam<std::tuple<bool, Shortage>> {
 protected:
+    static Shortage GetShortage() { return std::get<Shortage>(GetParam()); }
+
     static std::string InFreshProcess(const std::function<std::string()>& say) {
         return InChildProcess([&say] {
                    std::optional<Services> services;
-                   if (GetParam()) {
+                   if (std::get<bool>(GetParam())) {
                        services.emplace();
                    }
                    return say();
@@ -187,28 +206,27 @@ protected:
 
 TEST_P(FailingMemory, HarmsNoOperation) {
     for (const Operation& operation : AllOperations()) {
-        EXPECT_EQ(InFreshProcess([&] {
-                      Trial trial(operation);
-                      const std::string complaint = trial.FirstCalls();
-                      return complaint.empty() ? trial.LaterCalls() : complaint;
-                  }),
-                  "")
-            << operation.name;
+        EXPECT_EQ(InFreshProcess([&] { return Trial(operation, GetShortage()).Complaint(); }), "") << operation.name;
     }
 }
 
 // Fewer may stay, when a failed first call only drops a log record.
 TEST_P(FailingMemory, LetsFirstCallsLeaveNoMore) {
     for (const Operation& operation : AllOperations()) {
-        const auto staying = [&operation](bool isFailing) {
-            return std::stol(InFreshProcess([&] { return std::to_string(AllocationsThatStay(operation, isFailing)); }));
+        const auto staying = [&operation](std::optional<Shortage> shortage) {
+            return std::stol(InFreshProcess([&] { return std::to_string(AllocationsThatStay(operation, shortage)); }));
         };
-        EXPECT_LE(staying(true), staying(false)) << operation.name;
+        EXPECT_LE(staying(GetShortage()), staying(std::nullopt)) << operation.name;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, FailingMemory, testing::Values(true, false),
-                         [](const auto& hasServices) { return hasServices.param ? "AHost" : "AnEmptyProcess"; });
+std::string SurroundingsName(const testing::TestParamInfo<std::tuple<bool, Shortage>>& surroundings) {
+    const auto [hasServices, shortage] = surroundings.param;
+    return std::string(hasServices ? "AHost" : "AnEmptyProcess") + (shortage == Shortage::STAYS ? "ForGood" : "Once");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, FailingMemory, testing::Combine(testing::Bool(), testing::ValuesIn(SHORTAGES)),
+                         SurroundingsName);
 
 // A check that could not fail would be none.
 class BadAnswer : public Answer {
@@ -222,29 +240,46 @@ private:
     std::vector<std::string> m_texts;
 };
 
-std::optional<std::string> ComplaintAbout(void (*ask)(std::vector<std::string>&)) {
+std::optional<std::string> ComplaintAbout(void (*ask)(std::vector<std::string>&), Shortage shortage) {
     const Operation operation{"", [ask] { return std::make_unique<BadAnswer>(ask); }};
-    return InChildProcess([&operation] {
-        Trial trial(operation);
-        const std::string complaint = trial.FirstCalls();
-        return complaint.empty() ? trial.LaterCalls() : complaint;
-    });
+    return InChildProcess([&] { return Trial(operation, shortage).Complaint(); });
 }
 
 TEST(HarmOfFailingMemory, IsSeen) {
-    EXPECT_EQ(ComplaintAbout([](std::vector<std::string>& texts) {
-                  static std::list<int> kept;
-                  kept.push_back(1);
-                  texts = {LONG_TEXT};
-                  kept.pop_back();
-              }),
-              "1 allocations are left after 1 allocations");
-    EXPECT_THAT(ComplaintAbout([](std::vector<std::string>& texts) {
-                    texts.emplace_back("short");
-                    texts.emplace_back(LONG_TEXT);
-                }),
-                Optional(HasSubstr("leave a wrong answer")));
-    EXPECT_EQ(ComplaintAbout([](std::vector<std::string>& texts) noexcept { texts = {LONG_TEXT}; }), std::nullopt);
+    for (const Shortage shortage : SHORTAGES) {
+        EXPECT_EQ(ComplaintAbout(
+                      [](std::vector<std::string>& texts) {
+                          static std::list<int> kept;
+                          kept.push_back(1);
+                          texts = {LONG_TEXT};
+                          kept.pop_back();
+                      },
+                      shortage),
+                  "1 allocations are left after 1 allocations");
+        EXPECT_THAT(ComplaintAbout(
+                        [](std::vector<std::string>& texts) {
+                            texts.emplace_back("short");
+                            texts.emplace_back(LONG_TEXT);
+                        },
+                        shortage),
+                    Optional(HasSubstr("leave a wrong answer")));
+        EXPECT_EQ(ComplaintAbout([](std::vector<std::string>& texts) noexcept { texts = {LONG_TEXT}; }, shortage),
+                  std::nullopt);
+    }
+}
+
+TEST(HarmOfFailingMemory, IsSeenWhenAnAnswerIsMadeInSpiteOfIt) {
+    EXPECT_EQ(ComplaintAbout(
+                  [](std::vector<std::string>& texts) {
+                      texts.clear();
+                      try {
+                          texts.push_back(LONG_TEXT);
+                      } catch (const std::bad_alloc&) {
+                          texts.emplace_back("half");
+                      }
+                  },
+                  Shortage::PASSES),
+              "it answers wrong after 0 allocations");
 }
 
 // ---- All operations -------------------------------------------------------------------------------------------------

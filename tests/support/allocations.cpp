@@ -11,6 +11,8 @@ constexpr std::size_t ENDLESS = std::numeric_limits<std::size_t>::max();
 
 thread_local std::size_t allocations = 0;
 thread_local std::size_t allocationsSpared = ENDLESS;
+thread_local bool isOnlyOneFailing = false;
+thread_local bool hasOneFailed = false;
 std::atomic<std::ptrdiff_t> live{0};
 
 // What getMemory gives, unless this allocation is one that fails.
@@ -18,6 +20,8 @@ template <class GetMemory>
 void* Count(GetMemory getMemory) {
     ++allocations;
     if (allocationsSpared == 0) {
+        hasOneFailed = true;
+        allocationsSpared = isOnlyOneFailing ? ENDLESS : 0;
         throw std::bad_alloc();
     }
     allocationsSpared -= allocationsSpared == ENDLESS ? 0 : 1;
@@ -104,12 +108,18 @@ std::ptrdiff_t LiveAllocations() noexcept {
     return live.load(std::memory_order_relaxed);
 }
 
-FailingAllocations::FailingAllocations(std::size_t spared) noexcept {
+FailingAllocations::FailingAllocations(std::size_t spared, Shortage shortage) noexcept {
     allocationsSpared = spared;
+    isOnlyOneFailing = shortage == Shortage::PASSES;
+    hasOneFailed = false;
 }
 
 FailingAllocations::~FailingAllocations() {
     allocationsSpared = ENDLESS;
+}
+
+bool FailingAllocations::HasOneFailed() const noexcept {
+    return hasOneFailed;
 }
 
 }  // namespace NS_TEST
