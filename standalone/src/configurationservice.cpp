@@ -125,15 +125,14 @@ bool ConfigurationService::TryRead(const std::string& path) {
         return false;
     }
     const std::lock_guard lock(m_mutex);
-    if (m_files.contains(path)) {
-        return true;
+    if (!m_files.contains(path)) {
+        try {
+            m_files.emplace(path, ReadTomlFile(m_folder / path));
+        } catch (const std::runtime_error&) {
+            return false;
+        }
     }
-    try {
-        m_files.emplace(path, ReadTomlFile(m_folder / path));
-    } catch (const std::runtime_error&) {
-        return false;
-    }
-    Publish();
+    Publish();  // also what another thread has read: it may have had no memory to show it
     return true;
 }
 
@@ -146,20 +145,16 @@ void ConfigurationService::Publish() {
             sections.emplace(name, &FindOrMake(path, name));
         }
     }
-    for (const auto& [name, section] : m_sections) {
+    for (auto& [name, section] : m_sections) {
         const auto file = m_files.find(name.first);
         const bool isKnown = file != m_files.end() && file->second.sections.contains(name.second);
-        section->Replace(isKnown ? file->second.sections.at(name.second) : TomlFile::IntItems{});
+        section.Replace(isKnown ? file->second.sections.at(name.second) : TomlFile::IntItems{});
     }
     m_published.Replace(std::move(published));
 }
 
 ConfigurationService::Section& ConfigurationService::FindOrMake(const std::string& path, const std::string& section) {
-    std::unique_ptr<Section>& place = m_sections[{path, section}];
-    if (place == nullptr) {
-        place = std::make_unique<Section>();
-    }
-    return *place;
+    return m_sections.try_emplace({path, section}).first->second;
 }
 
 }  // namespace NS_STANDALONE

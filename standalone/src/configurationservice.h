@@ -66,7 +66,7 @@ private:
     std::mutex m_mutex;  // of those who read files
     Files m_files;       // by path, as asked for
     // By path and section. Made once, since whoever asked may keep them as long as the service is there.
-    std::map<std::pair<std::string, std::string>, std::unique_ptr<Section>> m_sections;
+    std::map<std::pair<std::string, std::string>, Section> m_sections;
     Section m_noItems;
     Published<PublishedFiles> m_published;  // how m_sections are found without the mutex
 };

@@ -135,9 +135,9 @@ public:
 
 private:
     static std::string SelectText(const Table& table) {
-        std::ostringstream text;
-        text << "SELECT " << table.columns << " FROM " << table.name << " ORDER BY " << table.key;
-        return text.str();
+        std::string text = "SELECT ";
+        text.append(table.columns).append(" FROM ").append(table.name).append(" ORDER BY ").append(table.key);
+        return text;
     }
 
     std::string GetValueText(int column) {
@@ -170,6 +170,7 @@ public:
             m_statement.exec();
         } catch (const SQLite::Exception& error) {
             std::ostringstream row;
+            row.exceptions(std::ios::badbit);  // memory that runs out is told, not left out of the text
             const char* separator = "";
             ((row << separator << values, separator = ", "), ...);
             m_place.Fail("row (" + std::string(m_columns) + ") = (" + row.str() + "): " + error.what());
@@ -178,9 +179,9 @@ public:
 
 private:
     static std::string InsertText(const Table& table) {
-        std::ostringstream text;
-        text << "INSERT INTO " << table.name << " (" << table.columns << ") VALUES (" << table.values << ")";
-        return text.str();
+        std::string text = "INSERT INTO ";
+        text.append(table.name).append(" (").append(table.columns).append(") VALUES (").append(table.values);
+        return text.append(")");
     }
 
     Place m_place;

@@ -1,5 +1,7 @@
 #include "tomlfile.h"
 
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -15,9 +17,23 @@ std::string PlaceText(const std::filesystem::path& file, const toml::source_posi
     return file.string() + ":" + std::to_string(position.line) + ":" + std::to_string(position.column) + ": ";
 }
 
+// The iterators go past the stream, which would take an error, and memory that runs out, for the end of the file.
+std::string ReadText(const std::filesystem::path& file) try {
+    const std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error(PlaceText(file, {}) + "File could not be opened for reading");
+    }
+    return {std::istreambuf_iterator<char>(stream.rdbuf()), {}};
+} catch (const std::ios_base::failure& error) {
+    throw std::runtime_error(PlaceText(file, {}) + error.what());
+}
+
+// The parser is given the text alone: where it has to keep the file's name, it ends the process when there is no memory
+// for that.
 toml::table Parse(const std::filesystem::path& file) {
+    const std::string text = ReadText(file);
     try {
-        return toml::parse_file(file.string());
+        return toml::parse(text);
     } catch (const toml::parse_error& error) {
         throw std::runtime_error(PlaceText(file, error.source().begin) + std::string(error.description()));
     }
@@ -46,6 +62,7 @@ TomlFile::IntItems ReadIntItems(const toml::table& table) {
 
 std::string MisfitText(const std::filesystem::path& file, std::string_view key, const toml::node& node) {
     std::ostringstream text;
+    text.exceptions(std::ios::badbit);  // memory that runs out is told, not left out of the text
     text << PlaceText(file, node.source().begin) << "item \"" << key << "\" is of type " << node.type()
          << "; only texts, whole numbers and booleans can be items";
     return text.str();

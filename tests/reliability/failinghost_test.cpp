@@ -1,8 +1,10 @@
-// What becomes of a host when memory runs out while it is made or reads its inventory again: each allocation fails in
-// turn. Without a configuration folder: the library that parses TOML ends the process when it has no memory.
+// What becomes of a host and of inventory files when memory runs out while they are made or read: each allocation fails
+// in turn, alone or with all that come after it.
+#include <filesystem>
 #include <functional>
-#include <memory>
+#include <mutex>
 #include <new>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -10,6 +12,8 @@
 
 #include <kx_domain_util/netype.h>
 #include <kx_platform/bundlemgr.h>
+#include <kx_platform/configitems.h>
+#include <kx_platform/dawsvcinterface.h>
 #include <kx_standalone/host.h>
 #include <kx_standalone/inventoryfile.h>
 
@@ -19,39 +23,74 @@
 namespace {
 
 using NS_BUNDLEMGR1::BundleMgr;
+using NS_BUNDLEMGR1::CorbaConfigItems;
 using NS_STANDALONE::Host;
 using NS_STANDALONE::HostOptions;
 using NS_STANDALONE::LogTarget;
 using NS_TEST::FailingAllocations;
 using NS_TEST::LiveAllocations;
+using NS_TEST::Shortage;
 
-class FailingHost : public testing::Test {
+constexpr const char* BUNDLE_FILE = "kx_corbaagent_bundle/bundle.cfg";
+constexpr const char* OTHER_FILE = "other.cfg";
+const std::string OLD_TEXT = "an old text that is too long to be kept inside of its object";
+const std::string NEW_TEXT = "a new text that is too long to be kept inside of its object";
+
+class FailingHost : public testing::TestWithParam<Shortage> {
 protected:
     FailingHost() {
-        NS_STANDALONE::CreateInventory(m_folder / "inventory.db");
-        NS_STANDALONE::ReplaceInventory(m_folder / "inventory.db",
-                                        {{{1911, "an NE type of quite a long name", true, true}},
-                                         {{12, 1911, true, false}, {13, 1911, false, true}},
-                                         {{NS_STANDALONE::DomainCache::EQUIPMENT_TYPE, "OTN", 1911}}});
-        m_options.inventoryFile = m_folder / "inventory.db";
+        NS_STANDALONE::CreateInventory(m_inventoryFile);
+        NS_STANDALONE::ReplaceInventory(m_inventoryFile, {{{1911, "an NE type of quite a long name", true, true}},
+                                                          {{12, 1911, true, false}, {13, 1911, false, true}},
+                                                          {{NS_STANDALONE::DomainCache::EQUIPMENT_TYPE, "OTN", 1911}}});
+        m_options.inventoryFile = m_inventoryFile;
         m_options.log.kind = LogTarget::Kind::FILE;
         m_options.log.file = m_folder / "log.txt";
+        WriteConfiguration(OLD_TEXT);
+        NS_TEST::WriteFile(m_folder / OTHER_FILE, "number = 3\n[\"a section of quite a long name\"]\nnumber = 4\n");
     }
 
-    // Whether memory runs out in action when only this many allocations are spared.
-    static bool RunsOut(std::size_t spared, const std::function<void()>& action) {
-        const FailingAllocations failing(spared);
+    void WriteConfiguration(const std::string& text) {
+        NS_TEST::WriteFile(m_folder / BUNDLE_FILE,
+                           "# a comment\nText = \"" + text + "\"\nLetters = 'of " + text +
+                               "'\nNumber = 1_000\nFlag = true\n[section]\nnumber = 7\ntext = \"\\u0041\"\n");
+    }
+
+    // Lets each allocation of action fail in turn, until none is left to fail. Whatever becomes of it, check is told
+    // whether it was done, and brings everything back: nothing may be left. Returns how many allocations failed.
+    static std::size_t LetEachFail(const std::function<void()>& action, const std::function<void(bool)>& check) {
+        action();  // makes what stays
+        check(true);
+        bool hasOneFailed = true;
+        std::size_t spared = 0;
+        for (; hasOneFailed && !HasFailure(); ++spared) {
+            const testing::ScopedTrace trace(__FILE__, __LINE__, std::to_string(spared) + " allocations are spared");
+            const std::ptrdiff_t live = LiveAllocations();
+            const bool isDone = IsDoneSparing(spared, action, hasOneFailed);
+            EXPECT_TRUE(isDone || hasOneFailed);
+            check(isDone);
+            EXPECT_EQ(LiveAllocations(), live);
+        }
+        return spared - 1;
+    }
+
+    static bool IsDoneSparing(std::size_t spared, const std::function<void()>& action, bool& hasOneFailed) {
+        const FailingAllocations failing(spared, GetParam());
+        bool isDone = true;
         try {
             action();
-            return false;
         } catch (const std::bad_alloc&) {
-            return true;
+            isDone = false;
         }
+        hasOneFailed = failing.HasOneFailed();
+        return isDone;
     }
 
     static bool IsEverythingTakenBack() {
+        std::string text;
         const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
-        return BundleMgr::Instance()->GetServiceObjects().empty();
+        return BundleMgr::Instance()->GetServiceObjects().empty() &&
+               !CorbaConfigItems::Instance()->GetStrItemInfo("Text", text);
     }
 
     // Asked in another thread, which would wait for ever for a lock that was left held.
@@ -64,56 +103,163 @@ protected:
         return isRight;
     }
 
+    static std::string Item(const std::string& key) {
+        std::string text;
+        return CorbaConfigItems::Instance()->GetStrItemInfo(key, text) ? text : "none";
+    }
+
+    static bool HasConfiguration(const std::string& text) {
+        return Item("Text") == text && Item("Letters") == "of " + text && Item("Number") == "1000" &&
+               Item("Flag") == "1";
+    }
+
     NS_TEST::TemporaryFolder m_folder;
+    std::filesystem::path m_inventoryFile = m_folder / "inventory.db";
     HostOptions m_options;
 };
 
-TEST_F(FailingHost, IsMadeWholeOrNotAtAll) {
-    {
-        const Host host(m_options);  // makes what stays
+class FailingHostMade : public FailingHost {
+protected:
+    void ExpectWholeOrNotAtAll(const std::function<void()>& expectAnswers) {
+        std::optional<Host> host;
+        const std::size_t failures = LetEachFail([&] { host.emplace(m_options); },
+                                                 [&](bool isDone) {
+                                                     if (isDone) {
+                                                         expectAnswers();
+                                                     }
+                                                     host.reset();
+                                                     ASSERT_TRUE(IsEverythingTakenBack());
+                                                     const Host next(m_options);
+                                                     expectAnswers();
+                                                 });
+        EXPECT_GT(failures, 100U);
+    }
+};
+
+TEST_P(FailingHostMade, IsWholeOrNotAtAll) {
+    ExpectWholeOrNotAtAll([] { ASSERT_TRUE(AnswersRight()); });
+}
+
+TEST_P(FailingHostMade, OfAConfigurationIsWholeOrNotAtAll) {
+    m_options.configFolder = m_folder.Path();
+    ExpectWholeOrNotAtAll([] {
         ASSERT_TRUE(AnswersRight());
-    }
-    const std::ptrdiff_t live = LiveAllocations();
-    std::unique_ptr<Host> host;
-    std::size_t spared = 0;
-    for (; RunsOut(spared, [&] { host = std::make_unique<Host>(m_options); }); ++spared) {
-        ASSERT_TRUE(IsEverythingTakenBack()) << spared;
-        ASSERT_EQ(LiveAllocations(), live) << spared;
-        const Host next(m_options);
-        ASSERT_TRUE(AnswersRight()) << spared;
-    }
-    EXPECT_GT(spared, 100U);
-    EXPECT_TRUE(AnswersRight());
-    host.reset();
-    EXPECT_TRUE(IsEverythingTakenBack());
-    EXPECT_EQ(LiveAllocations(), live);
+        ASSERT_TRUE(HasConfiguration(OLD_TEXT));
+    });
 }
 
-TEST_F(FailingHost, KeepsWhatItHasReadWhenItReadsAgain) {
+TEST_P(FailingHost, KeepsWhatItHasReadWhenItReadsAgain) {
     Host host(m_options);
-    host.ReloadInventory();
-    ASSERT_TRUE(AnswersRight());
-    const std::ptrdiff_t live = LiveAllocations();
-    std::size_t spared = 0;
-    for (; RunsOut(spared, [&host] { host.ReloadInventory(); }); ++spared) {
-        ASSERT_TRUE(AnswersRight()) << spared;
-        ASSERT_EQ(LiveAllocations(), live) << spared;
-    }
-    EXPECT_GT(spared, 10U);
-    EXPECT_TRUE(AnswersRight());
+    const std::size_t failures =
+        LetEachFail([&host] { host.ReloadInventory(); }, [](bool) { ASSERT_TRUE(AnswersRight()); });
+    EXPECT_GT(failures, 10U);
 }
 
-TEST_F(FailingHost, InventoryFilesStayWhole) {
-    const auto file = m_folder / "inventory.db";
-    const NS_STANDALONE::Inventory before = NS_STANDALONE::ReadInventory(file);
+// Each item is the old one or the new one, and all are new when it reads once more.
+TEST_P(FailingHost, HasWholeItemsWhenItReadsItsConfigurationAgain) {
+    m_options.configFolder = m_folder.Path();
+    Host host(m_options);
+    const auto reload = [&](const std::string& text) {
+        WriteConfiguration(text);
+        host.ReloadConfiguration();
+        ASSERT_TRUE(HasConfiguration(text));
+    };
+    WriteConfiguration(NEW_TEXT);
+    const std::size_t failures =
+        LetEachFail([&host] { host.ReloadConfiguration(); },
+                    [&](bool isDone) {
+                        const std::string text = Item("Text");
+                        const std::string letters = Item("Letters");
+                        ASSERT_TRUE(text == NEW_TEXT || (!isDone && text == OLD_TEXT)) << text;
+                        ASSERT_TRUE(letters == "of " + NEW_TEXT || (!isDone && letters == "of " + OLD_TEXT)) << letters;
+                        reload(NEW_TEXT);
+                        reload(OLD_TEXT);
+                        WriteConfiguration(NEW_TEXT);
+                    });
+    EXPECT_GT(failures, 10U);
+}
+
+// A file that could not be read when it was first asked for is read by the next question.
+TEST_P(FailingHost, AnswersFromAFileThatItCouldNotReadBefore) {
+    m_options.configFolder = m_folder.Path();
+    const auto ask = [](const std::string& section) {
+        auto& service = *NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+        int number = 0;
+        NS_SERVICE::ConfigObject* const object = service.GetConfiguration(OTHER_FILE, section);
+        return object != nullptr && object->GetIntItemInfo("number", number) ? number : -1;
+    };
+    std::optional<Host> host(m_options);
+    const std::string section = "a section of quite a long name";
+    int number = 0;
+    const std::size_t failures = LetEachFail([&] { number = ask(section); },
+                                             [&](bool isDone) {
+                                                 ASSERT_TRUE(!isDone || number == 4) << number;
+                                                 ASSERT_EQ(ask(section), 4);
+                                                 ASSERT_EQ(ask(""), 3);
+                                                 host.emplace(m_options);
+                                             });
+    EXPECT_GT(failures, 10U);
+}
+
+// Whatever was left of a file that could not be read does no harm when the file is gone.
+TEST_P(FailingHost, ForgetsAFileThatItCouldNotRead) {
+    m_options.configFolder = m_folder.Path();
+    const std::string text = NS_TEST::ReadFile(m_folder / OTHER_FILE);
+    std::optional<Host> host(m_options);
+    auto* service = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+    LetEachFail([&] { service->GetConfiguration(OTHER_FILE, ""); },
+                [&](bool) {
+                    std::filesystem::remove(m_folder / OTHER_FILE);
+                    host->ReloadConfiguration();
+                    ASSERT_EQ(service->GetConfiguration(OTHER_FILE, ""), nullptr);
+                    NS_TEST::WriteFile(m_folder / OTHER_FILE, text);
+                    host.emplace(m_options);
+                    service = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+                });
+}
+
+TEST_P(FailingHost, InventoryFilesStayWhole) {
+    const NS_STANDALONE::Inventory before = NS_STANDALONE::ReadInventory(m_inventoryFile);
     NS_STANDALONE::Inventory after = before;
     after.nes.push_back({14, 1911, false, false});
-    std::size_t spared = 0;
-    for (; RunsOut(spared, [&] { NS_STANDALONE::ReplaceInventory(file, after); }); ++spared) {
-        ASSERT_EQ(NS_STANDALONE::ReadInventory(file), before) << spared;
-    }
-    EXPECT_EQ(NS_STANDALONE::ReadInventory(file), after);
-    EXPECT_GT(spared, 3U);
+    const std::size_t failures =
+        LetEachFail([&] { NS_STANDALONE::ReplaceInventory(m_inventoryFile, after); },
+                    [&](bool isDone) {
+                        ASSERT_EQ(NS_STANDALONE::ReadInventory(m_inventoryFile), isDone ? after : before);
+                        NS_STANDALONE::ReplaceInventory(m_inventoryFile, before);
+                    });
+    EXPECT_GT(failures, 3U);
 }
+
+TEST_P(FailingHost, InventoryFilesAreReadWholeOrNotAtAll) {
+    const NS_STANDALONE::Inventory right = NS_STANDALONE::ReadInventory(m_inventoryFile);
+    NS_STANDALONE::Inventory inventory;
+    const std::size_t failures = LetEachFail([&] { inventory = NS_STANDALONE::ReadInventory(m_inventoryFile); },
+                                             [&](bool isDone) {
+                                                 ASSERT_TRUE(!isDone || inventory == right);
+                                                 inventory = {};
+                                                 ASSERT_EQ(NS_STANDALONE::ReadInventory(m_inventoryFile), right);
+                                             });
+    EXPECT_GT(failures, 3U);
+}
+
+TEST_P(FailingHost, InventoryFilesAreMadeWholeOrNotAtAll) {
+    const std::filesystem::path folder = m_folder / "of its own";
+    std::filesystem::create_directory(folder);
+    const std::size_t failures = LetEachFail([&] { NS_STANDALONE::CreateInventory(folder / "inventory.db"); },
+                                             [&](bool isDone) {
+                                                 if (isDone) {
+                                                     ASSERT_EQ(NS_STANDALONE::ReadInventory(folder / "inventory.db"),
+                                                               NS_STANDALONE::Inventory{});
+                                                     std::filesystem::remove(folder / "inventory.db");
+                                                 }
+                                                 ASSERT_TRUE(std::filesystem::is_empty(folder));
+                                             });
+    EXPECT_GT(failures, 3U);
+}
+
+constexpr auto NAME = [](const auto& shortage) { return shortage.param == Shortage::STAYS ? "ForGood" : "Once"; };
+INSTANTIATE_TEST_SUITE_P(When, FailingHost, testing::ValuesIn(NS_TEST::SHORTAGES), NAME);
+INSTANTIATE_TEST_SUITE_P(When, FailingHostMade, testing::ValuesIn(NS_TEST::SHORTAGES), NAME);
 
 }  // namespace
