@@ -20,7 +20,7 @@ constexpr auto CONFIG = "config/kx_corbaagent_bundle/bundle.cfg";
 #ifdef KX_TEST_SANITIZED
 constexpr long MOST_MEMORY = 768;
 #else
-constexpr long MOST_MEMORY = 96;
+constexpr long MOST_MEMORY = 64;
 #endif
 
 // The most memory, in MiB, that a program has held which this process ran.
@@ -198,6 +198,66 @@ INSTANTIATE_TEST_SUITE_P(
                     VerbWithThreeLines{"filter", "filter --config config --rejects /dev/fd/3", "8 a\nb\n9 c",
                                        FilterSummary, true, true}),
     [](const auto& parameter) { return std::string(parameter.param.name); });
+
+// A verb that is asked the same word over and over.
+struct VerbWithOneWord {
+    const char* name;
+    const char* command;
+    const char* word;
+    int linesOfHead;
+};
+
+class ToolWithManyWords : public ToolWithMuch, public testing::WithParamInterface<VerbWithOneWord> {};
+
+TEST_P(ToolWithManyWords, AnswersEachOfThem) {
+    const auto& [name, command, word, linesOfHead] = GetParam();
+    const std::size_t count = NS_TEST::Scaled(1'000'000);
+    const Ended ended =
+        Shell("yes " + std::string(word) + " | head -n " + std::to_string(count) + " | kxdu " + command + " | wc -l");
+    EXPECT_EQ(ended.out, std::to_string(count + static_cast<std::size_t>(linesOfHead)) + "\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ToolWithManyWords,
+                         testing::Values(VerbWithOneWord{"fb", "fb - --format csv", "860", 1},
+                                         VerbWithOneWord{"fbTable", "fb -", "860", 2},
+                                         VerbWithOneWord{"level", "level - --format jsonl", "ODU2", 0},
+                                         VerbWithOneWord{"ctp", "ctp - --format md", "E0", 2},
+                                         VerbWithOneWord{"path", "path - --format csv", "ODU2:1", 1},
+                                         VerbWithOneWord{"neType", "ne-type - --format csv", "1912", 1}),
+                         [](const auto& parameter) { return std::string(parameter.param.name); });
+
+TEST_F(ToolWithMuch, OfAnEndlessWordLittleIsHeld) {
+    for (const char* const verb : {"fb", "level", "ctp", "path", "ne-type"}) {
+        const Ended ended = Shell("tr '\\0' x </dev/zero | kxdu " + std::string(verb) + " - --format csv -o out");
+        EXPECT_EQ(ended.code, 2) << verb;
+        EXPECT_TRUE(ended.err.starts_with("kxdu: a word on standard input is longer than 1024 bytes: ")) << ended.err;
+        EXPECT_FALSE(Exists("out")) << verb;
+    }
+}
+
+TEST_F(ToolWithMuch, OfATableAsWideAsItMayBe) {
+    const std::string words = "yes 1912 | head -n ";
+    EXPECT_EQ(Shell(words + "1000 | kxdu ne-type - | head -n 1 | wc -w").out, "1001\n");
+    const Ended ended = Shell(words + "1001 | kxdu ne-type -");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err,
+              "kxdu: a table has a column for each NE type, and no more than 1000 of them; --format csv and jsonl take "
+              "any number\n");
+}
+
+TEST_F(ToolWithMuch, OfAnInventoryTheRowsAreNotHeldAsText) {
+    const std::size_t count = NS_TEST::Scaled(300'000);
+    WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n5,any,0,0\n");
+    WriteFile("csv/domain_member.csv", "cache,domain,ne_type\n");
+    ASSERT_EQ(Shell("{ echo ne_id,ne_type,multi_sub_shelf,oam_number_omitted; seq " + std::to_string(count) +
+                    " | sed 's/$/,5,0,0/'; } >csv/ne.csv; kxdu inventory init n.db && kxdu inventory import n.db csv")
+                  .code,
+              0);
+    EXPECT_EQ(Shell("kxdu inventory list n.db --nes | wc -l").out, std::to_string(count + 4) + "\n");
+    EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, std::to_string(count + 1) + "\n");
+}
 
 // ---- What is there, but cannot be read ------------------------------------------------------------------------------
 

@@ -5,18 +5,20 @@
 using NS_KXDU::TextTable;
 
 TEST(TextTable, WithoutRowsIsHeadAndRule) {
-    EXPECT_EQ(TextTable({{"NE", TextTable::Align::RIGHT}, {"Name"}}).Text(), "NE  Name\n--  ----\n");
+    EXPECT_EQ(TextTable({{"NE", TextTable::Align::RIGHT}, {"Name"}}).Head(), "NE  Name\n--  ----\n");
 }
 
-TEST(TextTable, ColumnsAreAsWideAsTheirWidestCell) {
+TEST(TextTable, ColumnsAreAsWideAsTheirWidestCellThatWasMeasured) {
     TextTable table({{"NE", TextTable::Align::RIGHT}, {"Name"}, {"Up"}});
-    table.AddRow({"1", "München", "yes"});
-    table.AddRow({"1234", "北京", "-"});
-    table.AddRow({"7", "", ""});
-    EXPECT_EQ(table.Text(),
-              "  NE  Name     Up\n"
-              "----  -------  ---\n"
-              "   1  München  yes\n"
-              "1234  北京     -\n"
-              "   7\n");
+    table.Measure({"1", "München", "yes"});
+    table.Measure({"1234", "北京", "-"});
+    EXPECT_EQ(table.Head(), "  NE  Name     Up\n----  -------  ---\n");
+    EXPECT_EQ(table.Line({"1", "München", "yes"}), "   1  München  yes\n");
+    EXPECT_EQ(table.Line({"1234", "北京", "-"}), "1234  北京     -\n");
+    EXPECT_EQ(table.Line({"7", "", ""}), "   7\n");
+}
+
+TEST(TextTable, AWiderCellPushesTheOthersToTheRight) {
+    TextTable table({{"NE", TextTable::Align::RIGHT}, {"Name"}});
+    EXPECT_EQ(table.Line({"123", "x"}), "123  x\n");
 }

@@ -26,4 +26,13 @@ TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
     }
 }
 
+TEST_F(HelpVerb, VerbsHaveExamplesAndExitCodes) {
+    for (const char* const verb : {"fb", "level", "ctp", "path", "tables", "ne-type", "filter"}) {
+        const Ended ended = Shell(std::string("kxdu ") + verb + " --help");
+        EXPECT_EQ(ended.code, 0) << verb;
+        EXPECT_NE(ended.out.find("Examples:\n  "), std::string::npos) << verb;
+        EXPECT_NE(ended.out.find("Exit code: 0"), std::string::npos) << verb;
+    }
+}
+
 }  // namespace

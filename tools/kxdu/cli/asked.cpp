@@ -1,32 +1,44 @@
 #include "cli/asked.h"
 
 #include <cstdio>
+#include <iomanip>
 #include <iostream>
 
 #include "cli/verb.h"
 #include "failure.h"
+#include "text/text.h"
 
 namespace NS_KXDU {
+
+namespace {
+
+void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
+    for (std::string word; std::cin >> std::setw(LONGEST_WORD + 1) >> word;) {
+        if (word.size() > LONGEST_WORD) {
+            throw Failure(ExitCode::USAGE, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
+                                               " bytes: " + Quoted(word));
+        }
+        take(word);
+    }
+    if (std::ferror(stdin) != 0) {
+        throw Failure(ExitCode::USAGE, "standard input cannot be read");
+    }
+}
+
+}  // namespace
 
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help) {
     verb.AddTexts(name, "", asked, help + "; - for those on standard input, between blanks or line ends").Required();
 }
 
-std::vector<std::string> AllAsked(const std::vector<std::string>& asked) {
-    std::vector<std::string> all;
+void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take) {
     for (const std::string& argument : asked) {
-        if (argument != "-") {
-            all.push_back(argument);
-            continue;
-        }
-        for (std::string word; std::cin >> word;) {
-            all.push_back(word);
-        }
-        if (std::ferror(stdin) != 0) {
-            throw Failure(ExitCode::USAGE, "standard input cannot be read");
+        if (argument == "-") {
+            ForEachWordOfInput(take);
+        } else {
+            take(argument);
         }
     }
-    return all;
 }
 
 }  // namespace NS_KXDU

@@ -1,6 +1,8 @@
 /// What a verb is asked about: its positional arguments, or words on standard input.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,11 +10,14 @@ namespace NS_KXDU {
 
 class Verb;
 
+/// Nothing that a verb can be asked about is nearly as long; a stream without blanks shall not fill the memory.
+inline constexpr std::size_t LONGEST_WORD = 1024;
+
 /// Adds the positional arguments to verb, at least one.
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
 
-/// The arguments, with the words of standard input in the place of "-". Throws `Failure` with `ExitCode::USAGE` when it
-/// cannot be read.
-std::vector<std::string> AllAsked(const std::vector<std::string>& asked);
+/// Calls take for each argument, and in the place of "-" for each word on standard input, as it comes. Throws `Failure`
+/// with `ExitCode::USAGE` when it cannot be read, or has a word that is longer than `LONGEST_WORD`.
+void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take);
 
 }  // namespace NS_KXDU

@@ -6,7 +6,6 @@
 
 #include "cli/verb.h"
 #include "files/csv.h"
-#include "files/output.h"
 #include "text/displaytext.h"
 #include "text/text.h"
 #include "text/textbuffer.h"
@@ -71,116 +70,206 @@ bool SaysNothing(const Cell& cell) {
     return std::holds_alternative<Listing::None>(cell) || (value != nullptr && !*value);
 }
 
-std::string MarkdownLine(const std::vector<std::string>& cells) {
-    std::string line = "|";
-    for (const std::string& cell : cells) {
-        line.append(" ").append(cell).append(" |");
-    }
-    return line + "\n";
-}
-
 template <class ToText>
 std::vector<std::string> Texts(const Listing::Row& row, ToText toText) {
     std::vector<std::string> texts;
+    texts.reserve(row.size());
     std::transform(row.begin(), row.end(), std::back_inserter(texts), toText);
     return texts;
 }
 
-}  // namespace
-
-Listing Listing::Turned() const {
-    std::vector<std::string> columns{m_columns.front()};
-    for (const Row& row : m_rows) {
-        columns.push_back(ForPeople(row.front()));
-    }
-    Listing turned(std::move(columns));
-    for (std::size_t column = 1; column < m_columns.size(); ++column) {
-        Row turnedRow{m_columns[column]};
-        for (const Row& row : m_rows) {
-            turnedRow.push_back(row[column]);
-        }
-        turned.AddRow(std::move(turnedRow));
-    }
-    return turned;
-}
-
-bool Listing::HasSilentRow() const {
-    return std::any_of(m_rows.begin(), m_rows.end(),
-                       [](const Row& row) { return std::all_of(row.begin() + 1, row.end(), SaysNothing); });
-}
-
-std::string Listing::Text(Format format) const {
-    switch (format) {
-        case Format::CSV:
-            return CsvText();
-        case Format::JSONL:
-            return JsonText();
-        case Format::MARKDOWN:
-            return MarkdownText();
-        case Format::TABLE:
-            break;
-    }
-    return TableText();
-}
-
 // Whether the column holds numbers, of which some may be missing.
-bool Listing::IsNumeric(std::size_t column) const {
+bool IsNumeric(const std::vector<Listing::Row>& rows, std::size_t column) {
     bool hasNumber = false;
-    for (const Row& row : m_rows) {
+    for (const Listing::Row& row : rows) {
         const bool isNumber = std::holds_alternative<std::int64_t>(row[column]);
         hasNumber = hasNumber || isNumber;
-        if (!isNumber && !std::holds_alternative<None>(row[column])) {
+        if (!isNumber && !std::holds_alternative<Listing::None>(row[column])) {
             return false;
         }
     }
     return hasNumber;
 }
 
-std::string Listing::TableText() const {
-    std::vector<TextTable::Column> columns;
-    for (std::size_t column = 0; column < m_columns.size(); ++column) {
-        columns.push_back({m_columns[column], IsNumeric(column) ? TextTable::Align::RIGHT : TextTable::Align::LEFT});
-    }
-    TextTable table(std::move(columns));
-    for (const Row& row : m_rows) {
-        table.AddRow(Texts(row, ForPeople));
-    }
-    return table.Text();
-}
+}  // namespace
 
-std::string Listing::CsvText() const {
-    std::string text = CsvLine(m_columns);
-    for (const Row& row : m_rows) {
-        text += CsvLine(Texts(row, ForCsv));
-    }
-    return text;
-}
+// How rows become lines.
+class ListingStyle {
+public:
+    explicit ListingStyle(std::vector<std::string> columns) : m_columns(std::move(columns)) {}
+    virtual ~ListingStyle() = default;
+    ListingStyle(const ListingStyle&) = delete;
+    ListingStyle& operator=(const ListingStyle&) = delete;
 
-std::string Listing::JsonText() const {
-    TextBuffer buffer;
-    for (const Row& row : m_rows) {
-        JsonWriter writer(buffer);
+    // Whether the head wants to know rows behind it.
+    [[nodiscard]] virtual bool IsMeasuring() const { return false; }
+    // Called once, before any line is.
+    virtual std::string Head(const std::vector<Listing::Row>& measured) = 0;
+    virtual std::string Line(const Listing::Row& row) = 0;
+
+protected:
+    [[nodiscard]] const std::vector<std::string>& Columns() const { return m_columns; }
+
+private:
+    std::vector<std::string> m_columns;
+};
+
+namespace {
+
+class TableStyle : public ListingStyle {
+public:
+    using ListingStyle::ListingStyle;
+
+    [[nodiscard]] bool IsMeasuring() const override { return true; }
+
+    std::string Head(const std::vector<Listing::Row>& measured) override {
+        std::vector<TextTable::Column> columns;
+        for (std::size_t column = 0; column < Columns().size(); ++column) {
+            const auto align = IsNumeric(measured, column) ? TextTable::Align::RIGHT : TextTable::Align::LEFT;
+            columns.push_back({Columns()[column], align});
+        }
+        m_table = TextTable(std::move(columns));
+        for (const Listing::Row& row : measured) {
+            m_table.Measure(Texts(row, ForPeople));
+        }
+        return m_table.Head();
+    }
+
+    std::string Line(const Listing::Row& row) override { return m_table.Line(Texts(row, ForPeople)); }
+
+private:
+    TextTable m_table{{}};
+};
+
+class MarkdownStyle : public ListingStyle {
+public:
+    using ListingStyle::ListingStyle;
+
+    [[nodiscard]] bool IsMeasuring() const override { return true; }
+
+    std::string Head(const std::vector<Listing::Row>& measured) override {
+        std::string text = LineOf(Columns()) + "|";
+        for (std::size_t column = 0; column < Columns().size(); ++column) {
+            text += IsNumeric(measured, column) ? "---:|" : "---|";
+        }
+        return text + "\n";
+    }
+
+    std::string Line(const Listing::Row& row) override { return LineOf(Texts(row, ForMarkdown)); }
+
+private:
+    static std::string LineOf(const std::vector<std::string>& cells) {
+        std::string line = "|";
+        for (const std::string& cell : cells) {
+            line.append(" ").append(cell).append(" |");
+        }
+        return line + "\n";
+    }
+};
+
+class CsvStyle : public ListingStyle {
+public:
+    using ListingStyle::ListingStyle;
+
+    std::string Head(const std::vector<Listing::Row>& /*measured*/) override { return CsvLine(Columns()); }
+    std::string Line(const Listing::Row& row) override { return CsvLine(Texts(row, ForCsv)); }
+};
+
+class JsonStyle : public ListingStyle {
+public:
+    using ListingStyle::ListingStyle;
+
+    std::string Head(const std::vector<Listing::Row>& /*measured*/) override { return {}; }
+
+    std::string Line(const Listing::Row& row) override {
+        m_buffer.Clear();
+        JsonWriter writer(m_buffer);
         writer.StartObject();
-        for (std::size_t column = 0; column < m_columns.size(); ++column) {
-            WriteText(writer, m_columns[column]);
+        for (std::size_t column = 0; column < Columns().size(); ++column) {
+            WriteText(writer, Columns()[column]);
             WriteJson(writer, row[column]);
         }
         writer.EndObject();
-        buffer.Put('\n');
+        m_buffer.Put('\n');
+        return std::string(ViewOf(m_buffer));
     }
-    return std::string(ViewOf(buffer));
+
+private:
+    TextBuffer m_buffer;
+};
+
+std::unique_ptr<ListingStyle> MakeStyle(Listing::Format format, std::vector<std::string> columns) {
+    switch (format) {
+        case Listing::Format::CSV:
+            return std::make_unique<CsvStyle>(std::move(columns));
+        case Listing::Format::JSONL:
+            return std::make_unique<JsonStyle>(std::move(columns));
+        case Listing::Format::MARKDOWN:
+            return std::make_unique<MarkdownStyle>(std::move(columns));
+        case Listing::Format::TABLE:
+            break;
+    }
+    return std::make_unique<TableStyle>(std::move(columns));
 }
 
-std::string Listing::MarkdownText() const {
-    std::string text = MarkdownLine(m_columns) + "|";
-    for (std::size_t column = 0; column < m_columns.size(); ++column) {
-        text += IsNumeric(column) ? "---:|" : "---|";
+}  // namespace
+
+Listing::Listing(std::vector<std::string> columns, const ListingOptions& options, std::string_view preface)
+    : m_output(options.output),
+      m_style(MakeStyle(options.format, std::move(columns))),
+      m_isMeasuring(m_style->IsMeasuring()) {
+    m_output.Write(preface);
+    if (!m_isMeasuring) {
+        m_output.Write(m_style->Head({}));
     }
-    text += "\n";
-    for (const Row& row : m_rows) {
-        text += MarkdownLine(Texts(row, ForMarkdown));
+}
+
+Listing::~Listing() = default;
+
+void Listing::AddRow(Row row) {
+    m_hasSilentRow = m_hasSilentRow || IsSilent(row);
+    if (!m_isMeasuring) {
+        m_output.Write(m_style->Line(row));
+        return;
     }
-    return text;
+    m_measured.push_back(std::move(row));
+    if (m_measured.size() == MEASURED_ROWS) {
+        WriteMeasured();
+    }
+}
+
+void Listing::WriteMeasured() {
+    m_output.Write(m_style->Head(m_measured));
+    for (const Row& row : m_measured) {
+        m_output.Write(m_style->Line(row));
+    }
+    m_measured = {};
+    m_isMeasuring = false;
+}
+
+void Listing::Complete(std::string_view footer) {
+    if (m_isMeasuring) {
+        WriteMeasured();
+    }
+    m_output.Write(footer);
+    m_output.Complete();
+}
+
+ExitCode Listing::CompleteAnswers() {
+    Complete();
+    return m_hasSilentRow ? ExitCode::FOUND : ExitCode::OK;
+}
+
+bool Listing::IsSilent(const Row& row) {
+    return std::all_of(row.begin() + 1, row.end(), SaysNothing);
+}
+
+Listing::Cell CellOf(std::optional<int> number) {
+    return number ? Listing::Cell(std::int64_t{*number}) : Listing::Cell();
+}
+
+Listing::Cell CellOf(std::optional<std::string> text) {
+    return text ? Listing::Cell(*std::move(text)) : Listing::Cell();
 }
 
 void AddListingOptions(Verb& verb, ListingOptions& options) {
@@ -189,17 +278,9 @@ void AddListingOptions(Verb& verb, ListingOptions& options) {
                     {"csv", Listing::Format::CSV},
                     {"jsonl", Listing::Format::JSONL},
                     {"md", Listing::Format::MARKDOWN}},
-                   "How rows are written: table (the default), csv, jsonl or md");
+                   "How rows are written: table (the default), csv, jsonl or md; of table and md, the first " +
+                       std::to_string(Listing::MEASURED_ROWS) + " rows tell how wide a column is");
     verb.AddOutput(options.output);
-}
-
-void Print(const Listing& listing, const ListingOptions& options) {
-    WriteWhole(options.output, listing.Text(options.format));
-}
-
-ExitCode PrintAnswers(const Listing& listing, const ListingOptions& options) {
-    Print(listing, options);
-    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
 }
 
 }  // namespace NS_KXDU

@@ -1,17 +1,25 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "exitcode.h"
+#include "files/bufferedoutput.h"
 
 namespace NS_KXDU {
 
+class ListingStyle;
 class Verb;
+struct ListingOptions;
 
-/// Rows of values under named columns, for people or for programs.
+/// Rows of values under named columns, for people or for programs. They are written as they are added, so that any
+/// number of them takes little memory.
 class Listing {
 public:
     /// What stands where there is no value: reason for people; programs get an empty field or null.
@@ -24,30 +32,40 @@ public:
     /// TABLE and MARKDOWN say yes and no; CSV, quoted as in RFC 4180, and JSON lines say true and false.
     enum class Format { TABLE, CSV, JSONL, MARKDOWN };
 
-    explicit Listing(std::vector<std::string> columns) : m_columns(std::move(columns)) {}
+    /// So many rows of TABLE and MARKDOWN wait until they have told how wide the columns are and which hold numbers.
+    static constexpr std::size_t MEASURED_ROWS = 10'000;
+
+    /// preface: text in front of the listing. Throws, like `AddRow` and `Complete`, as `Output` does.
+    Listing(std::vector<std::string> columns, const ListingOptions& options, std::string_view preface = {});
+    ~Listing();
+    Listing(const Listing&) = delete;
+    Listing& operator=(const Listing&) = delete;
 
     /// row: one cell for each column.
-    void AddRow(Row row) { m_rows.push_back(std::move(row)); }
+    void AddRow(Row row);
 
-    /// A row for each column and a column for each row, for rows that are too wide to be read.
-    [[nodiscard]] Listing Turned() const;
+    /// Ends the listing, with a text behind it. It is not complete without.
+    void Complete(std::string_view footer = {});
+    /// Ends a listing of answers to what was asked, a row or more for each: `ExitCode::FOUND` when there is a silent
+    /// one.
+    ExitCode CompleteAnswers();
 
-    /// Whether some row says nothing: behind its first cell, which tells what was asked, there is only no and none.
-    [[nodiscard]] bool HasSilentRow() const;
-
-    /// All lines, each with its end. Empty for JSON lines without a row.
-    [[nodiscard]] std::string Text(Format format) const;
+    /// Whether a row says nothing: behind its first cell, which tells what was asked, there is only no and none.
+    static bool IsSilent(const Row& row);
 
 private:
-    [[nodiscard]] bool IsNumeric(std::size_t column) const;
-    [[nodiscard]] std::string TableText() const;
-    [[nodiscard]] std::string CsvText() const;
-    [[nodiscard]] std::string JsonText() const;
-    [[nodiscard]] std::string MarkdownText() const;
+    void WriteMeasured();
 
-    std::vector<std::string> m_columns;
-    std::vector<Row> m_rows;
+    BufferedOutput m_output;
+    std::unique_ptr<ListingStyle> m_style;
+    bool m_isMeasuring;
+    std::vector<Row> m_measured;  // while they are gathered
+    bool m_hasSilentRow = false;
 };
+
+/// The cell of a value that may be missing.
+Listing::Cell CellOf(std::optional<int> number);
+Listing::Cell CellOf(std::optional<std::string> text);
 
 /// How the user wants a listing.
 struct ListingOptions {
@@ -57,11 +75,5 @@ struct ListingOptions {
 
 /// Adds `--format` and `--output` to verb.
 void AddListingOptions(Verb& verb, ListingOptions& options);
-
-/// Throws as `Output` does.
-void Print(const Listing& listing, const ListingOptions& options);
-/// Prints the answers to what was asked, a row or more for each. `ExitCode::FOUND` when there is a silent one. Throws
-/// as above.
-ExitCode PrintAnswers(const Listing& listing, const ListingOptions& options);
 
 }  // namespace NS_KXDU

@@ -12,7 +12,6 @@ namespace NS_KXDU {
 
 namespace {
 
-using Cell = Listing::Cell;
 using NS_UTIL::UtilCommon;
 
 template <class Row, class Key>
@@ -22,62 +21,62 @@ bool Has(std::span<const Row> rows, Key Row::*key, int value) {
 
 }  // namespace
 
-Cell RateOfLevel(int level) {
+std::optional<std::string> RateOfLevel(int level) {
     const auto rows = NS_UTIL::GetClientRateRows();
     const auto row =
         std::find_if(rows.begin(), rows.end(), [&](const auto& rate) { return static_cast<int>(rate.level) == level; });
-    return row != rows.end() ? Cell(std::string(row->name)) : Cell();
+    return row != rows.end() ? std::optional(std::string(row->name)) : std::nullopt;
 }
 
-Cell LevelOfRate(const std::string& rate) {
+std::optional<int> LevelOfRate(const std::string& rate) {
     const std::string name = NS_UTIL::SelfUtilCommon::Instance()->upperStr(rate);
     const auto rows = NS_UTIL::GetClientRateRows();
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& known) { return known.name == name; });
-    return row != rows.end() ? Cell(static_cast<std::int64_t>(row->level)) : Cell();
+    return row != rows.end() ? std::optional(static_cast<int>(row->level)) : std::nullopt;
 }
 
-Cell FbTypeOfLevel(int level) {
+std::optional<int> FbTypeOfLevel(int level) {
     if (!Has(NS_UTIL::GetLevelFbTypeRows(), &NS_UTIL::LevelFbTypeRow::level, level)) {
-        return {};
+        return std::nullopt;
     }
     int fbType = 0;
     UtilCommon::Instance()->InterfaceLevel2FBType(fbType, level);
-    return std::int64_t{fbType};
+    return fbType;
 }
 
-Cell NameOfFbType(int fbType) {
+std::optional<std::string> NameOfFbType(int fbType) {
     const bool isNamed = Has(NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType, fbType);
-    return isNamed ? Cell(NS_UTIL::GetFBTypeName(fbType)) : Cell();
+    return isNamed ? std::optional(NS_UTIL::GetFBTypeName(fbType)) : std::nullopt;
 }
 
-Cell LevelOfFbType(int fbType) {
+std::optional<int> LevelOfFbType(int fbType) {
     if (!Has(NS_UTIL::GetFbTypeLevelRows(), &NS_UTIL::FbTypeLevelRow::fbType, fbType)) {
-        return {};
+        return std::nullopt;
     }
     int level = 0;
     UtilCommon::Instance()->FBType2InterfaceLevel(level, fbType);
-    return std::int64_t{level};
+    return level;
 }
 
-Cell BidirOfFbType(int fbType) {
+std::optional<int> BidirOfFbType(int fbType) {
     const auto rows = NS_UTIL::GetBidirFbTypeRows();
     if (!Has(rows, &NS_UTIL::BidirFbTypeRow::fbType, fbType) &&
         !Has(rows, &NS_UTIL::BidirFbTypeRow::bidirFbType, fbType)) {
-        return {};
+        return std::nullopt;
     }
-    return std::int64_t{UtilCommon::Instance()->GetBidirFBType(static_cast<unsigned short>(fbType))};
+    return UtilCommon::Instance()->GetBidirFBType(static_cast<unsigned short>(fbType));
 }
 
-Cell IdOfCtp(const std::string& name) {
+std::optional<int> IdOfCtp(const std::string& name) {
     unsigned long ctpId = 0;
     UtilCommon::Instance()->InterfaceTMFCTPName2ID(ctpId, name);
-    return ctpId != 0 ? Cell(static_cast<std::int64_t>(ctpId)) : Cell();
+    return ctpId != 0 ? std::optional(static_cast<int>(ctpId)) : std::nullopt;
 }
 
-Cell NameOfCtp(int ctpId) {
+std::optional<std::string> NameOfCtp(int ctpId) {
     std::string name;
     UtilCommon::Instance()->InterfaceCTPId2TMFName(name, static_cast<unsigned long>(ctpId));
-    return !name.empty() ? Cell(name) : Cell();
+    return !name.empty() ? std::optional(name) : std::nullopt;
 }
 
 }  // namespace NS_KXDU

@@ -8,42 +8,45 @@ namespace NS_KXDU {
 
 namespace {
 
-void AppendCell(std::string& line, const std::string& cell, std::size_t width, TextTable::Align align) {
-    const std::string padding(width - DisplayWidth(cell), ' ');
-    line += align == TextTable::Align::RIGHT ? padding + cell : cell + padding;
-}
-
-void AppendLine(std::string& text, std::string line) {
-    line.erase(line.find_last_not_of(' ') + 1);
-    text.append(line).append("\n");
+void AppendCell(std::string& line, const std::string& cell, const TextTable::Column& column) {
+    const std::size_t width = DisplayWidth(cell);
+    const std::string padding(std::max(column.width, width) - width, ' ');
+    line += column.align == TextTable::Align::RIGHT ? padding + cell : cell + padding;
 }
 
 }  // namespace
 
-std::string TextTable::Text() const {
-    std::vector<std::size_t> widths;
-    for (std::size_t column = 0; column < m_columns.size(); ++column) {
-        std::size_t width = DisplayWidth(m_columns[column].head);
-        for (const auto& row : m_rows) {
-            width = std::max(width, DisplayWidth(row[column]));
-        }
-        widths.push_back(width);
+TextTable::TextTable(std::vector<Column> columns) : m_columns(std::move(columns)) {
+    for (Column& column : m_columns) {
+        column.width = std::max(column.width, DisplayWidth(column.head));
     }
-    const auto joined = [&](const auto& cellOf) {
-        std::string line;
-        for (std::size_t column = 0; column < m_columns.size(); ++column) {
-            line += column == 0 ? "" : "  ";
-            AppendCell(line, cellOf(column), widths[column], m_columns[column].align);
-        }
-        return line;
-    };
-    std::string text;
-    AppendLine(text, joined([&](std::size_t column) { return m_columns[column].head; }));
-    AppendLine(text, joined([&](std::size_t column) { return std::string(widths[column], '-'); }));
-    for (const auto& row : m_rows) {
-        AppendLine(text, joined([&](std::size_t column) { return row[column]; }));
+}
+
+void TextTable::Measure(const std::vector<std::string>& cells) {
+    for (std::size_t place = 0; place < m_columns.size(); ++place) {
+        std::size_t& width = m_columns[place].width;
+        width = std::max(width, DisplayWidth(cells[place]));
     }
-    return text;
+}
+
+std::string TextTable::Head() const {
+    std::vector<std::string> heads;
+    std::vector<std::string> rules;
+    for (const Column& column : m_columns) {
+        heads.push_back(column.head);
+        rules.emplace_back(column.width, '-');
+    }
+    return Line(heads) + Line(rules);
+}
+
+std::string TextTable::Line(const std::vector<std::string>& cells) const {
+    std::string line;
+    for (std::size_t place = 0; place < m_columns.size(); ++place) {
+        line += place == 0 ? "" : "  ";
+        AppendCell(line, cells[place], m_columns[place]);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line.append("\n");
 }
 
 }  // namespace NS_KXDU

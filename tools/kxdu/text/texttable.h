@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace NS_KXDU {
 
-/// A table for people: columns as wide as their widest cell, two blanks between them.
+/// A table for people, line by line: columns as wide as their widest cell that was measured, two blanks between them.
 class TextTable {
 public:
     enum class Align { LEFT, RIGHT };
@@ -13,19 +14,21 @@ public:
     struct Column {
         std::string head;
         Align align = Align::LEFT;
+        std::size_t width = 0;  ///< at least; room for the head is there in any case
     };
 
-    explicit TextTable(std::vector<Column> columns) : m_columns(std::move(columns)) {}
+    explicit TextTable(std::vector<Column> columns);
 
-    /// cells: one for each column, printable.
-    void AddRow(std::vector<std::string> cells) { m_rows.push_back(std::move(cells)); }
+    /// Makes room for a row. cells: one for each column, printable.
+    void Measure(const std::vector<std::string>& cells);
 
-    /// The head, a rule and the rows, each ended by LF.
-    [[nodiscard]] std::string Text() const;
+    /// The head and a rule, two lines ended by LF.
+    [[nodiscard]] std::string Head() const;
+    /// A row, ended by LF. A cell for which there is no room pushes the others to the right.
+    [[nodiscard]] std::string Line(const std::vector<std::string>& cells) const;
 
 private:
     std::vector<Column> m_columns;
-    std::vector<std::vector<std::string>> m_rows;
 };
 
 }  // namespace NS_KXDU

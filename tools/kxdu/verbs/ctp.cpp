@@ -26,18 +26,15 @@ struct Options {
 
 Listing::Row RowOf(const std::string& asked) {
     const auto number = ReadNumber(asked);
-    const Listing::Cell id = number ? Listing::Cell(std::int64_t{*number}) : IdOfCtp(asked);
-    const Listing::Cell name = number ? NameOfCtp(*number) : Listing::Cell(asked);
-    const bool isKnown = !std::holds_alternative<Listing::None>(id) && !std::holds_alternative<Listing::None>(name);
-    return isKnown ? Listing::Row{asked, id, name} : Listing::Row{asked, {}, {}};
+    const std::optional<int> id = number ? number : IdOfCtp(asked);
+    const std::optional<std::string> name = number ? NameOfCtp(*number) : asked;
+    return id && name ? Listing::Row{asked, CellOf(id), CellOf(name)} : Listing::Row{asked, {}, {}};
 }
 
 ExitCode Ctp(const Options& options) {
-    Listing listing({"asked", "ctpId", "name"});
-    for (const std::string& asked : AllAsked(options.asked)) {
-        listing.AddRow(RowOf(asked));
-    }
-    return PrintAnswers(listing, options.listing);
+    Listing listing({"asked", "ctpId", "name"}, options.listing);
+    ForEachAsked(options.asked, [&](const std::string& asked) { listing.AddRow(RowOf(asked)); });
+    return listing.CompleteAnswers();
 }
 
 }  // namespace

@@ -36,15 +36,14 @@ struct Options {
 };
 
 Listing::Row RowOf(int fbType) {
-    const Listing::Cell level = LevelOfFbType(fbType);
-    const auto* const levelNumber = std::get_if<std::int64_t>(&level);
+    const std::optional<int> level = LevelOfFbType(fbType);
     constexpr int ANOTHER_KIND = 0;
     constexpr int KIND_3 = 3;
     return {std::int64_t{fbType},
-            NameOfFbType(fbType),
-            level,
-            levelNumber != nullptr ? RateOfLevel(static_cast<int>(*levelNumber)) : Listing::Cell(),
-            BidirOfFbType(fbType),
+            CellOf(NameOfFbType(fbType)),
+            CellOf(level),
+            CellOf(level ? RateOfLevel(*level) : std::nullopt),
+            CellOf(BidirOfFbType(fbType)),
             NS_UTIL::IsLogicalPortByType(fbType),
             NS_UTIL::IsPortObjByFbType(fbType, ANOTHER_KIND),
             NS_UTIL::IsPortObjByFbType(fbType, KIND_3),
@@ -53,11 +52,10 @@ Listing::Row RowOf(int fbType) {
 
 ExitCode Fb(const Options& options) {
     Listing listing(
-        {"fbType", "name", "level", "rate", "bidirFbType", "logical", "portObject", "portObjectKind3", "ptnAid"});
-    for (const std::string& number : AllAsked(options.numbers)) {
-        listing.AddRow(RowOf(ParseNumber(number)));
-    }
-    return PrintAnswers(listing, options.listing);
+        {"fbType", "name", "level", "rate", "bidirFbType", "logical", "portObject", "portObjectKind3", "ptnAid"},
+        options.listing);
+    ForEachAsked(options.numbers, [&](const std::string& number) { listing.AddRow(RowOf(ParseNumber(number))); });
+    return listing.CompleteAnswers();
 }
 
 }  // namespace

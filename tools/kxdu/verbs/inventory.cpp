@@ -123,13 +123,19 @@ std::map<std::uint16_t, std::string> DomainsOfTypes(const Inventory& inventory) 
     return domains;
 }
 
-Listing ListTypes(const Inventory& inventory) {
+// Of a table, how much there is in the inventory stands in front.
+std::string Preface(const Inventory& inventory, const Options& options) {
+    return options.listing.format == Listing::Format::TABLE ? options.file + ": " + Counts(inventory) + "\n\n" : "";
+}
+
+void ListTypes(const Inventory& inventory, const Options& options) {
     std::map<std::uint16_t, std::int64_t> neCounts;
     for (const auto& ne : inventory.nes) {
         ++neCounts[ne.neType];
     }
     auto domains = DomainsOfTypes(inventory);
-    Listing listing({"neType", "name", "nes", "ipService", "klv", "domains"});
+    Listing listing({"neType", "name", "nes", "ipService", "klv", "domains"}, options.listing,
+                    Preface(inventory, options));
     for (const auto& type : inventory.neTypes) {
         listing.AddRow({std::int64_t{type.neType}, type.name, neCounts[type.neType], type.ipService, type.klv,
                         domains[type.neType]});
@@ -140,31 +146,27 @@ Listing ListTypes(const Inventory& inventory) {
         listing.AddRow({std::int64_t{neType}, Listing::None{"(in domain lists only)"}, std::int64_t{0}, Listing::None{},
                         Listing::None{}, names});
     }
-    return listing;
+    listing.Complete();
 }
 
-Listing ListNes(const Inventory& inventory) {
+void ListNes(const Inventory& inventory, const Options& options) {
     std::map<std::uint16_t, std::string> names;
     for (const auto& type : inventory.neTypes) {
         names[type.neType] = type.name;
     }
-    Listing listing({"neId", "neType", "name", "multiSubShelf", "oamNumberOmitted"});
+    Listing listing({"neId", "neType", "name", "multiSubShelf", "oamNumberOmitted"}, options.listing,
+                    Preface(inventory, options));
     for (const auto& ne : inventory.nes) {
         listing.AddRow(
             {std::int64_t{ne.neId}, std::int64_t{ne.neType}, names[ne.neType], ne.multiSubShelf, ne.oamNumberOmitted});
     }
-    return listing;
+    listing.Complete();
 }
 
 ExitCode List(const Options& options) {
     RefuseReplacing(FilesInUse({options.file, {}}), options.listing.output);
     const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
-    const Listing listing = options.isOfNes ? ListNes(inventory) : ListTypes(inventory);
-    std::string text = listing.Text(options.listing.format);
-    if (options.listing.format == Listing::Format::TABLE) {
-        text.insert(0, options.file + ": " + Counts(inventory) + "\n\n");
-    }
-    WriteWhole(options.listing.output, text);
+    (options.isOfNes ? ListNes : ListTypes)(inventory, options);
     return ExitCode::OK;
 }
 

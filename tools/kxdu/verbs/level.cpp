@@ -26,23 +26,19 @@ struct Options {
 
 Listing::Row RowOf(const std::string& asked) {
     const auto number = ReadNumber(asked);
-    const Listing::Cell level = number ? Listing::Cell(std::int64_t{*number}) : LevelOfRate(asked);
-    const auto* const levelNumber = std::get_if<std::int64_t>(&level);
-    if (levelNumber == nullptr) {
+    const std::optional<int> level = number ? number : LevelOfRate(asked);
+    if (!level) {
         return {asked, {}, {}, {}};
     }
-    Listing::Cell rate = RateOfLevel(static_cast<int>(*levelNumber));
-    Listing::Cell fbType = FbTypeOfLevel(static_cast<int>(*levelNumber));
-    const bool isKnown = !std::holds_alternative<Listing::None>(rate) || !std::holds_alternative<Listing::None>(fbType);
-    return {asked, isKnown ? level : Listing::Cell(), std::move(rate), std::move(fbType)};
+    const std::optional<std::string> rate = RateOfLevel(*level);
+    const std::optional<int> fbType = FbTypeOfLevel(*level);
+    return {asked, CellOf(rate || fbType ? level : std::nullopt), CellOf(rate), CellOf(fbType)};
 }
 
 ExitCode Level(const Options& options) {
-    Listing listing({"asked", "level", "rate", "fbType"});
-    for (const std::string& asked : AllAsked(options.asked)) {
-        listing.AddRow(RowOf(asked));
-    }
-    return PrintAnswers(listing, options.listing);
+    Listing listing({"asked", "level", "rate", "fbType"}, options.listing);
+    ForEachAsked(options.asked, [&](const std::string& asked) { listing.AddRow(RowOf(asked)); });
+    return listing.CompleteAnswers();
 }
 
 }  // namespace

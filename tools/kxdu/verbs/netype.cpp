@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include <kx_domain_util/netype.h>
@@ -10,7 +12,7 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "files/output.h"
+#include "failure.h"
 #include "formats/listing.h"
 
 namespace NS_KXDU {
@@ -22,10 +24,10 @@ constexpr auto HELP = R"(Examples:
   kxdu ne-type 2701 --ne 70 --inventory network.db
   KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
 
-Tables have a line for each question and a column for each NE type; csv and jsonl have a row for each NE type. The
-questions are called like the functions that answer them; name is what the inventory calls the type. Without an
-inventory, only those questions are answered that numbers fixed in the library decide, and the others have "-";
-IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
+Tables have a line for each question and a column for each NE type, up to 1000 of them; csv and jsonl have a row for each
+NE type, of any number. The questions are called like the functions that answer them; name is what the inventory calls
+the type. Without an inventory, only those questions are answered that numbers fixed in the library decide, and the
+others have "-"; IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
 
 Exit code: 0 something is known of each NE type; 1 of one it is not: it has no name, and no answer is yes; 2 wrong
 arguments, or an inventory that cannot be read; 3 output that cannot be written.)";
@@ -38,6 +40,9 @@ struct Options {
 };
 
 constexpr int LARGEST_NE_TYPE = 65535;
+
+// All of a table is held, since its first line is not known before its last column.
+constexpr std::size_t MOST_IN_A_TABLE = 1000;
 
 struct Question {
     const char* name;
@@ -98,7 +103,7 @@ Listing::Cell NameOf(std::uint16_t neType, const NS_STANDALONE::Inventory& inven
 }
 
 // inventory: null when there is none.
-Listing::Row RowOf(std::uint16_t neType, const NS_STANDALONE::Inventory* inventory, std::int32_t ne) {
+Listing::Row AnswersFor(std::uint16_t neType, const NS_STANDALONE::Inventory* inventory, std::int32_t ne) {
     Listing::Row row{std::int64_t{neType}, inventory != nullptr ? NameOf(neType, *inventory) : Listing::Cell()};
     for (const Question& question : FIXED_QUESTIONS) {
         row.emplace_back(question.ask(neType));
@@ -116,6 +121,40 @@ Listing::Row RowOf(std::uint16_t neType, const NS_STANDALONE::Inventory* invento
     return row;
 }
 
+using ToRow = std::function<Listing::Row(const std::string& number)>;
+
+ExitCode ListForPrograms(const Options& options, const ToRow& toRow) {
+    Listing listing(ColumnNames(), options.listing);
+    ForEachAsked(options.numbers, [&](const std::string& number) { listing.AddRow(toRow(number)); });
+    return listing.CompleteAnswers();
+}
+
+// Rows as programs get them are too wide to be read: they become columns.
+ExitCode ListForPeople(const Options& options, const ToRow& toRow, std::string_view footer) {
+    const std::vector<std::string> questions = ColumnNames();
+    std::vector<std::string> heads{questions.front()};
+    std::vector<Listing::Row> rows;
+    ForEachAsked(options.numbers, [&](const std::string& number) {
+        if (rows.size() == MOST_IN_A_TABLE) {
+            throw Failure(ExitCode::USAGE, "a table has a column for each NE type, and no more than " +
+                                               std::to_string(MOST_IN_A_TABLE) +
+                                               " of them; --format csv and jsonl take any number");
+        }
+        rows.push_back(toRow(number));
+        heads.push_back(std::to_string(std::get<std::int64_t>(rows.back().front())));
+    });
+    Listing listing(std::move(heads), options.listing);
+    for (std::size_t question = 1; question < questions.size(); ++question) {
+        Listing::Row answers{questions[question]};
+        for (const Listing::Row& row : rows) {
+            answers.push_back(row[question]);
+        }
+        listing.AddRow(std::move(answers));
+    }
+    listing.Complete(footer);
+    return std::any_of(rows.begin(), rows.end(), Listing::IsSilent) ? ExitCode::FOUND : ExitCode::OK;
+}
+
 ExitCode NeType(const Options& options) {
     const ServiceOptions serviceOptions{options.inventory, {}};
     RefuseReplacing(FilesInUse(serviceOptions), options.listing.output);
@@ -124,19 +163,16 @@ ExitCode NeType(const Options& options) {
         inventory = NS_STANDALONE::ReadInventory(options.inventory);  // for the names, which no service tells
     }
     const auto services = StartServices(serviceOptions);
-    Listing listing(ColumnNames());
-    for (const std::string& number : AllAsked(options.numbers)) {
+    const auto toRow = [&](const std::string& number) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
-        listing.AddRow(RowOf(neType, inventory ? &*inventory : nullptr, options.ne));
-    }
+        return AnswersFor(neType, inventory ? &*inventory : nullptr, options.ne);
+    };
     const Listing::Format format = options.listing.format;
-    const bool isForPeople = format == Listing::Format::TABLE || format == Listing::Format::MARKDOWN;
-    std::string text = (isForPeople ? listing.Turned() : listing).Text(format);
-    if (isForPeople && !inventory) {
-        text += "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n";
+    if (format == Listing::Format::CSV || format == Listing::Format::JSONL) {
+        return ListForPrograms(options, toRow);
     }
-    WriteWhole(options.listing.output, text);
-    return listing.HasSilentRow() ? ExitCode::FOUND : ExitCode::OK;
+    return ListForPeople(options, toRow,
+                         inventory ? "" : "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n");
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ void AddPathRows(const std::string& path, Listing& listing) {
     std::map<int, int> numbers;
     NS_UTIL::UtilCommon::Instance()->GetSplitePATHDataByLine(numbers, path);
     for (const auto& [level, number] : numbers) {
-        listing.AddRow({path, std::int64_t{level}, RateOfLevel(level), std::int64_t{number}});
+        listing.AddRow({path, std::int64_t{level}, CellOf(RateOfLevel(level)), std::int64_t{number}});
     }
     if (numbers.empty()) {
         listing.AddRow({path, {}, {}, {}});
@@ -37,11 +37,9 @@ void AddPathRows(const std::string& path, Listing& listing) {
 }
 
 ExitCode Path(const Options& options) {
-    Listing listing({"path", "level", "rate", "number"});
-    for (const std::string& path : AllAsked(options.paths)) {
-        AddPathRows(path, listing);
-    }
-    return PrintAnswers(listing, options.listing);
+    Listing listing({"path", "level", "rate", "number"}, options.listing);
+    ForEachAsked(options.paths, [&](const std::string& path) { AddPathRows(path, listing); });
+    return listing.CompleteAnswers();
 }
 
 }  // namespace

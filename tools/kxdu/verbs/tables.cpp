@@ -37,30 +37,31 @@ Listing::Cell CellOf(Number number) {
     return static_cast<std::int64_t>(number);
 }
 
-// A listing of rows, of which each member becomes a column.
+// Lists rows, of which each member becomes a column.
 template <class Row, class... Members>
-Listing ListRows(std::vector<std::string> columns, std::span<const Row> rows, Members Row::*... members) {
-    Listing listing(std::move(columns));
+void ListRows(const ListingOptions& options, std::vector<std::string> columns, std::span<const Row> rows,
+              Members Row::*... members) {
+    Listing listing(std::move(columns), options);
     for (const Row& row : rows) {
         listing.AddRow({CellOf(row.*members)...});
     }
-    return listing;
+    listing.Complete();
 }
 
 template <class Number>
-Listing ListNumbers(const char* column, std::span<const Number> numbers) {
-    Listing listing({column});
+void ListNumbers(const ListingOptions& options, const char* column, std::span<const Number> numbers) {
+    Listing listing({column}, options);
     for (const Number number : numbers) {
         listing.AddRow({CellOf(number)});
     }
-    return listing;
+    listing.Complete();
 }
 
 struct ConstantTable {
     const char* name;
     const char* about;
     std::size_t (*count)();
-    Listing (*list)();
+    void (*list)(const ListingOptions& options);
 };
 
 template <auto GetRows>
@@ -70,59 +71,60 @@ std::size_t CountOf() {
 
 const std::array<ConstantTable, 10> TABLES{{
     {"fb-type-names", "names of FB types", CountOf<NS_UTIL::GetFbTypeNameRows>,
-     [] {
-         return ListRows({"fbType", "name"}, NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType,
-                         &NS_UTIL::FbTypeNameRow::name);
+     [](const ListingOptions& options) {
+         ListRows(options, {"fbType", "name"}, NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType,
+                  &NS_UTIL::FbTypeNameRow::name);
      }},
     {"ptn-aid-fb-types", "FB types that have a PTN AID; one stands twice", CountOf<NS_UTIL::GetPtnAidFbTypes>,
-     [] { return ListNumbers("fbType", NS_UTIL::GetPtnAidFbTypes()); }},
+     [](const ListingOptions& options) { ListNumbers(options, "fbType", NS_UTIL::GetPtnAidFbTypes()); }},
     {"port-object-fb-types", "FB types that are port objects whatever their kind",
-     CountOf<NS_UTIL::GetPortObjectFbTypes>, [] { return ListNumbers("fbType", NS_UTIL::GetPortObjectFbTypes()); }},
+     CountOf<NS_UTIL::GetPortObjectFbTypes>,
+     [](const ListingOptions& options) { ListNumbers(options, "fbType", NS_UTIL::GetPortObjectFbTypes()); }},
     {"domain-names", "words of domain ids", CountOf<NS_UTIL::GetDomainNameRows>,
-     [] {
-         return ListRows({"domainId", "name"}, NS_UTIL::GetDomainNameRows(), &NS_UTIL::DomainNameRow::domainId,
-                         &NS_UTIL::DomainNameRow::name);
+     [](const ListingOptions& options) {
+         ListRows(options, {"domainId", "name"}, NS_UTIL::GetDomainNameRows(), &NS_UTIL::DomainNameRow::domainId,
+                  &NS_UTIL::DomainNameRow::name);
      }},
     {"fb-type-levels", "interface levels on which FB types sit", CountOf<NS_UTIL::GetFbTypeLevelRows>,
-     [] {
-         return ListRows({"fbType", "level"}, NS_UTIL::GetFbTypeLevelRows(), &NS_UTIL::FbTypeLevelRow::fbType,
-                         &NS_UTIL::FbTypeLevelRow::level);
+     [](const ListingOptions& options) {
+         ListRows(options, {"fbType", "level"}, NS_UTIL::GetFbTypeLevelRows(), &NS_UTIL::FbTypeLevelRow::fbType,
+                  &NS_UTIL::FbTypeLevelRow::level);
      }},
     {"level-fb-types", "canonical FB types of interface levels", CountOf<NS_UTIL::GetLevelFbTypeRows>,
-     [] {
-         return ListRows({"level", "fbType"}, NS_UTIL::GetLevelFbTypeRows(), &NS_UTIL::LevelFbTypeRow::level,
-                         &NS_UTIL::LevelFbTypeRow::fbType);
+     [](const ListingOptions& options) {
+         ListRows(options, {"level", "fbType"}, NS_UTIL::GetLevelFbTypeRows(), &NS_UTIL::LevelFbTypeRow::level,
+                  &NS_UTIL::LevelFbTypeRow::fbType);
      }},
     {"bidir-fb-types", "bidirectional FB types of unidirectional ones", CountOf<NS_UTIL::GetBidirFbTypeRows>,
-     [] {
-         return ListRows({"fbType", "bidirFbType"}, NS_UTIL::GetBidirFbTypeRows(), &NS_UTIL::BidirFbTypeRow::fbType,
-                         &NS_UTIL::BidirFbTypeRow::bidirFbType);
+     [](const ListingOptions& options) {
+         ListRows(options, {"fbType", "bidirFbType"}, NS_UTIL::GetBidirFbTypeRows(), &NS_UTIL::BidirFbTypeRow::fbType,
+                  &NS_UTIL::BidirFbTypeRow::bidirFbType);
      }},
     {"ctp-names", "TMF names of reserved CTPs", CountOf<NS_UTIL::GetCtpNameRows>,
-     [] {
-         return ListRows({"name", "ctpId"}, NS_UTIL::GetCtpNameRows(), &NS_UTIL::CtpNameRow::name,
-                         &NS_UTIL::CtpNameRow::ctpId);
+     [](const ListingOptions& options) {
+         ListRows(options, {"name", "ctpId"}, NS_UTIL::GetCtpNameRows(), &NS_UTIL::CtpNameRow::name,
+                  &NS_UTIL::CtpNameRow::ctpId);
      }},
     {"client-rates", "interface levels of client rates", CountOf<NS_UTIL::GetClientRateRows>,
-     [] {
-         return ListRows({"name", "level"}, NS_UTIL::GetClientRateRows(), &NS_UTIL::ClientRateRow::name,
-                         &NS_UTIL::ClientRateRow::level);
+     [](const ListingOptions& options) {
+         ListRows(options, {"name", "level"}, NS_UTIL::GetClientRateRows(), &NS_UTIL::ClientRateRow::name,
+                  &NS_UTIL::ClientRateRow::level);
      }},
     {"optical-boards", "board types that are optical boards of the ROADM kind", CountOf<NS_UTIL::GetOpticalBoards>,
-     [] { return ListNumbers("boardType", NS_UTIL::GetOpticalBoards()); }},
+     [](const ListingOptions& options) { ListNumbers(options, "boardType", NS_UTIL::GetOpticalBoards()); }},
 }};
 
-Listing ListTables() {
-    Listing listing({"table", "rows", "about"});
+void ListTables(const ListingOptions& options) {
+    Listing listing({"table", "rows", "about"}, options);
     for (const ConstantTable& table : TABLES) {
         listing.AddRow({table.name, static_cast<std::int64_t>(table.count()), table.about});
     }
-    return listing;
+    listing.Complete();
 }
 
 ExitCode Tables(const Options& options) {
     if (options.table.empty()) {
-        Print(ListTables(), options.listing);
+        ListTables(options.listing);
         return ExitCode::OK;
     }
     const auto* const table = std::find_if(TABLES.begin(), TABLES.end(),
@@ -130,7 +132,7 @@ ExitCode Tables(const Options& options) {
     if (table == TABLES.end()) {
         throw Failure(ExitCode::USAGE, "no table " + Quoted(options.table) + "; kxdu tables lists them");
     }
-    Print(table->list(), options.listing);
+    table->list(options.listing);
     return ExitCode::OK;
 }
 

@@ -1,0 +1,40 @@
+#include "kxdu/program.h"
+
+namespace {
+
+using FbVerb = ProgramTest;
+
+TEST_F(FbVerb, TellsAllOfAType) {
+    const std::string head = "fbType,name,level,rate,bidirFbType,logical,portObject,portObjectKind3,ptnAid\n";
+    const Ended ended = Shell("kxdu fb 861 131 33 2 919 4149 65536 --format csv");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.out, head +
+                             "861,,12313,OTU1,860,false,false,false,false\n"
+                             "131,COM,,,,false,false,false,false\n"
+                             "33,,,,1,false,false,false,false\n"
+                             "2,,,,2,false,true,false,false\n"
+                             "919,,,,919,false,true,true,false\n"
+                             "4149,TPS_GRP,,,,false,false,false,true\n"
+                             "65536,,,,,true,false,false,false\n");
+}
+
+TEST_F(FbVerb, ATypeThatMeansNothingEndsWithOne) {
+    const Ended ended = Shell("kxdu fb 65535 122");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out,
+              "fbType  name  level  rate  bidirFbType  logical  portObject  portObjectKind3  ptnAid\n"
+              "------  ----  -----  ----  -----------  -------  ----------  ---------------  ------\n"
+              " 65535  -     -      -     -            no       no          no               no\n"
+              "   122  CSK   -      -     -            no       no          no               no\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(FbVerb, WrongArgumentsEndWithTwo) {
+    for (const char* const arguments : {"", "x", "1.5", "2147483648", "1 --format xml"}) {
+        const Ended ended = Shell(std::string("kxdu fb ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.out, "") << arguments;
+    }
+}
+
+}  // namespace
