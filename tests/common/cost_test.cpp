@@ -1,9 +1,17 @@
 // What a call costs when nobody logs: no allocation, no lock, no exception.
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include <kx_domain_util/devicedomainmgr.h>
+#include <kx_domain_util/fbtype.h>
+#include <kx_domain_util/netype.h>
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/processexception.h>
 #include <kx_domain_util/resIDUtil.h>
@@ -11,6 +19,12 @@
 
 #include "support/allocations.h"
 #include "support/calls.h"
+#include "support/conversions.h"
+#include "support/conversionsurroundings.h"
+#include "support/generated.h"
+#include "support/predicates.h"
+#include "support/room.h"
+#include "support/scale.h"
 #include "support/services.h"
 
 namespace {
@@ -18,8 +32,12 @@ namespace {
 using NS_TEST::AllocationCount;
 using NS_TEST::CallCount;
 using NS_TEST::Configuration;
+using NS_TEST::ConversionProfile;
+using NS_TEST::CountingInventory;
 using NS_TEST::RecordingLog;
 using NS_TEST::Registration;
+using NS_TEST::Scaled;
+using NS_UTIL::DeviceDomainMgr;
 using NS_UTIL::NtfFilter;
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::UtilCommon;
@@ -36,6 +54,18 @@ void ExpectFree(Operation operation) {
     EXPECT_EQ(allocations.Get(), 0U);
     EXPECT_EQ(calls.GetLocks(), 0U);
     EXPECT_EQ(calls.GetThrows(), 0U);
+}
+
+// As ExpectFree, but for the room that the answer takes itself when it is too long for a string object.
+template <class Operation>
+void ExpectFreeButForItsAnswer(Operation operation) {
+    operation();
+    const AllocationCount allocations;
+    const CallCount calls;
+    const std::string answer = operation();
+    EXPECT_EQ(allocations.Get(), NS_TEST::NeedsRoom(answer) ? 1U : 0U) << answer;
+    EXPECT_EQ(calls.GetLocks(), 0U) << answer;
+    EXPECT_EQ(calls.GetThrows(), 0U) << answer;
 }
 
 class Cost : public testing::Test {
@@ -116,23 +146,143 @@ TEST_F(Cost, OfOamIdentifiersThatCannotBeRead) {
 }
 
 TEST_F(Cost, OfLookUps) {
-    NS_DOMAIN::TPIndex tp;
-    const std::string ctp = "E11";
     std::string name;
-    ExpectFree([&] {
-        const UtilCommon& utilCommon = *UtilCommon::Instance();
-        int level = 0;
-        utilCommon.FBType2InterfaceLevel(level, 202);
-        utilCommon.InterfaceLevel2FBType(level, level);
-        utilCommon.GetBidirFBType(34);
-        utilCommon.IsTiRoadmOpticalBoard(948);
-        utilCommon.InterfaceCTPId2TMFName(65535, name);
-        unsigned long ctpId = 0;
-        utilCommon.InterfaceTMFCTPName2ID(ctp, ctpId);
-        tp.vc4Id = 0;
-        utilCommon.SetTpNo(tp, 12313, 5);
-        utilCommon.GetTpNo(tp, 12313);
-    });
+    const std::string ctp = "E11";
+    for (const int level : {0, 202, 897, 1025, 12306, 65547, -1}) {
+        ExpectFree([&] {
+            const UtilCommon& utilCommon = *UtilCommon::Instance();
+            int other = 0;
+            utilCommon.FBType2InterfaceLevel(other, level);
+            utilCommon.InterfaceLevel2FBType(other, level);
+            utilCommon.GetBidirFBType(static_cast<unsigned short>(level));
+            utilCommon.IsTiRoadmOpticalBoard(static_cast<unsigned long>(level));
+            utilCommon.InterfaceCTPId2TMFName(65535, name);
+            utilCommon.InterfaceCTPId2TMFName(static_cast<unsigned long>(level), name);
+            unsigned long ctpId = 0;
+            utilCommon.InterfaceTMFCTPName2ID(ctp, ctpId);
+            utilCommon.InterfaceTMFCTPName2ID(name, ctpId);
+        });
+    }
 }
+
+TEST_F(Cost, OfFbTypes) {
+    for (const int fbType : {2, 3, 34, 897, 1025, 65547, 123456789, -2147483647}) {
+        ExpectFree([&] {
+            NS_UTIL::IsPTNAIDFBType(fbType);
+            NS_UTIL::IsPortObjByFbType(fbType, 3);
+            NS_UTIL::IsPortObjByFbType(fbType, 0);
+            NS_UTIL::IsLogicalPortByType(fbType);
+        });
+    }
+    for (int fbType = 0; fbType < 70000; ++fbType) {
+        ExpectFreeButForItsAnswer([fbType] { return NS_UTIL::GetFBTypeName(fbType); });
+    }
+    for (unsigned int domainId = 0; domainId < 300; ++domainId) {
+        ExpectFreeButForItsAnswer([domainId] { return NS_UTIL::GetDomainStrByID(domainId); });
+    }
+}
+
+TEST_F(Cost, OfLocationWords) {
+    for (const int level : {12313, 12306, 0, -1}) {
+        ExpectFree([&] {
+            const UtilCommon& utilCommon = *UtilCommon::Instance();
+            int location = 0;
+            int tpNo = 5;
+            utilCommon.SetTpNoToLocation(location, level, tpNo);
+            utilCommon.SetTpNoToLocation(location, level, tpNo);
+            utilCommon.GetTpNoFromLocation(location, level, tpNo);
+            utilCommon.GetTpNoFromLocation(location, level + 1, tpNo);
+            NS_DOMAIN::TPIndex tp;
+            tp.vc4Id = 0;
+            utilCommon.SetTpNo(tp, level, 5);
+            utilCommon.SetTpNo(tp, level, 0);
+            utilCommon.GetTpNo(tp, level);
+            utilCommon.GetTpNo(tp, level + 1);
+        });
+    }
+}
+
+// With lists that are loaded, with none, and with an inventory that gives the last word.
+TEST_F(Cost, OfNeTypes) {
+    const auto expectFreePredicates = [] {
+        for (const unsigned short neType : std::array<unsigned short, 5>{0, 7, 1335, 1911, 65535}) {
+            ExpectFree([neType] {
+                for (const NS_TEST::Predicate predicate : NS_TEST::LIST_PREDICATES) {
+                    predicate(neType);
+                }
+                NS_UTIL::IsTransMultiSubShelfNE(12, neType);
+            });
+        }
+    };
+    CountingInventory inventory(1911);
+    const Registration registration("InventoryBufif", inventory);
+    DeviceDomainMgr::Destroy();
+    expectFreePredicates();
+    for (const std::string_view domain : NS_UTIL::NE_TYPE_LISTS) {
+        DeviceDomainMgr::Instance()->AddDomainDevTypelistCache(std::string(domain), {7, 1335});
+    }
+    for (const std::string_view domain : NS_UTIL::EQUIPMENT_TYPE_LISTS) {
+        DeviceDomainMgr::Instance()->AddDomainEqtCache(std::string(domain), {7, 1335});
+    }
+    expectFreePredicates();
+    DeviceDomainMgr::Destroy();
+}
+
+// ---- Conversions, with all that they make a difference of -----------------------------------------------------------
+
+class CostOfConversions : public testing::TestWithParam<ConversionProfile> {
+protected:
+    // Converts once to make what stays, then expects that the same again costs nothing. Where there is a map, it is the
+    // only thing that may allocate.
+    template <class Convert>
+    static void ExpectFreeConversion(std::string_view name, bool hasMap, Convert convert) {
+        convert();
+        const AllocationCount allocations;
+        const CallCount calls;
+        convert();
+        EXPECT_TRUE(allocations.Get() == 0 || hasMap) << name << ": " << allocations.Get();
+        EXPECT_EQ(calls.GetLocks(), 0U) << name;
+        EXPECT_EQ(calls.GetThrows(), 0U) << name;
+    }
+
+private:
+    NS_TEST::ConversionSurroundings m_surroundings{GetParam()};
+};
+
+TEST_P(CostOfConversions, OfReaders) {
+    NS_TEST::IdentifierGenerator identifiers(71);
+    for (std::size_t round = 0; round < Scaled(3000) && !HasFailure(); ++round) {
+        const std::string fdn = identifiers.Next();
+        NS_TEST::ForEachReader([&fdn]<class Record>(const NS_TEST::Reader<Record>& reader) {
+            Record record;
+            NS_TEST::MakeRoom(record);
+            ExpectFreeConversion(reader.name, NS_TEST::GoesThroughAMap(reader.name),
+                                 [&] { reader.library(fdn, record); });
+        });
+    }
+}
+
+TEST_P(CostOfConversions, OfWriters) {
+    NS_TEST::RecordGenerator records(72);
+    std::string fdn;
+    fdn.reserve(4096);
+    for (std::size_t round = 0; round < Scaled(3000) && !HasFailure(); ++round) {
+        NS_TEST::ForEachWriter([&]<class Record>(const NS_TEST::Writer<Record>& writer) {
+            const auto record = records.Next<Record>();
+            const NS_TEST::WriterArguments arguments{records.Flag(), static_cast<unsigned long>(records.Number())};
+            ExpectFreeConversion(writer.name, false, [&] { writer.library(record, fdn, arguments); });
+        });
+    }
+}
+
+// Without services, those that need one throw.
+std::vector<ConversionProfile> ProfilesWithServices() {
+    std::vector<ConversionProfile> profiles;
+    std::ranges::copy_if(NS_TEST::CONVERSION_PROFILES, std::back_inserter(profiles), &ConversionProfile::hasServices);
+    return profiles;
+}
+
+INSTANTIATE_TEST_SUITE_P(With, CostOfConversions, testing::ValuesIn(ProfilesWithServices()),
+                         [](const auto& profile) { return profile.param.name; });
 
 }  // namespace

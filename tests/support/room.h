@@ -1,0 +1,54 @@
+/// The room that the texts of a caller's record have, for tests of what conversions allocate.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "support/recordfields.h"
+
+namespace NS_TEST {
+
+/// Calls visit with each text of record and of the records in it.
+template <class Record, class Visit>
+void ForEachText(Record& record, Visit visit) {
+    ForEachField(record, [&visit](std::string_view, auto& field) {
+        using Value = std::remove_const_t<std::remove_reference_t<decltype(field)>>;
+        if constexpr (HasFields<Value>) {
+            ForEachText(field, visit);
+        } else if constexpr (std::is_same_v<Value, std::string>) {
+            visit(field);
+        }
+    });
+}
+
+template <class Record>
+void MakeRoom(Record& record) {
+    constexpr std::size_t ROOM = 4096;
+    ForEachText(record, [](std::string& text) { text.reserve(ROOM); });
+}
+
+/// Whether a text does not fit into a string object itself.
+inline bool NeedsRoom(const std::string& text) {
+    return text.size() > std::string().capacity();
+}
+
+/// How many texts of a record that had none before need room of their own.
+template <class Record>
+std::size_t CountTextsThatNeedRoom(const Record& record) {
+    std::size_t count = 0;
+    ForEachText(record, [&count](const std::string& text) { count += NeedsRoom(text) ? 1 : 0; });
+    return count;
+}
+
+/// These readers are given a map of levels, or make one by the platform's splitter: maps allocate.
+inline bool GoesThroughAMap(std::string_view reader) {
+    constexpr std::array<std::string_view, 4> READERS{"FillMAIndex", "FillMDIndex", "FillMIPIndex",
+                                                      "ResID2PWSwitchIndex"};
+    return std::find(READERS.begin(), READERS.end(), reader) != READERS.end();
+}
+
+}  // namespace NS_TEST
