@@ -52,8 +52,8 @@ WholeLines FindWholeLines(std::string_view text) {
 
 }  // namespace
 
-BlockReader::BlockReader(std::vector<std::string> files, std::size_t blockSize)
-    : m_files(std::move(files)), m_blockSize(blockSize) {
+BlockReader::BlockReader(std::vector<std::string> files, std::size_t blockSize, std::size_t longestLine)
+    : m_files(std::move(files)), m_blockSize(blockSize), m_longestLine(longestLine) {
     if (m_files.empty()) {
         m_files.emplace_back(STANDARD_INPUT);
     }
@@ -128,12 +128,12 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     std::copy(m_rest.begin(), m_rest.end(), block.memory.begin());
     m_rest.clear();
     bool hasLine = block.Text().find('\n') != std::string_view::npos;
-    while (!m_isAtEnd && block.size <= LONGEST_LINE) {
+    while (!m_isAtEnd && block.size <= m_longestLine) {
         if (block.size == block.memory.size()) {
             if (hasLine) {
                 break;
             }
-            block.memory.resize(std::min(block.memory.size() * 2, LONGEST_LINE + m_blockSize));
+            block.memory.resize(std::min(block.memory.size() * 2, m_longestLine + m_blockSize));
         }
         hasLine = ReadMore(block) || hasLine;
         if (block.size != block.memory.size() && hasLine) {
@@ -170,7 +170,7 @@ void BlockReader::CutBehindLastLine(InputBlock& block) {
         KeepRest(block, lines.end);
         block.size = lines.end;
         m_line += lines.count;
-    } else if (block.size > LONGEST_LINE) {
+    } else if (block.size > m_longestLine) {
         SkipTooLongLine(block);
         ++m_line;
     }

@@ -28,8 +28,9 @@ struct InputBlock {
 /// of its text.
 class BlockReader {
 public:
-    /// Standard input when there are no files; so does the file "-". Blocks have about blockSize bytes.
-    BlockReader(std::vector<std::string> files, std::size_t blockSize);
+    /// Reads standard input when there are no files, and in place of the file "-". Blocks have about `blockSize` bytes.
+    /// A line of more than `longestLine` bytes is not held.
+    BlockReader(std::vector<std::string> files, std::size_t blockSize, std::size_t longestLine = LONGEST_LINE);
     ~BlockReader();
     BlockReader(const BlockReader&) = delete;
     BlockReader& operator=(const BlockReader&) = delete;
@@ -56,6 +57,7 @@ private:
     std::deque<std::string> m_names;
     std::size_t m_nextFile = 0;
     std::size_t m_blockSize;
+    std::size_t m_longestLine;
     int m_descriptor = -1;
     bool m_isAtBegin = false;  // of the open input
     bool m_isAtEnd = false;    // of the open input
