@@ -1,5 +1,7 @@
-/// The text helpers of `UtilCommon` beside their literal counterparts.
+/// The text helpers of `UtilCommon` beside their literal counterparts, and the splitters below them: what they give,
+/// joined again, is the text.
 #include <kx_domain_util/utilcommon.h>
+#include <kx_platform/textutil.h>
 
 #include "fuzz/input.h"
 #include "support/exacttext.h"
@@ -13,6 +15,36 @@ using NS_TEST::LiteralUtilCommon;
 using Texts = std::map<std::string, std::string>;
 using Fields = std::map<int, std::string>;
 using Path = std::map<int, int>;
+
+std::string Joined(const std::vector<std::string>& pieces, const std::string& separator) {
+    std::string text;
+    for (const std::string& piece : pieces) {
+        text.append(&piece == &pieces.front() ? "" : separator).append(piece);
+    }
+    return text;
+}
+
+void CheckParser(const std::string& text, const std::string& separator) {
+    std::vector<std::string> pieces;
+    NS_UTIL::Parser::SplitStrByTag(text, separator, pieces);
+    ExpectEqual(Joined(pieces, separator), text, "SplitStrByTag at " + separator, text);
+    std::string name;
+    std::string value;
+    const bool isCut = NS_UTIL::Parser::ParseItemNVByTag(text, name, value, separator);
+    ExpectEqual(name + (isCut ? separator + value : ""), text, "ParseItemNVByTag at " + separator, text);
+    ExpectEqual(name.find(separator) == std::string::npos || separator.empty(), true, "the first " + separator, text);
+}
+
+void CheckTokens(const std::string& text, char separator) {
+    std::vector<std::string> all;
+    NS_UTIL::SplitStringByTag(text, all, separator, std::bitset<8>(1U << NS_UTIL::KEEP_EMPTY_TOKENS));
+    ExpectEqual(Joined(all, {separator}), text, "SplitStringByTag with empty tokens", text);
+    std::vector<std::string> tokens;
+    const bool hasTokens = NS_UTIL::SplitStringByTag(text, tokens, separator, {});
+    std::erase(all, "");
+    ExpectEqual(tokens, all, "SplitStringByTag without empty tokens", text);
+    ExpectEqual(hasTokens, !all.empty(), "whether SplitStringByTag gives tokens", text);
+}
 
 }  // namespace
 
@@ -44,6 +76,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         utilCommon.GetSpliteFDNData(items, exact, separator);
         LiteralUtilCommon::GetSpliteFDNData(expectedItems, text, separator);
         ExpectEqual(items, expectedItems, "GetSpliteFDNData at " + separator, text);
+        items = {{"NE", "old"}};
+        utilCommon.GetSplitNameValueMapbyTag(items, exact, separator);
+        ExpectEqual(items, expectedItems, "GetSplitNameValueMapbyTag at " + separator, text);
+        CheckParser(exact, separator);
     }
+    CheckTokens(exact, ',');
     return 0;
 }
