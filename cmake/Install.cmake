@@ -24,7 +24,8 @@ install(FILES
     DESTINATION ${KX_PACKAGE_DIR})
 
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    PATTERN CMakeLists.txt EXCLUDE)
 
 # The pkg-config files find their prefix from where they lie, so that an installed tree can be moved.
 file(RELATIVE_PATH KX_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)

@@ -29,27 +29,26 @@ libraries=$(dirname "$(find "$work/prefix" -name libkx_domain_util.so)")
 [ -s "$work/prefix/share/doc/kx_domain_util/docs/guide.md" ]
 
 numbers=$'NE=7,S=0,CP=-1,PP=||4294967295|\n41180004'
-card="NE=12,S=3,CP=-1,SS=-1,SC=-1"
-example=$source/examples/read_and_write_a_port.cpp
+examples=$work/prefix/share/doc/kx_domain_util/examples
 
 cmake -S "$source/tests/package/outside" -B "$work/outside" -DCMAKE_CXX_COMPILER="$compiler" \
-      -DCMAKE_PREFIX_PATH="$work/prefix" -DREADME_EXAMPLE="$example" >>"$work/log"
+      -DCMAKE_PREFIX_PATH="$work/prefix" -DEXAMPLES="$examples" >>"$work/log"
 cmake --build "$work/outside" >>"$work/log"
 prints "$numbers" "$work/outside/outside"
-prints "$card" "$work/outside/outside_standalone" "$work/inventory.db"
-"$source/tests/package/example_test.sh" "$work/outside/outside_readme" "$example"
+"$source/tests/package/example_test.sh" "$work/outside/outside_standalone" "$examples/standalone_host.cpp"
+"$source/tests/package/example_test.sh" "$work/outside/outside_readme" "$examples/read_and_write_a_port.cpp"
 
 export PKG_CONFIG_PATH=$libraries/pkgconfig
 # by_pkg_config SOURCE PACKAGE: makes $work/by_pkg_config.
 by_pkg_config() {
     # shellcheck disable=SC2046
-    "$compiler" -std=c++20 "$source/tests/package/outside/$1" -o "$work/by_pkg_config" \
+    "$compiler" -std=c++20 "$1" -o "$work/by_pkg_config" \
         $(pkg-config --cflags --libs "$2") -Wl,-rpath,"$libraries"
 }
-by_pkg_config main.cpp kx_domain_util
+by_pkg_config "$source/tests/package/outside/main.cpp" kx_domain_util
 prints "$numbers" "$work/by_pkg_config"
-by_pkg_config standalone.cpp kx_standalone
-prints "$card" "$work/by_pkg_config" "$work/inventory2.db"
+by_pkg_config "$examples/standalone_host.cpp" kx_standalone
+"$source/tests/package/example_test.sh" "$work/by_pkg_config" "$examples/standalone_host.cpp"
 
 find "$work/prefix" -name '*.cmake' -o -name '*.pc' | while read -r file; do
     if grep -qF "$source" "$file"; then
