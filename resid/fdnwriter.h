@@ -16,14 +16,15 @@ namespace NS_UTIL::NS_FDN {
 /// append each piece to the string.
 class FdnWriter {
 public:
-    explicit FdnWriter(std::string& out) noexcept : m_out(out) {}
+    /// names: how many bytes the record's names take, where it has more than one.
+    explicit FdnWriter(std::string& out, std::size_t names = 0) noexcept : m_out(out), m_names(names) {}
     FdnWriter(const FdnWriter&) = delete;
     FdnWriter& operator=(const FdnWriter&) = delete;
 
     /// Appends text as it is.
     FdnWriter& Text(std::string_view text) {
         if (text.size() > m_gathered.size() - m_size) {
-            Hand(text);
+            HandEarly(text);
         } else {
             std::memcpy(m_gathered.data() + m_size, text.data(), text.size());
             m_size += text.size();
@@ -37,7 +38,7 @@ public:
         constexpr std::size_t LONGEST = 11;  // "-2147483648"
         static_assert(sizeof(Number) == sizeof(std::int32_t));
         if (LONGEST > m_gathered.size() - m_size) {
-            Hand({});
+            HandEarly({});
         }
         char* const begin = m_gathered.data() + m_size;
         m_size += static_cast<std::size_t>(std::to_chars(begin, begin + LONGEST, number).ptr - begin);
@@ -62,22 +63,36 @@ public:
     }
 
 private:
-    void Hand(std::string_view tail) {
-        if (!m_begun) {
-            m_out.clear();
-            m_begun = true;
+    // Makes room for what may follow, too: all but the names fits into what is gathered. Rare, and out of the way of
+    // what is not.
+    [[gnu::noinline]] void HandEarly(std::string_view tail) {
+        if (const std::size_t size = SizeWith(tail); size > m_out.capacity()) {
+            m_out.reserve(size + GATHERED + m_names);
         }
-        const std::size_t size = m_out.size() + m_size + tail.size();
-        if (size > m_out.capacity()) {
+        Hand(tail);
+    }
+
+    void Hand(std::string_view tail) {
+        if (const std::size_t size = SizeWith(tail); size > m_out.capacity()) {
             m_out.reserve(size);
         }
         m_out.append(m_gathered.data(), m_size).append(tail);
         m_size = 0;
     }
 
+    // The size of the caller's string when tail is handed over.
+    std::size_t SizeWith(std::string_view tail) {
+        if (!m_begun) {
+            m_out.clear();
+            m_begun = true;
+        }
+        return m_out.size() + m_size + tail.size();
+    }
+
     static constexpr std::size_t GATHERED = 256;
 
     std::string& m_out;
+    std::size_t m_names;
     std::size_t m_size = 0;
     bool m_begun = false;
     std::array<char, GATHERED> m_gathered;

@@ -59,7 +59,7 @@ void AppendMa(FdnWriter& writer, const Record& record) {
 }
 
 void WriteEndPoint(const MEPIndex& mep, std::string_view head, std::string& fdn) {
-    FdnWriter writer(fdn);
+    FdnWriter writer(fdn, mep.mdName.size() + mep.maName.size());
     AppendMa(writer, mep);
     writer.Level(head, mep.mepId).Flush();
 }
@@ -155,7 +155,7 @@ void ResIDUtil::MDIndex2ResID(const MDIndex& md, std::string& fdn) {
 }
 
 void ResIDUtil::MAIndex2ResID(const MAIndex& ma, std::string& fdn) {
-    FdnWriter writer(fdn);
+    FdnWriter writer(fdn, ma.mdName.size() + ma.maName.size());
     AppendMa(writer, ma);
     writer.Flush();
 }
@@ -169,7 +169,7 @@ void ResIDUtil::RmepIndex2ResID(const MEPIndex& mep, std::string& fdn) {
 }
 
 void ResIDUtil::MIPIndex2ResID(const MIPIndex& mip, std::string& fdn) {
-    FdnWriter writer(fdn);
+    FdnWriter writer(fdn, mip.mdName.size() + mip.mipName.size());
     if (mip.mdId == -1) {
         writer.Level("NE=", mip.neId);
     } else {

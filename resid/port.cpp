@@ -122,8 +122,9 @@ void ReadContainers(const Levels& levels, Record& record) {
 
 enum class Escapes { TAKEN, LEFT };
 
+// Leaves room behind the label for what the caller appends, so that the label grows once.
 template <class Levels, class Record>
-void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes) {
+void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes, std::size_t room = 0) {
     record.portId = -1;
     record.isLogical = !levels.template Has<"PP">();
     const SubValues<5> port(record.isLogical ? levels.template Value<"LP">() : levels.template Value<"PP">());
@@ -134,12 +135,17 @@ void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes) {
     record.fbType = Str2Int(port[1]);
     record.portId = Str2Int(port[2]);
     const std::string_view name = port[3];
-    record.portLabel = name;
     // A backslash with nothing behind the "|" that it would escape stays in the name.
-    if (escapes == Escapes::TAKEN && record.fbType == FB_WITH_ESCAPED_NAME && port.Count() > 4) {
-        if (const auto backslash = name.find('\\'); backslash != std::string_view::npos) {
-            record.portLabel.erase(backslash, 1).append("|").append(port[4]);
+    const bool mayEscape = escapes == Escapes::TAKEN && record.fbType == FB_WITH_ESCAPED_NAME && port.Count() > 4;
+    const auto backslash = mayEscape ? name.find('\\') : std::string_view::npos;
+    if (backslash != std::string_view::npos) {
+        record.portLabel.reserve(name.size() + port[4].size() + room);
+        record.portLabel.assign(name).erase(backslash, 1).append("|").append(port[4]);
+    } else {
+        if (room != 0) {
+            record.portLabel.reserve(name.size() + room);
         }
+        record.portLabel = name;
     }
     if (!record.portLabel.empty() && record.ppType == 0) {
         record.ppType = NAMED_PORT;
@@ -147,7 +153,7 @@ void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes) {
 }
 
 template <class Levels, class Record>
-void ReadPort(const Levels& levels, Record& record) {
+void ReadPort(const Levels& levels, Record& record, std::size_t room = 0) {
     ReadContainers(levels, record);
     const int carrierProfile = NS_FRAME::ReadCarrierProfile();
     const auto dropSlot = [&record] {
@@ -157,7 +163,7 @@ void ReadPort(const Levels& levels, Record& record) {
     if (carrierProfile != 0 && record.slotId < 1) {
         dropSlot();  // under this profile a slot 0 means that there is no slot, whatever sub-slot was read
     }
-    ReadPortLevel(levels, record, Escapes::TAKEN);
+    ReadPortLevel(levels, record, Escapes::TAKEN, room);
     if (carrierProfile != 0 && record.ppType == NAMED_PORT && (record.fbType == 65547 || record.fbType == 65549)) {
         dropSlot();
     }
@@ -197,8 +203,10 @@ std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
     }
     // The "=" is counted from the channel set, yet the identifier is cut there from its own start, on purpose. All
     // between that cut and the channel set's number gives way to the access point.
+    constexpr std::string_view ACCESS_POINT = "AP=||1000";
+    key.fdnText.reserve(fdn.size() + ACCESS_POINT.size());  // so that it grows once
     key.fdnText = fdn;
-    key.fdnText.replace(equals, channelSet + 1, "AP=||1000");
+    key.fdnText.replace(equals, channelSet + 1, ACCESS_POINT);
     return key.fdnText;
 }
 
@@ -255,7 +263,7 @@ void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
         subIf = label.substr(dot + 1);
         label = label.substr(0, dot);
     }
-    FdnWriter writer(fdn);
+    FdnWriter writer(fdn, tp.portLabel.size());
     AppendPort(writer, FieldsOf(tp, label), tp.isLogical);
     if (!subIf.empty()) {
         writer.Text(",SUBIF=").Text(subIf);
@@ -322,13 +330,12 @@ void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
     tp.portLabel.clear();
     tp.isLogical = false;
     const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
+    std::int32_t number = -1;
+    const std::string subIf = levels.ReadNumber<"SUBIF">(number) && number != -1 ? "." + Int2Str(number) : "";
     if (!StandsForNoPort(levels, fdn)) {
-        ReadPort(levels, tp);
+        ReadPort(levels, tp, subIf.size());
     }
-    std::int32_t subIf = -1;
-    if (levels.ReadNumber<"SUBIF">(subIf) && subIf != -1) {
-        tp.portLabel.append(".").append(Int2Str(subIf));
-    }
+    tp.portLabel.append(subIf);
 }
 
 void ResIDUtil::ResID2LoopBackPortIndex(const std::string& fdn, PortIndex& port) {

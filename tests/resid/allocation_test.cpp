@@ -1,12 +1,12 @@
-// Conversions whose texts have room allocate nothing.
-#include <algorithm>
-#include <array>
+// Conversions whose texts have room allocate nothing, others no more than their texts need.
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "support/allocations.h"
 #include "support/conversions.h"
 #include "support/generated.h"
+#include "support/room.h"
 #include "support/scale.h"
 #include "support/services.h"
 
@@ -15,12 +15,14 @@ namespace {
 using NS_TEST::AllocationCount;
 using NS_TEST::Configuration;
 using NS_TEST::CountingInventory;
+using NS_TEST::CountTextsThatNeedRoom;
 using NS_TEST::FailingAllocations;
-using NS_TEST::ForEachField;
 using NS_TEST::ForEachReader;
 using NS_TEST::ForEachWriter;
-using NS_TEST::HasFields;
+using NS_TEST::GoesThroughAMap;
 using NS_TEST::IdentifierGenerator;
+using NS_TEST::MakeRoom;
+using NS_TEST::NeedsRoom;
 using NS_TEST::Reader;
 using NS_TEST::RecordGenerator;
 using NS_TEST::Registration;
@@ -32,26 +34,6 @@ class NoFile : public NS_SERVICE::DAWSvcInterface {
 public:
     NS_SERVICE::ConfigObject* GetConfiguration(const std::string&, const std::string&) override { return nullptr; }
 };
-
-template <class Record>
-void MakeRoom(Record& record) {
-    constexpr std::size_t ROOM = 4096;
-    ForEachField(record, [](std::string_view, auto& field) {
-        using Value = std::remove_reference_t<decltype(field)>;
-        if constexpr (HasFields<Value>) {
-            MakeRoom(field);
-        } else if constexpr (std::is_same_v<Value, std::string>) {
-            field.reserve(ROOM);
-        }
-    });
-}
-
-// These are given a map of levels, or make one by the platform's splitter: maps allocate.
-bool GoesThroughAMap(std::string_view reader) {
-    static constexpr std::array<std::string_view, 4> READERS{"FillMAIndex", "FillMDIndex", "FillMIPIndex",
-                                                             "ResID2PWSwitchIndex"};
-    return std::find(READERS.begin(), READERS.end(), reader) != READERS.end();
-}
 
 class Allocations : public testing::Test {
 protected:
@@ -126,18 +108,45 @@ TEST_F(Allocations, AreNotMadeByWriters) {
     }
 }
 
-// A text without room grows once, to what it needs.
-TEST_F(Allocations, AreMadeOnceForATextWithoutRoom) {
-    NS_DOMAIN::PortIndex port;
-    port.neId = 123456;
-    port.slotId = 3;
-    port.portLabel.assign(100, 'n');
-    std::string fdn;
+// Texts without room grow once, to what they need.
+TEST_F(Allocations, AreMadeByReadersOnceForEachTextWithoutRoom) {
+    IdentifierGenerator identifiers(63);
+    const std::string name(100, 'n');
+    std::size_t texts = 0;
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        const std::string fdn = identifiers.Next() + name;
+        ForEachReader([&]<class Record>(const Reader<Record>& reader) {
+            Record record;
 
-    const AllocationCount count;
-    NS_UTIL::ResIDUtil::PortIndex2ResID(port, fdn, false);
+            const AllocationCount count;
+            reader.library(fdn, record);
 
-    EXPECT_EQ(count.Get(), 1U) << fdn;
+            const std::size_t made = count.Get();
+            EXPECT_TRUE(made <= CountTextsThatNeedRoom(record) || GoesThroughAMap(reader.name))
+                << made << " by " << reader.name << " of " << testing::PrintToString(fdn);
+            texts += CountTextsThatNeedRoom(record);
+        });
+    }
+    EXPECT_GT(texts, 0U);
+}
+
+TEST_F(Allocations, AreMadeByWritersOnceForATextWithoutRoom) {
+    RecordGenerator records(64);
+    std::size_t texts = 0;
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        ForEachWriter([&]<class Record>(const Writer<Record>& writer) {
+            const Record record = records.Next<Record>();
+            const WriterArguments arguments{records.Flag(), static_cast<unsigned long>(records.Number())};
+            std::string fdn;
+
+            const AllocationCount count;
+            writer.library(record, fdn, arguments);
+
+            EXPECT_EQ(count.Get(), NeedsRoom(fdn) ? 1U : 0U) << writer.name << " of " << fdn;
+            texts += count.Get();
+        });
+    }
+    EXPECT_GT(texts, 0U);
 }
 
 }  // namespace
