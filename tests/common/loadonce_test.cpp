@@ -215,6 +215,18 @@ TEST_F(BidirFbTypes, LeaveTheErrorOfTheirLock) {
     EXPECT_THAT(said, Optional("right " + std::to_string(FailingLocks::ERROR)));
 }
 
+TEST_F(BidirFbTypes, LeaveTheErrorOfTheirLockAlsoWhenTheyWereLoadedMeanwhile) {
+    const auto said = InFreshProcess([] {
+        bool isRightMeanwhile = false;
+        const FailingLocks failing([&isRightMeanwhile] { isRightMeanwhile = BidirectionalTypesAreRight(); });
+        errno = 0;
+        const bool isRight = BidirectionalTypesAreRight();
+        const int error = errno;
+        return Right(isRight && isRightMeanwhile) + " " + std::to_string(error);
+    });
+    EXPECT_THAT(said, Optional("right " + std::to_string(FailingLocks::ERROR)));
+}
+
 TEST_F(BidirFbTypes, LeaveTheErrorOfTheRelease) {
     const auto said = InFreshProcess([] {
         const FailingReleases failing;

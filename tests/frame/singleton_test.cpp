@@ -88,8 +88,15 @@ protected:
     ~FailingSingletonLock() override { Class::Destroy(); }
 
     static Class* InstanceWhileTheLockFails() {
-        const FailingLocks failing;
-        return Class::Instance();
+        Class* instance = nullptr;
+        std::size_t released = 1;
+        {
+            const FailingLocks failing;
+            instance = Class::Instance();
+            released = failing.GetReleased();
+        }
+        EXPECT_EQ(released, 0U) << "it was not taken";
+        return instance;
     }
 };
 
@@ -109,10 +116,13 @@ TYPED_TEST(FailingSingletonLock, DoesNotMatterToAnInstanceThatIsThere) {
 TYPED_TEST(FailingSingletonLock, GivesNoInstanceThatIsMadeMeanwhile) {
     TypeParam* meanwhile = nullptr;
     TypeParam* instance = nullptr;
+    std::size_t released = 1;
     {
         const FailingLocks failing([&meanwhile] { meanwhile = TypeParam::Instance(); });
         instance = TypeParam::Instance();
+        released = failing.GetReleased();
     }
+    EXPECT_EQ(released, 0U) << "it was not taken";
     EXPECT_EQ(instance, nullptr) << "what was there when the call began";
     EXPECT_NE(meanwhile, nullptr);
     EXPECT_EQ(TypeParam::Instance(), meanwhile);

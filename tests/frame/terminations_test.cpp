@@ -103,12 +103,39 @@ const LookUp LOOK_UPS[] = {
          std::string fdn;
          ResIDUtil::MAIndex2ResID({}, fdn);
      }},
+    {"MepIndex2ResID", false,
+     [] {
+         std::string fdn;
+         ResIDUtil::MepIndex2ResID({}, fdn);
+     }},
+    {"RmepIndex2ResID", false,
+     [] {
+         std::string fdn;
+         ResIDUtil::RmepIndex2ResID({}, fdn);
+     }},
+    {"MIPIndex2ResID", false,
+     [] {
+         NS_DOMAIN::MIPIndex mip;
+         mip.mdId = 3;  // asks nothing without an MD
+         std::string fdn;
+         ResIDUtil::MIPIndex2ResID(mip, fdn);
+     }},
     {"GetPFMPacketSize", true, [] { UtilCommon::Instance()->GetPFMPacketSize(); }},
     {"IsFilteNtf", true, [] { NtfFilter::Instance()->IsFilteNtf(5); }},
     {"ResID2MDIndex", true,
      [] {
          NS_DOMAIN::MDIndex md;
          ResIDUtil::ResID2MDIndex("NE=5", md);
+     }},
+    {"ResID2MAIndex", true,
+     [] {
+         NS_DOMAIN::MAIndex ma;
+         ResIDUtil::ResID2MAIndex("NE=5", ma);
+     }},
+    {"ResID2MIPIndex", true,
+     [] {
+         NS_DOMAIN::MIPIndex mip;
+         ResIDUtil::ResID2MIPIndex("NE=5", mip);
      }},
     {"ResID2MepIndex", true,
      [] {
@@ -218,6 +245,27 @@ TEST_P(LookUps, LetPassWhatAServiceThrows) {
     });
     EXPECT_EQ(said, GetParam().isLog ? "nothing, the service's exception, nothing"
                                      : "the service's exception, the service's exception, no service");
+}
+
+// Whoever catches the exception finds what was written before the question.
+TEST_F(LookUps, LeaveWhatWasWrittenBefore) {
+    const auto written = InChildProcess([] {
+        std::string fdn = "whatever the caller had";
+        const auto write = [&fdn] {
+            try {
+                ResIDUtil::CardIndex2ResID(OnSlot<NS_DOMAIN::CardIndex>(), fdn);
+                return std::string("no exception");
+            } catch (const std::exception&) {
+                return fdn;
+            }
+        };
+        std::string all = write();
+        ThrowingInventory inventory;
+        const Registration registration("InventoryBufif", inventory);
+        fdn = "whatever the caller had";
+        return all + " " + write();
+    });
+    EXPECT_EQ(written, "NE=12,S=3,CP=-1 NE=12,S=3,CP=-1");
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, LookUps, testing::ValuesIn(LOOK_UPS),

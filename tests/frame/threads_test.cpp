@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <kx_domain_util/devicedomainmgr.h>
+#include <kx_domain_util/netype.h>
 #include <kx_domain_util/processexception.h>
 #include <kx_domain_util/resIDUtil.h>
 #include <kx_platform/readpin.h>
@@ -300,6 +301,48 @@ TEST_F(Services, AreTakenBackOnlyWhenNoCallIsInFlight) {
     EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
     EXPECT_TRUE(inventory.m_left.load());
     converter.join();
+}
+
+TEST_F(Services, AreFoundNoMoreWhileTheyWaitToBeTakenBack) {
+    struct HeldInventory : CountingInventory {
+        using CountingInventory::CountingInventory;
+        bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
+            m_entered.store(true);
+            m_entered.notify_all();
+            m_mayLeave.wait(false);
+            return CountingInventory::QueryNEType(neId, neType, flag);
+        }
+        std::atomic<bool> m_entered{false};
+        std::atomic<bool> m_mayLeave{false};
+    } inventory(1911);
+    Registry().RegisterService("InventoryBufif", &inventory);
+    std::string fdn;
+    std::thread converter([&fdn] { ResIDUtil::CardIndex2ResID(Card(), fdn); });
+    inventory.m_entered.wait(false);
+    std::atomic<bool> isTakenBack{false};
+    std::thread taker([&isTakenBack] { isTakenBack.store(Registry().UnregisterService("InventoryBufif")); });
+    const auto isFound = [] {
+        try {
+            return NS_UTIL::IsKLVNE(1911);  // an operation that does not wait
+        } catch (const NS_UTIL::InterfaceNotExistException&) {
+            return false;
+        }
+    };
+    while (isFound()) {
+        std::this_thread::yield();
+    }
+    for (int round = 0; round < 100; ++round) {
+        std::string none;
+        EXPECT_THROW(ResIDUtil::CardIndex2ResID(Card(), none), NS_UTIL::InterfaceNotExistException);
+        EXPECT_FALSE(isFound());
+    }
+    EXPECT_FALSE(isTakenBack.load()) << "a call is in flight";
+    inventory.m_mayLeave.store(true);
+    inventory.m_mayLeave.notify_all();
+    taker.join();
+    converter.join();
+    EXPECT_TRUE(isTakenBack.load());
+    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
 }
 
 TEST_F(Services, MayRegisterOthersAndTakeThemselvesBackFromInside) {
@@ -652,6 +695,48 @@ TEST_F(Loggers, AreForgottenWithTheirService) {
         records += log->GetRecords();
     });
     EXPECT_GT(records, 0U);
+}
+
+TEST_F(Loggers, AreUsedNoMoreWhileTheirServiceWaitsToBeTakenBack) {
+    // The first record waits in it, others are only counted.
+    struct HeldLog : NS_SERVICE::LogSvcInterface, NS_SERVICE::ModuleLogger {
+        NS_SERVICE::ModuleLogger* GetModuleLogger(const std::string&, const std::string&, const std::string&) override {
+            return this;
+        }
+        void WriteLog(const std::string&, const std::string&, int, int, const char*, ...) override {
+            if (m_records.fetch_add(1) == 0) {
+                m_entered.store(true);
+                m_entered.notify_all();
+                m_mayLeave.wait(false);
+            }
+        }
+        std::atomic<int> m_records{0};
+        std::atomic<bool> m_entered{false};
+        std::atomic<bool> m_mayLeave{false};
+    } log;
+    const auto write = [] { NS_UTIL::NS_FRAME::RES_ID_LOG.Write(1064, 1, "a record"); };
+    Registry().RegisterService("LogSvcInterface", &log);
+    std::thread writer(write);
+    log.m_entered.wait(false);
+    write();
+    EXPECT_EQ(log.m_records.load(), 2);
+    std::atomic<bool> isTakenBack{false};
+    std::thread taker([&isTakenBack] { isTakenBack.store(Registry().UnregisterService("LogSvcInterface")); });
+    int records = 0;
+    do {
+        records = log.m_records.load();
+        write();
+    } while (log.m_records.load() != records);
+    for (int round = 0; round < 100; ++round) {
+        write();
+    }
+    EXPECT_EQ(log.m_records.load(), records);
+    EXPECT_FALSE(isTakenBack.load()) << "a call is in flight";
+    log.m_mayLeave.store(true);
+    log.m_mayLeave.notify_all();
+    taker.join();
+    writer.join();
+    EXPECT_TRUE(isTakenBack.load());
 }
 
 }  // namespace

@@ -125,13 +125,24 @@ TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
     EXPECT_DEATH(convert([](std::string& fdn) { ResIDUtil::MAIndex2ResID(SampleMa(), fdn); }), "terminate called");
 }
 
-// The look-up for an MA level lets everything pass.
+// The look-up for an MA level lets everything pass, for whichever record it is.
 TEST_F(OamLookup, ForAnMaLevelLetsEverythingPass) {
-    FailingInventory<FailingLocks> inventory;
-    const Registration registration("InventoryBufif", inventory);
-    EXPECT_THROW(ResIDUtil::MAIndex2ResID(SampleMa(), m_fdn), std::system_error);
-    inventory.m_failing.reset();
-    EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=");
+    const auto expectPassing = [this](auto write, const auto& record) {
+        FailingInventory<FailingLocks> inventory;
+        const Registration registration("InventoryBufif", inventory);
+        m_fdn.clear();
+        EXPECT_THROW(write(record, m_fdn), std::system_error);
+        inventory.m_failing.reset();
+        BundleMgr::Instance()->UnregisterService("Another");  // it goes with the inventory
+        EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=");
+    };
+    NS_DOMAIN::MEPIndex mep;
+    mep.neId = 6;
+    mep.mdId = 3;
+    mep.mdName = "md1";
+    expectPassing(&ResIDUtil::MAIndex2ResID, SampleMa());
+    expectPassing(&ResIDUtil::MepIndex2ResID, mep);
+    expectPassing(&ResIDUtil::RmepIndex2ResID, mep);
 }
 
 }  // namespace

@@ -63,13 +63,24 @@ TEST(FindInBlock, FindsWhatIsFoundPlainly) {
         const std::uint64_t expected = FindPlainly(exact.data(), BLOCK_SIZE, ',');
         EXPECT_EQ(FindInBlock(exact.data(), ','), expected) << testing::PrintToString(text);
         EXPECT_EQ(FindInRest(exact.data(), BLOCK_SIZE, ','), expected) << testing::PrintToString(text);
-#ifdef KX_DOMAIN_UTIL_AVX2
-        if (NS_UTIL::NS_FDN::HasAvx2()) {
-            EXPECT_EQ(NS_UTIL::NS_FDN::FindInBlockByAvx2(exact.data(), ','), expected) << testing::PrintToString(text);
-        }
-#endif
     }
 }
+
+#ifdef KX_DOMAIN_UTIL_AVX2
+TEST(FindInBlock, FindsTheSameByAvx2) {
+    if (!NS_UTIL::NS_FDN::HasAvx2()) {
+        GTEST_SKIP() << "this processor has no AVX2";
+    }
+    NS_TEST::Chance chance(12);
+    for (std::size_t round = 0; round < Scaled(40000) && !HasFailure(); ++round) {
+        const std::string text = AnyText(chance, BLOCK_SIZE);
+        const ExactView view(text);
+        const std::string_view exact = view;
+        EXPECT_EQ(NS_UTIL::NS_FDN::FindInBlockByAvx2(exact.data(), ','), FindPlainly(exact.data(), BLOCK_SIZE, ','))
+            << testing::PrintToString(text);
+    }
+}
+#endif
 
 std::vector<std::string> PiecesOf(std::string_view text) {
     std::vector<std::string> pieces;
