@@ -17,6 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build/mutants"
 LISTED = ROOT / "tests/mutants.txt"
 LEAST_KILLED = 95  # percent
+LEAST_BUILT = 300  # fewer say too little
 
 # What is mutated, how many of each part, and the test programs that are asked first. After those come all the others.
 Part = collections.namedtuple("Part", "name globs count programs")
@@ -361,7 +362,10 @@ def main():
     print("%d mutants (%d more did not build): %d killed (%d of them by time), %d survived; %.1f %%; %.0f minutes" % (
         built, counts["not built"], killed, counts["timed out"], counts["survived"], 100 * killed / max(built, 1),
         (time.monotonic() - begin) / 60))
-    return 0 if unlisted == 0 and 100 * killed >= LEAST_KILLED * built else 1
+    too_few = built < LEAST_BUILT and not options.ids
+    if too_few:
+        print("only %d mutants were built, not %d" % (built, LEAST_BUILT))
+    return 0 if unlisted == 0 and not too_few and 100 * killed >= LEAST_KILLED * built else 1
 
 
 if __name__ == "__main__":

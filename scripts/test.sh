@@ -38,10 +38,15 @@ for preset in "${presets[@]}"; do
         continue
     fi
     bad=$(count failures)
-    good=$(($(count tests) - bad - $(count skipped) - $(count disabled)))
+    left_out=$(($(count skipped) + $(count disabled)))
+    good=$(($(count tests) - bad - left_out))
     if [ "$bad" -gt 0 ]; then
         sed -n '/The following tests FAILED/,$p' "$log"
         echo "== $preset: whole log: $log"
+    fi
+    if [ "$left_out" -gt 0 ]; then
+        grep -E '\*\*\*(Skipped|Not Run)' "$log" || true
+        echo "== $preset: $left_out skipped"
     fi
     echo "== $preset: $good passed, $bad failed"
     passed=$((passed + good))
