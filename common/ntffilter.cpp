@@ -14,12 +14,6 @@ namespace NS_UTIL {
 
 namespace {
 
-constexpr int WHITE_LIST_MODE = 1;
-constexpr int BLACK_LIST_MODE = 2;
-
-// Passes every white list, whatever the configuration says.
-constexpr int ALWAYS_PASSES = 2101250;
-
 void GetEventFilterList(std::set<int>& list, const std::string& item) {
     std::string value;
     if (!UtilCommon::Instance()->GetSupportCfgItem(item, value)) {
@@ -63,10 +57,10 @@ void NtfFilter::Load() {
         m_nEventSwitch = Str2Int(value);
     }
     NS_FRAME::UTIL_COMMON_LOG.Write(1042, 1, "[NtfFilter::IsFilteNtf]: EventSwitch=%d", m_nEventSwitch);
-    if (m_nEventSwitch == WHITE_LIST_MODE) {
+    if (m_nEventSwitch == EVENT_SWITCH_WHITE_LIST) {
         GetEventFilterList(m_setWhiteList, "Whitelist");
-        m_setWhiteList.insert(ALWAYS_PASSES);
-    } else if (m_nEventSwitch == BLACK_LIST_MODE) {
+        m_setWhiteList.insert(ALWAYS_PASSING_NOTIFICATION);
+    } else if (m_nEventSwitch == EVENT_SWITCH_BLACK_LIST) {
         GetEventFilterList(m_setBlackList, "Blacklist");
     } else {
         m_nEventSwitch = 0;
@@ -76,12 +70,12 @@ void NtfFilter::Load() {
 bool NtfFilter::IsFilteNtf(int notificationId) {
     LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
     // The two messages name another class; they are searched for in this form.
-    if (m_nEventSwitch == WHITE_LIST_MODE && !m_setWhiteList.contains(notificationId)) {
+    if (m_nEventSwitch == EVENT_SWITCH_WHITE_LIST && !m_setWhiteList.contains(notificationId)) {
         NS_FRAME::UTIL_COMMON_LOG.Write(
             1069, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by WhiteList", notificationId);
         return true;
     }
-    if (m_nEventSwitch == BLACK_LIST_MODE && m_setBlackList.contains(notificationId)) {
+    if (m_nEventSwitch == EVENT_SWITCH_BLACK_LIST && m_setBlackList.contains(notificationId)) {
         NS_FRAME::UTIL_COMMON_LOG.Write(
             1075, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by BlackList", notificationId);
         return true;

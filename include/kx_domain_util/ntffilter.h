@@ -10,6 +10,13 @@ class ACE_RW_Thread_Mutex;
 
 namespace NS_UTIL {
 
+/// The values of configuration item "EventSwitch" that choose a list.
+inline constexpr int EVENT_SWITCH_WHITE_LIST = 1;
+inline constexpr int EVENT_SWITCH_BLACK_LIST = 2;
+
+/// The notification that passes every white list, whatever the configuration says.
+inline constexpr int ALWAYS_PASSING_NOTIFICATION = 2101250;
+
 /// Decides which notifications are held back. The operator chooses by configuration item "EventSwitch": 1, only the
 /// identifiers of item "Whitelist" pass; 2, those of item "Blacklist" are held back; anything else, or none, and all
 /// pass. The lists are decimal identifiers separated by ",", read by `Str2Int`; those not above 0 are skipped.

@@ -53,6 +53,32 @@ TEST_F(FilterVerb, TellsOfAListThatIsChosenAndMissing) {
               "kxdu: 0 held back, 1 passed on\n");
 }
 
+TEST_F(FilterVerb, TellsOfAListThatHoldsNoIdentifiers) {
+    const auto toldOf = [this](const std::string& items) {
+        Configure(items);
+        const std::string told = Shell("kxdu filter --config config", "1 a\n").err;
+        return told.substr(0, told.find("kxdu: 0 held back"));
+    };
+    const std::string end = ", which is no notification identifier (they are separated by commas)\n";
+    for (const char* const wrong : {"7;9", "[7]", "7 9", "abc", "-7", "0", "7x", "4294967303"}) {
+        EXPECT_EQ(toldOf("EventSwitch = 2\nBlacklist = \"5," + std::string(wrong) + ",x\"\n"),
+                  "kxdu: Blacklist holds \"" + std::string(wrong) + "\"" + end);
+    }
+    EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = \"1,2x\"\n"), "kxdu: Whitelist holds \"2x\"" + end);
+    EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = \"1, 2 ,,3,\"\nBlacklist = \"x\"\n"), "")
+        << "blanks and commas do no harm, and the other list is not asked";
+    EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = 1\n"), "") << "a number is a list of one";
+}
+
+TEST_F(FilterVerb, TellsOfASwitchThatChoosesNothing) {
+    for (const char* const wrong : {"7", "-1", "blacklist", ""}) {
+        Configure("EventSwitch = \"" + std::string(wrong) + "\"\nBlacklist = \"7\"\n");
+        EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
+                  "kxdu: EventSwitch is \"" + std::string(wrong) +
+                      "\", not 0, 1 or 2: all notifications pass\nkxdu: 0 held back, 1 passed on\n");
+    }
+}
+
 TEST_F(FilterVerb, TheIdentifierIsWhereTheUserSays) {
     EXPECT_EQ(Shell("kxdu filter --config config --field 2", "7 8\n8\t7\n7 9 7\n").out, "7 8\n");
     EXPECT_EQ(Shell("kxdu filter --config config --json id", "{\"id\":7}\n{\"a\":7,\"id\":8}\n{\"id\":\"9\"}\n").out,

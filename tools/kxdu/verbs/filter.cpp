@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <optional>
@@ -12,6 +13,8 @@
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "failure.h"
+#include "text/number.h"
+#include "text/text.h"
 
 namespace NS_KXDU {
 
@@ -22,9 +25,9 @@ constexpr auto HELP = R"(Examples:
   kxdu filter --config /etc/nms --json notificationId alarms.jsonl -o passed.jsonl
 
 The configuration's items decide: with EventSwitch 1, only the identifiers of Whitelist pass, and 2101250; with 2, those
-of Blacklist are held back; otherwise all pass. Where EventSwitch, or the list that it chooses, is missing, that is told
-on standard error at the beginning; how many lines were held back is told there at the end, unless --strict ended the
-run before.
+of Blacklist are held back; otherwise all pass. Where EventSwitch, or the list that it chooses, is missing or holds what
+is no identifier, that is told on standard error at the beginning; how many lines were held back is told there at the
+end, unless --strict ended the run before.
 
 An identifier is a number from 0 to 2147483647 in decimal digits. It is looked for in the fields of a line, which blanks
 or tabs, one or more, separate: the first field that is one counts, or the one that --field names, which lines need that
@@ -109,21 +112,49 @@ std::string Summary(const Counts& counts, const LineCounts& run) {
     return text + "\n";
 }
 
-// A misspelt item is one that is missing, and a filter that passes all looks like one that works.
+// The blanks around it are no part of an identifier.
+bool IsNotificationId(std::string_view text) {
+    const auto begin = std::min(text.find_first_not_of(' '), text.size());
+    const auto number = ReadNumber(text.substr(begin, text.find_last_not_of(' ') + 1 - begin));
+    return number && *number > 0;
+}
+
+// Of a list: it is not there, or holds what is no identifier but may be read as one.
+std::string CaveatOfList(const std::string& item, int eventSwitch, const std::string& whatPassesWithout) {
+    std::string list;
+    if (!NS_UTIL::UtilCommon::Instance()->GetSupportCfgItem(item, list)) {
+        return "EventSwitch is " + std::to_string(eventSwitch) + ", but the configuration has no " + item + ": " +
+               whatPassesWithout;
+    }
+    std::vector<std::string> identifiers;
+    NS_UTIL::SplitStringByTag(list, identifiers, ',', {});
+    const auto wrong = std::find_if_not(identifiers.begin(), identifiers.end(), IsNotificationId);
+    if (wrong == identifiers.end()) {
+        return {};
+    }
+    return item + " holds " + Quoted(*wrong) + ", which is no notification identifier (they are separated by commas)";
+}
+
+// What is misspelt is like what is missing, and a filter that passes all looks like one that works. Empty when there is
+// nothing to tell.
 std::string CaveatOfConfiguration() {
-    const auto& configuration = *NS_UTIL::UtilCommon::Instance();
     std::string text;
-    if (!configuration.GetSupportCfgItem("EventSwitch", text)) {
+    if (!NS_UTIL::UtilCommon::Instance()->GetSupportCfgItem("EventSwitch", text)) {
         return "the configuration has no EventSwitch: all notifications pass";
     }
     const int eventSwitch = NS_UTIL::Str2Int(text);
-    if (eventSwitch == 1 && !configuration.GetSupportCfgItem("Whitelist", text)) {
-        return "EventSwitch is 1, but the configuration has no Whitelist: only 2101250 passes";
+    if (eventSwitch == NS_UTIL::EVENT_SWITCH_WHITE_LIST) {
+        return CaveatOfList("Whitelist", eventSwitch,
+                            "only " + std::to_string(NS_UTIL::ALWAYS_PASSING_NOTIFICATION) + " passes");
     }
-    if (eventSwitch == 2 && !configuration.GetSupportCfgItem("Blacklist", text)) {
-        return "EventSwitch is 2, but the configuration has no Blacklist: all notifications pass";
+    if (eventSwitch == NS_UTIL::EVENT_SWITCH_BLACK_LIST) {
+        return CaveatOfList("Blacklist", eventSwitch, "all notifications pass");
     }
-    return {};
+    if (ReadNumber(text) == 0) {
+        return {};  // all pass on purpose
+    }
+    return "EventSwitch is " + Quoted(text) + ", not 0, " + std::to_string(NS_UTIL::EVENT_SWITCH_WHITE_LIST) + " or " +
+           std::to_string(NS_UTIL::EVENT_SWITCH_BLACK_LIST) + ": all notifications pass";
 }
 
 ExitCode RunFilter(const Options& options) {
