@@ -27,6 +27,12 @@ TEST(MissingNes, CountEachOnceAndNameTheLowest) {
     EXPECT_EQ(missing.Text(), "kxdu: 3 NEs, such as NE 7, are not in the inventory: taken to be of NE type 0\n");
 }
 
+TEST(MissingNes, TellWhatComesOfIt) {
+    MissingNes missing("left out");
+    missing.Note(7);
+    EXPECT_EQ(missing.Text(), "kxdu: NE 7 is not in the inventory: left out\n");
+}
+
 TEST(MissingNes, AreRememberedUpToALimit) {
     MissingNes missing;
     for (int neId = 0; neId < 100'000; ++neId) {

@@ -105,6 +105,18 @@ TEST_F(NeTypeVerb, TheQuestionAboutOneNeNeedsIt) {
     EXPECT_EQ(last("--ne 71"), "IsTransMultiSubShelfNE  no\n");
 }
 
+TEST_F(NeTypeVerb, AnNeThatTheInventoryLacksIsTold) {
+    MakeInventory();
+    for (const char* const format : {"table", "csv"}) {
+        const Ended ended = Shell("kxdu ne-type 2701 1912 --ne 71 --inventory n.db --format " + std::string(format));
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_EQ(ended.err, "kxdu: NE 71 is not in the inventory: taken not to have several sub-shelves\n");
+    }
+    EXPECT_EQ(Shell("kxdu ne-type 2701 --ne 5 --inventory n.db").err, "");
+    EXPECT_EQ(Shell("kxdu ne-type 2701 --inventory n.db").err, "");
+    EXPECT_EQ(Shell("kxdu ne-type 1912 --ne 71").err, "") << "there is no inventory that could lack it";
+}
+
 TEST_F(NeTypeVerb, WithoutAnInventoryOnlyFixedNumbersAnswer) {
     const Ended ended = Shell("kxdu ne-type 1912 1335 1888 1887 --ne 5 | sed 's/  */ /g'");
     EXPECT_TRUE(

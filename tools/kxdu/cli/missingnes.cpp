@@ -21,11 +21,11 @@ std::string MissingNes::Text() const {
     }
     const std::string first = "NE " + std::to_string(*m_neIds.begin());
     if (m_neIds.size() == 1) {
-        return "kxdu: " + first + " is not in the inventory: taken to be of NE type 0\n";
+        return "kxdu: " + first + " is not in the inventory: " + m_consequence + "\n";
     }
     const std::string count =
         m_neIds.size() > MOST ? "more than " + std::to_string(MOST) : std::to_string(m_neIds.size());
-    return "kxdu: " + count + " NEs, such as " + first + ", are not in the inventory: taken to be of NE type 0\n";
+    return "kxdu: " + count + " NEs, such as " + first + ", are not in the inventory: " + m_consequence + "\n";
 }
 
 void MissingNes::Tell() const {

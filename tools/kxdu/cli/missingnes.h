@@ -5,15 +5,18 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace NS_KXDU {
 
-/// The NEs that the inventory was asked about and does not have: what depends on their type goes by type 0, of which
-/// the user is to hear once. Any thread.
+/// The NEs that the inventory was asked about and does not have, of which the user is to hear once. Any thread.
 class MissingNes {
 public:
     /// So many are remembered, whatever the inventory lacks.
     static constexpr std::size_t MOST = 10'000;
+
+    /// consequence: what comes of it; in general what depends on their type goes by type 0.
+    explicit MissingNes(std::string consequence = "taken to be of NE type 0") : m_consequence(std::move(consequence)) {}
 
     void Note(std::int64_t neId);
 
@@ -23,6 +26,7 @@ public:
     void Tell() const;
 
 private:
+    std::string m_consequence;
     // Identifiers of an NE mostly stand together.
     std::atomic<std::int64_t> m_last = NONE;
     std::atomic<bool> m_isFull = false;

@@ -8,6 +8,7 @@
 #include <kx_standalone/inventoryfile.h>
 
 #include "cli/asked.h"
+#include "cli/missingnes.h"
 #include "cli/numberargument.h"
 #include "cli/services.h"
 #include "cli/verb.h"
@@ -21,7 +22,7 @@ namespace {
 
 constexpr auto HELP = R"(Examples:
   kxdu ne-type 1912 1335 --inventory network.db
-  kxdu ne-type 2701 --ne 70 --inventory network.db
+  kxdu ne-type 2701 --ne 37 --inventory network.db
   KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
 
 Tables have a line for each question and a column for each NE type, up to 1000 of them; csv and jsonl have a row for each
@@ -38,6 +39,9 @@ struct Options {
     std::int32_t ne = -1;  // none
     std::vector<std::string> numbers;
 };
+
+// What the "-" of a table means where there is no inventory.
+constexpr auto NEEDS_INVENTORY = "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n";
 
 constexpr int LARGEST_NE_TYPE = 65535;
 
@@ -162,17 +166,18 @@ ExitCode NeType(const Options& options) {
     if (!options.inventory.empty()) {
         inventory = NS_STANDALONE::ReadInventory(options.inventory);  // for the names, which no service tells
     }
-    const auto services = StartServices(serviceOptions);
+    MissingNes missing("taken not to have several sub-shelves");
+    const auto services = StartServices(serviceOptions, &missing);
     const auto toRow = [&](const std::string& number) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
         return AnswersFor(neType, inventory ? &*inventory : nullptr, options.ne);
     };
     const Listing::Format format = options.listing.format;
-    if (format == Listing::Format::CSV || format == Listing::Format::JSONL) {
-        return ListForPrograms(options, toRow);
-    }
-    return ListForPeople(options, toRow,
-                         inventory ? "" : "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n");
+    const bool isForPrograms = format == Listing::Format::CSV || format == Listing::Format::JSONL;
+    const ExitCode code = isForPrograms ? ListForPrograms(options, toRow)
+                                        : ListForPeople(options, toRow, inventory ? "" : NEEDS_INVENTORY);
+    missing.Tell();
+    return code;
 }
 
 }  // namespace
