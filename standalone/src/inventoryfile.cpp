@@ -25,27 +25,6 @@ constexpr int APPLICATION_ID = 0x6B784E45;  // "kxNE": tells an inventory from o
 constexpr int SCHEMA_VERSION = 1;
 constexpr int BUSY_TIMEOUT_MS = 5000;
 
-constexpr const char* SCHEMA = R"(
-CREATE TABLE ne_type (
-    ne_type INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535),
-    name TEXT NOT NULL,
-    ip_service INTEGER NOT NULL CHECK (ip_service IN (0, 1)),
-    klv INTEGER NOT NULL CHECK (klv IN (0, 1))
-) STRICT;
-CREATE TABLE ne (
-    ne_id INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647),
-    ne_type INTEGER NOT NULL REFERENCES ne_type (ne_type),
-    multi_sub_shelf INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1)),
-    oam_number_omitted INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))
-) STRICT;
-CREATE TABLE domain_member (
-    cache TEXT NOT NULL CHECK (cache IN ('NE_TYPE_LIST', 'EQUIPMENT_TYPE')),
-    domain TEXT NOT NULL CHECK (domain <> ''),
-    ne_type INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535),
-    PRIMARY KEY (cache, domain, ne_type)
-) STRICT, WITHOUT ROWID;
-)";
-
 struct Table {
     std::string_view name;
     std::string_view columns;  // in the order of the row structs
@@ -58,10 +37,14 @@ constexpr Table NE_TYPE_TABLE{"ne_type", "ne_type, name, ip_service, klv", "?, ?
 constexpr Table NE_TABLE{"ne", "ne_id, ne_type, multi_sub_shelf, oam_number_omitted", "?, ?, ?, ?", "ne_id", 1};
 constexpr Table DOMAIN_MEMBER_TABLE{"domain_member", "cache, domain, ne_type", "?, ?, ?", "cache, domain, ne_type", 3};
 
-constexpr std::array<std::pair<DomainCache, std::string_view>, 2> CACHE_NAMES{{
-    {DomainCache::NE_TYPE_LIST, "NE_TYPE_LIST"},
-    {DomainCache::EQUIPMENT_TYPE, "EQUIPMENT_TYPE"},
-}};
+// The names of all caches, each between quotes.
+std::string CacheNames(std::string_view quote, std::string_view separator) {
+    std::string names;
+    for (const DomainCache cache : DOMAIN_CACHES) {
+        names.append(names.empty() ? "" : separator).append(quote).append(NameOf(cache)).append(quote);
+    }
+    return names;
+}
 
 // A place in an inventory, for error texts.
 struct Place {
@@ -228,13 +211,11 @@ void ReadTable(const SQLite::Database& database, const fs::path& file, const Tab
 }
 
 DomainCache ReadCache(RowReader& reader) {
-    const std::string name = reader.GetText(0);
-    for (const auto& [cache, cacheName] : CACHE_NAMES) {
-        if (name == cacheName) {
-            return cache;
-        }
+    const auto cache = FindDomainCache(reader.GetText(0));
+    if (!cache) {
+        reader.FailAtValue(0, CacheNames("", " or "));
     }
-    reader.FailAtValue(0, "NE_TYPE_LIST or EQUIPMENT_TYPE");
+    return *cache;
 }
 
 // Rows come in the order of their keys, so that a repeated key is that of the row before.
@@ -284,16 +265,6 @@ std::vector<DomainMemberRow> ReadDomainMembers(const SQLite::Database& database,
     return rows;
 }
 
-// A cache that is none has a name that the table refuses.
-std::string CacheName(DomainCache cache) {
-    for (const auto& [known, name] : CACHE_NAMES) {
-        if (known == cache) {
-            return std::string(name);
-        }
-    }
-    return "unknown";
-}
-
 // Writes rows by calling writeRow for each of them.
 template <class Row, class WriteRow>
 void WriteTable(const SQLite::Database& database, const fs::path& file, const Table& table,
@@ -316,7 +287,7 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
     });
     WriteTable(database, file, DOMAIN_MEMBER_TABLE, inventory.domainMembers,
                [](RowWriter& writer, const DomainMemberRow& row) {
-                   writer.Write(CacheName(row.cache), row.domain, row.neType);
+                   writer.Write(std::string(NameOf(row.cache)), row.domain, row.neType);
                });
 }
 
@@ -347,16 +318,60 @@ private:
     std::string m_file;
 };
 
+std::string Schema() {
+    return R"(
+CREATE TABLE ne_type (
+    ne_type INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535),
+    name TEXT NOT NULL,
+    ip_service INTEGER NOT NULL CHECK (ip_service IN (0, 1)),
+    klv INTEGER NOT NULL CHECK (klv IN (0, 1))
+) STRICT;
+CREATE TABLE ne (
+    ne_id INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647),
+    ne_type INTEGER NOT NULL REFERENCES ne_type (ne_type),
+    multi_sub_shelf INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1)),
+    oam_number_omitted INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))
+) STRICT;
+CREATE TABLE domain_member (
+    cache TEXT NOT NULL CHECK (cache IN ()" +
+           CacheNames("'", ", ") +
+           R"()),
+    domain TEXT NOT NULL CHECK (domain <> ''),
+    ne_type INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535),
+    PRIMARY KEY (cache, domain, ne_type)
+) STRICT, WITHOUT ROWID;
+)";
+}
+
 void MakeSchema(const fs::path& file) {
     SQLite::Database database = Open(file);
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
     database.exec("PRAGMA application_id = " + std::to_string(APPLICATION_ID));
     database.exec("PRAGMA user_version = " + std::to_string(SCHEMA_VERSION));
-    database.exec(SCHEMA);
+    database.exec(Schema());
     transaction.commit();
 }
 
 }  // namespace
+
+std::string_view NameOf(DomainCache cache) noexcept {
+    switch (cache) {
+        case DomainCache::NE_TYPE_LIST:
+            return "NE_TYPE_LIST";
+        case DomainCache::EQUIPMENT_TYPE:
+            return "EQUIPMENT_TYPE";
+    }
+    return "unknown";  // the table of domain members refuses it
+}
+
+std::optional<DomainCache> FindDomainCache(std::string_view name) noexcept {
+    for (const DomainCache cache : DOMAIN_CACHES) {
+        if (NameOf(cache) == name) {
+            return cache;
+        }
+    }
+    return std::nullopt;
+}
 
 void CreateInventory(const fs::path& file) {
     const Draft draft(file);

@@ -57,6 +57,16 @@ std::filesystem::path MakeUncheckedInventory(const std::filesystem::path& file, 
     return file;
 }
 
+TEST(DomainCache, IsFoundByItsName) {
+    for (const DomainCache cache : DOMAIN_CACHES) {
+        EXPECT_EQ(FindDomainCache(NameOf(cache)), cache);
+    }
+    EXPECT_EQ(NameOf(DomainCache::NE_TYPE_LIST), "NE_TYPE_LIST");
+    EXPECT_EQ(NameOf(DomainCache::EQUIPMENT_TYPE), "EQUIPMENT_TYPE");
+    EXPECT_EQ(FindDomainCache("EQUIPMENT"), std::nullopt);
+    EXPECT_EQ(FindDomainCache(""), std::nullopt);
+}
+
 TEST(InventoryFile, StartsEmpty) {
     const TemporaryFolder folder;
     CreateInventory(folder / "a.db");

@@ -1,9 +1,12 @@
 /// The inventory as a file: an SQLite database of three tables with a schema version.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <kx_standalone/export.h>
@@ -32,6 +35,15 @@ struct NeTypeRow {
 
 /// The cache of `DeviceDomainMgr` that a domain list belongs to.
 enum class DomainCache { NE_TYPE_LIST, EQUIPMENT_TYPE };
+
+/// The two.
+inline constexpr std::array DOMAIN_CACHES{DomainCache::NE_TYPE_LIST, DomainCache::EQUIPMENT_TYPE};
+
+/// What a cache is called in files: "NE_TYPE_LIST" or "EQUIPMENT_TYPE". A value that is no cache is "unknown".
+KX_STANDALONE_API std::string_view NameOf(DomainCache cache) noexcept;
+
+/// The cache of this name.
+KX_STANDALONE_API std::optional<DomainCache> FindDomainCache(std::string_view name) noexcept;
 
 /// One NE type in one domain list; no two rows are equal.
 struct DomainMemberRow {

@@ -45,9 +45,6 @@ const Table& DomainMemberTable() {
     return table;
 }
 
-constexpr const char* NE_TYPE_LIST = "NE_TYPE_LIST";
-constexpr const char* EQUIPMENT_TYPE = "EQUIPMENT_TYPE";
-
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
 std::string ReadFile(const std::filesystem::path& path) try {
@@ -161,13 +158,15 @@ std::vector<NeRow> ReadNes(const std::filesystem::path& folder, const std::set<s
 }
 
 DomainCache ReadCache(const TableReader& reader, std::size_t column) {
-    if (reader.Text(column) == NE_TYPE_LIST) {
-        return DomainCache::NE_TYPE_LIST;
+    const auto cache = NS_STANDALONE::FindDomainCache(reader.Text(column));
+    if (!cache) {
+        std::string names;
+        for (const DomainCache known : NS_STANDALONE::DOMAIN_CACHES) {
+            names.append(names.empty() ? "" : " or ").append(NameOf(known));
+        }
+        reader.ComplainAbout(column, names);
     }
-    if (reader.Text(column) == EQUIPMENT_TYPE) {
-        return DomainCache::EQUIPMENT_TYPE;
-    }
-    reader.ComplainAbout(column, std::string(NE_TYPE_LIST) + " or " + EQUIPMENT_TYPE);
+    return *cache;
 }
 
 std::vector<DomainMemberRow> ReadDomainMembers(const std::filesystem::path& folder) {
@@ -202,8 +201,7 @@ CsvRow Columns(const NeTypeRow& row) {
 }
 
 CsvRow Columns(const DomainMemberRow& row) {
-    return {row.cache == DomainCache::NE_TYPE_LIST ? NE_TYPE_LIST : EQUIPMENT_TYPE, row.domain,
-            std::to_string(row.neType)};
+    return {std::string(NameOf(row.cache)), row.domain, std::to_string(row.neType)};
 }
 
 template <class Row>
