@@ -58,6 +58,21 @@ TEST_F(InventoryVerb, ImportReplacesAllAndExportGivesItBack) {
               "out: 3 NEs, 2 NE types, 3 domain lists of 3 members\n");
 }
 
+TEST_F(InventoryVerb, ImportTellsOfListsThatNobodyAsks) {
+    MakeInventory();
+    EXPECT_EQ(Shell("kxdu inventory import n.db csv").err, "");
+    WriteFile("csv/domain_member.csv",
+              "cache,domain,ne_type\nNE_TYPE_LIST,Transmission,2701\nNE_TYPE_LIST,Transmission,2702\n"
+              "NE_TYPE_LIST,OTN,2701\nEQUIPMENT_TYPE,OTM,2701\nEQUIPMENT_TYPE,WDM,2750\n");
+    const Ended ended = Shell("kxdu inventory import n.db csv");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, "n.db: now 3 NEs, 2 NE types, 4 domain lists of 5 members\n");
+    EXPECT_EQ(ended.err,
+              "kxdu: nobody asks the NE_TYPE_LIST \"OTN\"\n"
+              "kxdu: nobody asks the NE_TYPE_LIST \"Transmission\"; did you mean \"transmission\"?\n"
+              "kxdu: nobody asks the EQUIPMENT_TYPE \"OTM\"; did you mean \"OTN\"?\n");
+}
+
 TEST_F(InventoryVerb, AnImportThatFailsNamesThePlaceAndChangesNothing) {
     MakeInventory();
     const std::string before = Shell("kxdu inventory list n.db --nes").out;

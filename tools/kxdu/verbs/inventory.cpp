@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -9,6 +11,7 @@
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
+#include "cli/nearestword.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
@@ -21,6 +24,7 @@ namespace NS_KXDU {
 
 namespace {
 
+using NS_STANDALONE::DomainCache;
 using NS_STANDALONE::Inventory;
 
 constexpr auto BEFORE_THE_LISTS = R"(Examples:
@@ -49,25 +53,31 @@ import and export only take the one that they name. As CSV files of a folder, th
 Flags are 0 or 1. A byte-order mark at the beginning of a file is skipped. Domain lists that answers depend on
 (kxdu ne-type shows them):)";
 
-constexpr auto BEHIND_THE_LISTS = R"(Other lists are kept, and asked by nobody.
+constexpr auto BEHIND_THE_LISTS = R"(Other lists are kept, and asked by nobody; import tells of each on standard error.
 
 Exit code: 0 done; 2 wrong arguments, or an inventory or CSV file that cannot be read or made; 3 output that cannot be
 written.)";
 
-// The lists that the predicates of the library ask.
-template <class Lists>
-std::string ListNames(const std::string& head, const Lists& lists) {
-    std::vector<std::string> names;
-    names.reserve(lists.size());
-    for (const std::string_view name : lists) {
-        names.push_back(Quoted(name) + (name == lists.back() ? "" : ","));
+// The lists of a cache that the predicates of the library ask.
+std::vector<std::string> AskedLists(DomainCache cache) {
+    if (cache == DomainCache::NE_TYPE_LIST) {
+        return {NS_UTIL::NE_TYPE_LISTS.begin(), NS_UTIL::NE_TYPE_LISTS.end()};
     }
-    return Wrapped(head, names);
+    return {NS_UTIL::EQUIPMENT_TYPE_LISTS.begin(), NS_UTIL::EQUIPMENT_TYPE_LISTS.end()};
 }
 
 std::string Footer() {
-    return std::string(BEFORE_THE_LISTS) + "\n" + ListNames("  NE_TYPE_LIST    ", NS_UTIL::NE_TYPE_LISTS) + "\n" +
-           ListNames("  EQUIPMENT_TYPE  ", NS_UTIL::EQUIPMENT_TYPE_LISTS) + "\n" + BEHIND_THE_LISTS;
+    std::string text(BEFORE_THE_LISTS);
+    for (const DomainCache cache : NS_STANDALONE::DOMAIN_CACHES) {
+        std::vector<std::string> names = AskedLists(cache);
+        for (std::string& name : names) {
+            name = Quoted(name) + (&name == &names.back() ? "" : ",");
+        }
+        std::string head("  ");
+        head.append(NameOf(cache)).resize(18, ' ');
+        text.append("\n").append(Wrapped(head, names));
+    }
+    return text.append("\n").append(BEHIND_THE_LISTS);
 }
 
 struct Options {
@@ -81,13 +91,19 @@ std::string Count(std::size_t count, const std::string& one) {
     return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
-std::string Counts(const Inventory& inventory) {
-    std::set<std::pair<NS_STANDALONE::DomainCache, std::string>> domains;
+using DomainLists = std::set<std::pair<DomainCache, std::string>>;
+
+DomainLists ListsOf(const Inventory& inventory) {
+    DomainLists lists;
     for (const auto& member : inventory.domainMembers) {
-        domains.emplace(member.cache, member.domain);
+        lists.emplace(member.cache, member.domain);
     }
+    return lists;
+}
+
+std::string Counts(const Inventory& inventory) {
     return Count(inventory.nes.size(), "NE") + ", " + Count(inventory.neTypes.size(), "NE type") + ", " +
-           Count(domains.size(), "domain list") + " of " + Count(inventory.domainMembers.size(), "member");
+           Count(ListsOf(inventory).size(), "domain list") + " of " + Count(inventory.domainMembers.size(), "member");
 }
 
 ExitCode Init(const Options& options) {
@@ -96,10 +112,27 @@ ExitCode Init(const Options& options) {
     return ExitCode::OK;
 }
 
+// A misspelt list is one that nobody asks.
+void TellOfUnaskedLists(const Inventory& inventory) {
+    for (const auto& [cache, list] : ListsOf(inventory)) {
+        const std::vector<std::string> asked = AskedLists(cache);
+        if (std::find(asked.begin(), asked.end(), list) != asked.end()) {
+            continue;
+        }
+        std::string text("kxdu: nobody asks the ");
+        text.append(NameOf(cache)).append(" ").append(Quoted(list));
+        if (const std::string_view nearest = NearestWord(list, asked); !nearest.empty()) {
+            text.append("; did you mean ").append(Quoted(nearest)).append("?");
+        }
+        static_cast<void>(std::fputs(text.append("\n").c_str(), stderr));
+    }
+}
+
 ExitCode Import(const Options& options) {
     const Inventory inventory = ReadInventoryCsv(options.folder);
     NS_STANDALONE::ReplaceInventory(options.file, inventory);
     WriteWhole({}, options.file + ": now " + Counts(inventory) + "\n");
+    TellOfUnaskedLists(inventory);
     return ExitCode::OK;
 }
 
