@@ -92,6 +92,20 @@ TEST(Explain, PutsEachProblemToThePartThatItIsAbout) {
                             "7: port number 7", "a: port name \"a\"", "b: sub-value \"b\" !"));
 }
 
+TEST(Explain, OfALevelThatIsNotReadNamesNoSubValues) {
+    for (const auto& [fdn, meaning] :
+         std::initializer_list<std::pair<const char*, const char*>>{{"PP=16||2", "16||2: physical port"},
+                                                                    {"LP=x", "x: logical port"},
+                                                                    {"AP=1|2", "1|2: access point"},
+                                                                    {"PWE3=3", "3: pseudo-wire service"},
+                                                                    {"TUNNEL=1|2|a|b|3|c", "1|2|a|b|3|c: tunnel"}}) {
+        EXPECT_THAT(PartsOf("NE=1," + std::string(fdn)),
+                    ElementsAre("1: network element 1", std::string(meaning) + ", of which no sub-value is read !"));
+    }
+    EXPECT_EQ(ValueOf(ExplainFdn("NE=1,PP=16||2"), "portId"), "-1 unknown");
+    EXPECT_THAT(PartsOf("MD=3"), ElementsAre("MD: maintenance domain", "3: MD number 3 !")) << "this one is read";
+}
+
 TEST(Explain, QuotesWhatIsNoNumberWhereOneBelongs) {
     EXPECT_THAT(PartsOf("NE=1 ,S=-2"), ElementsAre("1 : network element \"1 \" !", "-2: slot -2"));
 }

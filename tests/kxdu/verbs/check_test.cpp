@@ -32,6 +32,15 @@ TEST_F(CheckTest, WhatWouldBeWrittenOtherwiseIsToldWithItsText) {
               "<stdin>:3:16: would be written as \"NE=1,LP=16||1|,AP=0|0|\"\n");
 }
 
+TEST_F(CheckTest, OfWhatStandsForNoPortNothingIsReadAndNothingWouldBeWritten) {
+    const std::string noPort = "NE=12,FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|";
+    const Ended ended = Shell("kxdu check", noPort + "\nNE=12\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "<stdin>:1: nothing is read: the record stays one that knows nothing\n");
+    EXPECT_NE(Shell("kxdu explain '" + noPort + "'").out.find(ended.out.substr(11)), std::string::npos)
+        << "in the words of explain";
+}
+
 TEST_F(CheckTest, ServicesAndOamAreCheckedLikeTheRest) {
     const Ended ended = Shell("kxdu check",
                               "NE=1,PWE3=3|x\nNE=1,TUNNEL=1|2|a|b|3|c\nNE=1,ATMTD=7|8\nNE=1,VEGROUP=02\nPW=4\n"

@@ -8,7 +8,6 @@
 #include <kx_domain_util/processexception.h>
 #include <kx_platform/textutil.h>
 
-#include "formats/fieldtexts.h"
 #include "identifiers/levelcheck.h"
 #include "identifiers/tags.h"
 #include "text/number.h"
@@ -121,6 +120,10 @@ private:
         for (std::string_view value; scanner.Next(value);) {
             values.push_back(value);
         }
+        if (tag.isReadWhole && values.size() < tag.least) {
+            Add(level.value, std::string(tag.meaning) + ", of which no sub-value is read");
+            return;
+        }
         Add(level.tag, std::string(tag.meaning));
         for (std::size_t place = 0; place < values.size(); ++place) {
             if (place < tag.most) {
@@ -202,34 +205,6 @@ void AddProblems(Explanation& explanation) {
     });
 }
 
-// Gathers the fields of a record.
-class FieldCollector : public FieldTexts {
-public:
-    std::vector<ReadField> fields;
-
-private:
-    void Text(std::string_view name, std::string_view text) override {
-        FieldTexts::Text(name, Between("\"", text, "\""));
-    }
-
-    void Take(std::string_view name, std::string_view text) override {
-        if (!name.substr(name.rfind('.') + 1).starts_with("reserved")) {
-            fields.push_back({std::string(name), std::string(text), false});
-        }
-    }
-};
-
-std::vector<ReadField> ReadFields(const std::string& fdn, const Kind& kind) {
-    FieldCollector read;
-    kind.Decode(fdn, read);
-    FieldCollector unknown;
-    kind.Describe(unknown);
-    for (std::size_t place = 0; place < read.fields.size(); ++place) {
-        read.fields[place].isKnown = read.fields[place].value != unknown.fields[place].value;
-    }
-    return read.fields;
-}
-
 void CompareWithWriters(const Kind& kind, Explanation& explanation) {
     std::string canonical;
     try {
@@ -253,9 +228,8 @@ void ReadRecord(const Kind& kind, Explanation& explanation) {
         explanation.notes.emplace_back("not read: that depends on the configuration; give --config DIR");
         return;
     }
-    const auto& fields = explanation.fields;
-    if (std::none_of(fields.begin(), fields.end(), [](const ReadField& field) { return field.isKnown; })) {
-        explanation.notes.emplace_back("nothing is read: the record stays one that knows nothing");
+    if (IsNothingRead(explanation.fields)) {
+        explanation.notes.emplace_back(NOTHING_IS_READ);
         return;
     }
     CompareWithWriters(kind, explanation);

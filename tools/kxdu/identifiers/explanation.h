@@ -10,6 +10,7 @@
 #include <kx_standalone/inventoryfile.h>
 
 #include "identifiers/kinds.h"
+#include "identifiers/readfields.h"
 
 namespace NS_KXDU {
 
@@ -20,13 +21,6 @@ struct ExplainedPart {
     std::size_t size;  ///< may be 0
     std::string meaning;
     std::string caveat;  ///< why it is not what it should be; empty: it is
-};
-
-/// A field of the record that an identifier was read into.
-struct ReadField {
-    std::string name;  ///< of a nested record: "port.neId"
-    std::string value;
-    bool isKnown;  ///< not what a record that knows nothing has
 };
 
 struct Explanation {

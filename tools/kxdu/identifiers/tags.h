@@ -30,6 +30,7 @@ struct Tag {
     std::size_t most;   ///< sub-values that are described; `isOpen` levels may have more
     SubValueArray subValues;
     bool isOpen = false;
+    bool isReadWhole = false;  ///< readers take none of its sub-values when one is missing
 };
 
 /// All tags, containers first.

@@ -7,6 +7,7 @@
 #include "cli/verbs.h"
 #include "identifiers/kinds.h"
 #include "identifiers/levelcheck.h"
+#include "identifiers/readfields.h"
 #include "text/text.h"
 
 namespace NS_KXDU {
@@ -22,9 +23,9 @@ Tells, as file:line:column: message, what is not well formed (an empty level, no
 letters in a tag), unknown (a tag, a last level that means no kind of identifier), out of range (no decimal number where
 one belongs, or one that is not from -2147483648 to 2147483647; port numbers go up to 4294967295), repeated, and, of
 identifiers that have none of this, which are not what would be written for the record that is read from them, with the
-text that would. Columns count bytes, from 1. The last needs an inventory,
-from the first identifier on that depends on it; --levels-only leaves it out. How many NEs are
-missing from it is told on standard error at the end: their identifiers are compared as those of NE type 0.
+text that would, or that nothing is read from them, as from the text that stands for no port. Columns count bytes, from
+1. The last needs an inventory, from the first identifier on that depends on it; --levels-only leaves it out. How many
+NEs are missing from it is told on standard error at the end: their identifiers are compared as those of NE type 0.
 
 A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs from what would be written: the
 name is read as a|b, and nothing puts the escape back.
@@ -74,7 +75,12 @@ private:
     void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
         m_fdn.assign(line);
         Writing([&] { kind.Rewrite(m_fdn, m_canonical); });
-        if (m_canonical != line) {
+        if (m_canonical == line) {
+            return;
+        }
+        if (IsNothingRead(ReadFields(m_fdn, kind))) {
+            result.Report(std::string(NOTHING_IS_READ));
+        } else {
             const auto [place, other] = std::mismatch(line.begin(), line.end(), m_canonical.begin(), m_canonical.end());
             result.Report("would be written as " + QuotedWhole(m_canonical),
                           static_cast<std::size_t>(place - line.begin()) + 1);

@@ -39,6 +39,8 @@ digits is 0, and of a larger number the low 32 bits count. A port name of FB typ
 (PP=16|1025|1|a\|b): it is read as a|b, and written without the escape, so that kxdu encode rejects such a record. kxdu
 check tells of each such place.
 
+Of a port (PP or LP) with fewer than its four sub-values none is read at all: the record says that it has no number.
+
 With --as, each line is read as that type, whatever its last level; fields whose level it lacks say that nothing is
 known; PortIndex:LoopBack needs --config. Without it, lines that end in a level that means no kind of identifier are rejected. So are in any case lines
 that are empty, hold a NUL byte, are not UTF-8, or are longer than 1 MiB, also as the JSON line that kxdu encode would
