@@ -129,12 +129,25 @@ protected:
 
 TEST_F(ToolWithMuch, OfALineOfTwoGigabytesNothingIsHeldAndTheNextOneCounts) {
     const std::string line = "dd if=/dev/zero bs=64K count=" + std::to_string(NS_TEST::Scaled(32768)) + " status=none";
-    const std::string input = "{ echo NE=5; " + line + "; echo; echo NE=6; } | kxdu ";
+    const auto between = [&line](const std::string& first, const std::string& last) {
+        return "{ echo '" + first + "'; " + line + "; echo; echo '" + last + "'; } | kxdu ";
+    };
+    const std::string input = between("NE=5", "NE=6");
     const std::string complaint = "<stdin>:2: the line is longer than 1 MiB\n";
 
     const Ended got = Shell(input + "get NE");
     EXPECT_EQ(got.out, "5\n6\n");
     EXPECT_EQ(got.err, complaint + "kxdu: 1 rejected in 3 lines\n");
+
+    const std::string five = R"({"fdn":"NE=5","type":"NEIndex","record":{"reserved":0,"neId":5}})";
+    const std::string six = R"({"fdn":"NE=6","type":"NEIndex","record":{"reserved":0,"neId":6}})";
+    const Ended decoded = Shell(input + "decode");
+    EXPECT_EQ(decoded.out, five + "\n" + six + "\n");
+    EXPECT_EQ(decoded.err, complaint + "kxdu: 1 rejected in 3 lines\n");
+
+    const Ended encoded = Shell(between(five, six) + "encode");
+    EXPECT_EQ(encoded.out, "NE=5\nNE=6\n");
+    EXPECT_EQ(encoded.err, complaint + "kxdu: 1 rejected or changed in 3 lines\n");
 
     const Ended checked = Shell(input + "check --levels-only");
     EXPECT_EQ(checked.out, complaint);

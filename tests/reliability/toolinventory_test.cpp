@@ -89,11 +89,12 @@ TEST_F(ToolInventory, OneThatStaysLockedIsGivenUp) {
     // All at once, since each of them is patient.
     const Ended ended = Shell(
         "pids=; for verb in 'inventory import n.db new' 'inventory list n.db' 'inventory export n.db out'"
-        " 'decode --inventory n.db' 'ne-type 5 --inventory n.db'; do kxdu $verb & pids=\"$pids $!\"; done;"
+        " 'decode --inventory n.db' 'encode --inventory n.db' 'check --inventory n.db'"
+        " 'explain --inventory n.db NE=5' 'ne-type 5 --inventory n.db'; do kxdu $verb & pids=\"$pids $!\"; done;"
         " for pid in $pids; do wait $pid; echo $?; done");
-    EXPECT_EQ(ended.out, "2\n2\n2\n2\n2\n");
+    EXPECT_EQ(ended.out, "2\n2\n2\n2\n2\n2\n2\n2\n");
     std::string complaints;
-    for (int verb = 0; verb < 5; ++verb) {
+    for (int verb = 0; verb < 8; ++verb) {
         complaints += "kxdu: n.db: database is locked\n";
     }
     EXPECT_EQ(ended.err, complaints);
@@ -132,21 +133,26 @@ TEST_F(ToolInventory, OfManyWhoMakeItOneDoes) {
 
 // ---- An end before the end ------------------------------------------------------------------------------------------
 
-class ToolInventoryKilled : public ToolInventory, public testing::WithParamInterface<const char*> {};
+class ToolInventoryKilled : public ToolInventory, public testing::WithParamInterface<const char*> {
+protected:
+    // Runs a verb, sends it a signal as soon as reached is true, and prints what it died of, as the shell counts;
+    // whoever comes too late to that tries again. The shell lets what runs in the background ignore SIGINT.
+    [[nodiscard]] Ended KillWhen(const std::string& reached, const std::string& verb) const {
+        return Shell("size=$(stat -c %s n.db); env --default-signal=INT '" KXDU_PROGRAM "' " + verb +
+                     " >/dev/null & while kill -0 $! && ! { " + reached + "; }; do sleep 0.001; done; kill -" +
+                     std::string(GetParam()) + " $!; wait $!; kill -l $?");
+    }
+};
 
-// It is killed when it has changed the file, which the journal it leaves behind tells how to undo. The one that comes
-// too late to that tries again.
+// It is killed when it has changed the file, which the journal it leaves behind tells how to undo.
 TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeld) {
     WriteCsv("old", 1000, 5);
     WriteCsv("new", 500000, 6);
     bool isHit = false;
     for (int round = 0; round < 30 && !isHit; ++round) {
         MakeInventory("old");
-        const Ended ended = Shell("size=$(stat -c %s n.db); '" KXDU_PROGRAM
-                                  "' inventory import n.db new >/dev/null &"
-                                  " while kill -0 $! && [ $(stat -c %s n.db) = $size ]; do sleep 0.001; done; kill -" +
-                                  std::string(GetParam()) + " $!; wait $!; kill -l $?; [ -s n.db-journal ]");
-        isHit = ended.code == 0;
+        const Ended ended = KillWhen("[ $(stat -c %s n.db) != $size ]", "inventory import n.db new");
+        isHit = Exists("n.db-journal") && !ReadFile("n.db-journal").empty();
         EXPECT_TRUE(!isHit || ended.out == std::string(GetParam()) + "\n") << ended.out;
     }
     ASSERT_TRUE(isHit) << "never killed in time";
@@ -155,7 +161,25 @@ TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeld) {
     EXPECT_TRUE(Holds("new"));
 }
 
-INSTANTIATE_TEST_SUITE_P(By, ToolInventoryKilled, testing::Values("KILL", "TERM"),
+// It is killed when it has begun to write a table.
+TEST_P(ToolInventoryKilled, InMidExportLeavesAllOldFiles) {
+    WriteCsv("old", 3, 5);
+    WriteCsv("new", 500000, 6);
+    MakeInventory("new");
+    bool isHit = false;
+    for (int round = 0; round < 30 && !isHit; ++round) {
+        ASSERT_EQ(Shell("rm -rf out; cp -r old out").code, 0);
+        isHit = KillWhen("[ -n \"$(find out -name '.*' -size +0)\" ]", "inventory export n.db out").out ==
+                std::string(GetParam()) + "\n";
+    }
+    ASSERT_TRUE(isHit) << "never killed in time";
+    const bool isLeft = Shell("find out -name '.*' | grep .").code == 0;
+    EXPECT_EQ(isLeft, GetParam() == std::string("KILL")) << "nobody can clear away after that";
+    EXPECT_EQ(Shell("find out -name '.*' -delete; diff -r old out").code, 0);
+    EXPECT_TRUE(Holds("new"));
+}
+
+INSTANTIATE_TEST_SUITE_P(By, ToolInventoryKilled, testing::Values("INT", "TERM", "HUP", "KILL"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
 // ---- No space -------------------------------------------------------------------------------------------------------
