@@ -101,9 +101,18 @@ TEST_F(EncodeTest, AFileOfIdentifiersEndsTheRunAtItsFirstLine) {
     const Ended ended = Shell("kxdu encode records identifiers");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "NE=7\n");
-    EXPECT_EQ(ended.err, "kxdu: identifiers:1: no JSON line as kxdu decode writes them; did you mean kxdu decode?\n");
+    EXPECT_EQ(ended.err, "kxdu: identifiers:1: an identifier, and no JSON line; did you mean kxdu decode?\n");
     EXPECT_EQ(Shell("kxdu encode --strict identifiers").code, 2);
     EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a line like any other that is wrong";
+}
+
+TEST_F(EncodeTest, OtherFormatsOfDecodeEndTheRunAtTheirFirstLine) {
+    for (const std::string format : {"csv", "tsv", "table", "csv --as NEIndex"}) {
+        const Ended ended = Shell("kxdu decode --format " + format + " | kxdu encode", "NE=1\nNE=2,FR=1\n");
+        EXPECT_EQ(ended.code, 2) << format;
+        EXPECT_EQ(ended.err,
+                  "kxdu: <stdin>:1: no JSON line; kxdu encode reads what kxdu decode --format jsonl writes\n");
+    }
 }
 
 TEST_F(EncodeTest, ServicesAndOamComeBackByteForByte) {

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include <kx_domain_util/fdnscanner.h>
+
 #include "bulk/lines.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
@@ -8,6 +10,7 @@
 #include "failure.h"
 #include "formats/recordline.h"
 #include "identifiers/kinds.h"
+#include "identifiers/tags.h"
 #include "text/text.h"
 
 namespace NS_KXDU {
@@ -18,16 +21,17 @@ constexpr auto HELP = R"(Examples:
   kxdu decode network.fdn | kxdu encode --inventory network.db | cmp - network.fdn
   echo '{"type":"NEIndex","record":{"reserved":0,"neId":7}}' | kxdu encode
 
-Reads lines as kxdu decode writes them, their members in any order. The identifier is written from the record alone. A
-"fdn" beside the record that differs from it does not keep it from being written, but is reported and counted, so that
-no identifier changes unseen; leave "fdn" out, or give --ignore-fdn, when records were changed on purpose.
+Reads lines as kxdu decode --format jsonl writes them, their members in any order. The identifier is written from the
+record alone. A "fdn" beside the record that differs from it does not keep it from being written, but is reported and
+counted, so that no identifier changes unseen; leave "fdn" out, or give --ignore-fdn, when records were changed on
+purpose.
 
 Every field of a record must be there, with no other beside it; numbers must fit their field, and names of ports and of
 maintenance levels hold no "," or "|", which would end them. Lines that are no such JSON, name a type that there is not,
 hold a text with a line end or half a surrogate pair in it, are empty, hold a NUL byte, are not UTF-8 or are longer than
 1 MiB are rejected; but a file whose first line is no JSON object ends the run, since it is likely to be one of
-identifiers. Rejected are also records that keep their text, as services and trails do, when their other fields say
-something else than it: change both.
+identifiers, or of another format. Rejected are also records that keep their text, as services and trails do, when their
+other fields say something else than it: change both.
 
 The inventory is asked for the types of NEs, and whether the numbers of maintenance domains and associations are
 written; it is needed from the first identifier on that depends on it. How many NEs are missing from it is told on
@@ -41,6 +45,12 @@ struct Options {
     ServiceOptions services;
     bool isFdnIgnored = false;
 };
+
+bool LooksLikeIdentifier(std::string_view line) {
+    NS_UTIL::NS_FDN::LevelScanner scanner(line);
+    NS_UTIL::NS_FDN::Level first;
+    return scanner.Next(first) && first.HasEquals() && FindTag(first.tag) != nullptr;
+}
 
 class Encoder : public LineConverter {
 public:
@@ -70,11 +80,14 @@ public:
     }
 
 private:
-    // A file of identifiers would be a complaint a line.
+    // A file of something else would be a complaint a line.
     static void RefuseOtherThanJson(std::string_view line) {
-        if (!line.substr(std::min(line.find_first_not_of(" \t"), line.size())).starts_with('{')) {
-            throw Failure(ExitCode::USAGE, "no JSON line as kxdu decode writes them; did you mean kxdu decode?");
+        if (line.substr(std::min(line.find_first_not_of(" \t"), line.size())).starts_with('{')) {
+            return;
         }
+        throw Failure(ExitCode::USAGE, LooksLikeIdentifier(line)
+                                           ? "an identifier, and no JSON line; did you mean kxdu decode?"
+                                           : "no JSON line; kxdu encode reads what kxdu decode --format jsonl writes");
     }
 
     bool m_isFdnIgnored;
