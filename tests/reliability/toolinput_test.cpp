@@ -83,10 +83,9 @@ TEST_F(ToolWithGarbage, IsNeitherInventoryNorConfiguration) {
     WriteFile(CONFIG, garbage);
     for (const char* const command :
          {"inventory list garbage", "inventory import garbage csv", "inventory export garbage out",
-          "decode --inventory garbage", "encode --inventory garbage", "check --inventory garbage",
-          "explain --inventory garbage NE=5", "ne-type 1912 --inventory garbage", "decode --config config",
-          "encode --config config", "check --config config", "filter --config config",
-          "explain --config config NE=5"}) {
+          "encode --inventory garbage", "check --inventory garbage", "explain --inventory garbage NE=5",
+          "ne-type 1912 --inventory garbage", "decode --config config", "encode --config config",
+          "check --config config", "filter --config config", "explain --config config NE=5"}) {
         for (const char* const table : {"ne.csv", "ne_type.csv", "domain_member.csv"}) {
             WriteFile(std::string("csv/") + table, garbage);
         }
@@ -311,7 +310,7 @@ TEST_F(ToolWithoutRights, NamesWhatItCannotRead) {
                                       "get NE -i secret", "decode one.fdn secret >/dev/null"}) {
         ExpectDenied(2, command, "kxdu: secret: Permission denied\n");
     }
-    ExpectDenied(2, "decode --inventory secret", "kxdu: secret: ");
+    ExpectDenied(2, "encode --inventory secret", "kxdu: secret: ");
     ExpectDenied(2, "inventory list secret", "kxdu: secret: ");
     ExpectDenied(2, "filter --config config", "config/kx_corbaagent_bundle/bundle.cfg");
     ASSERT_EQ(Shell("chmod 0 csv/ne.csv").code, 0);
@@ -350,11 +349,11 @@ TEST_F(ToolWithWrongFiles, AFolderIsNoFileAndAFileNoFolder) {
              {2, "get NE -i folder", "folder: Is a directory"},
              {2, "decode <folder", "<stdin>: Is a directory"},
              {2, "decode file/x", "file/x: Not a directory"},
-             {2, "decode --inventory folder", "folder: is not a regular file"},
+             {2, "encode --inventory folder", "folder: is not a regular file"},
              {2, "ne-type 5 --inventory folder", "folder: is not a regular file"},
              {2, "inventory list folder", "folder: is not a regular file"},
              {2, "inventory import folder folder", "folder/ne_type.csv"},
-             {2, "inventory import file file", "file/ne_type.csv: cannot be read: Not a directory"},
+             {2, "inventory import file file", "file is a file: FOLDER is the folder that holds ne.csv"},
              {2, "inventory init folder", "folder: File exists"},
              {2, "inventory init file/x", "file/x: Not a directory"},
              {2, "filter --config folder", "bundle.cfg"},

@@ -59,9 +59,9 @@ TEST_F(ToolInventory, NoVerbGoesOnWithOneThatIsCorrupt) {
          {whole.substr(0, whole.size() / 2), whole.substr(0, 4096), std::string(), std::string(whole.size(), '\0')}) {
         WriteFile("n.db", corrupt);
         for (const char* const command :
-             {"decode --inventory n.db", "encode --inventory n.db", "check --inventory n.db",
-              "explain --inventory n.db NE=5", "ne-type 5 --inventory n.db", "inventory list n.db",
-              "inventory export n.db out", "inventory import n.db csv"}) {
+             {"encode --inventory n.db", "check --inventory n.db", "explain --inventory n.db NE=5",
+              "ne-type 5 --inventory n.db", "inventory list n.db", "inventory export n.db out",
+              "inventory import n.db csv"}) {
             const Ended ended = Shell(std::string("kxdu ") + command, "NE=5\n");
             EXPECT_EQ(ended.code, 2) << command << " with " << corrupt.size() << " bytes";
             EXPECT_EQ(ended.out, "") << command;
@@ -89,12 +89,12 @@ TEST_F(ToolInventory, OneThatStaysLockedIsGivenUp) {
     // All at once, since each of them is patient.
     const Ended ended = Shell(
         "pids=; for verb in 'inventory import n.db new' 'inventory list n.db' 'inventory export n.db out'"
-        " 'decode --inventory n.db' 'encode --inventory n.db' 'check --inventory n.db'"
+        " 'encode --inventory n.db' 'check --inventory n.db'"
         " 'explain --inventory n.db NE=5' 'ne-type 5 --inventory n.db'; do kxdu $verb & pids=\"$pids $!\"; done;"
         " for pid in $pids; do wait $pid; echo $?; done");
-    EXPECT_EQ(ended.out, "2\n2\n2\n2\n2\n2\n2\n2\n");
+    EXPECT_EQ(ended.out, "2\n2\n2\n2\n2\n2\n2\n");
     std::string complaints;
-    for (int verb = 0; verb < 8; ++verb) {
+    for (int verb = 0; verb < 7; ++verb) {
         complaints += "kxdu: n.db: database is locked\n";
     }
     EXPECT_EQ(ended.err, complaints);

@@ -79,6 +79,7 @@ TEST_F(CheckTest, NeedsAnInventoryUnlessLevelsAloneAreChecked) {
     EXPECT_EQ(ended.code, 2);
     EXPECT_NE(ended.err.find("--inventory FILE"), std::string::npos) << ended.err;
     EXPECT_EQ(Shell("kxdu check --levels-only", card).code, 0);
+    EXPECT_EQ(Shell("KX_INVENTORY=none KX_CONFIG_DIR=none kxdu check --levels-only", card).err, "");
 }
 
 TEST_F(CheckTest, StrictStopsAtTheFirst) {

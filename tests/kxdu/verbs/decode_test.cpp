@@ -176,6 +176,7 @@ TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
              {"", "kxdu: a verb is missing"},
              {"nonsense", "kxdu: no verb \"nonsense\""},
              {"decod", "kxdu: no verb \"decod\"; did you mean decode?"},
+             {"list", "kxdu: no verb \"list\"; did you mean inventory list?"},
              {"--inventory x decode", "kxdu: --inventory stands in front of the verb; options go behind it"},
              {"--inventory=x decode", "kxdu: --inventory=x stands in front of the verb; options go behind it"},
              {"inventory", "kxdu: a verb is missing"},
@@ -190,7 +191,12 @@ TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help to see what there is.\n");
     }
-    EXPECT_EQ(Shell("kxdu decode --inventory missing").code, 2);
+    EXPECT_EQ(Shell("kxdu decode --config missing").code, 2);
+}
+
+TEST_F(DecodeTest, NeedsNoInventory) {
+    EXPECT_EQ(Shell("KX_INVENTORY=missing kxdu decode", "NE=5\n").out, NE_5);
+    EXPECT_EQ(Shell("kxdu decode --help").out.find("KX_INVENTORY"), std::string::npos);
 }
 
 TEST_F(DecodeTest, HelpAndVersionAreAnswers) {

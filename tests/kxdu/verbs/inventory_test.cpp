@@ -45,8 +45,24 @@ TEST_F(InventoryVerb, InitLeavesAFileThatExistsAlone) {
     WriteFile("n.db", "mine");
     const Ended ended = Shell("kxdu inventory init n.db");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_NE(ended.err.find("n.db"), std::string::npos);
+    EXPECT_EQ(ended.err, "kxdu: n.db: File exists; kxdu inventory import replaces what it holds\n");
     EXPECT_EQ(ReadFile("n.db"), "mine");
+    std::filesystem::create_directory(folder / "folder");
+    EXPECT_EQ(Shell("kxdu inventory init folder").err, "kxdu: folder: File exists\n") << "which holds no inventory";
+}
+
+TEST_F(InventoryVerb, ArgumentsThatAreMixedUpAreTold) {
+    MakeInventory();
+    const std::string before = ReadFile("n.db");
+    for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"import n.db csv/ne.csv", "csv/ne.csv is a file: FOLDER is the folder that holds ne.csv"},
+             {"import csv n.db", "csv is a folder, and n.db is a file: FILE, the inventory, comes first"},
+             {"export csv n.db", "csv is a folder, and n.db is a file: FILE, the inventory, comes first"}}) {
+        const Ended ended = Shell(std::string("kxdu inventory ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.err, std::string("kxdu: ") + complaint + "\n") << arguments;
+    }
+    EXPECT_EQ(ReadFile("n.db"), before);
 }
 
 TEST_F(InventoryVerb, ImportReplacesAllAndExportGivesItBack) {

@@ -1,5 +1,7 @@
 #include "cli/services.h"
 
+#include <array>
+#include <cstdlib>
 #include <filesystem>
 
 #include "cli/missingnes.h"
@@ -10,20 +12,43 @@ namespace NS_KXDU {
 
 namespace {
 
+constexpr auto INVENTORY_VARIABLE = "KX_INVENTORY";
+constexpr auto CONFIG_VARIABLE = "KX_CONFIG_DIR";
 constexpr auto CONFIG_FILE = "kx_corbaagent_bundle/bundle.cfg";
+
+// Whoever did not type a name does not know where it comes from.
+std::string SourceOf(const std::string& name, const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && name == value ? std::string(" (from ").append(variable).append(")") : "";
+}
+
+// What to do where a file is no inventory; nothing helps against one that is corrupt, locked or secret.
+std::string AdviceOnInventory(const std::string& file, std::string_view complaint) {
+    if (std::error_code error; std::filesystem::is_directory(file, error)) {
+        return "; kxdu inventory import fills an inventory from a folder of CSV files";
+    }
+    constexpr std::array<std::string_view, 3> NO_INVENTORY{"no such file", "is not an inventory",
+                                                           "file is not a database"};
+    for (const std::string_view reason : NO_INVENTORY) {
+        if (complaint.ends_with(reason)) {
+            return "; kxdu inventory --help tells how to make one";
+        }
+    }
+    return {};
+}
 
 }  // namespace
 
 void AddInventoryOption(Verb& verb, std::string& inventory) {
     verb.AddText("--inventory", "FILE", inventory, "Inventory of the network (see kxdu inventory --help)")
-        .FromEnvironment("KX_INVENTORY");
+        .FromEnvironment(INVENTORY_VARIABLE);
 }
 
 void AddConfigOption(Verb& verb, std::string& config) {
     verb.AddText("--config", "DIR", config,
                  std::string("Folder that holds the configuration, ") + CONFIG_FILE +
                      " in TOML; docs/guide.md tells which items count")
-        .FromEnvironment("KX_CONFIG_DIR");
+        .FromEnvironment(CONFIG_VARIABLE);
 }
 
 void AddServiceOptions(Verb& verb, ServiceOptions& options) {
@@ -52,8 +77,24 @@ std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options
     try {
         return std::make_unique<NS_STANDALONE::Host>(hostOptions);
     } catch (const std::runtime_error& error) {
-        throw Failure(ExitCode::USAGE, error.what());
+        const std::string complaint = error.what();  // begins with the name of the file that it is about
+        if (!options.inventory.empty() && complaint.starts_with(options.inventory + ": ")) {
+            ComplainOfInventory(options.inventory, complaint, SourceOf(options.inventory, INVENTORY_VARIABLE));
+        }
+        throw Failure(ExitCode::USAGE, complaint + SourceOf(options.config, CONFIG_VARIABLE));
     }
+}
+
+NS_STANDALONE::Inventory ReadInventory(const std::string& file) {
+    try {
+        return NS_STANDALONE::ReadInventory(file);
+    } catch (const std::runtime_error& error) {
+        ComplainOfInventory(file, error.what(), SourceOf(file, INVENTORY_VARIABLE));
+    }
+}
+
+void ComplainOfInventory(const std::string& file, const std::string& complaint, const std::string& source) {
+    throw Failure(ExitCode::USAGE, complaint + source + AdviceOnInventory(file, complaint));
 }
 
 void ComplainOfNoInventory() {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <kx_domain_util/processexception.h>
 #include <kx_standalone/host.h>
+#include <kx_standalone/inventoryfile.h>
 
 #include "files/fileinuse.h"
 
@@ -32,8 +34,27 @@ void AddServiceOptions(Verb& verb, ServiceOptions& options);
 std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
 /// The services, for as long as it lives. Notes in missing, unless it is null, which NEs the inventory is asked about
-/// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded.
+/// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded; it also tells when the environment named
+/// the file, and how to get an inventory where there is none.
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
+
+/// What an inventory holds that an option or the environment names. Throws as above.
+NS_STANDALONE::Inventory ReadInventory(const std::string& file);
+
+/// Throws `Failure` with `ExitCode::USAGE`: what is wrong with an inventory, where its name comes from, and how to get
+/// one where there is none.
+[[noreturn]] void ComplainOfInventory(const std::string& file, const std::string& complaint,
+                                      const std::string& source = {});
+
+/// Runs use, which opens an inventory that an argument names. Throws as above.
+template <class Use>
+auto OpeningInventory(const std::string& file, Use use) {
+    try {
+        return use();
+    } catch (const std::runtime_error& error) {
+        ComplainOfInventory(file, error.what());
+    }
+}
 
 /// Throws `Failure` with `ExitCode::USAGE`, which tells how to give an inventory.
 [[noreturn]] void ComplainOfNoInventory();

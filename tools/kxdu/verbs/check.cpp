@@ -24,8 +24,9 @@ letters in a tag), unknown (a tag, a last level that means no kind of identifier
 one belongs, or one that is not from -2147483648 to 2147483647; port numbers go up to 4294967295), repeated, and, of
 identifiers that have none of this, which are not what would be written for the record that is read from them, with the
 text that would, or that nothing is read from them, as from the text that stands for no port. Columns count bytes, from
-1. The last needs an inventory, from the first identifier on that depends on it; --levels-only leaves it out. How many
-NEs are missing from it is told on standard error at the end: their identifiers are compared as those of NE type 0.
+1. The last needs an inventory, from the first identifier on that depends on it; --levels-only leaves it out, and opens
+no inventory and no configuration. How many NEs are missing from the inventory is told on standard error at the end:
+their identifiers are compared as those of NE type 0.
 
 A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs from what would be written: the
 name is read as a|b, and nothing puts the escape back.
@@ -94,7 +95,7 @@ private:
 
 ExitCode Check(const Options& options) {
     MissingNes missing;
-    const auto services = StartServices(options.services, &missing);
+    const auto services = options.isLevelsOnly ? nullptr : StartServices(options.services, &missing);
     LineWork work;
     work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };

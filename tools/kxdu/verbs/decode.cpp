@@ -42,16 +42,17 @@ check tells of each such place.
 Of a port (PP or LP) with fewer than its four sub-values none is read at all: the record says that it has no number.
 
 With --as, each line is read as that type, whatever its last level; fields whose level it lacks say that nothing is
-known; PortIndex:LoopBack needs --config. Without it, lines that end in a level that means no kind of identifier are rejected. So are in any case lines
-that are empty, hold a NUL byte, are not UTF-8, or are longer than 1 MiB, also as the JSON line that kxdu encode would
-read. A carriage return before a line's end belongs to the line end.
+known; PortIndex:LoopBack needs --config. Without it, lines that end in a level that means no kind of identifier are
+rejected. So are in any case lines that are empty, hold a NUL byte, are not UTF-8, or are longer than 1 MiB, also as the
+JSON line that kxdu encode would read. A carriage return before a line's end belongs to the line end. An inventory plays
+no part: only what is written depends on it.
 
 Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read;
 3 output that cannot be written. A reader of the output that goes away is no error.)";
 
 struct Options {
     BulkOptions bulk;
-    ServiceOptions services;
+    std::string config;
     FormatName format = FormatName::JSONL;
     std::string type;
 };
@@ -105,9 +106,10 @@ ExitCode Decode(const Options& options) {
     Layout layout;
     layout.format = options.format;
     layout.kinds = forced != nullptr ? std::vector{forced} : AllKinds();
-    const auto services = StartServices(options.services);
+    const ServiceOptions serviceOptions{{}, options.config};  // no reader asks the inventory
+    const auto services = StartServices(serviceOptions);
     LineWork work;
-    work.filesInUse = FilesInUse(options.services);
+    work.filesInUse = FilesInUse(serviceOptions);
     work.makeConverter = [&] { return std::make_unique<Decoder>(forced, layout); };
     work.header = MakeHeader(layout);
     return RunLines(options.bulk, work);
@@ -121,7 +123,7 @@ void AddDecode(CLI::App& app, Action& action) {
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
     AddRejectOptions(verb, options->bulk);
-    AddServiceOptions(verb, options->services);
+    AddConfigOption(verb, options->config);
     verb.AddChoice("--format", "FORMAT", options->format,
                    {{"jsonl", FormatName::JSONL},
                     {"csv", FormatName::CSV},

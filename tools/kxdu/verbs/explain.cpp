@@ -46,7 +46,7 @@ ExitCode ExplainAll(const Options& options) {
     const auto services = StartServices(options.services);
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.services.inventory.empty()) {
-        inventory = NS_STANDALONE::ReadInventory(options.services.inventory);
+        inventory = ReadInventory(options.services.inventory);
     }
     Output output({});
     const bool isColoured = IsColoured(options.colour, output);

@@ -15,6 +15,7 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "failure.h"
 #include "files/output.h"
 #include "formats/listing.h"
 #include "network/inventorycsv.h"
@@ -106,8 +107,24 @@ std::string Counts(const Inventory& inventory) {
            Count(ListsOf(inventory).size(), "domain list") + " of " + Count(inventory.domainMembers.size(), "member");
 }
 
+// Arguments of which one stands in the place of the other.
+void RefuseMixUp(const Options& options) {
+    std::error_code error;
+    if (std::filesystem::is_directory(options.file, error) && std::filesystem::is_regular_file(options.folder, error)) {
+        throw Failure(ExitCode::USAGE, options.file + " is a folder, and " + options.folder +
+                                           " is a file: FILE, the inventory, comes first");
+    }
+}
+
 ExitCode Init(const Options& options) {
-    NS_STANDALONE::CreateInventory(options.file);
+    try {
+        NS_STANDALONE::CreateInventory(options.file);
+    } catch (const std::runtime_error& failed) {
+        std::error_code error;
+        const bool isThere = std::filesystem::is_regular_file(options.file, error);
+        throw Failure(ExitCode::USAGE,
+                      std::string(failed.what()) + (isThere ? "; kxdu inventory import replaces what it holds" : ""));
+    }
     WriteWhole({}, options.file + ": made, empty\n");
     return ExitCode::OK;
 }
@@ -129,15 +146,21 @@ void TellOfUnaskedLists(const Inventory& inventory) {
 }
 
 ExitCode Import(const Options& options) {
+    RefuseMixUp(options);
+    if (std::error_code error; std::filesystem::is_regular_file(options.folder, error)) {
+        throw Failure(ExitCode::USAGE, options.folder + " is a file: FOLDER is the folder that holds ne.csv");
+    }
     const Inventory inventory = ReadInventoryCsv(options.folder);
-    NS_STANDALONE::ReplaceInventory(options.file, inventory);
+    OpeningInventory(options.file, [&] { NS_STANDALONE::ReplaceInventory(options.file, inventory); });
     WriteWhole({}, options.file + ": now " + Counts(inventory) + "\n");
     TellOfUnaskedLists(inventory);
     return ExitCode::OK;
 }
 
 ExitCode Export(const Options& options) {
-    const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
+    RefuseMixUp(options);
+    const Inventory inventory =
+        OpeningInventory(options.file, [&] { return NS_STANDALONE::ReadInventory(options.file); });
     for (const FileInUse& table : InventoryCsvFiles(options.folder)) {
         RefuseReplacing(FilesInUse({options.file, {}}), table.name);
     }
@@ -198,7 +221,7 @@ void ListNes(const Inventory& inventory, const Options& options) {
 
 ExitCode List(const Options& options) {
     RefuseReplacing(FilesInUse({options.file, {}}), options.listing.output);
-    const Inventory inventory = NS_STANDALONE::ReadInventory(options.file);
+    const Inventory inventory = ReadInventory(options.file);
     (options.isOfNes ? ListNes : ListTypes)(inventory, options);
     return ExitCode::OK;
 }

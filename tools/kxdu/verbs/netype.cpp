@@ -164,7 +164,7 @@ ExitCode NeType(const Options& options) {
     RefuseReplacing(FilesInUse(serviceOptions), options.listing.output);
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.inventory.empty()) {
-        inventory = NS_STANDALONE::ReadInventory(options.inventory);  // for the names, which no service tells
+        inventory = ReadInventory(options.inventory);  // for the names, which no service tells
     }
     MissingNes missing("taken not to have several sub-shelves");
     const auto services = StartServices(serviceOptions, &missing);
