@@ -2,6 +2,8 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <iterator>
+#include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -10,6 +12,7 @@
 
 #include "cli/verbs.h"
 #include "failure.h"
+#include "text/text.h"
 
 namespace NS_KXDU {
 
@@ -19,6 +22,14 @@ constexpr auto HELP = R"(Examples:
   kxdu sample --ne 10 --seed 1 | kxdu decode | head -3
   kxdu check --inventory network.db network.fdn
   kxdu help decode)";
+
+// CLI11 leaves descriptions as long as they are.
+class HelpFormatter : public CLI::Formatter {
+    std::string make_option_desc(const CLI::Option* option) const override {
+        std::istringstream words(CLI::Formatter::make_option_desc(option));
+        return Wrapped("", {std::istream_iterator<std::string>(words), {}}, HELP_WIDTH - get_column_width());
+    }
+};
 
 int AsInt(ExitCode code) {
     return static_cast<int>(code);
@@ -56,7 +67,7 @@ std::string UsageText(const CLI::App* app, const CLI::Error& error) {
         const auto unknown = app->remaining();
         text = unknown.empty() ? "a verb is missing" : UnknownVerb(*app, unknown.front());
     }
-    return "kxdu: " + text + "\nRun with --help to see what there is.\n";
+    return "kxdu: " + text + HELP_HINT + "\n";
 }
 
 // A file that we open must not become a standard stream that the caller closed: messages would go into it. What stands
@@ -76,6 +87,7 @@ int Main(int argc, char** argv) {
     HoldStandardStreams();
     CLI::App app("Reads, writes, checks and explains the identifiers of a telecom network", "kxdu");
     app.set_version_flag("--version", "kxdu " KX_VERSION);
+    app.formatter(std::make_shared<HelpFormatter>());
     app.footer(HELP);
     app.failure_message(UsageText);
     app.require_subcommand(1);

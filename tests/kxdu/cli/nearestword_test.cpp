@@ -12,6 +12,7 @@ TEST(NearestWord, IsTheOneThatDiffersLeast) {
     EXPECT_EQ(NearestWord("endcode", WORDS), "encode");
     EXPECT_EQ(NearestWord("dceode", WORDS), "decode") << "two characters that changed places";
     EXPECT_EQ(NearestWord("fbb", WORDS), "fb");
+    EXPECT_EQ(NearestWord("DECODE", WORDS), "decode");
 }
 
 TEST(NearestWord, WhatIsFarFromAllIsNone) {

@@ -15,14 +15,43 @@ TEST_F(HelpVerb, IsWhatTheVerbsOwnOptionGives) {
 
 TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"decod", "kxdu: no verb \"decod\"; did you mean decode?\n"},
-             {"nonsense", "kxdu: no verb \"nonsense\"\n"},
-             {"inventory lst", "kxdu: no verb \"lst\"; did you mean list?\n"},
-             {"decode list", "kxdu: no verb \"list\"\n"}}) {
+             {"decod", "no verb \"decod\"; did you mean decode?"},
+             {"DECODE", "no verb \"DECODE\"; did you mean decode?"},
+             {"nonsense", "no verb \"nonsense\""},
+             {"list", "no verb \"list\"; did you mean inventory list?"},
+             {"inventory lst", "no verb \"lst\"; did you mean list?"},
+             {"decode encode", "decode has no verbs"}}) {
         const Ended ended = Shell(std::string("kxdu help ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.out, "") << arguments;
-        EXPECT_EQ(ended.err, complaint);
+        EXPECT_EQ(ended.err, std::string("kxdu: ") + complaint + "\nRun with --help to see what there is.\n");
+    }
+}
+
+TEST_F(HelpVerb, FitsOnAScreen) {
+    for (const char* const verb : {"",
+                                   "decode",
+                                   "encode",
+                                   "check",
+                                   "explain",
+                                   "get",
+                                   "filter",
+                                   "ne-type",
+                                   "fb",
+                                   "level",
+                                   "path",
+                                   "ctp",
+                                   "tables",
+                                   "inventory",
+                                   "inventory init",
+                                   "inventory import",
+                                   "inventory export",
+                                   "inventory list",
+                                   "sample",
+                                   "help"}) {
+        const Ended ended = Shell(std::string("kxdu help ") + verb + " | LC_ALL=C.UTF-8 grep -E '.{121}'");
+        EXPECT_EQ(ended.out, "") << verb;
+        EXPECT_EQ(ended.code, 1) << verb;
     }
 }
 

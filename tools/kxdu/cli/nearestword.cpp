@@ -1,12 +1,17 @@
 #include "cli/nearestword.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstddef>
 #include <numeric>
 
 namespace NS_KXDU {
 
 namespace {
+
+bool IsSameLetter(char one, char other) {
+    return std::tolower(static_cast<unsigned char>(one)) == std::tolower(static_cast<unsigned char>(other));
+}
 
 // How many characters must be put in, taken out or changed.
 std::size_t Distance(std::string_view from, std::string_view to) {
@@ -15,7 +20,7 @@ std::size_t Distance(std::string_view from, std::string_view to) {
     for (std::size_t taken = 0; taken < from.size(); ++taken) {
         std::size_t diagonal = row[0]++;
         for (std::size_t at = 0; at < to.size(); ++at) {
-            const std::size_t changed = diagonal + (from[taken] == to[at] ? 0 : 1);
+            const std::size_t changed = diagonal + (IsSameLetter(from[taken], to[at]) ? 0 : 1);
             diagonal = row[at + 1];
             row[at + 1] = std::min({changed, row[at] + 1, diagonal + 1});
         }

@@ -50,14 +50,13 @@ std::string Quoted(std::string_view text, std::size_t longest) {
     return quoted;
 }
 
-std::string Wrapped(const std::string& head, const std::vector<std::string>& words) {
-    constexpr std::size_t WIDTH = 120;
+std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width) {
     const std::string indent(head.size(), ' ');
     std::string lines;
     std::string line = head;
     for (const std::string& word : words) {
         const bool isFirst = line.size() == head.size();
-        if (!isFirst && line.size() + 1 + word.size() > WIDTH) {
+        if (!isFirst && line.size() + 1 + word.size() > width) {
             lines.append(line).append("\n");
             line = indent + word;
         } else {

@@ -28,8 +28,11 @@ inline std::string QuotedWhole(std::string_view text) {
     return Quoted(text, std::string_view::npos);
 }
 
-/// The words, a blank between two, on lines of at most 120 columns. The first line begins with head, the others with as
-/// many blanks; no line end behind the last.
-std::string Wrapped(const std::string& head, const std::vector<std::string>& words);
+/// The columns that a line of help has at most.
+inline constexpr std::size_t HELP_WIDTH = 120;
+
+/// The words, a blank between two, on lines of at most width columns. The first line begins with head, the others with
+/// as many blanks; no line end behind the last.
+std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width = HELP_WIDTH);
 
 }  // namespace NS_KXDU

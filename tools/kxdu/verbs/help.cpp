@@ -10,6 +10,24 @@ namespace NS_KXDU {
 
 namespace {
 
+// With those that it is a verb of, such as "inventory list"; empty when all are far from verb.
+std::string NearestVerb(const CLI::App& app, const std::string& verb) {
+    const auto known = app.get_subcommands({});
+    std::vector<std::string> names;
+    for (const CLI::App* const each : known) {
+        names.push_back(each->get_name());
+    }
+    if (const auto nearest = NearestWord(verb, names); !nearest.empty()) {
+        return std::string(nearest);
+    }
+    for (const CLI::App* const each : known) {
+        if (const std::string inner = NearestVerb(*each, verb); !inner.empty()) {
+            return each->get_name() + " " + inner;
+        }
+    }
+    return {};
+}
+
 ExitCode Help(const CLI::App& app, const std::vector<std::string>& verbs) {
     const CLI::App* shown = &app;
     std::string path;  // as the usage line shows it
@@ -17,7 +35,7 @@ ExitCode Help(const CLI::App& app, const std::vector<std::string>& verbs) {
         path.append(path.empty() ? "" : " ").append(shown->get_name());
         const auto named = shown->get_subcommands([&](const CLI::App* known) { return known->get_name() == verb; });
         if (named.empty()) {
-            throw Failure(ExitCode::USAGE, UnknownVerb(*shown, verb));
+            throw Failure(ExitCode::USAGE, UnknownVerb(*shown, verb) + HELP_HINT);
         }
         shown = named.front();
     }
@@ -28,12 +46,11 @@ ExitCode Help(const CLI::App& app, const std::vector<std::string>& verbs) {
 }  // namespace
 
 std::string UnknownVerb(const CLI::App& app, const std::string& verb) {
-    std::vector<std::string> names;
-    for (const CLI::App* const known : app.get_subcommands({})) {
-        names.push_back(known->get_name());
+    if (app.get_subcommands({}).empty()) {
+        return app.get_name() + " has no verbs";
     }
-    const std::string_view nearest = NearestWord(verb, names);
-    return "no verb " + Quoted(verb) + (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?");
+    const std::string nearest = NearestVerb(app, verb);
+    return "no verb " + Quoted(verb) + (nearest.empty() ? "" : "; did you mean " + nearest + "?");
 }
 
 void AddHelp(CLI::App& app, Action& action) {

@@ -25,10 +25,10 @@ constexpr auto HELP = R"(Examples:
   kxdu ne-type 2701 --ne 37 --inventory network.db
   KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
 
-Tables have a line for each question and a column for each NE type, up to 1000 of them; csv and jsonl have a row for each
-NE type, of any number. The questions are called like the functions that answer them; name is what the inventory calls
-the type. Without an inventory, only those questions are answered that numbers fixed in the library decide, and the
-others have "-"; IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
+Tables have a line for each question and a column for each NE type, up to 1000 of them; csv and jsonl have a row for
+each NE type, of any number. The questions are called like the functions that answer them; name is what the inventory
+calls the type. Without an inventory, only those questions are answered that numbers fixed in the library decide, and
+the others have "-"; IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
 
 Exit code: 0 something is known of each NE type; 1 of one it is not: it has no name, and no answer is yes; 2 wrong
 arguments, or an inventory that cannot be read; 3 output that cannot be written.)";

@@ -18,8 +18,8 @@ constexpr auto HELP = R"(Examples:
   kxdu tables client-rates
   kxdu tables fb-type-levels --format csv -o levels.csv
 
-Without NAME, the tables are listed: name, number of rows, what they hold. With NAME, all rows of that table are printed,
-in the order in which the system shares them.
+Without NAME, the tables are listed: name, number of rows, what they hold. With NAME, all rows of that table are
+printed, in the order in which the system shares them.
 
 Exit code: 0; 2 wrong arguments, or no table of this name; 3 output that cannot be written.)";
 
