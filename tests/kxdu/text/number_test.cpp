@@ -31,13 +31,18 @@ TEST(Number, IsDecimalAtAnyLengthAndBelowZero) {
 
 TEST(Number, AnArgumentThatIsNoneIsNamedWithTheRange) {
     EXPECT_EQ(ParseNumber("65535", 65535), 65535);
-    for (const char* const argument : {"65536", "x"}) {
+    for (const auto& [argument, advice] :
+         std::initializer_list<std::pair<std::string, std::string>>{{"65536", ""},
+                                                                    {"-1", ""},
+                                                                    {"", ""},
+                                                                    {"x", "; names do not count"},
+                                                                    {"8,9", "; separate numbers by blanks"}}) {
         try {
-            static_cast<void>(ParseNumber(argument, 65535));
+            static_cast<void>(ParseNumber(argument, 65535, "; names do not count"));
             ADD_FAILURE() << argument;
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.Code(), ExitCode::USAGE);
-            EXPECT_EQ(failure.what(), '"' + std::string(argument) + "\" is no number from 0 to 65535");
+            EXPECT_EQ(failure.what(), '"' + argument + "\" is no number from 0 to 65535" + advice);
         }
     }
 }

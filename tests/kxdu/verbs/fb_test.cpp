@@ -29,6 +29,17 @@ TEST_F(FbVerb, ATypeThatMeansNothingEndsWithOne) {
     EXPECT_EQ(ended.err, "");
 }
 
+TEST_F(FbVerb, OfANameTellsWhereTheNumbersAre) {
+    const Ended ended = Shell("kxdu fb TUNNEL");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err,
+              "kxdu: \"TUNNEL\" is no number from 0 to 2147483647; kxdu tables fb-type-names tells the numbers of "
+              "names\n");
+    EXPECT_NE(Shell("kxdu tables fb-type-names").out.find("TUNNEL"), std::string::npos);
+    EXPECT_EQ(Shell("kxdu fb 810,811").err,
+              "kxdu: \"810,811\" is no number from 0 to 2147483647; separate numbers by blanks\n");
+}
+
 TEST_F(FbVerb, WrongArgumentsEndWithTwo) {
     for (const char* const arguments : {"", "x", "1.5", "2147483648", "1 --format xml"}) {
         const Ended ended = Shell(std::string("kxdu fb ") + arguments);

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include <kx_domain_util/fbtype.h>
 
 #include "cli/asked.h"
@@ -54,7 +56,10 @@ ExitCode Fb(const Options& options) {
     Listing listing(
         {"fbType", "name", "level", "rate", "bidirFbType", "logical", "portObject", "portObjectKind3", "ptnAid"},
         options.listing);
-    ForEachAsked(options.numbers, [&](const std::string& number) { listing.AddRow(RowOf(ParseNumber(number))); });
+    ForEachAsked(options.numbers, [&](const std::string& number) {
+        listing.AddRow(RowOf(ParseNumber(number, std::numeric_limits<int>::max(),
+                                         "; kxdu tables fb-type-names tells the numbers of names")));
+    });
     return listing.CompleteAnswers();
 }
 
