@@ -117,6 +117,13 @@ TEST(Explain, TellsOfProblemsInTheWordsOfTheCheck) {
     EXPECT_EQ(ExplainFdn("NE=9x").parts.at(0).caveat, problems);
 }
 
+TEST(Explain, AsksForTheQuotesWhereAShellMayHaveCutTheRest) {
+    EXPECT_EQ(ExplainFdn("NE=1,PP=16").parts.back().caveat, "PP has 1 sub-value, not 4 (was it in quotes?)");
+    EXPECT_EQ(ExplainFdn("NE=1,LP=").parts.back().caveat, "LP has no value (was it in quotes?)");
+    EXPECT_EQ(ExplainFdn("NE=1,PP=16|").parts.back().caveat, "PP has 2 sub-values, not 4");
+    EXPECT_EQ(ExplainFdn("NE=1,S=").parts.back().caveat, "S has no value");
+}
+
 TEST(Explain, ShowsTheRecordThatIsRead) {
     const Explanation explanation = ExplainFdn("NE=12,PP=|1025|7|GE0/7");
     EXPECT_EQ(explanation.type, "PortIndex");

@@ -28,17 +28,28 @@ TEST_F(GetTest, FilesGoBehindAnOption) {
     WriteFile("a", "NE=1\n");
     WriteFile("b", "NE=2\n");
     EXPECT_EQ(Shell("kxdu get -i a NE -i b").out, "1\n2\n");
-    const Ended ended = Shell("kxdu get NE a.fdn");
+    const Ended ended = Shell("kxdu get NE -i a b");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_EQ(ended.err,
-              "kxdu: \"a.fdn\" is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own\n");
-    EXPECT_EQ(Shell("kxdu get NE -i a b").err,
-              "kxdu: \"b\" is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own\n");
+    EXPECT_TRUE(ended.err.ends_with("; each file goes behind a -i of its own\n")) << ended.err;
+    EXPECT_EQ(Shell("kxdu get NE c").err.find("file"), std::string::npos) << "there is none";
 }
 
 TEST_F(GetTest, WrongColumnsEndWithTwo) {
-    for (const char* const column : {"NE:", "NE:x", "NE:-1", ":1", "ne", "NE:99999999999"}) {
-        EXPECT_EQ(Shell(std::string("kxdu get ") + column).code, 2) << column;
+    const std::string index = "INDEX is a number, 0 for the first sub-value";
+    const std::string tag = "a TAG is of upper-case letters and digits, as in the identifier";
+    for (const auto& [column, rule] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"NE:", index},
+             {"NE:x", index},
+             {"NE:-1", index},
+             {"NE:99999999999", index},
+             {":1", "there is no TAG"},
+             {"ne", tag},
+             {"N.E", tag},
+             {"NE,FR", "blanks separate columns, no commas"},
+             {"PP:2,PP:3", "blanks separate columns, no commas"}}) {
+        const Ended ended = Shell("kxdu get " + column);
+        EXPECT_EQ(ended.code, 2) << column;
+        EXPECT_EQ(ended.err, "kxdu: \"" + column + "\" is no TAG or TAG:INDEX, such as NE or PP:2: " + rule + "\n");
     }
     EXPECT_EQ(Shell("kxdu get").code, 2);
 }

@@ -199,9 +199,12 @@ ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
 }
 
 void AddProblems(Explanation& explanation) {
+    // A shell takes the first "|" that is not in quotes for its own, and what follows it.
+    const bool mayBeCut = explanation.fdn.find('|') == std::string::npos;
     CheckLevels(explanation.fdn, [&](const Problem& problem) {
         std::string& caveat = PartAt(explanation.parts, problem.column - 1).caveat;
         caveat.append(caveat.empty() ? "" : "; ").append(problem.text);
+        caveat.append(mayBeCut && problem.lacksSubValues ? " (was it in quotes?)" : "");
     });
 }
 

@@ -52,9 +52,9 @@ public:
     }
 
 private:
-    void Tell(std::string_view place, std::string text) {
+    void Tell(std::string_view place, std::string text, bool lacksSubValues = false) {
         if (++m_problems < MOST_PROBLEMS) {
-            m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, std::move(text)});
+            m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, std::move(text), lacksSubValues});
         } else if (m_problems == MOST_PROBLEMS) {
             m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, "and more"});
         }
@@ -105,7 +105,7 @@ private:
 
     void CheckValue(const Tag& tag, std::string_view value) {
         if (value.empty()) {
-            Tell(value, std::string(tag.name) + " has no value");
+            Tell(value, std::string(tag.name) + " has no value", tag.least > 1);
             return;
         }
         const std::size_t most = tag.most + (HasEscapedName(tag, value) ? 1 : 0);
@@ -123,7 +123,7 @@ private:
         }
         if (count < tag.least) {
             Tell(value.substr(value.size()),
-                 std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least));
+                 std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least), true);
         }
     }
 

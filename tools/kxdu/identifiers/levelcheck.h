@@ -11,6 +11,7 @@ namespace NS_KXDU {
 struct Problem {
     std::size_t column;  ///< from 1
     std::string text;
+    bool lacksSubValues = false;  ///< it is a level that has several, and less than it must have
 };
 
 /// Tells report each place where fdn is not well formed, has a tag that nobody knows, a sub-value that is out of range,

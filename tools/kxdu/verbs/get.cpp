@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 
 #include <kx_domain_util/fdnscanner.h>
@@ -39,20 +40,32 @@ struct Options {
     std::vector<std::string> columns;
 };
 
+[[noreturn]] void RefuseColumn(const std::string& text, const char* rule) {
+    std::string complaint = Quoted(text) + " is no TAG or TAG:INDEX, such as NE or PP:2: " + rule;
+    if (std::error_code error; std::filesystem::exists(text, error)) {
+        complaint += "; each file goes behind a -i of its own";
+    }
+    throw Failure(ExitCode::USAGE, complaint);
+}
+
 Column ParseColumn(const std::string& text) {
+    if (text.find(',') != std::string::npos) {
+        RefuseColumn(text, "blanks separate columns, no commas");
+    }
     const auto colon = text.find(':');
     Column column{text.substr(0, colon), std::nullopt};
-    bool isValid = !column.tag.empty() &&
-                   column.tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") == std::string::npos;
+    if (column.tag.empty()) {
+        RefuseColumn(text, "there is no TAG");
+    }
+    if (column.tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") != std::string::npos) {
+        RefuseColumn(text, "a TAG is of upper-case letters and digits, as in the identifier");
+    }
     if (colon != std::string::npos) {
         unsigned index = 0;
-        isValid = isValid && ReadWhole(std::string_view(text).substr(colon + 1), index);
+        if (!ReadWhole(std::string_view(text).substr(colon + 1), index)) {
+            RefuseColumn(text, "INDEX is a number, 0 for the first sub-value");
+        }
         column.index = index;
-    }
-    if (!isValid) {
-        throw Failure(
-            ExitCode::USAGE,
-            Quoted(text) + " is no TAG or TAG:INDEX, such as NE or PP:2; each file goes behind a -i of its own");
     }
     return column;
 }
