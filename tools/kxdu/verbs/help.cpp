@@ -14,6 +14,7 @@ namespace {
 std::string NearestVerb(const CLI::App& app, const std::string& verb) {
     const auto known = app.get_subcommands({});
     std::vector<std::string> names;
+    names.reserve(known.size());
     for (const CLI::App* const each : known) {
         names.push_back(each->get_name());
     }
