@@ -10,6 +10,7 @@
 namespace {
 
 using namespace NS_UTIL::NS_FDN;
+using namespace NS_UTIL::NS_FDN::NS_DETAIL;
 using NS_FUZZ::ExpectEqual;
 using NS_TEST::ExactView;
 using NS_TEST::LiteralResIDUtil;

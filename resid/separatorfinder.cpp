@@ -6,7 +6,7 @@
 #include <immintrin.h>
 #endif
 
-namespace NS_UTIL::NS_FDN {
+namespace NS_UTIL::NS_FDN::NS_DETAIL {
 
 #ifdef KX_DOMAIN_UTIL_AVX2
 
@@ -43,4 +43,4 @@ std::uint64_t FindInBlock(const char* text, char separator) noexcept {
     return FindInRest(text, BLOCK_SIZE, separator);
 }
 
-}  // namespace NS_UTIL::NS_FDN
+}  // namespace NS_UTIL::NS_FDN::NS_DETAIL

@@ -24,7 +24,7 @@ struct Tag {
     std::size_t size;
 
     template <std::size_t Size>
-    consteval Tag(const char (&text)[Size]) : size(Size - 1) {  // NOLINT: "NE" stands for the tag itself
+    consteval Tag(const char (&text)[Size]) : size(Size - 1) {
         static_assert(Size > 1 && Size - 1 <= LONGEST, "a tag of one to seven characters");
         for (std::size_t place = 0; place < size; ++place) {
             characters[place] = text[place];
@@ -36,6 +36,10 @@ struct Tag {
     friend bool operator==(const Tag&, const Tag&) = default;
 };
 
+// ---- How a level's tag is told: not for users ----------------------------------------------------------------------
+
+namespace NS_DETAIL {
+
 /// Up to eight characters as a number, the first lowest, so that they compare in one step.
 constexpr std::uint64_t PackCharacters(std::string_view characters) noexcept {
     std::uint64_t packed = 0;
@@ -45,7 +49,7 @@ constexpr std::uint64_t PackCharacters(std::string_view characters) noexcept {
     return packed;
 }
 
-/// The first eight characters of text from begin on, packed; behind the end of the text are zeros.
+/// The first eight characters of `text` from `begin` on, packed; behind the end of the text are zeros.
 inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept {
     std::uint64_t packed = 0;
     const char* const end = text.data() + text.size();
@@ -70,15 +74,16 @@ class TagTable {
 public:
     static constexpr unsigned SIZE = sizeof...(Tags);
 
-    /// What a level begins with: a tag and "=". Where there is none, nothing begins like that, not even an empty level.
+    /// The beginning of a level: a tag and "=". The defaults mark an unused entry: they match no level, not even an
+    /// empty one.
     struct alignas(32) Head {
-        std::uint64_t packed = 1;
-        std::uint64_t mask = 0;
-        unsigned index = SIZE;  ///< of the tag, among `Tags`
-        unsigned bit = 0;       ///< the same as a bit
-        unsigned size = 0;      ///< in characters
+        std::uint64_t packed = 1;  ///< its characters
+        std::uint64_t mask = 0;    ///< has ones where `packed` has characters
+        unsigned index = SIZE;     ///< of the tag, among `Tags`
+        unsigned bit = 0;          ///< 1 << `index`
+        unsigned size = 0;         ///< in characters, with the "="
 
-        /// Whether a level begins with it, of which the first eight characters are given.
+        /// Whether a level begins with this head. `level` holds the first eight characters of the level, packed.
         [[nodiscard]] constexpr bool Begins(std::uint64_t level) const noexcept { return (level & mask) == packed; }
     };
 
@@ -95,12 +100,12 @@ public:
         }
     }
 
-    /// The only head that a level may begin with, of which the first eight characters are given.
+    /// The only head with which a level can begin. `level` holds the first eight characters of the level, packed.
     [[nodiscard]] constexpr const Head& CandidateFor(std::uint64_t level) const noexcept {
         return m_heads[PlaceOf(level, m_shifts)];
     }
 
-    /// The index of a tag; `SIZE` when it is none of them.
+    /// The index of `tag` among `Tags`; `SIZE` when it is none of them.
     [[nodiscard]] static constexpr unsigned IndexOf(std::string_view tag) noexcept {
         unsigned index = 0;
         while (index < SIZE && TAGS[index].Text() != tag) {
@@ -151,6 +156,10 @@ private:
     std::array<Head, PLACES> m_heads{};
 };
 
+}  // namespace NS_DETAIL
+
+// ---- What users need ------------------------------------------------------------------------------------------------
+
 /// The levels of an FDN that a reader wants, found in one pass. Of a repeated tag the first counts.
 template <Tag... Tags>
 class LevelFinder {
@@ -163,7 +172,7 @@ public:
         SeparatorFinder<','>::Piece level;
         do {
             level = levels.Next();
-            const std::uint64_t packed = PackHead(fdn, level.begin);
+            const std::uint64_t packed = NS_DETAIL::PackHead(fdn, level.begin);
             if (const auto& head = TABLE.CandidateFor(packed); head.Begins(packed)) {
                 Keep(head.index, head.bit, level.begin + head.size, level.end);
             } else if (static_cast<std::size_t>(level.end - level.begin) <= LONGEST) {
@@ -178,7 +187,8 @@ public:
         return (m_missing & 1U << IndexOf<Wanted>()) == 0;
     }
 
-    /// Whether one of the tags may be there more than once. Not told for sure: a finder that has all stops looking.
+    /// Whether one of the tags may be there more than once. True does not prove it: a finder that has found all tags
+    /// stops looking.
     [[nodiscard]] bool MayRepeat() const noexcept { return m_isRepeated || m_missing == 0; }
 
     /// The value of the level; empty when there is no such level.
@@ -188,8 +198,8 @@ public:
                              : std::string_view();
     }
 
-    /// Reads the first sub-value as a number into field. False, and field untouched, when there is no such level or it
-    /// has an empty value.
+    /// Reads the first sub-value as a number into `field`. False, and `field` untouched, when there is no such level or
+    /// it has an empty value.
     template <Tag Wanted>
     bool ReadNumber(std::int32_t& field) const noexcept {
         const std::string_view value = Value<Wanted>();
@@ -201,7 +211,7 @@ public:
     }
 
 private:
-    static constexpr TagTable<Tags...> TABLE{};
+    static constexpr NS_DETAIL::TagTable<Tags...> TABLE{};
     static constexpr std::size_t LONGEST = std::max({Tags.size...});
 
     template <Tag Wanted>

@@ -12,18 +12,22 @@
 
 #include <kx_domain_util/export.h>
 
+// KX_DOMAIN_UTIL_PLAIN is for tests only: it gives the way of processors without SSE2. Every file of a program that
+// includes this header is compiled with the same setting.
 #if defined(__SSE2__) && !defined(KX_DOMAIN_UTIL_PLAIN)
 #define KX_DOMAIN_UTIL_SSE2
 #include <emmintrin.h>
 #endif
 
-namespace NS_UTIL::NS_FDN {
+// ---- How separators are found: not for users -----------------------------------------------------------------------
 
-/// A block of text is so many characters.
+namespace NS_UTIL::NS_FDN::NS_DETAIL {
+
+/// Characters per block.
 inline constexpr std::size_t BLOCK_SIZE = 64;
 
-/// Where separator stands among the first size characters of text, at most `BLOCK_SIZE`: bit i for the character at
-/// place i. The separator may not be NUL. In plain C++, one character at a time.
+/// Returns where `separator` stands among the first `size` characters of `text`: bit i for the character at place i.
+/// `size` is at most `BLOCK_SIZE`; `separator` is not NUL. In plain C++, one character at a time.
 inline std::uint64_t FindPlainly(const char* text, std::size_t size, char separator) noexcept {
     std::uint64_t found = 0;
     for (std::size_t place = 0; place < size; ++place) {
@@ -60,10 +64,10 @@ inline std::uint64_t FindBySse2(const char* text, std::size_t size, char separat
 
 #endif
 
-/// The same for a whole block, by the quickest way that the processor has.
+/// The same for a whole block, `BLOCK_SIZE` characters, by the quickest way that the processor has.
 KX_DOMAIN_UTIL_API std::uint64_t FindInBlock(const char* text, char separator) noexcept;
 
-/// The same for less than a block. It is done right here: a call would cost more than a quicker way saves.
+/// The same for at most a block. Inline: for a short rest, a call would cost more than a quicker way saves.
 inline std::uint64_t FindInRest(const char* text, std::size_t size, char separator) noexcept {
 #ifdef KX_DOMAIN_UTIL_SSE2
     return FindBySse2(text, size, separator);
@@ -72,9 +76,16 @@ inline std::uint64_t FindInRest(const char* text, std::size_t size, char separat
 #endif
 }
 
-/// Walks the pieces of a text between separators; a text has at least one piece. The separator may not be NUL.
+}  // namespace NS_UTIL::NS_FDN::NS_DETAIL
+
+// ---- What users need ------------------------------------------------------------------------------------------------
+
+namespace NS_UTIL::NS_FDN {
+
+/// Walks the pieces of a text between separators; a text has at least one piece. The separator is not NUL.
 ///
-/// No function that is not inlined gets at its address: so it stays in registers, which halves the cost of a piece.
+/// Its address never escapes to a function that is not inlined, so the compiler can keep it in registers, which halves
+/// the cost of a piece.
 template <char Separator>
 class SeparatorFinder {
     static_assert(Separator != '\0');
@@ -89,7 +100,7 @@ public:
         const char* end;  ///< the separator behind the piece; the end of the text behind the last
     };
 
-    /// Gives the next piece. Not to be called again after the last.
+    /// Returns the next piece. Must not be called again after the last.
     Piece Next() noexcept {
         if (m_found == 0) [[unlikely]] {
             LoadBlock();
@@ -101,7 +112,7 @@ public:
         return piece;
     }
 
-    /// Whether piece, the one that was given last, is the last that there is.
+    /// Whether `piece`, which the latest `Next` returned, is the last one of the text.
     [[nodiscard]] bool IsLast(const Piece& piece) const noexcept { return piece.end == m_end; }
 
 private:
@@ -109,13 +120,14 @@ private:
     void LoadBlock() noexcept {
         const auto size = static_cast<std::size_t>(m_end - m_begin);
         m_block = m_begin;
-        m_found = size >= BLOCK_SIZE ? FindInBlock(m_block, Separator)
-                                     : FindInRest(m_block, size, Separator) | std::uint64_t{1} << size;
+        m_found = size >= NS_DETAIL::BLOCK_SIZE
+                      ? NS_DETAIL::FindInBlock(m_block, Separator)
+                      : NS_DETAIL::FindInRest(m_block, size, Separator) | std::uint64_t{1} << size;
     }
 
     // The end of a piece that is longer than a block.
     [[nodiscard]] const char* FindBehindBlock() const noexcept {
-        const std::string_view rest(m_begin + BLOCK_SIZE, m_end);
+        const std::string_view rest(m_begin + NS_DETAIL::BLOCK_SIZE, m_end);
         const std::size_t found = rest.find(Separator);
         return found != std::string_view::npos ? rest.data() + found : m_end;
     }

@@ -19,9 +19,9 @@ using NS_TEST::IdentifierGenerator;
 using NS_TEST::LiteralResIDUtil;
 using NS_TEST::Scaled;
 using NS_UTIL::NS_FDN::LevelFinder;
-using NS_UTIL::NS_FDN::PackHead;
 using NS_UTIL::NS_FDN::Tag;
-using NS_UTIL::NS_FDN::TagTable;
+using NS_UTIL::NS_FDN::NS_DETAIL::PackHead;
+using NS_UTIL::NS_FDN::NS_DETAIL::TagTable;
 
 TEST(PackHead, PutsZerosBehindTheEnd) {
     const std::string text = "ABCDEFGHIJ";
@@ -80,7 +80,7 @@ TEST(TagTable, FindsNothingWhereNoTagHasItsPlace) {
     EXPECT_FALSE((Finds<"NE", "S">(0)));
     EXPECT_FALSE((Finds<"MD", "MA", "MEP">(0)));
     EXPECT_FALSE((Finds<"OS">(1)));
-    EXPECT_TRUE((Finds<"NE", "S">(NS_UTIL::NS_FDN::PackCharacters("S=1"))));
+    EXPECT_TRUE((Finds<"NE", "S">(NS_UTIL::NS_FDN::NS_DETAIL::PackCharacters("S=1"))));
 }
 
 TEST(LevelFinder, TakesEmptyLevelsAndNulsForNoRepetition) {

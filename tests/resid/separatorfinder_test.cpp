@@ -17,11 +17,11 @@ namespace {
 using NS_TEST::ExactView;
 using NS_TEST::PiecesOneByOne;
 using NS_TEST::Scaled;
-using NS_UTIL::NS_FDN::BLOCK_SIZE;
-using NS_UTIL::NS_FDN::FindInBlock;
-using NS_UTIL::NS_FDN::FindInRest;
-using NS_UTIL::NS_FDN::FindPlainly;
 using NS_UTIL::NS_FDN::SeparatorFinder;
+using NS_UTIL::NS_FDN::NS_DETAIL::BLOCK_SIZE;
+using NS_UTIL::NS_FDN::NS_DETAIL::FindInBlock;
+using NS_UTIL::NS_FDN::NS_DETAIL::FindInRest;
+using NS_UTIL::NS_FDN::NS_DETAIL::FindPlainly;
 
 // Commas among characters that differ from one in a single bit, and NULs.
 std::string AnyText(NS_TEST::Chance& chance, std::size_t size) {
@@ -68,7 +68,7 @@ TEST(FindInBlock, FindsWhatIsFoundPlainly) {
 
 #ifdef KX_DOMAIN_UTIL_AVX2
 TEST(FindInBlock, FindsTheSameByAvx2) {
-    if (!NS_UTIL::NS_FDN::HasAvx2()) {
+    if (!NS_UTIL::NS_FDN::NS_DETAIL::HasAvx2()) {
         GTEST_SKIP() << "this processor has no AVX2";
     }
     NS_TEST::Chance chance(12);
@@ -76,7 +76,7 @@ TEST(FindInBlock, FindsTheSameByAvx2) {
         const std::string text = AnyText(chance, BLOCK_SIZE);
         const ExactView view(text);
         const std::string_view exact = view;
-        EXPECT_EQ(NS_UTIL::NS_FDN::FindInBlockByAvx2(exact.data(), ','), FindPlainly(exact.data(), BLOCK_SIZE, ','))
+        EXPECT_EQ(NS_UTIL::NS_FDN::NS_DETAIL::FindInBlockByAvx2(exact.data(), ','), FindPlainly(exact.data(), BLOCK_SIZE, ','))
             << testing::PrintToString(text);
     }
 }

@@ -377,9 +377,10 @@ void AddTheFrame(Table& add) {
                    source.m_code = 7;
                    code = InterfaceNotExistException(source).m_code;
                }});
-    static const std::string block(NS_UTIL::NS_FDN::BLOCK_SIZE, '|');
-    add(Row<std::uint64_t>{"NS_UTIL::NS_FDN::FindInBlock",
-                           [](std::uint64_t& found) { found = NS_UTIL::NS_FDN::FindInBlock(block.data(), '|'); }});
+    static const std::string block(NS_UTIL::NS_FDN::NS_DETAIL::BLOCK_SIZE, '|');
+    add(Row<std::uint64_t>{"NS_UTIL::NS_FDN::NS_DETAIL::FindInBlock", [](std::uint64_t& found) {
+                               found = NS_UTIL::NS_FDN::NS_DETAIL::FindInBlock(block.data(), '|');
+                           }});
 }
 
 void AddServices(Table& add) {
