@@ -9,9 +9,9 @@
 
 namespace NS_UTIL {
 
-/// Runs load unless loaded says that it has run, under a lock of one of the types below; loaded is looked at before and
-/// after the lock is taken. When the lock cannot be taken, load runs without it. What load throws passes; the lock is
-/// released, and the next call tries again.
+/// Calls `load` once: does nothing when `loaded` is set; otherwise takes `lock`, which is of one of the types below,
+/// looks at `loaded` again, calls `load` and sets `loaded`. When the lock cannot be taken, it goes on without.
+/// Exceptions thrown by `load` propagate; the lock is released, and the next call tries again.
 template <class Lock, class Load>
 void LoadOnce(std::atomic<bool>& loaded, Lock lock, Load load) {
     if (loaded.load(std::memory_order_acquire)) {

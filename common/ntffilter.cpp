@@ -69,7 +69,7 @@ void NtfFilter::Load() {
 
 bool NtfFilter::IsFilteNtf(int notificationId) {
     LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
-    // The two messages name another class; they are searched for in this form.
+    // The two messages name another class. They are texts as operators search for them; not to be corrected.
     if (m_nEventSwitch == EVENT_SWITCH_WHITE_LIST && !m_setWhiteList.contains(notificationId)) {
         NS_FRAME::UTIL_COMMON_LOG.Write(
             1069, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by WhiteList", notificationId);

@@ -16,8 +16,8 @@ inline int ReadCarrierProfile() {
     return profile;
 }
 
-/// The bytes of performance data that are read at a time, item "PfmFrameRdSize", as it was set. False, and size
-/// untouched, when the item is missing or no number.
+/// The bytes of performance data that are read at a time, item "PfmFrameRdSize", as it was set. False, and
+/// `size` untouched, when the item is missing or no number.
 bool ReadPfmFrameSize(int& size);
 
 /// The NE types that spell out an absent sub-slot, item "NETypeListForSubSlot" (decimal numbers separated by ","), as
@@ -26,7 +26,7 @@ class SubSlotNETypes {
 public:
     SubSlotNETypes();
 
-    /// Whether neType is in the list; false when the item is missing or empty.
+    /// Whether `neType` is in the list; false when the item is missing or empty.
     [[nodiscard]] bool Contains(unsigned short neType) const noexcept;
 
 private:

@@ -12,7 +12,7 @@ template <std::size_t Size>
 struct TextArgument {
     char characters[Size];
 
-    consteval TextArgument(const char (&text)[Size]) { std::copy_n(text, Size, characters); }  // NOLINT: as a literal
+    consteval TextArgument(const char (&text)[Size]) { std::copy_n(text, Size, characters); }
 
     [[nodiscard]] constexpr std::string_view View() const { return {characters, Size - 1}; }
 };

@@ -13,9 +13,10 @@ public:
     constexpr LogSource(const char* file, const char* module, const char* subModule)
         : m_file(file), m_module(module), m_subModule(subModule) {}
 
-    /// Writes a record, its message formatted as printf does, if there is a log service; otherwise drops it at the cost
-    /// of a look. line, level and format belong to the record and do not change when the source file does. A log
-    /// service that gives no logger, or fails to, costs the record and nothing else; what the logger throws passes.
+    /// Writes a record, its message formatted as printf does, if there is a log service; otherwise drops it without
+    /// formatting the message. `line`, `level` and `format` belong to the record and do not change when the source file
+    /// does. A log service that gives no logger, or fails to, costs the record and nothing else; exceptions thrown by
+    /// the logger propagate.
     template <class... Arguments>
     void Write(int line, int level, const char* format, Arguments... arguments) const {
         LogService logService;
@@ -28,7 +29,7 @@ public:
 private:
     using LogService = std::optional<ServiceAccess<NS_SERVICE::LogSvcInterface>>;
 
-    /// The logger, usable as long as logService lives, which it fills; null when there is none.
+    /// The logger, valid as long as `logService`, which it fills; null when there is none.
     NS_SERVICE::ModuleLogger* GetModuleLogger(LogService& logService) const noexcept;
 
     const char* m_file;

@@ -24,8 +24,9 @@ inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::DAWSvcInterface>{"DAW
 template <>
 inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::LogSvcInterface>{"LogSvcInterface"};
 
-/// The object that stands in for a missing service of this type: made on first use, never freed. Like every default it
-/// has none of the typed interfaces, so a search that ends with it has found nothing.
+/// The default of a search for a service of this type: made on first use, never freed. Every search of the system has
+/// one, and finds it instead of null. It has none of the typed interfaces, so a search that ends with it has found
+/// nothing.
 template <class Interface>
 NS_BUNDLEMGR1::ServiceInterface* GetPlaceholder() {
     static std::atomic<NS_BUNDLEMGR1::ServiceInterface*> placeholder{nullptr};
@@ -46,16 +47,20 @@ NS_BUNDLEMGR1::ServiceInterface* GetPlaceholder() {
 
 /// Access to the service of one interface type, for one operation: a local variable. While it lives, the service that
 /// it found is not taken away. Constructing it prepares placeholder and buffer, and throws only std::bad_alloc.
+///
+/// There are three ways to the service, since callers rely on the process ending when the look-up itself fails (its
+/// lock cannot be taken, say); only the MA writer lets such an exception through.
 template <class Interface>
 class ServiceAccess {
 public:
     ServiceAccess()
         : m_default(GetPlaceholder<Interface>()), m_buffer(NS_BUNDLEMGR1::CheckIFBuf(SERVICE_NAME<Interface>)) {}
 
-    /// The service, or null when there is none. Whatever else goes wrong ends the process.
+    /// The service, or null when there is none: for what goes on without it. An exception of the look-up ends the
+    /// process.
     Interface* TryGet() noexcept { return Find(); }
 
-    /// The service. Throws `InterfaceNotExistException` when there is none; whatever else goes wrong ends the process.
+    /// The service. Throws `InterfaceNotExistException` when there is none. Any other exception ends the process.
     Interface& Get() {
         Interface* const service = TryGet();
         if (service == nullptr) {
@@ -70,7 +75,8 @@ public:
         return *service;
     }
 
-    /// The service, for callers that must let every exception pass.
+    /// The service, for the MA writer. Throws `InterfaceNotExistException` when there is none. All exceptions
+    /// propagate.
     Interface& GetLettingAllPass() {
         Interface* const service = Find();
         if (service == nullptr) {

@@ -21,8 +21,9 @@ private:
     ACE_Recursive_Thread_Mutex* m_held;
 };
 
-/// `Instance()` of a singleton: what instance holds; when that is null, the object that make() allocates. Null when the
-/// lock cannot be taken. What make throws passes through, and no instance is left.
+/// `Instance()` of a singleton: returns the object in `instance`; if there is none, stores and returns the one made by
+/// `make`. Null when that needs the lock and the lock cannot be taken. Exceptions thrown by `make` propagate, and no
+/// instance is left.
 template <class Singleton, class Make>
 Singleton* GetInstance(std::atomic<Singleton*>& instance, Make make) {
     Singleton* existing = instance.load(std::memory_order_acquire);
@@ -41,7 +42,8 @@ Singleton* GetInstance(std::atomic<Singleton*>& instance, Make make) {
     return existing;
 }
 
-/// `Destroy()` of a singleton: hands the object to dispose, if there is one and the lock can be taken.
+/// `Destroy()` of a singleton: passes the object in `instance` to `dispose` and empties `instance`; does nothing when
+/// there is no object or the lock cannot be taken.
 template <class Singleton, class Dispose>
 void DestroyInstance(std::atomic<Singleton*>& instance, Dispose dispose) {
     if (instance.load(std::memory_order_acquire) == nullptr) {

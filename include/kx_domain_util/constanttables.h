@@ -1,5 +1,5 @@
 /// The constant tables of the vocabulary as rows, in the order in which the system shares them: for those who list
-/// them. Whoever wants an answer takes the look-ups of `fbtype.h` and `utilcommon.h`.
+/// them. To look something up, use `fbtype.h` and `utilcommon.h`.
 ///
 /// The rows live as long as the library. Threads: any. Nothing throws.
 #pragma once
@@ -53,16 +53,23 @@ struct ClientRateRow {
     unsigned int level;
 };
 
+/// The names of FB types.
 KX_DOMAIN_UTIL_API std::span<const FbTypeNameRow> GetFbTypeNameRows() noexcept;
 /// FB types that have a PTN AID; one stands twice.
 KX_DOMAIN_UTIL_API std::span<const int> GetPtnAidFbTypes() noexcept;
 /// FB types that are port objects whatever their kind.
 KX_DOMAIN_UTIL_API std::span<const int> GetPortObjectFbTypes() noexcept;
+/// The words of domain ids.
 KX_DOMAIN_UTIL_API std::span<const DomainNameRow> GetDomainNameRows() noexcept;
+/// The interface levels of FB types.
 KX_DOMAIN_UTIL_API std::span<const FbTypeLevelRow> GetFbTypeLevelRows() noexcept;
+/// The canonical FB types of interface levels.
 KX_DOMAIN_UTIL_API std::span<const LevelFbTypeRow> GetLevelFbTypeRows() noexcept;
+/// The bidirectional FB types of unidirectional ones.
 KX_DOMAIN_UTIL_API std::span<const BidirFbTypeRow> GetBidirFbTypeRows() noexcept;
+/// The TMF names of the reserved CTPs.
 KX_DOMAIN_UTIL_API std::span<const CtpNameRow> GetCtpNameRows() noexcept;
+/// The client rates.
 KX_DOMAIN_UTIL_API std::span<const ClientRateRow> GetClientRateRows() noexcept;
 /// Board types that are optical boards of the ROADM kind.
 KX_DOMAIN_UTIL_API std::span<const unsigned long> GetOpticalBoards() noexcept;

@@ -29,21 +29,21 @@ public:
     DeviceDomainMgr(const DeviceDomainMgr&) = delete;
     DeviceDomainMgr& operator=(const DeviceDomainMgr&) = delete;
 
-    /// Stores neTypes as the NE-type list of domain, in place of the list that it had.
+    /// Stores `neTypes` as the NE-type list of `domain`, in place of the list that it had.
     void AddDomainDevTypelistCache(const std::string& domain, const std::list<int>& neTypes);
-    /// Stores neTypes as the equipment-type list of domain, in place of the list that it had.
+    /// Stores `neTypes` as the equipment-type list of `domain`, in place of the list that it had.
     void AddDomainEqtCache(const std::string& domain, const std::list<int>& neTypes);
 
-    /// Whether neType is in the NE-type list of domain. Asking for an unknown domain answers false and leaves an empty
-    /// list under that key.
-    bool isInDomainDevTypelistCache(const std::string& domain, int neType);
-    /// Whether neType is in the equipment-type list of domain. Asking for an unknown domain answers false and leaves an
+    /// Whether `neType` is in the NE-type list of `domain`. Asking for an unknown domain returns false and leaves an
     /// empty list under that key.
+    bool isInDomainDevTypelistCache(const std::string& domain, int neType);
+    /// Whether `neType` is in the equipment-type list of `domain`. Asking for an unknown domain returns false and
+    /// leaves an empty list under that key.
     bool isInDomainEqtCache(const std::string& domain, int neType);
 
-    /// Copies all NE-type lists into out, in place of what it held.
+    /// Copies all NE-type lists into `out`, in place of what it held.
     void GetDomainDevTypelistCache(std::map<std::string, std::list<int>>& out) const;
-    /// Copies all equipment-type lists into out, in place of what it held.
+    /// Copies all equipment-type lists into `out`, in place of what it held.
     void GetDomainEqtCache(std::map<std::string, std::list<int>>& out) const;
 
 private:

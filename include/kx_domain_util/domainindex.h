@@ -2,8 +2,8 @@
 ///
 /// A default-constructed record reads "nothing known": -1 in container fields (NE, shelf, slot, sub-slot, port, MD, MA,
 /// MEP, MIP, ONE and OS numbers), 0 and empty elsewhere. The conversions of `resIDUtil.h` fill and read the fields; the
-/// tag from which a field is read stands behind it. Fields called `reserved` belong to the wider system; conversions
-/// leave them alone unless they say otherwise.
+/// comment of a field names the tag from which it is read. Fields called `reserved` belong to the wider system;
+/// conversions leave them alone unless they say otherwise.
 ///
 /// Plain values: every caller owns its own; all compare with ==.
 #pragma once
@@ -110,12 +110,13 @@ struct TPIndex {
     std::int32_t fbType = 0;      ///< as in `PortIndex`
     std::string portLabel;        ///< the port's name; with a sub-interface: the name, ".", its number
     std::int32_t reserved2 = 0;
-    // The four location words; 0: free. Each may hold a TP number beside the FB type of its layer.
+    // The four location words; 0: free. Each may hold a TP number beside the FB type of its layer
+    // (`UtilCommon::SetTpNo`).
     std::int32_t vc4Id = 0;   ///< "VC4", written but not read by the conversions
     std::int32_t vc12Id = 0;  ///< "VC12", written but not read by the conversions
-    std::int32_t vc3Id = 0;
-    std::int32_t vc11Id = 0;
-    bool isLogical = false;  ///< as in `PortIndex`
+    std::int32_t vc3Id = 0;   ///< location word only; no level
+    std::int32_t vc11Id = 0;  ///< location word only; no level
+    bool isLogical = false;   ///< as in `PortIndex`
 
     bool operator==(const TPIndex&) const = default;
 };
@@ -196,7 +197,7 @@ struct TDIndex {
     bool operator==(const TDIndex&) const = default;
 };
 
-/// A resource identifier in unified form.
+/// A resource identifier in unified form. Its fields mean nothing to the library, which only copies them.
 struct UniResID {
     std::string uniText1;
     std::string uniText2;
@@ -218,8 +219,8 @@ struct MDIndex : NEIndex {
 
 /// A maintenance association.
 struct MAIndex : NEIndex {
-    std::int32_t mdId = -1;
-    std::string mdName;
+    std::int32_t mdId = -1;  ///< as in `MDIndex`
+    std::string mdName;      ///< as in `MDIndex`
     std::int32_t maId = -1;  ///< first sub-value of "MA"; -1: none
     std::string maName;      ///< second sub-value of "MA"
 
@@ -228,19 +229,19 @@ struct MAIndex : NEIndex {
 
 /// A maintenance end point, local or remote.
 struct MEPIndex : NEIndex {
-    std::int32_t mdId = -1;
-    std::string mdName;
-    std::int32_t maId = -1;
-    std::string maName;
-    std::int32_t mepId = -1;  ///< "MEP" or "RMEP"
+    std::int32_t mdId = -1;   ///< written as in `MDIndex`; read: the number of the second level, 0: it has a name
+    std::string mdName;       ///< written as in `MDIndex`; read: the name in the second level
+    std::int32_t maId = -1;   ///< written as in `MAIndex`; read: the number of the third level, 0: it has a name
+    std::string maName;       ///< written as in `MAIndex`; read: the name in the third level
+    std::int32_t mepId = -1;  ///< written as "MEP" or "RMEP"; read: the number of the last level
 
     bool operator==(const MEPIndex&) const = default;
 };
 
 /// A maintenance intermediate point.
 struct MIPIndex : NEIndex {
-    std::int32_t mdId = -1;
-    std::string mdName;
+    std::int32_t mdId = -1;   ///< as in `MDIndex`
+    std::string mdName;       ///< as in `MDIndex`
     std::int32_t mipId = -1;  ///< first sub-value of "MIP"; 0 and -1: none
     std::string mipName;      ///< written, never read
 
@@ -251,7 +252,7 @@ struct MIPIndex : NEIndex {
 
 namespace NS_DOMAIN_SOUTHAPISET {
 
-/// A resource identifier in unified form, as the southbound interface has it.
+/// The fields of `NS_DOMAIN::UniResID`, as the southbound interface has them.
 struct TEUniResID {
     std::string uniText1;
     std::string uniText2;

@@ -17,7 +17,7 @@ KX_DOMAIN_UTIL_API std::string GetFBTypeName(int fbType);
 KX_DOMAIN_UTIL_API bool IsPTNAIDFBType(int fbType);
 
 /// Whether an FB of this type is a port object: a listed type is one whatever its kind; the types 2 and 3 are unless
-/// kind is 3; no other type is.
+/// `kind` is 3; no other type is.
 KX_DOMAIN_UTIL_API bool IsPortObjByFbType(const int& fbType, const int& kind);
 
 /// Whether the type is that of a logical port: above 65535.

@@ -1,7 +1,7 @@
 /// Reading of FDN text: the one place that knows where a level, a tag and a sub-value begin and end. Nothing here
-/// allocates; all answers are views of the text, so that a place in the text can be told from them.
+/// allocates; all answers are views of the text, so that they also show where in the text something stands.
 ///
-/// For those who look at the text itself; whoever wants records takes `resIDUtil.h`. Threads: any, scanners are not
+/// For those who look at the text itself; to read records, use `resIDUtil.h`. Threads: any, scanners are not
 /// shared. Nothing throws.
 #pragma once
 
@@ -39,7 +39,7 @@ class LevelScanner {
 public:
     explicit LevelScanner(std::string_view fdn) noexcept : m_levels(fdn), m_more(!fdn.empty()) {}
 
-    /// Gives the next level; false behind the last.
+    /// Puts the next level into `level`. False, and `level` untouched, behind the last.
     bool Next(Level& level) noexcept {
         if (!m_more) {
             return false;
@@ -50,7 +50,7 @@ public:
         return true;
     }
 
-    /// Whether `Next` has another level to give.
+    /// Whether there is another level for `Next`.
     [[nodiscard]] bool HasMore() const noexcept { return m_more; }
 
 private:
@@ -63,7 +63,7 @@ class SubValueScanner {
 public:
     explicit SubValueScanner(std::string_view value) noexcept : m_subValues(value), m_more(!value.empty()) {}
 
-    /// Gives the next sub-value; false when there is none.
+    /// Puts the next sub-value into `subValue`. False, and `subValue` untouched, behind the last.
     bool Next(std::string_view& subValue) noexcept {
         if (!m_more) {
             return false;
@@ -99,7 +99,7 @@ public:
     /// How many there are; `Places` also when there are more.
     [[nodiscard]] std::size_t Count() const noexcept { return m_count; }
 
-    /// The sub-value at place, from 0; empty when there is none.
+    /// The sub-value at `place`, from 0; empty when there is none.
     std::string_view operator[](std::size_t place) const noexcept {
         return place < m_count ? std::string_view(m_begins[place], m_begins[place + 1] - 1) : std::string_view();
     }

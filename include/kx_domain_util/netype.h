@@ -1,11 +1,11 @@
 /// What kind of NE an NE type denotes.
 ///
 /// NE types are 16-bit numbers. The answers come from numbers fixed here, from the domain lists that `DeviceDomainMgr`
-/// holds (a list that was never loaded answers false), or from the inventory service.
+/// holds (a list that was never loaded gives false), or from the inventory service.
 ///
 /// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Exceptions:
-/// std::bad_alloc where a list is asked; where the inventory is asked, `InterfaceNotExistException` when there is none,
-/// and what it throws.
+/// std::bad_alloc where a list is asked. Where the inventory is asked, `InterfaceNotExistException` when there is none;
+/// exceptions thrown by it propagate.
 #pragma once
 
 #include <array>
@@ -15,11 +15,11 @@
 
 namespace NS_UTIL {
 
-/// The NE-type lists of `DeviceDomainMgr` that the predicates ask. Whoever loads the lists stores each of these, and be
-/// it empty: a list that was never stored is added by the first question, which other threads must not overlap.
+/// The NE-type lists of `DeviceDomainMgr` that the predicates consult. Store every one of them, even if empty: the
+/// first query of a list that was never stored inserts it, and no other thread may use the lists meanwhile.
 inline constexpr std::array<std::string_view, 3> NE_TYPE_LISTS{"router and metro", "transmission", "access"};
 
-/// The equipment-type lists that the predicates ask.
+/// The equipment-type lists of `DeviceDomainMgr` that the predicates consult. The same holds for each of them.
 inline constexpr std::array<std::string_view, 14> EQUIPMENT_TYPE_LISTS{
     "PTN",    "PTNDMT",    "MSTP",      "IPKLV",     "KLV6XX",           "OTN",  "WDM", "OTN_NA",
     "WDM_NA", "OTN4750NE", "BIGSLOTNE", "ACCBITSNE", "MultiShelfTypeNE", "PTN31"};
@@ -73,11 +73,12 @@ KX_DOMAIN_UTIL_API bool IsAccBitsNE(unsigned short neType);
 /// In the equipment-type list "MultiShelfTypeNE".
 KX_DOMAIN_UTIL_API bool IsMultiShelfTypeNE(unsigned short neType);
 
-/// In the equipment-type lists "PTN31" or "OTN"; only when in neither, the inventory is asked (and may be missing).
+/// In the equipment-type list "PTN31" or "OTN"; only when it is in neither, the inventory is asked. Throws
+/// `InterfaceNotExistException` only then.
 KX_DOMAIN_UTIL_API bool IsIPServiceNE(unsigned short neType);
 /// Whether the inventory counts the type to the KLV family.
 KX_DOMAIN_UTIL_API bool IsKLVNE(unsigned short neType);
-/// Whether the inventory says that NE neId, of type neType, has several sub-shelves.
+/// Whether the inventory says that the NE `neId`, of type `neType`, has several sub-shelves.
 KX_DOMAIN_UTIL_API bool IsTransMultiSubShelfNE(unsigned long neId, unsigned short neType);
 
 }  // namespace NS_UTIL

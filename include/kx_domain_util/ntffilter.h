@@ -33,9 +33,10 @@ public:
     NtfFilter& operator=(const NtfFilter&) = delete;
 
     /// True: hold the notification back; false: let it pass. With a white list, identifier 2101250 always passes. What
-    /// is held back is logged at level 3, so a log service must not ask the filter while it writes. Takes no lock after
-    /// the first question, but where a service came or went since the last record. Any thread. Exceptions:
-    /// std::bad_alloc, and what the log service throws; while the items are read, the next question reads them again.
+    /// is held back is logged at level 3, so a log service must not ask the filter while it writes. After the first
+    /// question it takes no lock, except for a record that is the first since a service came or went. Any thread.
+    /// Exceptions: std::bad_alloc; those thrown by the log service propagate. After an exception while the items are
+    /// read, the next question reads them again.
     bool IsFilteNtf(int notificationId);
 
 private:

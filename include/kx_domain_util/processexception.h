@@ -34,9 +34,11 @@ public:
     /// The code of a missing service.
     static constexpr std::uint32_t INTERFACE_NOT_EXIST = 0x41180004;
 
+    /// Code 0, empty texts.
     InterfaceNotExistException();
-    /// Takes code and texts of cause over, as a copy does.
+    /// Takes over code and texts of `cause`, as a copy does.
     explicit InterfaceNotExistException(ProcessException& cause);
+    /// As the copy of a `ProcessException`.
     InterfaceNotExistException(InterfaceNotExistException& other);
     InterfaceNotExistException& operator=(const InterfaceNotExistException&) = delete;
     ~InterfaceNotExistException() override;

@@ -33,74 +33,80 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 
 /// The conversions. All are static and keep no state.
 ///
-/// Readers (`ResID2...`), unless it is told otherwise, never fail: a field whose level is missing, or has an empty
-/// value ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not
-/// matter. Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no
+/// Readers (`ResID2...`) never fail, unless stated otherwise: a field whose level is missing, or has an empty value
+/// ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not matter.
+/// Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no
 /// digit, 0 without digits, the low 32 bits of what is too large.
 ///
 /// Writers (`...2ResID`) replace the whole output text. Numbers are written in decimal with a "-" when negative.
 ///
-/// Input and output must not share a text: a reader's fdn may be part of the record that it fills only where the record
-/// keeps the whole of it (`resId`, `trailResId`, `fdnText`), a writer's output never.
+/// Input and output must not share a text: a reader's `fdn` may be part of the record that it fills only where the
+/// record keeps the whole of it (`resId`, `trailResId`, `fdnText`), a writer's output never.
 ///
 /// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
-/// exhausted, and `InterfaceNotExistException` where it is said: then the output holds what was written up to there.
-/// What a service throws passes.
+/// exhausted; `InterfaceNotExistException` where documented. Exceptions thrown by a service propagate. After
+/// either, the output holds what had been written so far.
 class KX_DOMAIN_UTIL_API ResIDUtil {
 public:
     ResIDUtil() = delete;
 
     // ---- The grammar ------------------------------------------------------------------------------------------------
 
-    /// Replaces the content of map by the levels of fdn. The first of a repeated tag wins; a piece without "=" is a tag
-    /// without sub-values; blanks are not trimmed. An empty fdn gives an empty map.
+    /// Replaces the content of `map` by the levels of `fdn`. The first of a repeated tag wins; a piece without "=" is a
+    /// tag without sub-values; blanks are not trimmed. An empty `fdn` gives an empty map.
     static void Fdn2MocLvlValueMap(const std::string& fdn, MocLvlValueMap& map);
 
-    /// Splits one level: the tag replaces tag, the sub-values are appended to values (an empty value has none).
+    /// Splits one level: its tag replaces `tag`, its sub-values are appended to `values` (an empty value has none).
     static void ResolveMocLevelObj(const std::string& level, std::string& tag, std::vector<std::string>& values);
 
-    /// The sub-value of level tag at index (from 0). False, and value untouched, when there is no such level or
-    /// sub-value; a negative index finds nothing.
+    /// Copies the sub-value at `index` (from 0) of the level `tag` into `value`. False, and `value` untouched, when
+    /// there is no such level or sub-value; a negative `index` finds nothing.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, std::string& value, int index);
     /// The same as a number. A sub-value that is no number still answers true.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value, int index);
     /// The same for the first sub-value.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value);
 
-    /// Writes one level, "tag=value|value", into level; leaves it as it was when there are no values.
+    /// Replaces `level` by one level, "tag=value|value"; leaves it as it was when `values` is empty.
     static void ConstructMocLevelObj(const std::string& tag, const std::vector<std::string>& values,
                                      std::string& level);
 
-    /// Appends the sub-values of one level to values, straight from the text; true when values then holds at least
-    /// minCount entries (those that it held before count too). tag is given with its "=" ("PP="), is not null, and is
-    /// searched as plain text: "S=" is also found inside ",SS=". False, and values untouched, when it is not found. A
-    /// value that ends with a backslash before a "," counts as empty.
+    /// Appends the sub-values of one level to `values`, straight from the text; true when `values` then holds at least
+    /// `minCount` entries (those that it held before count too). `tag` is given with its "=" ("PP="), is not null, and
+    /// is searched as plain text: "S=" is also found inside ",SS=". False, and `values` untouched, when it is not
+    /// found. A value that ends with a backslash before a "," counts as empty.
     static bool ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,
                                 std::vector<std::string>& values);
 
-    /// The MOC of fdn: the tag of its last level, up to the last "=" of the text; empty for an empty fdn, the whole
+    /// The MOC of `fdn`: the tag of its last level, up to the last "=" of the text; empty for an empty `fdn`, the whole
     /// last level when it has no "=".
     static std::string GetMOCFromFDN(const std::string& fdn);
 
-    /// Whether moc (what `GetMOCFromFDN` gives, not a whole FDN) names a service, tunnel or pseudo-wire object.
+    /// Whether `moc` (what `GetMOCFromFDN` returns, not a whole FDN) names a service, tunnel or pseudo-wire object.
     static bool IsServiceFDN(const std::string& moc);
 
     // ---- Equipment --------------------------------------------------------------------------------------------------
 
+    /// Reads `osId` from "OS".
     static void ResID2OSIndex(const std::string& fdn, NS_DOMAIN::OSIndex& os);
+    /// Reads `oneId` from "ONE".
     static void ResID2ONEIndex(const std::string& fdn, NS_DOMAIN::ONEIndex& one);
+    /// Reads `neId` from "NE".
     static void ResID2NEIndex(const std::string& fdn, NS_DOMAIN::NEIndex& ne);
+    /// Reads `neId` and `shelfId` from "NE" and "FR".
     static void ResID2ShelfIndex(const std::string& fdn, NS_DOMAIN::ShelfIndex& shelf);
-    /// Leaves `subSlotId` alone.
+    /// Reads `neId`, `shelfId` and `slotId` from "NE", "FR" and "S"; leaves `subSlotId` alone.
     static void ResID2SlotIndex(const std::string& fdn, NS_DOMAIN::SlotIndex& slot);
+    /// Reads `neId`, `shelfId`, `slotId` and `subSlotId` from "NE", "FR", "S" and "SS".
     static void ResID2SubSlotIndex(const std::string& fdn, NS_DOMAIN::SlotIndex& subSlot);
+    /// Reads `neId`, `shelfId` and `slotId` from "NE", "FR" and "S".
     static void ResID2CardIndex(const std::string& fdn, NS_DOMAIN::CardIndex& card);
 
     /// "OS=1".
     static void OSID2ResID(int osId, std::string& fdn);
     /// "ONE=1".
     static void ONEID2ResID(int oneId, std::string& fdn);
-    /// "ONE=1,NE=2"; without the ONE level when oneId is 0.
+    /// "ONE=1,NE=2"; without the ONE level when `oneId` is 0.
     static void NEID2ResID(int oneId, int neId, std::string& fdn);
     /// "OS=1".
     static void OSIndex2ResID(const NS_DOMAIN::OSIndex& os, std::string& fdn);
@@ -121,44 +127,45 @@ public:
 
     // ---- Ports, access points, termination points -------------------------------------------------------------------
 
-    /// Writes a port: "NE=1,FR=2,S=3,CP=-1,PP=16||0|". asLogical writes "LP" for "PP".
+    /// Writes a port: "NE=1,FR=2,S=3,CP=-1,PP=16||0|"; when `asLogical`, with "LP" for "PP".
     ///
     /// A shelf of -1 is left out, and so is the shelf of a logical port (by `isLogical`) unless it has a slot and its
     /// FB type is 65543, 65547, 65549, 65562, 65571 or 65635. Without a slot neither slot nor sub-slot are written,
     /// except ",S=0,CP=-1" when the configuration item "Telvandaire" is not 0 and the FB type is 0 or 65547. With a
     /// slot but no sub-slot, ",SS=-1,SC=-1" is written on NEs whose type the configuration item "NETypeListForSubSlot"
-    /// lists; the inventory is asked for the type also when the list is empty, and `InterfaceNotExistException` is
-    /// thrown when there is no inventory. Either item is read anew whenever it matters. A `portId` of -1 is written
+    /// lists; the inventory is asked for the type even when the list is empty, and `InterfaceNotExistException` is
+    /// thrown when there is no inventory. Either item is read anew whenever it matters. A `portId` of -1 is written as
     /// 4294967295. The label is written as it is, without escapes.
     static void PortIndex2ResID(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical);
-    /// Writes a port of an NE of type neType without asking anybody: no ",CP=-1", shelf and slot whenever not -1,
-    /// ",SS=-1,SC=-1" for an absent sub-slot of a physical port when neType is 1911 or 1912, and `portId` with its
-    /// sign.
+    /// Writes a port of an NE of type `neType` without asking the inventory or the configuration: no ",CP=-1"; shelf,
+    /// slot and sub-slot whenever not -1; ",SS=-1,SC=-1" for an absent sub-slot when `neType` is 1911 or 1912 and not
+    /// `asLogical`; and `portId` with its sign.
     static void PortIndex2ResIDByNEType(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical,
                                         unsigned long neType);
-    /// Writes the key's port, as the writer of a port does, exceptions included; withSubIf writes it as a logical port
-    /// and, when `subIfId` is above 0, appends ",SUBIF=9".
+    /// Writes the key's port as the writer of a port does, exceptions included. When `withSubIf`, the port is written
+    /// as a logical one, and a `subIfId` above 0 is appended as ",SUBIF=9".
     static void PortIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool withSubIf);
-    /// Writes the key's port, as the writer of a port does, exceptions included, and ",AP=1|2|9": the two AP values and
+    /// Writes the key's port as the writer of a port does, exceptions included, and ",AP=1|2|9": the two AP values and
     /// `subIfId`, which is left out when 0.
     static void APIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool asLogical);
-    /// Writes the TP's port, as the writer of a port does, exceptions included; as a logical one when `isLogical`. For
+    /// Writes the TP's port as the writer of a port does, exceptions included; as a logical one when `isLogical`. For
     /// a port identified by its name (`ppType` 251) the label is cut at its first ".", what follows becomes ",SUBIF=9",
     /// and `vc4Id` and `vc12Id` that are not 0 are appended as ",VC4=1" and ",VC12=2".
     static void TPIndex2ResID(const NS_DOMAIN::TPIndex& tp, std::string& fdn);
 
-    /// Reads a port. An fdn that contains "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|" stands for no port and leaves the
+    /// Reads a port. An `fdn` that contains "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|" stands for no port and leaves the
     /// record untouched. Otherwise `isLogical` and `portId` are always set: true unless there is a "PP" level, -1
     /// unless there is a port level with four sub-values. A name without a `ppType` sets that to 251. In a name of FB
     /// type 1025 the first backslash is dropped, and the next "|" and the sub-value behind it are taken into the name;
     /// without such a sub-value the backslash stays. When the configuration item "Telvandaire" is not 0, a slot below 1
     /// becomes no slot and no sub-slot, as for named ports of FB type 65547 and 65549; it is read at every call.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
-    /// Reads the key's port, by the rules above, and, where fdn contains "SUBIF=", the number behind it into `subIfId`.
+    /// Reads the key's port by the rules above and, where `fdn` contains "SUBIF=", the number behind it into `subIfId`.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads an access point. The key's port is read only when its `neId` is -1; otherwise the caller's port is kept.
-    /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level; `fdnText`
-    /// tells what was parsed; a channel set without "=" leaves nothing to parse, and `fdnText` is fdn.
+    /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level. `fdnText`
+    /// becomes the text that was parsed; a channel set without "=" leaves nothing to parse, and `fdnText` becomes
+    /// `fdn`.
     static void ResID2APIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads a termination point: the port, whatever the record held of it before, and a sub-interface behind a "." in
     /// the label. Sets `reserved` to 0. Never reads "VC4" or "VC12".
@@ -170,28 +177,33 @@ public:
 
     // ---- Services, trails, tunnels ----------------------------------------------------------------------------------
 
-    /// "NE=1," and `resId` as it stands, which names the rest. Not the reverse of `ResID2PWIndex`, whose `resId` holds
-    /// the NE level too.
+    /// Writes "NE=1," and `resId` as it stands, which names the rest. Not the reverse of `ResID2PWIndex`, whose
+    /// `resId` holds the NE level too.
     static void PWIndex2ResID(const NS_DOMAIN::PWIndex& pw, std::string& fdn);
-    /// `resId` becomes the whole fdn.
+    /// Reads `neId`; `resId` becomes the whole `fdn`.
     static void ResID2PWIndex(const std::string& fdn, NS_DOMAIN::PWIndex& pw);
-    /// `resId` becomes the whole fdn. Unlike other readers it goes through the platform's splitter, as the system has
-    /// it: it passes over levels without "=", reads an NE level with an empty value as 0, and allocates.
+    /// Reads `neId`; `resId` becomes the whole `fdn`. Unlike the other readers it goes through the platform's splitter,
+    /// as callers rely on: it skips levels without "=", reads an NE level with an empty value as 0, and allocates.
     static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch);
-    /// The number of level "VEGROUP".
+    /// Reads the number of the level "VEGROUP" into `group`.
     static void ResID2GroupID(const std::string& fdn, int& group);
 
-    /// The trail readers search their tag, "PWTRAIL=" say, anywhere in fdn, also inside a longer tag, and keep the text
-    /// from there to the end; a text without it leaves the record as it was.
+    // The trail readers search for their tag anywhere in `fdn`, also inside a longer tag, and keep the text from there
+    // to the end; an `fdn` without it leaves the record as it was.
+
+    /// Keeps the text from "PWE3TRAIL=" on as type 1; without that, from "VPLS=" on as type 2.
     static void ResID2VPNTrailIndex(const std::string& fdn, NS_DOMAIN::VPNTrailIndex& trail);
+    /// Keeps the text from "TUNNELTRAIL=" on.
     static void ResID2TunnelTrailIndex(const std::string& fdn, NS_DOMAIN::TunnelTrailIndex& trail);
+    /// Keeps the text from "PWTRAIL=" on.
     static void ResID2PWTrailIndex(const std::string& fdn, NS_DOMAIN::PWTrailIndex& trail);
+    /// Keeps the text from "TUNNELPGTRAIL=" on.
     static void ResID2TNPIndex(const std::string& fdn, NS_DOMAIN::TNPIndex_T& group);
 
     /// Reads a service from the first of the levels "PWE3" (type and number), "NETH" (type 2), "VSI" (type 4) and "VRF"
-    /// (type left alone) that is there. A "PWE3" level needs two sub-values. `resId` becomes the whole fdn.
+    /// (type left alone) that is there. A "PWE3" level needs two sub-values. `resId` becomes the whole `fdn`.
     static void ResID2SVCIndex(const std::string& fdn, NS_DOMAIN::ServiceIndex& service);
-    /// Reads the seven sub-values of level "TUNNEL", all or none. `resId` becomes the whole fdn.
+    /// Reads the seven sub-values of level "TUNNEL", all or none. `resId` becomes the whole `fdn`.
     static void ResID2TunnelIndex(const std::string& fdn, NS_DOMAIN::TunnelIndex& tunnel);
     /// Reads an ATM traffic descriptor; `neId` becomes 0 when there is no NE level.
     static void ResID2TDIndex(const std::string& fdn, NS_DOMAIN::TDIndex& descriptor);
@@ -203,12 +215,12 @@ public:
 
     // ---- OAM --------------------------------------------------------------------------------------------------------
 
-    /// What `ResID2MepIndex` answers to text that it cannot read.
+    /// What `ResID2MepIndex` returns for text that it cannot read.
     static constexpr int MEP_NOT_READABLE = 0x411800BA;
 
-    // The writers ask the inventory, once for each MD and MA level, whether the NE's identifiers leave the numbers out,
-    // also when there is no number; they throw `InterfaceNotExistException` when there is no inventory. A number of -1
-    // is left out too. The name is always written.
+    // The writers ask the inventory whether this NE's identifiers omit the numbers: once for the MD level and once for
+    // the MA level, even if the record has no number. They throw `InterfaceNotExistException` when there is no
+    // inventory. A number of -1 is omitted in any case; the name is always written.
 
     /// "NE=1,MD=2|md".
     static void MDIndex2ResID(const NS_DOMAIN::MDIndex& md, std::string& fdn);
@@ -222,21 +234,26 @@ public:
     /// number of 0 is left out, unlike the others.
     static void MIPIndex2ResID(const NS_DOMAIN::MIPIndex& mip, std::string& fdn);
 
-    // The fillers read a record from a parsed FDN, the readers from text. A missing MD, MA or MIP number becomes -1; a
-    // missing name is logged at level 1. An MD leaves a missing NE number and name as they were; MA and MIP make them
-    // -1 and empty (the MA's own name stays as it was). `mipName` is never read.
+    // The fillers read a record from a parsed FDN, the readers from text. A missing MD, MA or MIP number becomes -1. A
+    // missing MD or MA name is logged at level 1.
 
+    /// A missing NE number or MD name leaves the field as it was.
     static void FillMDIndex(const MocLvlValueMap& map, NS_DOMAIN::MDIndex& md);
+    /// A missing NE number becomes -1, a missing MD name empty; a missing MA name leaves `maName` as it was.
     static void FillMAIndex(const MocLvlValueMap& map, NS_DOMAIN::MAIndex& ma);
+    /// A missing NE number becomes -1, a missing MD name empty. Never reads `mipName`.
     static void FillMIPIndex(const MocLvlValueMap& map, NS_DOMAIN::MIPIndex& mip);
+    /// As `FillMDIndex`.
     static void ResID2MDIndex(const std::string& fdn, NS_DOMAIN::MDIndex& md);
+    /// As `FillMAIndex`.
     static void ResID2MAIndex(const std::string& fdn, NS_DOMAIN::MAIndex& ma);
+    /// As `FillMIPIndex`.
     static void ResID2MIPIndex(const std::string& fdn, NS_DOMAIN::MIPIndex& mip);
 
     /// Reads an end point, local or remote, by position: NE, MD, MA and end point in this order, whatever their tags;
     /// the last level is the end point, so fewer levels leave fields as they were. An MD or MA number of 0 means that
     /// there is none: then the value without its first character is the name, which is otherwise left as it was.
-    /// Answers 0, or `MEP_NOT_READABLE` when there are more than four levels or one has no "="; what was read before
+    /// Returns 0, or `MEP_NOT_READABLE` when there are more than four levels or one has no "="; what was read before
     /// that stays. Both are logged at level 1, except for the last level.
     static int ResID2MepIndex(const std::string& fdn, NS_DOMAIN::MEPIndex& mep);
 };

@@ -12,9 +12,9 @@ namespace NS_UTIL {
 
 /// The constant layer and naming tables of the system, and text helpers that its bundles share.
 ///
-/// Look-ups take the output first and the input second; a miss is no error, its answer is told at each. Threads: any;
-/// the tables are complete when `Instance` first returns and are only read then. Exceptions: std::bad_alloc, and what a
-/// log service throws from writing a record.
+/// Look-ups take the output first and the input second, unless stated otherwise; a miss is no error, and each states
+/// what it gives then. Threads: any; the tables are complete when `Instance` first returns and are only read from then
+/// on. Exceptions: std::bad_alloc; those that a log service throws from writing a record propagate.
 class KX_DOMAIN_UTIL_API UtilCommon {
 public:
     /// The one instance, made with its tables on the first call. Null only when the process-wide lock cannot be taken.
@@ -27,39 +27,39 @@ public:
 
     // ---- Text helpers -----------------------------------------------------------------------------------------------
 
-    /// Splits text at separator into items NAME=value and adds each to out. Items without "=" are skipped; the first of
-    /// a repeated name wins.
+    /// As `SelfUtilCommon::GetSpliteFDNData`.
     void GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
                           const std::string& separator) const;
     /// Another name of `GetSpliteFDNData`.
     void GetSplitNameValueMapbyTag(std::map<std::string, std::string>& out, const std::string& text,
                                    const std::string& separator) const;
-    /// The value under key; false, and value untouched, when there is none.
+    /// As `SelfUtilCommon::GetDataFromMap`.
     bool GetDataFromMap(const std::map<std::string, std::string>& map, const std::string& key,
                         std::string& value) const;
+    /// The same for numbers as keys.
     bool GetDataFromMap(const std::map<int, std::string>& map, int key, std::string& value) const;
-    /// The value under name as a number; false, and value untouched, when there is none.
+    /// As `SelfUtilCommon::GetIntegerValueByName`.
     bool GetIntegerValueByName(const std::map<std::string, std::string>& map, const std::string& name,
                                int& value) const;
 
-    /// A configuration item as text; false, and value untouched, when it is missing.
+    /// As `SelfUtilCommon::GetSupportCfgItem`.
     bool GetSupportCfgItem(const std::string& item, std::string& value) const;
-    /// Whether a configuration item exists.
+    /// As `SelfUtilCommon::IsSupportCfgItem`.
     bool IsSupportCfgItem(const std::string& item) const;
 
-    /// The MOC of an FDN: the tag of its last level. When that is "CLI_NAME" behind a ",", the MOC is "PP" if the text
-    /// "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last level has no "=", the MOC is empty;
-    /// but "OS" if the text before the last "=", or all of it when there is none, is "OS" or "SYSTEM".
+    /// Returns the MOC of `fdn`: the tag of its last level. When that is "CLI_NAME" behind a ",", the MOC is "PP" if
+    /// the text "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last level has no "=", the MOC is
+    /// empty; but "OS" if the text before the last "=", or all of it when there is none, is "OS" or "SYSTEM".
     /// `ResIDUtil::GetMOCFromFDN` follows other rules.
     std::string GetMoc(const std::string& fdn) const;
 
-    /// Splits a line at "|" into fields 0 to 2 and the rest, 3. An empty field becomes "-1", an empty rest stays empty.
+    /// Splits `line` at "|" into fields 0 to 2 and the rest, 3. An empty field becomes "-1", an empty rest stays empty.
     /// After a missing separator the search starts at the line's beginning again: "a|b" gives 0 = a, 2 = a, 3 = b, and
-    /// no field 1. Fields overwrite what out held; other keys stay.
+    /// no field 1. Fields overwrite what `out` held; other keys stay.
     void GetSplitePPDataByLine(std::map<int, std::string>& out, const std::string& line) const;
     /// Another name of `GetSplitePPDataByLine`.
     void GetSpliteFBDataByLine(std::map<int, std::string>& out, const std::string& line) const;
-    /// Reads a path, "ODU2:1-ODU0:8", into out: interface level of the client rate (upper or lower case) to number.
+    /// Reads a path, "ODU2:1-ODU0:8", into `out`: interface level of the client rate (upper or lower case) to number.
     /// Items without ":" or of no known rate are skipped; the last of a repeated rate wins.
     void GetSplitePATHDataByLine(std::map<int, int>& out, const std::string& line) const;
 
@@ -73,7 +73,7 @@ public:
     void FBType2InterfaceLevel(int& level, const int& fbType) const;
     /// The canonical FB type of an interface level; the level's own number when it has none.
     void InterfaceLevel2FBType(int& fbType, const int& level) const;
-    /// The bidirectional FB type that a unidirectional one belongs to; fbType itself when it belongs to none.
+    /// The bidirectional FB type that a unidirectional one belongs to; `fbType` itself when it belongs to none.
     unsigned short GetBidirFBType(const unsigned short& fbType) const;
 
     // ---- CTP names and TP numbers -----------------------------------------------------------------------------------
@@ -81,12 +81,14 @@ public:
     /// The TMF name of a reserved CTP, "E0" for 65535 to "E11" for 65524; empty for any other id. Callers exist for
     /// both orders of the arguments.
     void InterfaceCTPId2TMFName(const unsigned long& ctpId, std::string& name) const;
+    /// The same with the output first.
     void InterfaceCTPId2TMFName(std::string& name, const unsigned long& ctpId) const {
         InterfaceCTPId2TMFName(ctpId, name);
     }
     /// The id of the CTP of this TMF name, case counts; 0 for any other name. Callers exist for both orders of the
     /// arguments.
     void InterfaceTMFCTPName2ID(const std::string& name, unsigned long& ctpId) const;
+    /// The same with the output first.
     void InterfaceTMFCTPName2ID(unsigned long& ctpId, const std::string& name) const {
         InterfaceTMFCTPName2ID(name, ctpId);
     }
@@ -94,28 +96,32 @@ public:
     /// Puts a TP number, its low 16 bits, and the FB type of its interface level into a location word. False, and the
     /// word untouched, when the word is taken (above 0). A negative word is free, but keeps the bits that it has.
     bool SetTpNoToLocation(int& location, const int& level, const int& tpNo) const;
-    /// The TP number in a location word. False, and tpNo untouched, when the word's FB type sits on another level.
+    /// The TP number in a location word. False, and `tpNo` untouched, when the word's FB type sits on another level.
     bool GetTpNoFromLocation(const int& location, const int& level, int& tpNo) const;
     /// Puts a TP number into the first free one of the TP's four location words: `vc4Id`, `vc12Id`, `vc3Id`, `vc11Id`.
-    /// False, and nothing written, when tpNo is below 1 or all are taken.
+    /// False, and nothing written, when `tpNo` is below 1 or all are taken.
     bool SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const;
     /// The TP number of this level in the TP's location words; 0 when there is none.
     int GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const;
 
     // ---- Client rates and optical boards ----------------------------------------------------------------------------
 
-    /// Adds the client rates to rates, name to interface level; a name that is there already keeps its level.
+    /// Adds the client rates to `rates`, name to interface level; a name that is there already keeps its level.
     void InitClientRateMap(std::map<std::string, unsigned int>& rates) const;
     /// Whether a board type is that of an optical board of the ROADM kind.
     bool IsTiRoadmOpticalBoard(unsigned long boardType) const;
 
     // ---- Filling of the tables; the constructor does it, in this order. Not while others use the instance -----------
 
+    /// For `FBType2InterfaceLevel`.
     void InitFbType2ILMap();
+    /// For `InterfaceLevel2FBType`.
     void InitIL2FbTypeMap();
-    /// Appends the board types, so calling it again doubles them.
+    /// For `IsTiRoadmOpticalBoard`. Appends the board types, so calling it again doubles them.
     void InitOpticalBoardList();
+    /// For `InterfaceCTPId2TMFName`.
     void InitCTPId2TMFNameMap();
+    /// For `InterfaceTMFCTPName2ID`.
     void InitTMFCTPName2ID();
 
 private:

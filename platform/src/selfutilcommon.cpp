@@ -26,7 +26,7 @@ SelfUtilCommon* SelfUtilCommon::Instance() {
     return instance;
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): by value in the face that bundles are compiled against
+// By value: bundles are compiled against this signature, and that of `GetSpliteFDNData`.
 bool SelfUtilCommon::IsSupportCfgItem(std::string key) const {
     std::string value;
     return GetSupportCfgItem(key, value);
@@ -37,7 +37,6 @@ bool SelfUtilCommon::GetSupportCfgItem(const std::string& key, std::string& valu
 }
 
 void SelfUtilCommon::GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
-                                      // NOLINTNEXTLINE(performance-unnecessary-value-param): as above
                                       std::string separator) const {
     std::vector<std::string> items;
     Parser::SplitStrByTag(text, separator, items);

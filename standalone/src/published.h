@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <memory>
-#include <utility>
 
 #include <kx_platform/readpin.h>
 
@@ -18,10 +17,11 @@ public:
     Published(const Published&) = delete;
     Published& operator=(const Published&) = delete;
 
-    /// What is published now; usable as long as pin. The reader calls nobody who could replace it meanwhile.
+    /// What is published now; valid until `pin` is destroyed. The reader calls nobody who could replace it meanwhile.
     const Thing& Read(NS_BUNDLEMGR1::ReadPin& pin) const noexcept { return *pin.Protect(m_thing); }
 
-    /// Publishes thing, and returns when nobody reads the old one any more. The caller lets one thread do so at a time.
+    /// Publishes `thing`, and returns when nobody reads the old one any more. The caller lets one thread do so at a
+    /// time.
     void Replace(std::unique_ptr<const Thing> thing) noexcept {
         const std::unique_ptr<const Thing> old(m_thing.exchange(thing.release()));
         NS_BUNDLEMGR1::ReadPin::WaitUntilReleased(old.get());

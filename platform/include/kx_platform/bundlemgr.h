@@ -18,7 +18,8 @@ namespace NS_BUNDLEMGR1 {
 
 class NULLServiceInterface;
 
-/// Virtual base that only the classes named as friends can construct; who inherits it cannot be derived from.
+/// Virtual base that only its friends can construct, so that no class derives from one of them: what `final` says since
+/// C++11. It stays, since bundles compile against this name; nothing new uses it.
 class KX_PLATFORM_API FinalClass {
     friend class NULLServiceInterface;
     FinalClass() = default;
@@ -69,7 +70,7 @@ public:
     /// The objects that carry this object's interfaces, by interface name: itself under its own name.
     const std::map<std::string, ServiceObjectBase*>& GetInterfaces() const { return m_interfaces; }
 
-    /// A word in which user (any address of the caller's own) remembers something that the service gave it, a logger
+    /// A word in which `user` (any address of the caller's own) remembers something that the service gave it, a logger
     /// say. It is null at first, is the same at every call and goes away with the object, so that nothing remembered
     /// in it outlives the service. Null when all words are taken: then the user must do without.
     std::atomic<void*>* GetMemory(const void* user) noexcept;
@@ -107,8 +108,9 @@ public:
         ServiceInterface* interface = nullptr;
     };
 
-    /// Gives the first interface, its object pinned by pin, or an empty entry when there is no such service. False when
-    /// the registry must be searched, since it was not searched after its last change. Takes no lock.
+    /// Puts the first interface into `entry`, its object pinned by `pin`, or an empty entry when there is no such
+    /// service. False when the registry must be searched, since it was not searched after its last change. Takes no
+    /// lock.
     bool First(ReadPin& pin, Entry& entry) const noexcept;
 
     /// Appends a found interface; the caller holds `_g_actualmutex`.
@@ -130,8 +132,8 @@ private:
     InterfaceBuffer* m_next = nullptr;
 };
 
-/// The interface buffer of the service called name, made on the first call and never freed. A platform that keeps no
-/// buffer for a name may answer null; this one never does. Takes no lock once the buffer is there. Any thread.
+/// The interface buffer of the service called `name`, made on the first call and never freed. A platform that keeps no
+/// buffer for a name may return null; this one never does. Takes no lock once the buffer is there. Any thread.
 KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
 
 /// The registry of services. All operations may be called from any thread, also from inside a service's operation: no
@@ -141,14 +143,14 @@ public:
     /// The one bundle manager; lives until the process ends. Never null.
     static BundleMgr* Instance();
 
-    /// Registers service (not owned, not null) under name; a second registration of a name replaces the first. When it
-    /// returns, every new lookup finds the service, and no call into a replaced one is in flight (see
+    /// Registers `service` (not owned, not null) under `name`; a second registration of a name replaces the first. When
+    /// it returns, every new lookup finds the service, and no call into a replaced one is in flight (see
     /// `UnregisterService`).
     void RegisterService(const std::string& name, ServiceInterface* service);
 
-    /// Takes the service back: it is forgotten in every buffer, and with it all that was remembered of it. Returns once
-    /// no call into the service can be in flight any more; false when the name is unknown. A service that is registered
-    /// under several names is gone when the last of them is.
+    /// Takes the service called `name` back: it is forgotten in every buffer, and with it all that was remembered of
+    /// it. Returns once no call into the service can be in flight any more; false when the name is unknown. A service
+    /// that is registered under several names is gone when the last of them is.
     ///
     /// From inside a service's operation it does not wait for the calling thread's own calls, nor for another thread
     /// that is itself taking a service back, or replacing one, from inside an operation: they would wait for each other

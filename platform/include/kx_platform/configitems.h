@@ -3,6 +3,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <mutex>
@@ -26,8 +27,8 @@ public:
 
     const std::string& GetKey() const { return m_key; }
 
-    /// The value as a number: an optional sign and decimal digits, nothing else, within 32 bits. False, and value
-    /// untouched, when the item is missing or is no such number.
+    /// The value as a number: an optional sign and decimal digits, nothing else, within 32 bits. False, and
+    /// `value` untouched, when the item is missing or is no such number.
     bool GetInt(int& value) const noexcept {
         const std::uint64_t number = m_number.load(std::memory_order_acquire);
         if ((number & IS_NUMBER) == 0) {
@@ -37,11 +38,9 @@ public:
         return true;
     }
 
-    /// The value as text, valid as long as pin; null when the item is missing.
-    const std::string* GetText(ReadPin& pin) const noexcept {
-        // A missing text costs a look, no pin.
-        return pin.Protect(m_text);
-    }
+    /// The value as text, valid until `pin` is destroyed or pins something else; null when the item is missing: then
+    /// nothing is pinned.
+    const std::string* GetText(ReadPin& pin) const noexcept { return pin.Protect(m_text); }
 
 private:
     friend class CorbaConfigItems;
@@ -62,19 +61,20 @@ public:
     /// The one set of items; lives until the process ends. Never null.
     static CorbaConfigItems* Instance();
 
-    /// `ConfigItem::GetInt` of the item called key: false, and value untouched, when missing or not an integer.
+    /// `ConfigItem::GetInt` of the item called `key`: false, and `value` untouched, when missing or not an integer.
     bool GetIntItemInfo(const std::string& key, int& value);
-    /// Copies the text of the item called key: false, and value untouched, when missing.
+    /// Copies the text of the item called `key` into `value`; false, and `value` untouched, when missing.
     bool GetStrItemInfo(const std::string& key, std::string& value);
 
-    /// Sets the item, whether it was there or not.
+    /// Sets the item called `key`, whether it was there or not.
     void SetItem(const std::string& key, const std::string& value);
-    /// Makes the item a missing one; nothing happens when it is missing already. Needs no memory, as does `Clear`.
+    /// Makes the item called `key` a missing one; nothing happens when it is missing already. Needs no memory, as does
+    /// `Clear`.
     void RemoveItem(const std::string& key);
     /// Makes every item a missing one.
     void Clear();
 
-    /// The item called key, made without a value when nobody has named it before. Stays valid until the process ends;
+    /// The item called `key`, made without a value when nobody has named it before. Stays valid until the process ends;
     /// there are never more items than keys were ever named.
     const ConfigItem& GetItem(std::string_view key);
 

@@ -13,8 +13,8 @@ class KX_PLATFORM_API InventoryBufif : public NS_BUNDLEMGR1::ServiceInterface {
 public:
     ~InventoryBufif() override;
 
-    /// The NE type of NE neId, in the low 16 bits of neType; false, and neType untouched, for an unknown NE. The
-    /// library passes flag as true.
+    /// Puts the NE type of the NE `neId` into the low 16 bits of `neType`; false, and `neType` untouched, for an
+    /// unknown NE. The library passes true as `flag`.
     virtual bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) = 0;
     /// Whether the identifiers of maintenance domains and associations of this NE leave their numbers out.
     virtual bool IsOamNumberOmitted(int neId) = 0;

@@ -3,7 +3,7 @@
 /// The decision. Whatever a conversion reads from the platform (the buffered interface of a service, the text of a
 /// configuration item) hangs on one std::atomic pointer. A reader writes the pointer's value into a word of its own
 /// (it *pins* it), looks whether the pointer is still the same, and uses what it points to until it clears its word.
-/// Who takes something away changes the pointer first, then looks through the words of all threads, and frees the
+/// Whoever removes something first changes the pointer, then looks through the words of all threads, and frees the
 /// thing, or lets its owner free it, only when no word names it any more.
 ///
 /// What follows from it:
@@ -16,7 +16,6 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
 
 #include <kx_platform/export.h>
 
@@ -33,7 +32,7 @@ public:
     ReadPin(const ReadPin&) = delete;
     ReadPin& operator=(const ReadPin&) = delete;
 
-    /// Pins what source points to now and returns it; null pins nothing.
+    /// Pins what `source` points to now and returns it; null pins nothing.
     template <class Thing>
     Thing* Protect(const std::atomic<Thing*>& source) noexcept {
         Thing* thing = source.load(std::memory_order_acquire);
@@ -52,15 +51,16 @@ public:
         return nullptr;
     }
 
-    /// Pins a thing that cannot go away at this moment (the caller holds the lock under which it would be taken away).
+    /// Pins a `thing` that cannot go away at this moment (the caller holds the lock under which it would be taken
+    /// away).
     void Pin(const void* thing) noexcept { m_word->store(thing); }
 
-    /// Whether any thread, the calling one included, has pinned thing.
+    /// Whether any thread, the calling one included, has pinned `thing`.
     [[nodiscard]] static bool IsPinned(const void* thing) noexcept;
 
-    /// Waits until no other thread has pinned thing, which nobody can reach any more. The calling thread's own pins do
-    /// not count. When the calling thread is itself inside a service, threads that wait here from inside a service do
-    /// not count either, so that two services which take each other away do not wait for one another for ever.
+    /// Waits until no other thread has pinned `thing`, which nobody can reach any more. The calling thread's own pins
+    /// do not count. When the calling thread is itself inside a service, threads that wait here from inside a service
+    /// do not count either, so that two services which take each other away do not wait for one another for ever.
     static void WaitUntilReleased(const void* thing) noexcept;
 
 private:

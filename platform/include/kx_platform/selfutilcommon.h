@@ -7,31 +7,34 @@
 
 namespace NS_UTIL {
 
-/// Helpers on texts, maps and configuration items that the bundles share. Stateless; any thread.
+/// Helpers on texts, maps and configuration items that the bundles share. Stateless; any thread. Exceptions:
+/// std::bad_alloc.
 class KX_PLATFORM_API SelfUtilCommon {
 public:
     /// The one instance; lives until the process ends. Never null.
     static SelfUtilCommon* Instance();
 
-    /// Whether the configuration item called key exists; the same items as those of `CorbaConfigItems`.
+    /// Whether the configuration item called `key` exists; the same items as those of `CorbaConfigItems`.
     bool IsSupportCfgItem(std::string key) const;
-    /// The configuration item called key as text; false, and value untouched, when it is missing.
+    /// Copies the configuration item called `key` into `value`; false, and `value` untouched, when it is missing.
     bool GetSupportCfgItem(const std::string& key, std::string& value) const;
 
-    /// Splits text at separator into items NAME=value and adds each to out. Items without "=" are skipped; the first of
-    /// a repeated name wins, also over what out held before.
+    /// Splits `text` at `separator` into items NAME=value and adds each to `out`. An item is cut at its first "=";
+    /// items without one are skipped. The first of a repeated name wins, and so does what `out` held before. An empty
+    /// `separator` splits nothing.
     void GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
                           std::string separator) const;
 
-    /// The value under key; false, and value untouched, when there is none.
+    /// Copies the value under `key` into `value`; false, and `value` untouched, when there is none.
     bool GetDataFromMap(const std::map<std::string, std::string>& map, const std::string& key,
                         std::string& value) const;
+    /// The same for numbers as keys.
     bool GetDataFromMap(const std::map<int, std::string>& map, int key, std::string& value) const;
-    /// The value under name, read by `Str2Int`; false, and value untouched, when there is none.
+    /// Reads the value under `name` by `Str2Int` into `value`; false, and `value` untouched, when there is none.
     bool GetIntegerValueByName(const std::map<std::string, std::string>& map, const std::string& name,
                                int& value) const;
 
-    /// text with the letters a to z in upper case; no locale.
+    /// Returns `text` with the letters a to z in upper case, whatever the locale.
     std::string upperStr(const std::string& text) const;
 
 private:

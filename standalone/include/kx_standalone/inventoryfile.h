@@ -1,4 +1,7 @@
 /// The inventory as a file: an SQLite database of three tables with a schema version.
+///
+/// All functions throw std::runtime_error; its text names the file and, where it applies, the table and the row.
+/// Threads: any; processes and threads that write one file wait a few seconds for each other.
 #pragma once
 
 #include <array>
@@ -63,12 +66,9 @@ struct Inventory {
     bool operator==(const Inventory&) const = default;
 };
 
-/// All of these throw std::runtime_error; its text names the file and, where it applies, the table and the row. Writers
-/// wait a few seconds for each other.
-
-/// Makes an empty inventory; the file appears when it is complete. Throws when it exists.
+/// Makes an empty inventory at `file`; the file appears when it is complete. Throws when it exists.
 KX_STANDALONE_API void CreateInventory(const std::filesystem::path& file);
-/// Reads all rows. Throws when the file is missing, not SQLite, of another schema version, or has a row out of range.
+/// Returns all rows. Throws when the file is missing, not SQLite, of another schema version, or has a row out of range.
 KX_STANDALONE_API Inventory ReadInventory(const std::filesystem::path& file);
 /// Replaces all rows in one transaction: after a failure, or when the process is killed, the file holds what it held.
 KX_STANDALONE_API void ReplaceInventory(const std::filesystem::path& file, const Inventory& inventory);
