@@ -25,6 +25,8 @@ using NS_SERVICE::InventoryBufif;
 
 namespace {
 
+// The log texts of this file are as operators search for them; not to be corrected.
+
 // ---- Writing --------------------------------------------------------------------------------------------------------
 
 void AppendNumberAndName(FdnWriter& writer, bool hasNumber, int number, std::string_view name) {
@@ -50,7 +52,8 @@ template <class Record>
 void AppendMa(FdnWriter& writer, const Record& record) {
     AppendMd(writer, record);
     writer.Text(",MA=");
-    // Asked once more; and here, unlike for the MD level, every exception of the lookup passes to the caller.
+    // Asked once more. Here, unlike for the MD level, every exception of the look-up propagates, on purpose: callers
+    // rely on it.
     const bool isOmitted = writer.Ask([&] {
         NS_FRAME::ServiceAccess<InventoryBufif> inventory;
         return inventory.GetLettingAllPass().IsOamNumberOmitted(record.neId);

@@ -55,21 +55,28 @@ PortFields FieldsOf(const Record& record, std::string_view label) {
             record.fbType, record.isLogical, label};
 }
 
-bool IsShelfWritten(const PortFields& port) {
-    if (!port.isLogical) {
-        return port.shelfId != -1;
-    }
-    switch (port.fbType) {
+// Whether logical ports of this FB type keep the shelf when they have a slot.
+constexpr bool KeepsShelfOfSlot(std::int32_t fbType) {
+    switch (fbType) {
         case 65543:
         case 65547:
         case 65549:
         case 65562:
         case 65571:
         case 65635:
-            return port.shelfId != -1 && port.slotId != -1;
+            return true;
         default:
             return false;
     }
+}
+
+bool IsShelfWritten(const PortFields& port) {
+    return port.shelfId != -1 && (!port.isLogical || (port.slotId != -1 && KeepsShelfOfSlot(port.fbType)));
+}
+
+// Whether a port without a slot is written with slot 0 under a carrier profile.
+constexpr bool IsSlotZeroWritten(std::int32_t fbType) {
+    return fbType == 0 || fbType == 65547;
 }
 
 template <class PortNumber>
@@ -91,7 +98,7 @@ void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical) {
         writer.Level(",FR=", port.shelfId);
     }
     if (port.slotId == -1) {
-        if (NS_FRAME::ReadCarrierProfile() != 0 && (port.fbType == 0 || port.fbType == 65547)) {
+        if (NS_FRAME::ReadCarrierProfile() != 0 && IsSlotZeroWritten(port.fbType)) {
             writer.Text(",S=0,CP=-1");
         }
     } else {
@@ -118,6 +125,11 @@ void ReadContainers(const Levels& levels, Record& record) {
     levels.template ReadNumber<"FR">(record.shelfId);
     levels.template ReadNumber<"S">(record.slotId);
     levels.template ReadNumber<"SS">(record.subSlotId);
+}
+
+// Whether a port that is identified by its name has no slot under a carrier profile, whatever slot was read.
+constexpr bool IsNamedWithoutSlot(std::int32_t fbType) {
+    return fbType == 65547 || fbType == 65549;
 }
 
 enum class Escapes { TAKEN, LEFT };
@@ -164,7 +176,7 @@ void ReadPort(const Levels& levels, Record& record, std::size_t room = 0) {
         dropSlot();  // under this profile a slot 0 means that there is no slot, whatever sub-slot was read
     }
     ReadPortLevel(levels, record, Escapes::TAKEN, room);
-    if (carrierProfile != 0 && record.ppType == NAMED_PORT && (record.fbType == 65547 || record.fbType == 65549)) {
+    if (carrierProfile != 0 && record.ppType == NAMED_PORT && IsNamedWithoutSlot(record.fbType)) {
         dropSlot();
     }
 }
@@ -188,7 +200,7 @@ std::size_t FindSubIf(std::string_view text, std::string_view word) noexcept {
 }
 
 // The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
-// turned into an access point, in key.fdnText.
+// turned into an access point, in `key.fdnText`.
 std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
     if (const auto subIf = FindSubIf(fdn, "SUBIF"); subIf != std::string_view::npos) {
         return std::string_view(fdn).substr(subIf);
@@ -341,7 +353,8 @@ void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
 void ResIDUtil::ResID2LoopBackPortIndex(const std::string& fdn, PortIndex& port) {
     const PortLevels levels(fdn);
     ReadContainers(levels, port);
-    // The agent configuration is asked for the carrier profile, as it always was; what it answers has no effect.
+    // The agent configuration is asked for the carrier profile, but the answer is not used. The call stays because
+    // callers observe it: it throws when there is no data-access service.
     NS_FRAME::ServiceAccess<NS_SERVICE::DAWSvcInterface> dataAccess;
     if (NS_SERVICE::ConfigObject* const configuration =
             dataAccess.Get().GetConfiguration(LastingText<"kx_corbaagent_bundle/bundle.cfg">(), LastingText<"">())) {
