@@ -1,5 +1,6 @@
 /// The fields of every record by name, in their order: one description for printing, for test vectors and for
-/// generated records.
+/// generated records. The tool has a list of its own (`tools/kxdu/identifiers/records.h`), on purpose: the tests do not
+/// take over its mistakes, and the library is tested without the tool.
 #pragma once
 
 #include <ostream>
