@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,7 +21,7 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& All() const noexcept { return m_identifiers; }
 
-    /// The identifiers that hold a level of one of these tags, in the order of the corpus. Rare ones are repeated, so
+    /// The identifiers that hold a level of one of `tags`, in the order of the corpus. Rare ones are repeated, so
     /// that a walk over the answer takes at least `LEAST` calls. Throws when there is none.
     [[nodiscard]] std::vector<std::string> Holding(std::span<const std::string_view> tags) const;
 

@@ -14,7 +14,7 @@
 
 namespace NS_BENCH {
 
-/// How many allocations operation makes; below 0 in the program that measures time.
+/// How many allocations `operation` makes; below 0 in the program that measures time.
 double CountAllocations(const std::function<void()>& operation);
 
 /// What is measured, and on what.
@@ -26,7 +26,7 @@ struct Subject {
     std::size_t bytes = 0;  ///< of identifiers, read or written in one walk
 };
 
-/// Measures call, a function object with texts and records of its own, of which every thread gets a copy.
+/// Measures `call`, a function object with texts and records of its own, of which every thread gets a copy.
 template <class Input, class Call>
 benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>& subject, const std::string& variant,
                                     const Call& call) {
@@ -53,7 +53,7 @@ benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>&
     return benchmark::RegisterBenchmark(name.c_str(), measure)->UseRealTime();
 }
 
-/// Measures library, on one and on two threads, beside literal.
+/// Measures `library`, on one and on two threads, beside `literal`.
 template <class Input, class Library, class Literal>
 void AddPair(Subject<Input> subject, const Library& library, const Literal& literal) {
     const auto shared = std::make_shared<const Subject<Input>>(std::move(subject));

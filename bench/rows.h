@@ -116,7 +116,7 @@ struct WriteCall {
     }
 };
 
-/// The record that thing's reader makes of fdn.
+/// The record that the reader of `thing` makes of `fdn`.
 template <class Record>
 Record ReadRecord(std::string_view thing, const std::string& fdn) {
     using NS_UTIL::ResIDUtil;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include <kx_domain_util/fbtype.h>

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include <kx_domain_util/devicedomainmgr.h>
 

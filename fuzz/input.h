@@ -22,7 +22,7 @@ inline std::string_view ToText(const std::uint8_t* data, std::size_t size) {
     std::abort();
 }
 
-/// Fails unless both are equal; of tells what of which input was looked at.
+/// Fails unless both are equal; the message names `what` was looked at, and `of` which input.
 template <class Actual, class Expected, class Of>
 void ExpectEqual(const Actual& actual, const Expected& expected, std::string_view what, const Of& of) {
     if (!(actual == expected)) {

@@ -21,7 +21,7 @@ public:
     FdnWriter(const FdnWriter&) = delete;
     FdnWriter& operator=(const FdnWriter&) = delete;
 
-    /// Appends text as it is.
+    /// Appends `text` as it is.
     FdnWriter& Text(std::string_view text) {
         if (text.size() > m_gathered.size() - m_size) {
             HandEarly(text);
@@ -51,7 +51,8 @@ public:
     /// Hands what was gathered to the caller's string.
     void Flush() { Hand({}); }
 
-    /// The answer of question, which asks a service. When it throws, the caller gets what was written up to here.
+    /// Returns the answer of `question`, which asks a service. When it throws, the caller gets what was written up to
+    /// here.
     template <class Question>
     auto Ask(Question question) {
         try {

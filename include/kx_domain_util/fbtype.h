@@ -20,7 +20,7 @@ KX_DOMAIN_UTIL_API bool IsPTNAIDFBType(int fbType);
 /// `kind` is 3; no other type is.
 KX_DOMAIN_UTIL_API bool IsPortObjByFbType(const int& fbType, const int& kind);
 
-/// Whether the type is that of a logical port: above 65535.
+/// Whether `type` is that of a logical port: above 65535.
 KX_DOMAIN_UTIL_API bool IsLogicalPortByType(int type);
 
 /// The lower-case word of a domain id, "sdh" to "ptn"; "UNKNOWN" when the id is not assigned.

@@ -62,7 +62,7 @@ public:
     /// Copies the sub-value at `index` (from 0) of the level `tag` into `value`. False, and `value` untouched, when
     /// there is no such level or sub-value; a negative `index` finds nothing.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, std::string& value, int index);
-    /// The same as a number. A sub-value that is no number still answers true.
+    /// The same as a number. A sub-value that is no number still gives true.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value, int index);
     /// The same for the first sub-value.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value);

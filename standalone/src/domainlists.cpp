@@ -1,6 +1,7 @@
 #include "domainlists.h"
 
 #include <list>
+#include <map>
 #include <stdexcept>
 
 #include <kx_domain_util/devicedomainmgr.h>

@@ -15,18 +15,18 @@ namespace NS_STANDALONE {
 /// Answers from an inventory that is held in memory. A query costs one look-up and takes no lock.
 class InventoryService final : public NS_SERVICE::InventoryBufif {
 public:
-    /// missingNe: see `HostOptions`.
+    /// `missingNe`: see `HostOptions`.
     explicit InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe = {});
 
-    /// Puts inventory in the place of what was there. One thread at a time; queries go on meanwhile.
+    /// Puts `inventory` in the place of what was there. One thread at a time; queries go on meanwhile.
     void Replace(const Inventory& inventory);
 
-    /// flag plays no part.
+    /// `flag` plays no part.
     bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override;
     bool IsOamNumberOmitted(int neId) override;
     bool IsIPServiceNEType(unsigned short neType) override;
     bool IsKLVNEType(unsigned short neType) override;
-    /// What is recorded of the NE; neType plays no part.
+    /// What is recorded of the NE; `neType` plays no part.
     bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override;
 
 private:
@@ -47,7 +47,7 @@ private:
         NeTypeSet m_klv;
     };
 
-    // The NE's row in table, or null, of which missingNe is told.
+    // The NE's row in `table`; null, and `missingNe` is told, when there is none.
     const NeRow* FindNe(const Table& table, std::int64_t neId) const;
 
     Published<Table> m_table;

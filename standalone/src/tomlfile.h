@@ -16,7 +16,7 @@ struct TomlFile {
     std::vector<std::string> misfits;  ///< one error text, with its place, for each top-level item of another type
 };
 
-/// Throws std::runtime_error with "file:line:column: " and the cause when file cannot be parsed.
+/// Throws std::runtime_error with "file:line:column: " and the cause when `file` cannot be parsed.
 TomlFile ReadTomlFile(const std::filesystem::path& file);
 
 }  // namespace NS_STANDALONE

@@ -1,7 +1,6 @@
 #include <array>
 #include <barrier>
 #include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <string>

@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>

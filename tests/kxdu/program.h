@@ -29,7 +29,7 @@ protected:
         return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
     }
 
-    /// Runs a command of the shell in which "kxdu" stands for the program, with input as its standard input. No
+    /// Runs a command of the shell in which "kxdu" stands for the program, with `input` as its standard input. No
     /// variable that the program reads is set.
     [[nodiscard]] Ended Shell(const std::string& command, const std::string& input = {}) const {
         const NS_TEST::TemporaryFolder streams;

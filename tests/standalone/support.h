@@ -4,7 +4,6 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,7 +15,7 @@
 
 namespace NS_TEST {
 
-/// The text of the std::runtime_error that action throws; a failure when it throws none.
+/// The text of the std::runtime_error that `action` throws; a failure when it throws none.
 template <class Action>
 std::string ErrorOf(Action action) {
     try {
@@ -28,7 +27,7 @@ std::string ErrorOf(Action action) {
     return {};
 }
 
-/// The service registered under name; null when there is none.
+/// The service registered under `name`; null when there is none.
 template <class Service>
 Service* FindService(const std::string& name) {
     const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
@@ -40,7 +39,7 @@ Service* FindService(const std::string& name) {
     return nullptr;
 }
 
-/// A file that holds inventory.
+/// A file that holds `inventory`.
 inline std::filesystem::path MakeInventory(const std::filesystem::path& file,
                                            const NS_STANDALONE::Inventory& inventory) {
     NS_STANDALONE::CreateInventory(file);

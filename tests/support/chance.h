@@ -19,7 +19,7 @@ public:
         mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBU;
         return mixed ^ (mixed >> 31U);
     }
-    /// From 0 to bound - 1.
+    /// From 0 to `bound` - 1.
     std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(Next() % bound); }
     /// True once in `times`.
     bool Once(std::size_t times) { return Below(times) == 0; }

@@ -41,7 +41,7 @@ NS_UTIL::MocLvlValueMap ParseBy(By /*conversions*/, const std::string& fdn) {
     return map;
 }
 
-/// Calls visit with each reader's row.
+/// Calls `visit` with each reader's row.
 template <class Visit>
 void ForEachReader(Visit visit) {
     using NS_UTIL::ResIDUtil;
@@ -110,7 +110,7 @@ struct Writer {
     Function literal;
 };
 
-/// write is called with the class to convert by, as a std::type_identity.
+/// `write` is called with the class to convert by, as a std::type_identity.
 template <class Record, class Write>
 Writer<Record> MakeWriter(std::string_view name, std::string_view flagName, Write write) {
     const auto by = [write](auto conversions) {
@@ -121,7 +121,7 @@ Writer<Record> MakeWriter(std::string_view name, std::string_view flagName, Writ
     return {name, flagName, by(std::type_identity<NS_UTIL::ResIDUtil>{}), by(std::type_identity<LiteralResIDUtil>{})};
 }
 
-/// Calls visit with each writer's row.
+/// Calls `visit` with each writer's row.
 template <class Visit>
 void ForEachWriter(Visit visit) {
     using namespace NS_DOMAIN;

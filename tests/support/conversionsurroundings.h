@@ -67,7 +67,7 @@ private:
     std::optional<Registration> m_dataAccessRegistration;
 };
 
-/// Whether convert was stopped by a missing service.
+/// Whether `convert` was stopped by a missing service.
 template <class Convert>
 bool LacksService(Convert convert) {
     try {

@@ -16,7 +16,7 @@ public:
     static constexpr int ERROR = EDEADLK;
 
     FailingLocks() noexcept;
-    /// Before a lock fails meanwhile runs, which may take locks: what another thread may have done by then.
+    /// Before a lock fails, `meanwhile` runs, which may take locks: what another thread may have done by then.
     explicit FailingLocks(std::function<void()> meanwhile) noexcept;
     ~FailingLocks();
     FailingLocks(const FailingLocks&) = delete;

@@ -35,7 +35,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Makes the folders that file is to be in, too.
+/// Writes `file`, and makes the folders that it is in.
 inline void WriteFile(const std::filesystem::path& file, const std::string& text) {
     std::filesystem::create_directories(file.parent_path());
     if (!(std::ofstream(file, std::ios::binary) << text).flush()) {

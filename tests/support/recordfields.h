@@ -282,14 +282,14 @@ concept HasFields = requires {
     RecordFields<Record>::LIST;
 };
 
-/// Calls visit(name, value) for each field of record, which may be const.
+/// Calls `visit(name, value)` for each field of `record`, which may be const.
 template <class Record, class Visit>
 void ForEachField(Record& record, Visit visit) {
     std::apply([&](const auto&... field) { (visit(field.name, record.*field.member), ...); },
                RecordFields<std::remove_const_t<Record>>::LIST);
 }
 
-/// Writes record as "Name{field=1 text="abc"}", so that a failed comparison shows what differs.
+/// Writes `record` as "Name{field=1 text="abc"}", so that a failed comparison shows what differs.
 template <HasFields Record>
 void Print(std::ostream& out, const Record& record) {
     out << RecordFields<Record>::NAME << '{';

@@ -17,7 +17,7 @@
 
 namespace NS_TEST {
 
-/// rounds, or a sixth of them.
+/// `rounds`, or a sixth of them.
 constexpr std::size_t Scaled(std::size_t rounds) {
 #ifdef KX_TEST_FEWER_ROUNDS
     return rounds / 6;

@@ -4,7 +4,6 @@
 
 #include <map>
 #include <set>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -42,7 +41,7 @@ public:
     std::map<std::int64_t, std::uint32_t> NumberMap(const char* member) const;
     std::vector<std::int64_t> Numbers(const char* member) const;
 
-    /// Overwrites the fields of record that member names; a name that record has not throws.
+    /// Overwrites the fields of `record` that `member` names. Throws for a name that `record` does not have.
     template <class Record>
     void Overwrite(const char* member, Record& record) const {
         if (Has(member)) {
@@ -50,7 +49,7 @@ public:
         }
     }
 
-    /// Throws unless every member is one of known, so that a misspelt one does not go unnoticed.
+    /// Throws unless every member is one of `known`, so that a misspelt one does not go unnoticed.
     void AllowOnly(const std::set<std::string_view>& known) const;
 
 private:

@@ -15,7 +15,7 @@ inline constexpr std::size_t LONGEST_LINE = std::size_t{1} << 20U;
 /// Some whole lines of one input. Its memory is kept when it is filled anew.
 struct InputBlock {
     std::vector<char> memory;
-    std::size_t size = 0;         ///< of the text at the beginning of memory
+    std::size_t size = 0;         ///< of the text at the beginning of `memory`
     std::string_view inputName;   ///< as messages show it; lives as long as the reader
     std::size_t firstLine = 1;    ///< the number of the first line
     bool isTooLongLine = false;   ///< stands for one line that was not held; there is no text
@@ -28,16 +28,16 @@ struct InputBlock {
 /// of its text.
 class BlockReader {
 public:
-    /// Reads standard input when there are no files, and in place of the file "-". Blocks have about `blockSize` bytes.
+    /// Reads standard input when there are no `files`, and in place of the file "-". Blocks have about `blockSize` bytes.
     /// A line of more than `longestLine` bytes is not held.
     BlockReader(std::vector<std::string> files, std::size_t blockSize, std::size_t longestLine = LONGEST_LINE);
     ~BlockReader();
     BlockReader(const BlockReader&) = delete;
     BlockReader& operator=(const BlockReader&) = delete;
 
-    /// Fills block with the next lines; false when there are none. Lines that arrive slowly do not wait until a block
-    /// is full. A block is larger than blockSize only where a line is. Throws `Failure` with `ExitCode::USAGE` when an
-    /// input cannot be read.
+    /// Fills `block` with the next lines; false when there are none. Lines that arrive slowly do not wait until a block
+    /// is full. A block is larger than `blockSize` only where a line is. Throws `Failure` with `ExitCode::USAGE` when
+    /// an input cannot be read.
     bool Next(InputBlock& block);
 
     /// Bytes that all inputs have together; 0 when that is not known beforehand.

@@ -17,7 +17,7 @@ struct BulkOptions {
     bool isProgressHidden = false;   ///< no progress bar, where standard error is a terminal
 };
 
-/// Adds input files to verb, as its positional arguments.
+/// Adds input files to `verb`, as its positional arguments.
 void AddInputFiles(Verb& verb, BulkOptions& options);
 /// Adds them as an option, for verbs that have other positional arguments.
 void AddInputOption(Verb& verb, BulkOptions& options);

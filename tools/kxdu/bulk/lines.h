@@ -8,7 +8,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "bulk/bulkoptions.h"
 #include "exitcode.h"
@@ -23,7 +22,7 @@ public:
     /// What goes to the output.
     TextBuffer output;
 
-    /// Reports something about the current line, as "file:line: reason", or "file:line:column: reason" when column
+    /// Reports something about the current line, as "file:line: reason", or "file:line:column: reason" when `column`
     /// (from 1) is not 0.
     void Report(std::string_view reason, std::size_t column = 0);
 
@@ -51,8 +50,8 @@ private:
 class LineConverter {
 public:
     virtual ~LineConverter() = default;
-    /// line has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. Of verbatim work it may
-    /// be empty, and have NUL bytes and a carriage return at its end.
+    /// `line` has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. Of verbatim work it
+    /// may be empty, and have NUL bytes and a carriage return at its end.
     virtual void Convert(std::string_view line, LineResult& result) = 0;
 };
 
@@ -79,9 +78,10 @@ struct LineWork {
 };
 
 /// Runs the work. `ExitCode::FOUND` when there was a finding. Throws `Failure` as the parts do, and with
-/// `ExitCode::USAGE` when one file would be written over another that is read or written. What a converter throws ends
-/// the run at its line: what comes before is written, to standard output at least, since no file appears. A `Failure`
-/// of a converter gets "file:line: " in front of its text.
+/// `ExitCode::USAGE` when one file would be written over another that is read or written.
+///
+/// An exception from a converter ends the run. Earlier lines have been written if the output is standard output; a
+/// named output file does not appear. A `Failure` of a converter gets "file:line: " in front of its text.
 ExitCode RunLines(const BulkOptions& options, const LineWork& work);
 
 }  // namespace NS_KXDU

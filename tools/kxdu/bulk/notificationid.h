@@ -13,17 +13,17 @@ namespace NS_KXDU {
 class NotificationIdReader {
 public:
     virtual ~NotificationIdReader() = default;
-    /// None where the line has no identifier in its place.
+    /// The identifier of `line`; none where the line has none in its place.
     virtual std::optional<int> Read(std::string_view line) = 0;
 };
 
 /// Fields are what stands between blanks and tabs, one or more of them; a carriage return counts as a blank. Such a
 /// reader takes the first field that is an identifier.
 std::unique_ptr<NotificationIdReader> MakeFirstNumberReader();
-/// Takes the field with this number, counted from 1.
+/// Takes the field number `field`, counted from 1.
 std::unique_ptr<NotificationIdReader> MakeFieldReader(std::size_t field);
-/// Takes the first member called key of the JSON object that the line is: a number, or a text that is one. The line is
-/// not looked at behind it.
+/// Takes the first member called `key` of the JSON object that the line is: a number, or a text that is one. The line
+/// is not looked at behind it.
 std::unique_ptr<NotificationIdReader> MakeJsonMemberReader(const std::string& key);
 
 }  // namespace NS_KXDU

@@ -1,6 +1,7 @@
 #include "bulk/progress.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <string>
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 
 namespace NS_KXDU {
@@ -9,7 +8,7 @@ namespace NS_KXDU {
 /// A bar on standard error that tells how far a run is and how fast it goes; one line that is gone when the run ends.
 class Progress {
 public:
-    /// totalBytes 0: not known.
+    /// `totalBytes` 0: not known.
     Progress(bool isShown, std::uint64_t totalBytes);
     ~Progress();
     Progress(const Progress&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <set>
@@ -9,13 +10,13 @@
 
 namespace NS_KXDU {
 
-/// The NEs that the inventory was asked about and does not have, of which the user is to hear once. Any thread.
+/// The NEs that the inventory was asked about and does not have, which the user is told once. Any thread.
 class MissingNes {
 public:
-    /// So many are remembered, whatever the inventory lacks.
+    /// At most this many are remembered.
     static constexpr std::size_t MOST = 10'000;
 
-    /// consequence: what comes of it; in general what depends on their type goes by type 0.
+    /// `consequence`: what comes of it, for the message; in general such an NE is treated as NE type 0.
     explicit MissingNes(std::string consequence = "taken to be of NE type 0") : m_consequence(std::move(consequence)) {}
 
     void Note(std::int64_t neId);

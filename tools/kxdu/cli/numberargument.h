@@ -9,8 +9,8 @@
 
 namespace NS_KXDU {
 
-/// An argument that is a decimal number up to largest. Throws `Failure` with `ExitCode::USAGE` for any other;
-/// adviceOnName tells what to do with a name.
+/// An argument that is a decimal number up to `largest`. Throws `Failure` with `ExitCode::USAGE` for any other;
+/// `adviceOnName` tells what to do with a name.
 inline int ParseNumber(const std::string& argument, int largest = std::numeric_limits<int>::max(),
                        const std::string& adviceOnName = {}) {
     const auto number = ReadNumber(argument);

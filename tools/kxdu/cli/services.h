@@ -3,7 +3,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <kx_domain_util/processexception.h>
@@ -23,17 +22,17 @@ struct ServiceOptions {
     std::string config;     ///< folder; empty: none
 };
 
-/// Adds `--inventory` to verb, with its environment variable.
+/// Adds `--inventory` to `verb`, with its environment variable.
 void AddInventoryOption(Verb& verb, std::string& inventory);
-/// Adds `--config` to verb, with its environment variable.
+/// Adds `--config` to `verb`, with its environment variable.
 void AddConfigOption(Verb& verb, std::string& config);
 /// Adds both.
 void AddServiceOptions(Verb& verb, ServiceOptions& options);
 
-/// What of it an output must not replace.
+/// The files of these services, which an output must not replace.
 std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
-/// The services, for as long as it lives. Notes in missing, unless it is null, which NEs the inventory is asked about
+/// The services, for as long as it lives. Notes in `missing`, unless it is null, which NEs the inventory is asked about
 /// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded; it also tells when the environment named
 /// the file, and how to get an inventory where there is none.
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
@@ -46,7 +45,7 @@ NS_STANDALONE::Inventory ReadInventory(const std::string& file);
 [[noreturn]] void ComplainOfInventory(const std::string& file, const std::string& complaint,
                                       const std::string& source = {});
 
-/// Runs use, which opens an inventory that an argument names. Throws as above.
+/// Calls `use`, which opens an inventory that an argument names. Throws as above.
 template <class Use>
 auto OpeningInventory(const std::string& file, Use use) {
     try {
@@ -61,7 +60,7 @@ auto OpeningInventory(const std::string& file, Use use) {
 /// The same for a configuration.
 [[noreturn]] void ComplainOfNoConfiguration();
 
-/// Runs read, which reads an identifier: what it may miss is the configuration.
+/// Calls `read`, which reads an identifier, and turns a missing service into the failure that asks for a configuration.
 template <class Read>
 void Reading(Read read) {
     try {
@@ -71,7 +70,7 @@ void Reading(Read read) {
     }
 }
 
-/// Runs write, which writes an identifier: what it may miss is the inventory.
+/// Calls `write`, which writes an identifier, and turns a missing service into the failure that asks for an inventory.
 template <class Write>
 void Writing(Write write) {
     try {

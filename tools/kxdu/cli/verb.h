@@ -53,11 +53,11 @@ public:
                        const std::string& help);
     VerbOption AddTexts(const std::string& names, const std::string& valueName, std::vector<std::string>& texts,
                         const std::string& help);
-    /// Hands the value to take, which answers what is wrong with it, or nothing.
+    /// Passes the value to `take`, which returns what is wrong with it, or an empty text when it is accepted.
     VerbOption AddChecked(const std::string& names, const std::string& valueName,
                           std::function<std::string(const std::string&)> take, const std::string& help);
 
-    /// Adds an option that takes a decimal number from lowest to largest.
+    /// Adds an option that takes a decimal number from `lowest` to `largest`.
     template <class Number>
     VerbOption AddNumber(const std::string& names, Number& number, const std::string& help, std::uint64_t lowest = 0,
                          std::uint64_t largest = std::uint64_t{std::numeric_limits<Number>::max()}) {

@@ -17,10 +17,10 @@ using Action = std::function<ExitCode()>;
 /// Stands behind every complaint about the command line.
 inline constexpr auto HELP_HINT = "\nRun with --help to see what there is.";
 
-/// What to tell somebody who asked app for a verb that it does not have.
+/// What to tell somebody who asked `app` for a verb that it does not have.
 std::string UnknownVerb(const CLI::App& app, const std::string& verb);
 
-/// Each adds one verb with its options, its help and its examples to app, and sets action when the verb was chosen.
+/// Each adds one verb with its options, its help and its examples to `app`, and sets `action` when the verb was chosen.
 void AddDecode(CLI::App& app, Action& action);
 void AddEncode(CLI::App& app, Action& action);
 void AddCheck(CLI::App& app, Action& action);

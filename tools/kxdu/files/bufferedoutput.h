@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -24,8 +26,6 @@ public:
         Flush();
         m_output.Complete();
     }
-
-    [[nodiscard]] bool IsTerminal() const { return m_output.IsTerminal(); }
 
     /// Hands over what was given until now. Throws as above.
     void Flush() {

@@ -16,12 +16,12 @@ using CsvRow = std::vector<std::string>;
 /// ends and doubled quotes.
 class CsvReader {
 public:
-    /// name stands in messages for the text, which is only looked at.
+    /// `name` stands in messages for `text`, which must outlive the reader.
     CsvReader(std::string name, std::string_view text) : m_name(std::move(name)), m_text(text) {}
 
-    /// Gives the next row; false behind the last. Throws std::runtime_error, its text as `Complain` makes it, at a
-    /// quote in the middle of a field, a quoted field that does not end or goes on behind its quote, a lone CR, and a
-    /// NUL byte.
+    /// Reads the next row into `row`; false behind the last. Throws std::runtime_error, its text as `Complain` makes
+    /// it, at a quote in the middle of a field, a quoted field that does not end or goes on behind its quote, a lone
+    /// CR, and a NUL byte.
     bool Next(CsvRow& row);
 
     /// Throws std::runtime_error "name:line: reason" for the row that was read last.
@@ -40,7 +40,7 @@ private:
     std::size_t m_rowLine = 1;  // where the row began
 };
 
-/// Appends a field, quoted where it must be.
+/// Appends `field` to `out`, quoted where it must be.
 void AppendCsvField(std::string_view field, TextBuffer& out);
 
 /// A row as a line, ended by LF.

@@ -13,18 +13,19 @@ namespace NS_KXDU {
 /// and pipes that are given by name are written as they are.
 class Output {
 public:
-    /// Standard output when file is empty or "-". Throws `Failure` with `ExitCode::OUTPUT`.
+    /// Standard output when `file` is empty or "-". Throws `Failure` with `ExitCode::OUTPUT`.
     explicit Output(const std::filesystem::path& file);
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Hands text over at once. Throws `ClosedPipe`, or `Failure` with `ExitCode::OUTPUT`.
+    /// Hands `text` over at once. Throws `ClosedPipe`, or `Failure` with `ExitCode::OUTPUT`.
     void Write(std::string_view text);
 
     /// Lets the file appear. Throws `Failure` as above.
     void Complete();
 
+    /// Whether what is written is shown on a terminal.
     [[nodiscard]] bool IsTerminal() const;
 
 private:
@@ -34,7 +35,7 @@ private:
     int m_descriptor = -1;
 };
 
-/// Writes a text that is all there is. Throws as `Output` does.
+/// Writes `text` as the whole of `file`. Throws as `Output` does.
 void WriteWhole(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace NS_KXDU

@@ -11,7 +11,7 @@ namespace NS_KXDU {
 /// interrupted (SIGINT, SIGTERM, SIGHUP).
 class TemporaryFile {
 public:
-    /// Throws `Failure` with `ExitCode::OUTPUT`.
+    /// Makes the file beside `target`. Throws `Failure` with `ExitCode::OUTPUT`.
     explicit TemporaryFile(std::filesystem::path target);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;

@@ -5,6 +5,7 @@
 
 namespace NS_KXDU {
 
+/// The line of column names, with its end.
 std::string MakeColumnHeader(const Layout& layout);
 
 /// For all formats but JSON lines.

@@ -14,7 +14,7 @@ protected:
     void Text(std::string_view name, std::string_view text) override { Take(Whole(name), text); }
 
 private:
-    /// Both are valid during the call alone.
+    /// Both are valid only during the call.
     virtual void Take(std::string_view name, std::string_view text) = 0;
 
     void Number(std::string_view name, std::int64_t number) override { Take(Whole(name), std::to_string(number)); }

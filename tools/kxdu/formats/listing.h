@@ -22,7 +22,7 @@ struct ListingOptions;
 /// number of them takes little memory.
 class Listing {
 public:
-    /// What stands where there is no value: reason for people; programs get an empty field or null.
+    /// What stands where there is no value: `reason` for people; programs get an empty field or null.
     struct None {
         std::string reason = "-";
     };
@@ -32,19 +32,20 @@ public:
     /// TABLE and MARKDOWN say yes and no; CSV, quoted as in RFC 4180, and JSON lines say true and false.
     enum class Format { TABLE, CSV, JSONL, MARKDOWN };
 
-    /// So many rows of TABLE and MARKDOWN wait until they have told how wide the columns are and which hold numbers.
+    /// At most this many rows of TABLE and MARKDOWN wait, until they have shown how wide the columns are and which hold
+    /// numbers.
     static constexpr std::size_t MEASURED_ROWS = 10'000;
 
-    /// preface: text in front of the listing. Throws, like `AddRow` and `Complete`, as `Output` does.
+    /// `preface`: text in front of the listing. Throws, like `AddRow` and `Complete`, as `Output` does.
     Listing(std::vector<std::string> columns, const ListingOptions& options, std::string_view preface = {});
     ~Listing();
     Listing(const Listing&) = delete;
     Listing& operator=(const Listing&) = delete;
 
-    /// row: one cell for each column.
+    /// `row`: one cell for each column.
     void AddRow(Row row);
 
-    /// Ends the listing, with a text behind it. It is not complete without.
+    /// Ends the listing, with `footer` behind it. Without this call it is not complete.
     void Complete(std::string_view footer = {});
     /// Ends a listing of answers to what was asked, a row or more for each: `ExitCode::FOUND` when there is a silent
     /// one.
@@ -73,7 +74,7 @@ struct ListingOptions {
     std::string output;  ///< empty: standard output
 };
 
-/// Adds `--format` and `--output` to verb.
+/// Adds `--format` and `--output` to `verb`.
 void AddListingOptions(Verb& verb, ListingOptions& options);
 
 }  // namespace NS_KXDU

@@ -5,6 +5,7 @@
 #include "formats/recordformat.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include <rapidjson/writer.h>
 

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "identifiers/kinds.h"
@@ -14,7 +13,7 @@ namespace NS_KXDU {
 class RecordFormat {
 public:
     virtual ~RecordFormat() = default;
-    /// Appends to out what kind reads from fdn. What fails half-way leaves out as it was.
+    /// Appends to `out` what `kind` reads from `fdn`. If this throws, `out` is unchanged.
     virtual void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) = 0;
 };
 
@@ -29,6 +28,7 @@ struct Layout {
 /// The line ahead of all others, with its end; empty when the format has none.
 std::string MakeHeader(const Layout& layout);
 
+/// The format that `layout` asks for.
 std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout);
 
 }  // namespace NS_KXDU

@@ -14,15 +14,17 @@ namespace NS_KXDU {
 /// missing. Its memory is kept for the next line.
 class RecordLine : private RecordSource {
 public:
-    /// Throws BadRecord; what was parsed before is gone then.
+    /// Replaces what was parsed before by `line`. Throws `BadRecord`; what was parsed before is gone even
+    /// then.
     void Parse(std::string_view line);
 
     /// The identifier beside the record; empty when there is none.
     [[nodiscard]] std::string_view Fdn() const noexcept { return m_fdn; }
+    /// The type of the record.
     [[nodiscard]] std::string_view Type() const noexcept { return m_type; }
 
-    /// Writes the record's identifier into fdn. Every field of the record must be there, and no other. Throws BadRecord
-    /// and what `Kind::Encode` throws.
+    /// Writes the record's identifier into `fdn`. Every field of the record must be there, and no other. Throws
+    /// `BadRecord` and what `Kind::Encode` throws.
     void Encode(const Kind& kind, std::string& fdn) { kind.Encode(*this, fdn); }
 
 private:

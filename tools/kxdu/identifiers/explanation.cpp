@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
+#include <utility>
 
 #include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/fdnscanner.h>

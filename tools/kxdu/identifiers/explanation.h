@@ -3,8 +3,6 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 #include <kx_standalone/inventoryfile.h>
@@ -32,7 +30,7 @@ struct Explanation {
     bool isCanonical = false;          ///< nothing is noted, and the library writes what was read just so
 };
 
-/// Explains fdn as an identifier of this kind; null: nothing reads it. The names of NE types are taken from inventory,
+/// Explains `fdn` as an identifier of `kind`; null: nothing reads it. The names of NE types are taken from `inventory`,
 /// which may be null. The services that readers and writers ask may be missing; a note tells so then.
 Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALONE::Inventory* inventory);
 

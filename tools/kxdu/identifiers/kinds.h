@@ -2,8 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -29,8 +27,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Gives the fields of a record, each when it is asked for. What a field cannot take, or is not there, is thrown as
-/// `BadRecord`.
+/// Gives the fields of a record, each when it is asked for. Throws `BadRecord` for a value that its field cannot take
+/// and for one that is not there.
 class RecordSource {
 public:
     virtual ~RecordSource() = default;
@@ -54,27 +52,27 @@ public:
     /// The name under which records of this kind are written and `--as` finds it.
     [[nodiscard]] std::string_view Type() const noexcept { return m_type; }
 
-    /// Reads fdn into a fresh record and shows the record to sink.
+    /// Reads `fdn` into a fresh record and shows the record to `sink`.
     virtual void Decode(const std::string& fdn, RecordSink& sink) const = 0;
-    /// Fills a fresh record from source and writes it into fdn. Throws `BadRecord` for what source does not give, and
-    /// for a record whose fields contradict the text that it keeps.
+    /// Fills a fresh record from `source` and writes it into `fdn`. Throws `BadRecord` for what `source` does not give,
+    /// and for a record whose fields contradict the text that it keeps.
     virtual void Encode(RecordSource& source, std::string& fdn) const = 0;
-    /// Reads fdn and writes what was read into canonical.
+    /// Reads `fdn` and writes what was read into `canonical`.
     virtual void Rewrite(const std::string& fdn, std::string& canonical) const = 0;
-    /// Shows a record that knows nothing to sink.
+    /// Shows a record that knows nothing to `sink`.
     virtual void Describe(RecordSink& sink) const = 0;
 
 private:
     std::string_view m_type;
 };
 
-/// The tag of the last level of fdn, up to its first "=": its MOC.
+/// The tag of the last level of `fdn`, up to its first "=": its MOC.
 std::string_view MocOf(std::string_view fdn);
 
-/// The kind that fdn is of; null when its last level means none.
+/// The kind of `fdn`; null when its last level means none.
 const Kind* FindKind(std::string_view fdn);
 
-/// The kind of this type name; null when there is none.
+/// The kind whose type is called `type`; null when there is none.
 const Kind* FindKindByType(std::string_view type);
 
 /// All kinds, containers first.

@@ -14,8 +14,8 @@ struct Problem {
     bool lacksSubValues = false;  ///< it is a level that has several, and less than it must have
 };
 
-/// Tells report each place where fdn is not well formed, has a tag that nobody knows, a sub-value that is out of range,
-/// or a level twice. Of very many in one identifier only the first few are told.
+/// Calls `report` for each place where `fdn` is not well formed, has an unknown tag, a sub-value that is out of range,
+/// or a level twice. Of very many in one identifier only the first few are reported.
 void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
 }  // namespace NS_KXDU

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 
 #include <kx_domain_util/domainindex.h>
 
@@ -43,7 +44,7 @@ struct Field {
 template <class Record, class Value>
 Field(const char*, Value Record::*) -> Field<Record, Value>;
 
-/// The fields of Record, in the order of their declaration.
+/// The fields of `Record`, in the order of their declaration.
 template <class Record>
 inline constexpr std::tuple<> FIELDS{};
 
@@ -238,7 +239,7 @@ constexpr bool IsSubValue(std::string_view field) {
     return field == "portLabel" || field == "mdName" || field == "maName" || field == "mipName";
 }
 
-/// Calls visit(name, value) for each field of record in turn.
+/// Calls `visit(name, value)` for each field of `record` in turn.
 template <class Record, class Visit>
 void ForEachField(Record& record, Visit visit) {
     std::apply([&](const auto&... field) { (visit(field.name, record.*field.member), ...); },

@@ -38,10 +38,10 @@ public:
     /// The type of an NE; any number is an NE of the network.
     [[nodiscard]] const SampleNeType& NeType(std::int32_t neId) const noexcept;
 
-    /// Draws one NE into ne, in place of what it held.
+    /// Draws the NE `neId` into `ne`, in place of what it held.
     void DrawNe(std::int32_t neId, SampleNe& ne) const;
 
-    /// The inventory of the NEs from 1 to neCount.
+    /// The inventory of the NEs from 1 to `neCount`.
     [[nodiscard]] NS_STANDALONE::Inventory MakeInventory(std::int32_t neCount) const;
 
 private:

@@ -18,12 +18,12 @@ public:
         return word ^ (word >> 31U);
     }
 
-    /// A number from 0 to bound - 1; bound is above 0.
+    /// A number from 0 to `bound` - 1; `bound` is above 0.
     std::uint32_t Below(std::uint32_t bound) noexcept {
         return static_cast<std::uint32_t>((Next() >> 32U) * bound >> 32U);
     }
 
-    /// A number from lowest to highest, both included.
+    /// A number from `lowest` to `highest`, both included.
     std::int32_t Between(std::int32_t lowest, std::int32_t highest) noexcept {
         return lowest + static_cast<std::int32_t>(Below(static_cast<std::uint32_t>(highest - lowest) + 1));
     }
@@ -31,7 +31,7 @@ public:
     /// True once in `times`.
     bool OneIn(std::uint32_t times) noexcept { return Below(times) == 0; }
 
-    /// One of the elements of a container that is not empty.
+    /// One of the elements of `container`, which is not empty.
     template <class Container>
     const auto& OneOf(const Container& container) noexcept {
         return container[Below(static_cast<std::uint32_t>(container.size()))];

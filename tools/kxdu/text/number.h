@@ -11,13 +11,13 @@ namespace NS_KXDU {
 /// What a number of 32 bits can be, for messages.
 inline constexpr const char* RANGE_OF_32_BITS = "from -2147483648 to 2147483647";
 
-/// Whether text is a whole number in decimal digits, maybe behind a "-", of any length.
+/// Whether `text` is a whole number in decimal digits, maybe behind a "-", of any length.
 inline bool IsDecimal(std::string_view text) noexcept {
     const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
     return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// All of text as a decimal number; false, and number is of no use, when it is none or one that Number cannot be.
+/// Reads all of `text` as a decimal number. False, and `number` is not to be used, when it is none or out of range.
 template <class Number>
 bool ReadWhole(std::string_view text, Number& number) noexcept {
     const char* const end = text.data() + text.size();
@@ -25,7 +25,7 @@ bool ReadWhole(std::string_view text, Number& number) noexcept {
     return error == std::errc() && behind == end;
 }
 
-/// Text that is nothing but decimal digits, as a number up to 2147483647.
+/// `text` as a number up to 2147483647; none unless it is nothing but decimal digits.
 inline std::optional<int> ReadNumber(std::string_view text) noexcept {
     unsigned number = 0;
     if (!ReadWhole(text, number) || number > std::numeric_limits<int>::max()) {

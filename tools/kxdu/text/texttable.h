@@ -14,12 +14,12 @@ public:
     struct Column {
         std::string head;
         Align align = Align::LEFT;
-        std::size_t width = 0;  ///< at least; room for the head is there in any case
+        std::size_t width = 0;  ///< the least; there is room for the head in any case
     };
 
     explicit TextTable(std::vector<Column> columns);
 
-    /// Makes room for a row. cells: one for each column, printable.
+    /// Makes room for a row. `cells`: one for each column, printable.
     void Measure(const std::vector<std::string>& cells);
 
     /// The head and a rule, two lines ended by LF.
