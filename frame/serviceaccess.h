@@ -24,9 +24,9 @@ inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::DAWSvcInterface>{"DAW
 template <>
 inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::LogSvcInterface>{"LogSvcInterface"};
 
-/// The default of a search for a service of this type: made on first use, never freed. Every search of the system has
-/// one, and finds it instead of null. It has none of the typed interfaces, so a search that ends with it has found
-/// nothing.
+/// The default of a search for a service of this type: every search of the system has one, with which it ends when
+/// there is no service. Made on first use, never freed. It has none of the typed interfaces, so a search that ends with
+/// it has found nothing.
 template <class Interface>
 NS_BUNDLEMGR1::ServiceInterface* GetPlaceholder() {
     static std::atomic<NS_BUNDLEMGR1::ServiceInterface*> placeholder{nullptr};

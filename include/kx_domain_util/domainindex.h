@@ -15,12 +15,14 @@ namespace NS_DOMAIN {
 
 // ---- Equipment ------------------------------------------------------------------------------------------------------
 
+/// A management system.
 struct OSIndex {
     std::int32_t osId = -1;  ///< "OS"
 
     bool operator==(const OSIndex&) const = default;
 };
 
+/// A container of NEs.
 struct ONEIndex {
     std::int32_t reserved = 0;
     std::int32_t oneId = -1;  ///< "ONE"
@@ -28,6 +30,7 @@ struct ONEIndex {
     bool operator==(const ONEIndex&) const = default;
 };
 
+/// A network element.
 struct NEIndex {
     std::int32_t reserved = 0;
     std::int32_t neId = -1;  ///< "NE"
@@ -35,6 +38,7 @@ struct NEIndex {
     bool operator==(const NEIndex&) const = default;
 };
 
+/// A shelf of an NE.
 struct ShelfIndex {
     std::int32_t reserved = 0;
     std::int32_t neId = -1;     ///< "NE"
@@ -54,6 +58,7 @@ struct SlotIndex {
     bool operator==(const SlotIndex&) const = default;
 };
 
+/// The card in a slot.
 struct CardIndex {
     std::int32_t reserved = 0;
     std::int32_t neId = -1;     ///< "NE"
@@ -65,6 +70,7 @@ struct CardIndex {
 
 // ---- Ports, access points, termination points -----------------------------------------------------------------------
 
+/// A port, physical or logical, identified by its number or its name.
 struct PortIndex {
     std::int32_t reserved = 0;
     std::int32_t reserved2 = 0;
@@ -123,6 +129,7 @@ struct TPIndex {
 
 // ---- Services, trails, tunnels --------------------------------------------------------------------------------------
 
+/// A pseudo-wire.
 struct PWIndex {
     std::int32_t neId = -1;  ///< "NE"
     std::string resId;       ///< read: the whole FDN; written: what follows the NE level
@@ -130,6 +137,7 @@ struct PWIndex {
     bool operator==(const PWIndex&) const = default;
 };
 
+/// A pseudo-wire switch.
 struct PWSwitchIndex {
     std::int32_t neId = -1;  ///< "NE"
     std::string resId;       ///< the whole FDN
@@ -137,6 +145,7 @@ struct PWSwitchIndex {
     bool operator==(const PWSwitchIndex&) const = default;
 };
 
+/// A pseudo-wire (PWE3) or VPLS trail.
 struct VPNTrailIndex {
     std::string trailResId;      ///< the FDN from "PWE3TRAIL=" or "VPLS=" on
     std::int32_t trailType = 0;  ///< 1: pseudo-wire (PWE3) trail; 2: VPLS trail
@@ -144,12 +153,14 @@ struct VPNTrailIndex {
     bool operator==(const VPNTrailIndex&) const = default;
 };
 
+/// A tunnel trail.
 struct TunnelTrailIndex {
     std::string trailResId;  ///< the FDN from "TUNNELTRAIL=" on
 
     bool operator==(const TunnelTrailIndex&) const = default;
 };
 
+/// A pseudo-wire trail.
 struct PWTrailIndex {
     std::string trailResId;  ///< the FDN from "PWTRAIL=" on
 
@@ -163,6 +174,7 @@ struct TNPIndex_T {
     bool operator==(const TNPIndex_T&) const = default;
 };
 
+/// A service on one NE.
 struct ServiceIndex {
     std::int32_t neId = -1;    ///< "NE"
     std::string resId;         ///< the whole FDN

@@ -37,6 +37,7 @@ inline Level SplitLevel(std::string_view text) noexcept {
 /// with an empty tag.
 class LevelScanner {
 public:
+    /// Begins at the first level of `fdn`, which must outlive the scanner.
     explicit LevelScanner(std::string_view fdn) noexcept : m_levels(fdn), m_more(!fdn.empty()) {}
 
     /// Puts the next level into `level`. False, and `level` untouched, behind the last.
@@ -61,6 +62,7 @@ private:
 /// Walks the sub-values of a level's value, "a|b|c". An empty value has none; otherwise empty sub-values count.
 class SubValueScanner {
 public:
+    /// Begins at the first sub-value of `value`, which must outlive the scanner.
     explicit SubValueScanner(std::string_view value) noexcept : m_subValues(value), m_more(!value.empty()) {}
 
     /// Puts the next sub-value into `subValue`. False, and `subValue` untouched, behind the last.
@@ -83,6 +85,7 @@ private:
 template <std::size_t Places>
 class SubValues {
 public:
+    /// Reads `value`, which must outlive the answers.
     explicit SubValues(std::string_view value) noexcept {
         if (value.empty()) {
             return;

@@ -31,6 +31,7 @@ struct Tag {
         }
     }
 
+    /// The tag as text, without "=".
     [[nodiscard]] constexpr std::string_view Text() const noexcept { return {characters.data(), size}; }
 
     friend bool operator==(const Tag&, const Tag&) = default;
@@ -164,6 +165,7 @@ private:
 template <Tag... Tags>
 class LevelFinder {
 public:
+    /// Searches `fdn`, which must outlive the finder.
     explicit LevelFinder(std::string_view fdn) noexcept {
         if (fdn.empty()) {
             return;

@@ -91,10 +91,12 @@ class SeparatorFinder {
     static_assert(Separator != '\0');
 
 public:
+    /// Begins at the first piece of `text`, which must outlive the finder.
     explicit SeparatorFinder(std::string_view text) noexcept : m_begin(text.data()), m_end(m_begin + text.size()) {
         LoadBlock();
     }
 
+    /// What stands between two separators, or between one and an end of the text.
     struct Piece {
         const char* begin;
         const char* end;  ///< the separator behind the piece; the end of the text behind the last

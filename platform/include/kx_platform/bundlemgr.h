@@ -57,11 +57,13 @@ public:
 /// One registered service under its name. The bundle manager makes it, and frees it when no thread uses it any more.
 class KX_PLATFORM_API ServiceObjectBase {
 public:
+    /// For the bundle manager: `service` is not owned and not null.
     ServiceObjectBase(std::string name, ServiceInterface* service);
     ~ServiceObjectBase();
     ServiceObjectBase(const ServiceObjectBase&) = delete;
     ServiceObjectBase& operator=(const ServiceObjectBase&) = delete;
 
+    /// The name under which the service was registered.
     const std::string& GetObjectName() const { return m_name; }
 
     /// The service that this object carries; never null.
@@ -96,10 +98,12 @@ extern KX_PLATFORM_API std::mutex _g_actualmutex;
 /// one is kept.
 class KX_PLATFORM_API InterfaceBuffer {
 public:
+    /// An empty buffer for the service called `name`. Users get theirs from `CheckIFBuf`.
     explicit InterfaceBuffer(std::string name) : m_name(std::move(name)) {}
     InterfaceBuffer(const InterfaceBuffer&) = delete;
     InterfaceBuffer& operator=(const InterfaceBuffer&) = delete;
 
+    /// The name of the service.
     const std::string& GetName() const { return m_name; }
 
     /// An interface and the service object through which it was found.

@@ -20,11 +20,13 @@ namespace NS_BUNDLEMGR1 {
 /// once and then ask it at every call. Reading takes no lock (how that is safe: `readpin.h`). Any thread.
 class KX_PLATFORM_API ConfigItem {
 public:
+    /// An item without a value. Users get theirs from `CorbaConfigItems::GetItem`.
     explicit ConfigItem(std::string key) : m_key(std::move(key)) {}
     ConfigItem(const ConfigItem&) = delete;
     ConfigItem& operator=(const ConfigItem&) = delete;
     ~ConfigItem();
 
+    /// The key.
     const std::string& GetKey() const { return m_key; }
 
     /// The value as a number: an optional sign and decimal digits, nothing else, within 32 bits. False, and
