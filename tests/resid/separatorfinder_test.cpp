@@ -76,7 +76,8 @@ TEST(FindInBlock, FindsTheSameByAvx2) {
         const std::string text = AnyText(chance, BLOCK_SIZE);
         const ExactView view(text);
         const std::string_view exact = view;
-        EXPECT_EQ(NS_UTIL::NS_FDN::NS_DETAIL::FindInBlockByAvx2(exact.data(), ','), FindPlainly(exact.data(), BLOCK_SIZE, ','))
+        EXPECT_EQ(NS_UTIL::NS_FDN::NS_DETAIL::FindInBlockByAvx2(exact.data(), ','),
+                  FindPlainly(exact.data(), BLOCK_SIZE, ','))
             << testing::PrintToString(text);
     }
 }

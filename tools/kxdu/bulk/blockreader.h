@@ -28,8 +28,8 @@ struct InputBlock {
 /// of its text.
 class BlockReader {
 public:
-    /// Reads standard input when there are no `files`, and in place of the file "-". Blocks have about `blockSize` bytes.
-    /// A line of more than `longestLine` bytes is not held.
+    /// Reads standard input when there are no `files`, and in place of the file "-". Blocks have about `blockSize`
+    /// bytes. A line of more than `longestLine` bytes is not held.
     BlockReader(std::vector<std::string> files, std::size_t blockSize, std::size_t longestLine = LONGEST_LINE);
     ~BlockReader();
     BlockReader(const BlockReader&) = delete;
