@@ -97,8 +97,10 @@ std::vector<std::string> ColumnNames() {
     return names;
 }
 
-Listing::Cell NameOf(std::uint16_t neType, const NS_STANDALONE::Inventory& inventory) {
-    for (const NS_STANDALONE::NeTypeRow& row : inventory.neTypes) {
+using NeTypes = std::vector<NS_STANDALONE::NeTypeRow>;
+
+Listing::Cell NameOf(std::uint16_t neType, const NeTypes& known) {
+    for (const NS_STANDALONE::NeTypeRow& row : known) {
         if (row.neType == neType) {
             return row.name;
         }
@@ -106,16 +108,16 @@ Listing::Cell NameOf(std::uint16_t neType, const NS_STANDALONE::Inventory& inven
     return {};
 }
 
-// inventory: null when there is none.
-Listing::Row AnswersFor(std::uint16_t neType, const NS_STANDALONE::Inventory* inventory, std::int32_t ne) {
-    Listing::Row row{std::int64_t{neType}, inventory != nullptr ? NameOf(neType, *inventory) : Listing::Cell()};
+// known: the NE types of the inventory; null when there is none.
+Listing::Row AnswersFor(std::uint16_t neType, const NeTypes* known, std::int32_t ne) {
+    Listing::Row row{std::int64_t{neType}, known != nullptr ? NameOf(neType, *known) : Listing::Cell()};
     for (const Question& question : FIXED_QUESTIONS) {
         row.emplace_back(question.ask(neType));
     }
     for (const Question& question : INVENTORY_QUESTIONS) {
-        row.push_back(inventory != nullptr ? Listing::Cell(question.ask(neType)) : Listing::Cell());
+        row.push_back(known != nullptr ? Listing::Cell(question.ask(neType)) : Listing::Cell());
     }
-    if (inventory == nullptr) {
+    if (known == nullptr) {
         row.emplace_back();
     } else if (ne == -1) {
         row.emplace_back(Listing::None{"needs --ne"});
@@ -162,20 +164,20 @@ ExitCode ListForPeople(const Options& options, const ToRow& toRow, std::string_v
 ExitCode NeType(const Options& options) {
     const ServiceOptions serviceOptions{options.inventory, {}};
     RefuseReplacing(FilesInUse(serviceOptions), options.listing.output);
-    std::optional<NS_STANDALONE::Inventory> inventory;
+    std::optional<NeTypes> known;
     if (!options.inventory.empty()) {
-        inventory = ReadInventory(options.inventory);  // for the names, which no service tells
+        known = ReadInventory(options.inventory).neTypes;  // for the names, which no service tells
     }
     MissingNes missing("taken not to have several sub-shelves");
     const auto services = StartServices(serviceOptions, &missing);
     const auto toRow = [&](const std::string& number) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
-        return AnswersFor(neType, inventory ? &*inventory : nullptr, options.ne);
+        return AnswersFor(neType, known ? &*known : nullptr, options.ne);
     };
     const Listing::Format format = options.listing.format;
     const bool isForPrograms = format == Listing::Format::CSV || format == Listing::Format::JSONL;
-    const ExitCode code = isForPrograms ? ListForPrograms(options, toRow)
-                                        : ListForPeople(options, toRow, inventory ? "" : NEEDS_INVENTORY);
+    const ExitCode code =
+        isForPrograms ? ListForPrograms(options, toRow) : ListForPeople(options, toRow, known ? "" : NEEDS_INVENTORY);
     missing.Tell();
     return code;
 }
