@@ -210,6 +210,8 @@ void AddFbTypes() {
     };
     addList("IsPTNAIDFBType", GetPtnAidFbTypes(), IsPTNAIDFBType);
     addList("IsPortObjByFbType", GetPortObjectFbTypes(), [](int fbType) { return IsPortObjByFbType(fbType, 3); });
+    AddLookUp("look-ups", "IsLogicalPortByType", Drawn(std::vector<int>{4, 16, 65535, 65536, 393216, 786432}),
+              IsLogicalPortByType, [](int type) { return type >> 16 > 0; });
     const auto domains =
         MapOf<std::map<unsigned int, std::string>>(GetDomainNameRows(), &DomainNameRow::domainId, &DomainNameRow::name);
     AddLookUp("look-ups", "GetDomainStrByID", KeysOf(GetDomainNameRows(), [](const auto& row) { return row.domainId; }),
@@ -267,8 +269,47 @@ void AddTerminationPoints() {
         },
         [ids = MapOf<std::map<std::string, unsigned long>>(GetCtpNameRows(), &CtpNameRow::name, &CtpNameRow::ctpId)](
             const std::string& name) { return ids.contains(name) ? ids.at(name) : 0UL; });
+}
+
+// The words of a termination point, each of which holds the FB type of a layer and a number.
+void AddLocations() {
+    using namespace NS_UTIL;
     const auto levels =
         MapOf<std::map<int, int>>(GetFbTypeLevelRows(), &FbTypeLevelRow::fbType, &FbTypeLevelRow::level);
+    const auto fbTypes =
+        MapOf<std::map<int, int>>(GetLevelFbTypeRows(), &LevelFbTypeRow::level, &LevelFbTypeRow::fbType);
+    const auto someLevels = KeysOf(GetLevelFbTypeRows(), [](const auto& row) { return row.level; });
+    AddLookUp(
+        "look-ups", "SetTpNoToLocation", someLevels,
+        [](int level) {
+            int location = 0;
+            UtilCommon::Instance()->SetTpNoToLocation(location, level, 7);
+            return location;
+        },
+        [fbTypes](int level) { return FindOrPass(fbTypes, level) << 16 | 7; });
+    std::vector<std::pair<int, int>> locations;
+    for (const FbTypeLevelRow& row : GetFbTypeLevelRows()) {
+        locations.emplace_back(row.fbType << 16 | 7, row.level);
+        locations.emplace_back(row.fbType << 16 | 7, row.level + 1);
+    }
+    AddLookUp(
+        "look-ups", "GetTpNoFromLocation", Drawn(locations),
+        [](const auto& location) {
+            int tpNo = 0;
+            UtilCommon::Instance()->GetTpNoFromLocation(location.first, location.second, tpNo);
+            return tpNo;
+        },
+        [levels](const auto& location) {
+            return FindOrPass(levels, location.first >> 16) == location.second ? location.first & 0xFFFF : 0;
+        });
+    AddLookUp(
+        "look-ups", "SetTpNo", someLevels,
+        [tp = NS_DOMAIN::TPIndex()](int level) mutable {
+            tp.vc4Id = 0;
+            UtilCommon::Instance()->SetTpNo(tp, level, 7);
+            return tp.vc4Id;
+        },
+        [fbTypes](int level) { return FindOrPass(fbTypes, level) << 16 | 7; });
     std::vector<NS_DOMAIN::TPIndex> tps;
     for (const LevelFbTypeRow& row : GetLevelFbTypeRows()) {
         UtilCommon::Instance()->SetTpNo(tps.emplace_back(), row.level, 7);
@@ -323,6 +364,30 @@ void AddTexts(const Corpus& corpus) {
             const std::string level = fdn.substr(fdn.rfind(',') + 1);
             return level.substr(0, level.find('='));
         });
+    std::vector<std::string> lines;
+    for (const std::string& fdn : corpus.All()) {
+        if (const auto port = fdn.find("PP="); port != std::string::npos) {
+            lines.push_back(fdn.substr(port + 3, fdn.find(',', port) - port - 3));
+        }
+    }
+    AddLookUp(
+        "look-ups", "GetSplitePPDataByLine", lines,
+        [values = std::map<int, std::string>()](const std::string& line) mutable -> const auto& {
+            UtilCommon::Instance()->GetSplitePPDataByLine(values, line);
+            return values;
+        },
+        [values = std::map<int, std::string>()](const std::string& line) mutable -> const auto& {
+            std::istringstream pieces(line);
+            for (int key = 0; key < 4; ++key) {
+                std::string& value = values[key];
+                value.clear();
+                std::getline(pieces, value, '|');
+                if (value.empty() && key < 3) {
+                    value = "-1";
+                }
+            }
+            return values;
+        });
     std::vector<std::string> paths;
     for (const auto& row : NS_UTIL::GetClientRateRows()) {
         paths.push_back("OCH:1-" + std::string(row.name) + ":2");
@@ -368,6 +433,7 @@ void AddLookUps(const Corpus& corpus) {
     AddFbTypes();
     AddLayers();
     AddTerminationPoints();
+    AddLocations();
     AddBoardsAndSizes();
     AddTexts(corpus);
     AddFilter();

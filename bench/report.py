@@ -27,8 +27,8 @@ LEAST_GAIN = 1.8
 CONVERSIONS = ("readers", "writers")
 # Those that must not allocate; what the grammar gives are maps and lists, which do.
 NOT_ALLOCATING = ("readers", "writers", "predicates", "look-ups", "filter")
-# The answer of one is a container; the other reads by the splitter that fills a map, as the system has it.
-ALLOCATING = ("GetSplitePATHDataByLine", "ResID2PWSwitchIndex")
+# Its answer is a container.
+ALLOCATING = ("GetSplitePATHDataByLine",)
 # Against counting the commas of the same texts byte by byte.
 COMMAS = "60-byte port, commas counted"
 MOST_TIMES_COMMAS = {"60-byte port, read": 1.5, "60-byte port, written": 2.0}

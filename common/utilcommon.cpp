@@ -91,12 +91,14 @@ void UtilCommon::GetSplitePPDataByLine(std::map<int, std::string>& out, const st
     for (int key = 0; key < 3; ++key) {
         const auto begin = previous + 1;
         const auto end = line.find('|', begin);
-        if (end != std::string::npos) {
-            out[key] = end > begin ? line.substr(begin, end - begin) : "-1";
+        if (end == begin) {
+            out[key] = "-1";
+        } else if (end != std::string::npos) {
+            out[key].assign(line, begin, end - begin);
         }
         previous = end;
     }
-    out[3] = line.substr(previous + 1);
+    out[3].assign(line, previous + 1);
 }
 
 void UtilCommon::GetSpliteFBDataByLine(std::map<int, std::string>& out, const std::string& line) const {

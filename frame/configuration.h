@@ -1,7 +1,7 @@
 /// The configuration items that conversions read. Each is read anew at every call, without a lock.
 #pragma once
 
-#include <string>
+#include <vector>
 
 #include <kx_platform/configitems.h>
 #include <kx_platform/readpin.h>
@@ -31,7 +31,7 @@ public:
 
 private:
     NS_BUNDLEMGR1::ReadPin m_pin;
-    const std::string* m_list;
+    const std::vector<int>* m_list;
 };
 
 }  // namespace NS_UTIL::NS_FRAME

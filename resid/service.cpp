@@ -3,9 +3,7 @@
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/resIDUtil.h>
-#include <kx_domain_util/utilcommon.h>
 
-#include "frame/lastingtext.h"
 #include "resid/fdnwriter.h"
 
 namespace NS_UTIL {
@@ -22,9 +20,10 @@ using NS_DOMAIN::UniResID;
 using NS_DOMAIN::VPNTrailIndex;
 using NS_DOMAIN_SOUTHAPISET::TEUniResID;
 using NS_FDN::FdnWriter;
+using NS_FDN::Level;
 using NS_FDN::LevelFinder;
+using NS_FDN::LevelScanner;
 using NS_FDN::SubValues;
-using NS_FRAME::LastingText;
 
 namespace {
 
@@ -65,11 +64,14 @@ void ResIDUtil::ResID2PWIndex(const std::string& fdn, PWIndex& pw) {
 }
 
 void ResIDUtil::ResID2PWSwitchIndex(const std::string& fdn, PWSwitchIndex& pwSwitch) {
-    // This one goes through the platform's splitter: its levels without "=" do not count, not even as a first "NE".
-    const UtilCommon* const utilCommon = UtilCommon::Instance();
-    std::map<std::string, std::string> levels;
-    utilCommon->GetSpliteFDNData(levels, fdn, LastingText<",">());
-    utilCommon->GetIntegerValueByName(levels, LastingText<"NE">(), pwSwitch.neId);
+    // As the platform's splitter has it: a level without "=" does not count, not even as a first "NE".
+    LevelScanner levels(fdn);
+    for (Level level; levels.Next(level);) {
+        if (level.tag == "NE" && level.HasEquals()) {
+            pwSwitch.neId = Str2Int(level.value);
+            break;
+        }
+    }
     pwSwitch.resId = fdn;
 }
 

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <charconv>
 #include <functional>
 #include <optional>
 
 #include <kx_platform/configitems.h>
+#include <kx_platform/textutil.h>
 
 namespace NS_BUNDLEMGR1 {
 
@@ -21,6 +23,15 @@ std::optional<int> WholeNumber(const std::string& text) {
         return std::nullopt;
     }
     return number;
+}
+
+std::vector<int> Numbers(const std::string& list) {
+    std::vector<std::string> pieces;
+    NS_UTIL::SplitStringByTag(list, pieces, ',', {});
+    std::vector<int> numbers(pieces.size());
+    std::transform(pieces.begin(), pieces.end(), numbers.begin(),
+                   [](const std::string& piece) { return NS_UTIL::Str2Int(piece); });
+    return numbers;
 }
 
 }  // namespace
@@ -52,7 +63,7 @@ bool CorbaConfigItems::GetStrItemInfo(const std::string& key, std::string& value
 }
 
 void CorbaConfigItems::SetItem(const std::string& key, const std::string& value) {
-    std::list<std::string> only{value};
+    std::list<ConfigItem::Value> only{{value, Numbers(value)}};
     const std::lock_guard lock(m_mutex);
     Assign(FindOrMake(key), std::move(only));
 }
@@ -105,15 +116,15 @@ ConfigItem& CorbaConfigItems::FindOrMake(std::string_view key) {
     return *item;
 }
 
-// The caller holds m_mutex. Replaced texts are freed at this or a later change, as soon as nobody reads them.
-void CorbaConfigItems::Assign(ConfigItem& item, std::list<std::string>&& value) noexcept {
-    const std::string* const text = value.empty() ? nullptr : &value.front();
-    const std::optional<int> number = text != nullptr ? WholeNumber(*text) : std::nullopt;
+// The caller holds m_mutex. Replaced values are freed at this or a later change, as soon as nobody reads them.
+void CorbaConfigItems::Assign(ConfigItem& item, std::list<ConfigItem::Value>&& value) noexcept {
+    const ConfigItem::Value* const published = value.empty() ? nullptr : &value.front();
+    const std::optional<int> number = published != nullptr ? WholeNumber(published->text) : std::nullopt;
     item.m_number.store(number ? (ConfigItem::IS_NUMBER | static_cast<std::uint32_t>(*number)) : 0);
-    item.m_text.store(text);
+    item.m_published.store(published);
     m_retired.splice(m_retired.end(), item.m_value);
     item.m_value.swap(value);
-    m_retired.remove_if([](const std::string& retired) { return !ReadPin::IsPinned(&retired); });
+    m_retired.remove_if([](const ConfigItem::Value& retired) { return !ReadPin::IsPinned(&retired); });
 }
 
 }  // namespace NS_BUNDLEMGR1

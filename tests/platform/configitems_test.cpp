@@ -129,4 +129,17 @@ TEST(ConfigItem, KeepsATextForWhoReadsIt) {
     EXPECT_EQ(item.GetText(second), nullptr);
 }
 
+TEST(ConfigItem, IsReadAsAListOfNumbers) {
+    const Configuration configuration{{"item", ",1911,, 7x,65537,-1,x,"}};
+    const ConfigItem& item = Items().GetItem("item");
+    ReadPin pin;
+    const std::vector<int>* const numbers = item.GetNumbers(pin);
+    ASSERT_NE(numbers, nullptr);
+    Items().SetItem("item", "");
+    EXPECT_EQ(*numbers, (std::vector<int>{1911, 7, 65537, -1, 0})) << "as it was when it was asked";
+    EXPECT_EQ(*item.GetNumbers(pin), std::vector<int>());
+    Items().RemoveItem("item");
+    EXPECT_EQ(item.GetNumbers(pin), nullptr);
+}
+
 }  // namespace

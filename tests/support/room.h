@@ -44,10 +44,9 @@ std::size_t CountTextsThatNeedRoom(const Record& record) {
     return count;
 }
 
-/// These readers are given a map of levels, or make one by the platform's splitter: maps allocate.
+/// These readers are given a map of levels, which allocates when it is made.
 inline bool GoesThroughAMap(std::string_view reader) {
-    constexpr std::array<std::string_view, 4> READERS{"FillMAIndex", "FillMDIndex", "FillMIPIndex",
-                                                      "ResID2PWSwitchIndex"};
+    constexpr std::array<std::string_view, 3> READERS{"FillMAIndex", "FillMDIndex", "FillMIPIndex"};
     return std::find(READERS.begin(), READERS.end(), reader) != READERS.end();
 }
 
