@@ -30,7 +30,7 @@ measure_library() {
     local bin=build/release/bin folder=build/bench document=()
     echo "measuring the library"
     "$bin"/kx_bench_allocations --benchmark_min_time=0.00001 --benchmark_out=$folder/allocations.json >"$log" 2>&1
-    "$bin"/kx_bench --benchmark_min_time=0.03 --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
+    "$bin"/kx_bench --benchmark_min_time=0.03 --benchmark_repetitions=15 --benchmark_enable_random_interleaving=true \
                     --benchmark_out=$folder/times.json >"$log" 2>&1
     if [ ${#update[@]} -gt 0 ]; then
         document=(--document docs/performance.md)
