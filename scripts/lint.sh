@@ -24,8 +24,7 @@ passed=$((${#sources[@]} - failed))
 
 check() {
     local log=$1/$(tr / _ <<<"$2")
-    if clang-tidy-14 -p build/release --quiet --warnings-as-errors='*' --extra-arg=-Wno-unknown-warning-option \
-                     "$2" >"$log" 2>&1; then
+    if clang-tidy-14 -p build/release --quiet --warnings-as-errors='*' "$2" >"$log" 2>&1; then
         rm -f "$log"
     fi
 }

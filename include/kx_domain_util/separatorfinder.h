@@ -93,7 +93,8 @@ class SeparatorFinder {
 
 public:
     /// Begins at the first piece of `text`, which must outlive the finder.
-    explicit SeparatorFinder(std::string_view text) noexcept : m_begin(text.data()), m_end(m_begin + text.size()) {
+    explicit SeparatorFinder(std::string_view text) noexcept
+        : m_begin(text.data() != nullptr ? text.data() : ""), m_end(m_begin + text.size()) {
         LoadBlock();
     }
 
