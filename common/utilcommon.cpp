@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include <kx_domain_util/separatorfinder.h>
 #include <kx_domain_util/utilcommon.h>
 #include <kx_platform/selfutilcommon.h>
 #include <kx_platform/textutil.h>
@@ -11,6 +12,17 @@
 #include "frame/singleton.h"
 
 namespace NS_UTIL {
+
+namespace {
+
+// Whether text is name, which has no small letters, once its own are made capitals as `SelfUtilCommon::upperStr` does.
+bool IsNameInAnyCase(std::string_view text, std::string_view name) {
+    return std::equal(text.begin(), text.end(), name.begin(), name.end(), [](char character, char capital) {
+        return (character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character) == capital;
+    });
+}
+
+}  // namespace
 
 std::atomic<UtilCommon*> UtilCommon::m_pInstance{nullptr};
 
@@ -106,20 +118,23 @@ void UtilCommon::GetSpliteFBDataByLine(std::map<int, std::string>& out, const st
 }
 
 void UtilCommon::GetSplitePATHDataByLine(std::map<int, int>& out, const std::string& line) const {
-    std::vector<std::string> items;
-    Parser::SplitStrByTag(line, "-", items);
-    for (const std::string& item : items) {
+    NS_FDN::SeparatorFinder<'-'> items(line);
+    NS_FDN::SeparatorFinder<'-'>::Piece piece{};
+    do {
+        piece = items.Next();
+        const std::string_view item(piece.begin, piece.end);
         const auto colon = item.find(':');
-        if (colon == std::string::npos) {
+        if (colon == std::string_view::npos) {
             continue;
         }
-        const std::string name = SelfUtilCommon::Instance()->upperStr(item.substr(0, colon));
-        const auto* const rate = std::find_if(TABLE::CLIENT_RATES.begin(), TABLE::CLIENT_RATES.end(),
-                                              [&name](const ClientRateRow& known) { return known.name == name; });
+        const std::string_view name = item.substr(0, colon);
+        const auto* const rate =
+            std::find_if(TABLE::CLIENT_RATES.begin(), TABLE::CLIENT_RATES.end(),
+                         [name](const ClientRateRow& known) { return IsNameInAnyCase(name, known.name); });
         if (rate != TABLE::CLIENT_RATES.end()) {
-            out[static_cast<int>(rate->level)] = Str2Int(std::string_view(item).substr(colon + 1));
+            out[static_cast<int>(rate->level)] = Str2Int(item.substr(colon + 1));
         }
-    }
+    } while (!items.IsLast(piece));
 }
 
 int UtilCommon::GetPFMPacketSize() const {

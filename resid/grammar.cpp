@@ -88,13 +88,25 @@ void ResIDUtil::ConstructMocLevelObj(const std::string& tag, const std::vector<s
     if (values.empty()) {
         return;
     }
-    std::string text = tag;
+    const bool isSource =
+        &level == &tag ||
+        std::any_of(values.begin(), values.end(), [&level](const std::string& value) { return &value == &level; });
+    std::string own;
+    std::string& text = isSource ? own : level;
+    std::size_t size = tag.size();
+    for (const std::string& value : values) {
+        size += 1 + value.size();
+    }
+    text.reserve(size);
+    text = tag;
     char separator = '=';
     for (const std::string& value : values) {
         text.append(1, separator).append(value);
         separator = '|';
     }
-    level = std::move(text);
+    if (isSource) {
+        level = std::move(own);
+    }
 }
 
 bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,

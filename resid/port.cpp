@@ -222,6 +222,29 @@ std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
     return key.fdnText;
 }
 
+// Reads what is on the port that key names.
+void ReadOnPort(const std::string& fdn, CtpKey_T& key) {
+    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
+    const LevelFinder<"VR", "AP", "SUBIF"> levels(text);
+    key.neId = key.port.neId;
+    levels.ReadNumber<"VR">(key.vrId);
+    key.fbType = key.port.fbType;
+    const SubValues<3> accessPoint(levels.Value<"AP">());
+    if (accessPoint.Count() == 3) {
+        key.apValue1 = Str2Int(accessPoint[0]);
+        key.apValue2 = Str2Int(accessPoint[1]);
+        key.apText = accessPoint[1];
+        key.subIfId = Str2Int(accessPoint[2]);
+    } else {
+        levels.ReadNumber<"SUBIF">(key.subIfId);
+    }
+    if (text.empty()) {
+        key.fdnText = fdn;
+    } else if (text.data() != key.fdnText.data()) {
+        key.fdnText = text;
+    }
+}
+
 }  // namespace
 
 void ResIDUtil::PortIndex2ResID(const PortIndex& port, std::string& fdn, bool asLogical) {
@@ -306,27 +329,16 @@ void ResIDUtil::ResID2PortIndex(const std::string& fdn, CtpKey_T& key) {
 }
 
 void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
-    if (key.port.neId == -1) {
+    if (key.port.neId != -1) {
+        ReadOnPort(fdn, key);
+        return;
+    }
+    try {
         ResID2PortIndex(fdn, key.port);
-    }
-    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
-    const LevelFinder<"VR", "AP", "SUBIF"> levels(text);
-    key.neId = key.port.neId;
-    levels.ReadNumber<"VR">(key.vrId);
-    key.fbType = key.port.fbType;
-    const SubValues<3> accessPoint(levels.Value<"AP">());
-    if (accessPoint.Count() == 3) {
-        key.apValue1 = Str2Int(accessPoint[0]);
-        key.apValue2 = Str2Int(accessPoint[1]);
-        key.apText = accessPoint[1];
-        key.subIfId = Str2Int(accessPoint[2]);
-    } else {
-        levels.ReadNumber<"SUBIF">(key.subIfId);
-    }
-    if (text.empty()) {
-        key.fdnText = fdn;
-    } else if (text.data() != key.fdnText.data()) {
-        key.fdnText = text;
+        ReadOnPort(fdn, key);
+    } catch (...) {
+        key.port.neId = -1;  // the port may be read by half: the next call reads it again
+        throw;
     }
 }
 
