@@ -42,7 +42,7 @@ Singleton* GetInstance(std::atomic<Singleton*>& instance, Make make) {
     return existing;
 }
 
-/// `Destroy()` of a singleton: passes the object in `instance` to `dispose` and empties `instance`; does nothing when
+/// `Destroy()` of a singleton: empties `instance` and passes the object that was in it to `dispose`; does nothing when
 /// there is no object or the lock cannot be taken.
 template <class Singleton, class Dispose>
 void DestroyInstance(std::atomic<Singleton*>& instance, Dispose dispose) {
@@ -53,9 +53,8 @@ void DestroyInstance(std::atomic<Singleton*>& instance, Dispose dispose) {
     if (!lock.IsHeld()) {
         return;
     }
-    if (Singleton* const existing = instance.load(std::memory_order_acquire)) {
+    if (Singleton* const existing = instance.exchange(nullptr, std::memory_order_acq_rel)) {
         dispose(existing);
-        instance.store(nullptr, std::memory_order_release);
     }
 }
 
