@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compares what the two libraries export, and the types in it, with what abi/ keeps of the last release. A change fails
-# here: one that was meant is kept by --update, and raises KX_SOVERSION when old programs do not run with it any more.
+# Compares what the two libraries export, and the types in it, with what abi/ keeps. A change fails here: one that was
+# meant is kept by --update, and raises KX_SOVERSION when old programs do not run with it any more.
 # The last line is "N passed, N failed".
 #   scripts/abi.sh [--update]
 set -euo pipefail

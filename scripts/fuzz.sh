@@ -50,17 +50,18 @@ fuzz() {
         runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
         places=$(sed -n 's/.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -n 1)
         echo "== fuzz: $name: $runs inputs, $places places of the code"
+        touch "$TMPDIR/passed-$name"
         return
     fi
     grep -v '^INFO\|^#[0-9]*\s' "$log" | head -n 40 || true
     echo "== fuzz: $name: stopped (whole log: $log). To see it again:"
     sed -n "s|.*Test unit written to \(.*\)|     build/fuzz/bin/kx_fuzz_$name \1|p" "$log"
-    touch "$TMPDIR/failed-$name"
 }
 export -f fuzz seeds_of
 export seconds
 printf '%s\n' "${fuzzers[@]}" | xargs -P "$(nproc)" -I{} bash -euo pipefail -c 'fuzz "$0"' {} || true
 
-failed=$(find "$TMPDIR" -maxdepth 1 -name 'failed-*' | wc -l)
-echo "$((${#fuzzers[@]} - failed)) passed, $failed failed"
+passed=$(find "$TMPDIR" -maxdepth 1 -name 'passed-*' | wc -l)
+failed=$((${#fuzzers[@]} - passed))
+echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

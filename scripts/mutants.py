@@ -362,10 +362,13 @@ def main():
     print("%d mutants (%d more did not build): %d killed (%d of them by time), %d survived; %.1f %%; %.0f minutes" % (
         built, counts["not built"], killed, counts["timed out"], counts["survived"], 100 * killed / max(built, 1),
         (time.monotonic() - begin) / 60))
+    stale = sorted(set(listed) - {mutant.id for mutant, outcome, _ in results if outcome == "survived"})
+    if stale and not options.ids:
+        print("listed, but noticed or gone: %s" % " ".join(stale))
     too_few = built < LEAST_BUILT and not options.ids
     if too_few:
         print("only %d mutants were built, not %d" % (built, LEAST_BUILT))
-    return 0 if unlisted == 0 and not too_few and 100 * killed >= LEAST_KILLED * built else 1
+    return 0 if unlisted == 0 and (options.ids or not stale) and not too_few and 100 * killed >= LEAST_KILLED * built else 1
 
 
 if __name__ == "__main__":

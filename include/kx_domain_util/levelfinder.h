@@ -69,8 +69,8 @@ inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept
 }
 
 /// Tells in one step which of a few tags a level begins with. Each tag has a place of its own in a small table, found
-/// by two shifts that are searched for when the program is compiled. A port of 59 characters took 60 ns to read when
-/// each tag was compared; with this, and separators found in blocks, it takes 37.
+/// by two shifts that are searched for when the program is compiled. With this, and separators found in blocks, a port
+/// of 59 characters is read in three fifths of the time that it takes when each tag is compared.
 template <Tag... Tags>
 class TagTable {
 public:

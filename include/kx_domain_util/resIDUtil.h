@@ -182,8 +182,8 @@ public:
     static void PWIndex2ResID(const NS_DOMAIN::PWIndex& pw, std::string& fdn);
     /// Reads `neId`; `resId` becomes the whole `fdn`.
     static void ResID2PWIndex(const std::string& fdn, NS_DOMAIN::PWIndex& pw);
-    /// Reads `neId`; `resId` becomes the whole `fdn`. Unlike the other readers it goes through the platform's splitter,
-    /// as callers rely on: it skips levels without "=", reads an NE level with an empty value as 0, and allocates.
+    /// Reads `neId`; `resId` becomes the whole `fdn`. Unlike the other readers it skips levels without "=", and reads
+    /// an NE level with an empty value as 0.
     static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch);
     /// Reads the number of the level "VEGROUP" into `group`.
     static void ResID2GroupID(const std::string& fdn, int& group);

@@ -27,24 +27,27 @@ public:
 
     // ---- Text helpers -----------------------------------------------------------------------------------------------
 
-    /// As `SelfUtilCommon::GetSpliteFDNData`.
+    // Those up to `IsSupportCfgItem` are answered by the platform (`selfutilcommon.h`).
+
+    /// Splits `text` at `separator` into items NAME=value and adds each to `out`. Items without "=" are skipped; the
+    /// first of a repeated name wins, and so does what `out` held before. An empty `separator` splits nothing.
     void GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
                           const std::string& separator) const;
     /// Another name of `GetSpliteFDNData`.
     void GetSplitNameValueMapbyTag(std::map<std::string, std::string>& out, const std::string& text,
                                    const std::string& separator) const;
-    /// As `SelfUtilCommon::GetDataFromMap`.
+    /// Copies the value under `key` into `value`; false, and `value` untouched, when there is none.
     bool GetDataFromMap(const std::map<std::string, std::string>& map, const std::string& key,
                         std::string& value) const;
     /// The same for numbers as keys.
     bool GetDataFromMap(const std::map<int, std::string>& map, int key, std::string& value) const;
-    /// As `SelfUtilCommon::GetIntegerValueByName`.
+    /// Reads the value under `name` by `Str2Int` into `value`; false, and `value` untouched, when there is none.
     bool GetIntegerValueByName(const std::map<std::string, std::string>& map, const std::string& name,
                                int& value) const;
 
-    /// As `SelfUtilCommon::GetSupportCfgItem`.
+    /// Copies the configuration item `item` into `value`; false, and `value` untouched, when it is missing.
     bool GetSupportCfgItem(const std::string& item, std::string& value) const;
-    /// As `SelfUtilCommon::IsSupportCfgItem`.
+    /// Whether the configuration item `item` exists.
     bool IsSupportCfgItem(const std::string& item) const;
 
     /// Returns the MOC of `fdn`: the tag of its last level. When that is "CLI_NAME" behind a ",", the MOC is "PP" if

@@ -87,7 +87,7 @@ public:
 
     /// Sets the item called `key`, whether it was there or not.
     void SetItem(const std::string& key, const std::string& value);
-    /// Makes the item called `key` a missing one; nothing happens when it is missing already. Needs no memory, as does
+    /// Makes the item called `key` a missing one; nothing happens when it is missing already. Needs no memory, nor does
     /// `Clear`.
     void RemoveItem(const std::string& key);
     /// Makes every item a missing one.
