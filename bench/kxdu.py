@@ -17,8 +17,7 @@ import sys
 import tempfile
 import time
 
-from limits import tell, write_json
-from report import replace_between_marks
+from figures import replace_between_marks, tell, write_json
 
 # The shortest program that is right for any identifier.
 MAWK_GET = ('{n=p="";for(i=NF;i;i--){if($i~/^NE=/)n=substr($i,4);'

@@ -13,7 +13,7 @@ import re
 import sys
 from xml.sax.saxutils import escape
 
-from limits import tell, write_json
+from figures import replace_between_marks, tell, write_json
 
 # How many times as fast as its literal counterpart a conversion is, at least.
 LEAST_RATIOS = {
@@ -167,14 +167,6 @@ def chart(rows):
         y += step
     parts.append("</svg>\n")
     return "\n".join(parts)
-
-
-def replace_between_marks(document, subject, figures):
-    path = pathlib.Path(document)
-    begin, end = f"<!-- figures of {subject}: begin -->\n", f"<!-- figures of {subject}: end -->"
-    before, rest = path.read_text(encoding="utf-8").split(begin)
-    after = rest.split(end)[1]
-    path.write_text(before + begin + figures + end + after, encoding="utf-8")
 
 
 def main():
