@@ -27,7 +27,7 @@ LEAST_GAIN = 1.8
 CONVERSIONS = ("readers", "writers")
 # Those that must not allocate; what the grammar gives are maps and lists, which do.
 NOT_ALLOCATING = ("readers", "writers", "predicates", "look-ups", "filter")
-# Its answer is a container.
+# Its answer is a map that the caller makes anew: about two nodes.
 ALLOCATING = ("GetSplitePATHDataByLine",)
 # Against counting the commas of the same texts byte by byte.
 COMMAS = "60-byte port, commas counted"
