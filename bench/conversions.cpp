@@ -167,18 +167,53 @@ void AddYardstick(const Corpus& corpus) {
         ->Threads(1);
 }
 
-// How cost grows with the text: ports whose names make them this long.
+// What a call costs while others convert: the same inputs on more and more threads.
+template <class Input, class Call>
+void AddThreads(const Subject<Input>& inputs, const Call& call) {
+    for (const int threads : {1, 2, 4, 8}) {
+        Subject<Input> subject = inputs;
+        subject.name += " on " + std::to_string(threads) + (threads == 1 ? " thread" : " threads");
+        Add(Share(std::move(subject)), "library", call)->Threads(threads);
+    }
+}
+
+void AddThreads(const Corpus& corpus) {
+    const std::vector<std::string> texts = corpus.SixtyBytePorts();
+    AddThreads(TextSubject("60-byte port, read", "threads", texts), PortReading<ResIDUtil>());
+    AddThreads(PortSubject("60-byte port, written", "threads", texts), PortWriting<ResIDUtil>());
+}
+
+// Texts that differ in their NE.
+std::vector<std::string> TextsBehindNEs(const std::string& levels) {
+    std::vector<std::string> texts;
+    for (std::size_t neId = 10'000; neId < 10'000 + Corpus::LEAST; ++neId) {
+        texts.push_back("NE=" + std::to_string(neId) + levels);
+    }
+    return texts;
+}
+
+// How cost grows with the text: ports whose names make them this long, and ports with this many levels behind them.
 void AddLengths() {
+    const std::string port = ",FR=1,S=12,CP=-1,PP=16|1025|7|";
     for (const std::size_t length : {48, 96, 192, 384, 768, 1536}) {
-        std::vector<std::string> texts;
-        for (std::size_t neId = 10'000; neId < 10'000 + Corpus::LEAST; ++neId) {
-            texts.emplace_back("NE=" + std::to_string(neId) + ",FR=1,S=12,CP=-1,PP=16|1025|7|").resize(length, 'n');
+        std::vector<std::string> texts = TextsBehindNEs(port);
+        for (std::string& fdn : texts) {
+            fdn.resize(length, 'n');
         }
         const std::string name = "port of " + std::to_string(length) + " bytes";
         AddPair(TextSubject(name + ", read", "length", texts), PortReading<ResIDUtil>(),
                 PortReading<LiteralResIDUtil>());
         AddPair(PortSubject(name + ", written", "length", texts), PortWriting<ResIDUtil>(),
                 PortWriting<LiteralResIDUtil>());
+    }
+    for (const std::size_t count : {1, 4, 16, 64, 256}) {
+        std::string levels = port + "n";
+        for (std::size_t level = 0; level < count; ++level) {
+            levels += ",VC4=1";
+        }
+        AddPair(TextSubject("port before " + std::to_string(count) + (count == 1 ? " level, read" : " levels, read"),
+                            "length", TextsBehindNEs(levels)),
+                PortReading<ResIDUtil>(), PortReading<LiteralResIDUtil>());
     }
 }
 
@@ -190,6 +225,7 @@ void AddConversions(const Corpus& corpus) {
     AddWriters(corpus);
     AddGrammar(corpus);
     AddYardstick(corpus);
+    AddThreads(corpus);
     AddLengths();
 }
 
