@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -199,6 +200,48 @@ TEST_F(Cost, OfLocationWords) {
             utilCommon.SetTpNo(tp, level, 0);
             utilCommon.GetTpNo(tp, level);
             utilCommon.GetTpNo(tp, level + 1);
+        });
+    }
+}
+
+TEST_F(Cost, OfLookUpsOfTexts) {
+    const std::string name(100, 'n');
+    for (const std::string& fdn :
+         {std::string(), std::string("OS"), std::string("NE=5,FR=1,S=2,CP=-1,PP=16|1025|7|") + name,
+          std::string("NE=5,TUNNELTRAIL=6"), std::string("NE=5,PP=16|1|7|a,CLI_NAME=b"), "NE=5," + name + "=6",
+          std::string("n")}) {
+        ExpectFreeButForItsAnswer([&fdn] { return ResIDUtil::GetMOCFromFDN(fdn); });
+        ExpectFreeButForItsAnswer([&fdn] { return UtilCommon::Instance()->GetMoc(fdn); });
+        const std::string moc = ResIDUtil::GetMOCFromFDN(fdn);
+        ExpectFree([&moc] { ResIDUtil::IsServiceFDN(moc); });
+
+        NS_UTIL::MocLvlValueMap map;
+        ResIDUtil::Fdn2MocLvlValueMap(fdn, map);
+        for (const std::string& tag : {std::string("PP"), std::string("FR"), name}) {
+            ExpectFree([&, text = std::string()]() mutable {
+                int value = 0;
+                ResIDUtil::GetValueByMocLvlName(tag, map, value);
+                for (const int index : {0, 2, 3, 4, -1}) {
+                    ResIDUtil::GetValueByMocLvlName(tag, map, value, index);
+                    ResIDUtil::GetValueByMocLvlName(tag, map, text, index);
+                }
+            });
+        }
+    }
+}
+
+// Into maps that hold the keys already, whose texts have room.
+TEST_F(Cost, OfSplitTexts) {
+    const std::string name(100, 'n');
+    for (const std::string& line : {std::string(), "16|1025|7|" + name, std::string("|||"), name}) {
+        ExpectFree([&line, values = std::map<int, std::string>()]() mutable {
+            UtilCommon::Instance()->GetSplitePPDataByLine(values, line);
+        });
+    }
+    for (const std::string& path :
+         {std::string(), std::string("OCH:1-E1:2"), std::string("stm1:7-VC4:12-"), name + ":1-" + name}) {
+        ExpectFree([&path, levels = std::map<int, int>()]() mutable {
+            UtilCommon::Instance()->GetSplitePATHDataByLine(levels, path);
         });
     }
 }
