@@ -1,7 +1,13 @@
 // Readers and writers, and the grammar that they rest on.
+#include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <kx_domain_util/resIDUtil.h>
 
 #include "measurement.h"
 #include "rows.h"
@@ -10,32 +16,32 @@ namespace NS_BENCH {
 
 namespace {
 
+using NS_DOMAIN::PortIndex;
 using NS_TEST::LiteralResIDUtil;
+using NS_TEST::MapReader;
 using NS_TEST::Reader;
 using NS_TEST::Writer;
 using NS_UTIL::MocLvlValueMap;
 using NS_UTIL::ResIDUtil;
 
-std::size_t BytesOf(const std::vector<std::string>& texts) {
-    std::size_t bytes = 0;
-    for (const std::string& text : texts) {
-        bytes += text.size();
-    }
-    return bytes;
+Subject<std::string> TextSubject(const std::string& name, const char* group, std::vector<std::string> texts) {
+    Subject<std::string> subject{name, group, std::move(texts)};
+    subject.bytes = BytesOf(subject.inputs);
+    return subject;
 }
 
 void AddReaders(const Corpus& corpus) {
-    NS_TEST::ForEachReader([&corpus]<class Record>(const Reader<Record>& reader) {
-        if (ReadsMap(reader.name)) {
-            return;
-        }
-        Subject<std::string> subject{NameOf(reader), "readers", IdentifiersFor(reader.name, corpus)};
-        subject.bytes = BytesOf(subject.inputs);
-        for (const std::string& fdn : subject.inputs) {
-            Expect(ReadCall<Record>{reader.library, {}}(fdn) == ReadCall<Record>{reader.literal, {}}(fdn),
-                   subject.name);
-        }
-        AddPair(std::move(subject), ReadCall<Record>{reader.library, {}}, ReadCall<Record>{reader.literal, {}});
+    NS_TEST::ForEachReaderOfText([&corpus]<class Record>(const Reader<Record>& reader) {
+        AddPair(TextSubject(NameOf(reader), "readers", IdentifiersFor(reader.name, corpus)),
+                ReadCall<Record>{reader.library, {}}, ReadCall<Record>{reader.literal, {}});
+    });
+}
+
+void AddReadersOfMaps(const Corpus& corpus) {
+    NS_TEST::ForEachReaderOfMap([&corpus]<class Record>(const MapReader<Record>& reader) {
+        const std::vector<std::string> identifiers = IdentifiersFor(reader.name, corpus);
+        AddPair(Subject<MocLvlValueMap>{NameOf(reader), "readers", MapsOf(identifiers), BytesOf(identifiers)},
+                MapReadCall<Record>{reader.library, {}}, MapReadCall<Record>{reader.literal, {}});
     });
 }
 
@@ -43,16 +49,14 @@ void AddWriters(const Corpus& corpus) {
     NS_TEST::ForEachWriter([&corpus]<class Record>(const Writer<Record>& writer) {
         Subject<WriterCase<Record>> subject{NameOf(writer), "writers", CasesFor(writer, corpus)};
         WriteCall<Record> library{writer.library, {}};
-        WriteCall<Record> literal{writer.literal, {}};
         for (const WriterCase<Record>& input : subject.inputs) {
-            Expect(library(input) == literal(input), subject.name);
-            subject.bytes += library.fdn.size();
+            subject.bytes += library(input).size();
         }
-        AddPair(std::move(subject), library, literal);
+        AddPair(std::move(subject), library, WriteCall<Record>{writer.literal, {}});
     });
 }
 
-// Measures call, which is called with the class to convert by, as a std::type_identity, with an input and with an
+// Measures `call`, which is called with the class to convert by, as a std::type_identity, with an input and with an
 // answer to fill, always the same.
 template <class Answer, class Input, class Call>
 void AddByClass(Subject<Input> subject, Call call) {
@@ -62,57 +66,25 @@ void AddByClass(Subject<Input> subject, Call call) {
             return answer;
         };
     };
-    auto library = by(std::type_identity<ResIDUtil>{});
-    auto literal = by(std::type_identity<LiteralResIDUtil>{});
-    for (const Input& input : subject.inputs) {
-        Expect(library(input) == literal(input), subject.name);
-    }
     AddPair(std::move(subject), by(std::type_identity<ResIDUtil>{}), by(std::type_identity<LiteralResIDUtil>{}));
-}
-
-Subject<std::string> TextSubject(const char* name, std::vector<std::string> texts) {
-    Subject<std::string> subject{name, "grammar", std::move(texts)};
-    subject.bytes = BytesOf(subject.inputs);
-    return subject;
-}
-
-Subject<MocLvlValueMap> MapSubject(const char* name, const std::vector<std::string>& identifiers) {
-    Subject<MocLvlValueMap> subject{name, "grammar", {}};
-    for (const std::string& fdn : identifiers) {
-        ResIDUtil::Fdn2MocLvlValueMap(fdn, subject.inputs.emplace_back());
-    }
-    return subject;
-}
-
-void AddReadersOfMaps(const Corpus& corpus) {
-    using namespace NS_DOMAIN;
-    const auto maps = [&corpus](const char* name) { return MapSubject(name, IdentifiersFor(name, corpus)); };
-    AddByClass<MDIndex>(maps("FillMDIndex"),
-                        []<class By>(By, const MocLvlValueMap& map, MDIndex& md) { By::type::FillMDIndex(map, md); });
-    AddByClass<MAIndex>(maps("FillMAIndex"),
-                        []<class By>(By, const MocLvlValueMap& map, MAIndex& ma) { By::type::FillMAIndex(map, ma); });
-    AddByClass<MIPIndex>(maps("FillMIPIndex"), []<class By>(By, const MocLvlValueMap& map, MIPIndex& mip) {
-        By::type::FillMIPIndex(map, mip);
-    });
 }
 
 void AddGrammar(const Corpus& corpus) {
     using Text = std::string;
     using Texts = std::vector<std::string>;
     AddByClass<MocLvlValueMap>(
-        TextSubject("Fdn2MocLvlValueMap", corpus.All()),
+        TextSubject("Fdn2MocLvlValueMap", "grammar", corpus.All()),
         []<class By>(By, const Text& fdn, MocLvlValueMap& map) { By::type::Fdn2MocLvlValueMap(fdn, map); });
-    AddByClass<int>(MapSubject("GetValueByMocLvlName", corpus.All()),
-                    []<class By>(By, const MocLvlValueMap& map, int& value) {
-                        static const Text& tag = *new Text("S");
+    AddByClass<int>(Subject<MocLvlValueMap>{"GetValueByMocLvlName", "grammar", MapsOf(corpus.All())},
+                    [tag = Text("S")]<class By>(By, const MocLvlValueMap& map, int& value) {
                         By::type::GetValueByMocLvlName(tag, map, value);
                     });
-    AddByClass<Texts>(TextSubject("ResolveFDNByMoc", IdentifiersFor("ResID2PortIndex", corpus)),
+    AddByClass<Texts>(TextSubject("ResolveFDNByMoc", "grammar", IdentifiersFor("ResID2PortIndex", corpus)),
                       []<class By>(By, const Text& fdn, Texts& values) {
                           values.clear();
                           By::type::ResolveFDNByMoc(fdn, "PP=", 4, values);
                       });
-    AddByClass<Text>(TextSubject("GetMOCFromFDN", corpus.All()),
+    AddByClass<Text>(TextSubject("GetMOCFromFDN", "grammar", corpus.All()),
                      []<class By>(By, const Text& fdn, Text& moc) { moc = By::type::GetMOCFromFDN(fdn); });
 
     Texts levels;
@@ -124,7 +96,7 @@ void AddGrammar(const Corpus& corpus) {
         ResIDUtil::ResolveMocLevelObj(level, tag, values);
         split.bytes += level.size();
     }
-    AddByClass<std::pair<Text, Texts>>(TextSubject("ResolveMocLevelObj", levels),
+    AddByClass<std::pair<Text, Texts>>(TextSubject("ResolveMocLevelObj", "grammar", levels),
                                        []<class By>(By, const Text& level, std::pair<Text, Texts>& parts) {
                                            parts.second.clear();
                                            By::type::ResolveMocLevelObj(level, parts.first, parts.second);
@@ -147,54 +119,101 @@ struct CommaCount {
     }
 };
 
-// A port of 60 bytes, beside counting its commas.
-void AddYardstick(const Corpus& corpus) {
-    using NS_DOMAIN::PortIndex;
-    Subject<std::string> ports{"60-byte port, read", "yardstick", corpus.SixtyBytePorts()};
-    ports.bytes = BytesOf(ports.inputs);
-    Subject<std::string> commas = ports;
-    commas.name = "60-byte port, commas counted";
-    Subject<WriterCase<PortIndex>> records{"60-byte port, written", "yardstick", {}, ports.bytes};
-    for (const std::string& fdn : ports.inputs) {
-        const auto record = ReadRecord<PortIndex>("PortIndex", fdn);
-        records.inputs.push_back({record, {record.isLogical, 0}});
+// Reading and writing a port by a class, without a pointer between.
+template <class Conversions>
+struct PortReading {
+    PortIndex port;
+
+    const PortIndex& operator()(const std::string& fdn) {
+        Conversions::ResID2PortIndex(fdn, port);
+        return port;
     }
-    const auto share = [](auto subject) { return std::make_shared<const decltype(subject)>(std::move(subject)); };
-    Add(share(std::move(commas)), "library", CommaCount{})->Threads(1)->Threads(2);
-    Add(share(std::move(ports)), "library", ReadCall<PortIndex>{&ResIDUtil::ResID2PortIndex, {}})->Threads(1);
-    const auto write = [](const PortIndex& port, std::string& fdn, const NS_TEST::WriterArguments& arguments) {
-        ResIDUtil::PortIndex2ResID(port, fdn, arguments.flag);
-    };
-    Add(share(std::move(records)), "library", WriteCall<PortIndex>{write, {}})->Threads(1);
+};
+
+template <class Conversions>
+struct PortWriting {
+    std::string fdn;
+
+    const std::string& operator()(const PortIndex& port) {
+        Conversions::PortIndex2ResID(port, fdn, port.isLogical);
+        return fdn;
+    }
+};
+
+// The records of texts, which are written again just so.
+Subject<PortIndex> PortSubject(const std::string& name, const char* group, const std::vector<std::string>& texts) {
+    Subject<PortIndex> subject{name, group, {}, BytesOf(texts)};
+    PortReading<ResIDUtil> read;
+    for (const std::string& fdn : texts) {
+        read.port = PortIndex();
+        subject.inputs.push_back(read(fdn));
+    }
+    return subject;
 }
 
-// How cost grows with the text: ports whose names make them this long.
+template <class Subject>
+auto Share(Subject subject) {
+    return std::make_shared<const Subject>(std::move(subject));
+}
+
+// A port of 60 bytes, beside counting its commas.
+void AddYardstick(const Corpus& corpus) {
+    const std::vector<std::string> texts = corpus.SixtyBytePorts();
+    Add(Share(TextSubject("60-byte port, commas counted", "yardstick", texts)), "library", CommaCount{})
+        ->Threads(1)
+        ->Threads(2);
+    Add(Share(TextSubject("60-byte port, read", "yardstick", texts)), "library", PortReading<ResIDUtil>())->Threads(1);
+    Add(Share(PortSubject("60-byte port, written", "yardstick", texts)), "library", PortWriting<ResIDUtil>())
+        ->Threads(1);
+}
+
+// What a call costs while others convert: the same inputs on more and more threads.
+template <class Input, class Call>
+void AddThreads(const Subject<Input>& inputs, const Call& call) {
+    for (const int threads : {1, 2, 4, 8}) {
+        Subject<Input> subject = inputs;
+        subject.name += " on " + std::to_string(threads) + (threads == 1 ? " thread" : " threads");
+        Add(Share(std::move(subject)), "library", call)->Threads(threads);
+    }
+}
+
+void AddThreads(const Corpus& corpus) {
+    const std::vector<std::string> texts = corpus.SixtyBytePorts();
+    AddThreads(TextSubject("60-byte port, read", "threads", texts), PortReading<ResIDUtil>());
+    AddThreads(PortSubject("60-byte port, written", "threads", texts), PortWriting<ResIDUtil>());
+}
+
+// Texts that differ in their NE.
+std::vector<std::string> TextsBehindNEs(const std::string& levels) {
+    std::vector<std::string> texts;
+    for (std::size_t neId = 10'000; neId < 10'000 + Corpus::LEAST; ++neId) {
+        texts.push_back("NE=" + std::to_string(neId) + levels);
+    }
+    return texts;
+}
+
+// How cost grows with the text: ports whose names make them this long, and ports with this many levels behind them.
 void AddLengths() {
+    const std::string port = ",FR=1,S=12,CP=-1,PP=16|1025|7|";
     for (const std::size_t length : {48, 96, 192, 384, 768, 1536}) {
-        const std::string name = "port of " + std::to_string(length) + " bytes";
-        Subject<std::string> texts{name + ", read", "length", {}};
-        Subject<WriterCase<NS_DOMAIN::PortIndex>> records{name + ", written", "length", {}};
-        for (std::size_t neId = 10'000; neId < 10'000 + Corpus::LEAST; ++neId) {
-            std::string& fdn =
-                texts.inputs.emplace_back("NE=" + std::to_string(neId) + ",FR=1,S=12,CP=-1,PP=16|1025|7|");
+        std::vector<std::string> texts = TextsBehindNEs(port);
+        for (std::string& fdn : texts) {
             fdn.resize(length, 'n');
-            records.inputs.push_back({ReadRecord<NS_DOMAIN::PortIndex>("PortIndex", fdn), {}});
         }
-        texts.bytes = records.bytes = length * Corpus::LEAST;
-        NS_TEST::ForEachReader([&texts]<class Record>(const Reader<Record>& reader) {
-            if constexpr (std::is_same_v<Record, NS_DOMAIN::PortIndex>) {
-                if (reader.name == "ResID2PortIndex") {
-                    AddPair(texts, ReadCall<Record>{reader.library, {}}, ReadCall<Record>{reader.literal, {}});
-                }
-            }
-        });
-        NS_TEST::ForEachWriter([&records]<class Record>(const Writer<Record>& writer) {
-            if constexpr (std::is_same_v<Record, NS_DOMAIN::PortIndex>) {
-                if (writer.name == "PortIndex2ResID") {
-                    AddPair(records, WriteCall<Record>{writer.library, {}}, WriteCall<Record>{writer.literal, {}});
-                }
-            }
-        });
+        const std::string name = "port of " + std::to_string(length) + " bytes";
+        AddPair(TextSubject(name + ", read", "length", texts), PortReading<ResIDUtil>(),
+                PortReading<LiteralResIDUtil>());
+        AddPair(PortSubject(name + ", written", "length", texts), PortWriting<ResIDUtil>(),
+                PortWriting<LiteralResIDUtil>());
+    }
+    for (const std::size_t count : {1, 4, 16, 64, 256}) {
+        std::string levels = port + "n";
+        for (std::size_t level = 0; level < count; ++level) {
+            levels += ",VC4=1";
+        }
+        AddPair(TextSubject("port before " + std::to_string(count) + (count == 1 ? " level, read" : " levels, read"),
+                            "length", TextsBehindNEs(levels)),
+                PortReading<ResIDUtil>(), PortReading<LiteralResIDUtil>());
     }
 }
 
@@ -202,10 +221,11 @@ void AddLengths() {
 
 void AddConversions(const Corpus& corpus) {
     AddReaders(corpus);
-    AddWriters(corpus);
     AddReadersOfMaps(corpus);
+    AddWriters(corpus);
     AddGrammar(corpus);
     AddYardstick(corpus);
+    AddThreads(corpus);
     AddLengths();
 }
 

@@ -3,10 +3,10 @@
 
 namespace NS_BENCH {
 
-double CountAllocations(const std::function<void()>& operation) {
+std::optional<std::size_t> CountAllocations(const std::function<void()>& operation) {
     const NS_TEST::AllocationCount count;
     operation();
-    return static_cast<double>(count.Get());
+    return count.Get();
 }
 
 }  // namespace NS_BENCH

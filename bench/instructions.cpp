@@ -38,8 +38,11 @@ void Count(const std::string& name, std::vector<Input> inputs, Call call) {
 int main() try {
     const Corpus corpus;
     const Surroundings surroundings(corpus);
-    NS_TEST::ForEachReader([&corpus]<class Record>(const NS_TEST::Reader<Record>& reader) {
+    NS_TEST::ForEachReaderOfText([&corpus]<class Record>(const NS_TEST::Reader<Record>& reader) {
         Count(NameOf(reader), IdentifiersFor(reader.name, corpus), ReadCall<Record>{reader.library, {}});
+    });
+    NS_TEST::ForEachReaderOfMap([&corpus]<class Record>(const NS_TEST::MapReader<Record>& reader) {
+        Count(NameOf(reader), MapsOf(IdentifiersFor(reader.name, corpus)), MapReadCall<Record>{reader.library, {}});
     });
     NS_TEST::ForEachWriter([&corpus]<class Record>(const NS_TEST::Writer<Record>& writer) {
         Count(NameOf(writer), CasesFor(writer, corpus), WriteCall<Record>{writer.library, {}});

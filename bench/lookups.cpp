@@ -1,12 +1,14 @@
 // Predicates, look-ups in the tables, and the notification filter. Each stands beside the plainest code that does what
-// is asked for: the key made at every call, the service searched by its name, the table an ordered map.
+// is asked for: the key made at every call, the service searched by its name, the table an ordered map, a text looked
+// at one character after the other.
 #include <algorithm>
 #include <list>
 #include <map>
-#include <mutex>
 #include <set>
+#include <span>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -17,27 +19,28 @@
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/resIDUtil.h>
 #include <kx_domain_util/utilcommon.h>
-#include <kx_platform/bundlemgr.h>
 #include <kx_platform/configitems.h>
 #include <kx_platform/inventorybufif.h>
 
 #include "measurement.h"
 #include "network/splitmix64.h"
+#include "support/literalutilcommon.h"
+#include "surroundings.h"
 
 namespace NS_BENCH {
 
 namespace {
 
+using NS_TEST::LiteralUtilCommon;
 using NS_UTIL::UtilCommon;
-
-constexpr std::size_t INPUTS = 20'000;
 
 template <class Input, class Library, class Literal>
 void AddLookUp(const char* group, const char* name, std::vector<Input> inputs, Library library, Literal literal) {
-    for (const Input& input : inputs) {
-        Expect(library(input) == literal(input), name);
+    Subject<Input> subject{name, group, std::move(inputs)};
+    if constexpr (std::is_same_v<Input, std::string>) {
+        subject.bytes = BytesOf(subject.inputs);
     }
-    AddPair(Subject<Input>{name, group, std::move(inputs)}, library, literal);
+    AddPair(std::move(subject), library, literal);
 }
 
 // values as often as it takes, in random order.
@@ -45,7 +48,7 @@ template <class Input>
 std::vector<Input> Drawn(const std::vector<Input>& values) {
     NS_KXDU::SplitMix64 random(2);
     std::vector<Input> inputs;
-    for (std::size_t left = INPUTS; left > 0; --left) {
+    for (std::size_t left = Corpus::SIZE; left > 0; --left) {
         inputs.push_back(random.OneOf(values));
     }
     return inputs;
@@ -101,13 +104,7 @@ bool IsListed(DomainCache& cache, const char* domain, int neType) {
 }
 
 NS_SERVICE::InventoryBufif& Inventory() {
-    const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
-    for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
-        if (object.GetObjectName() == std::string("InventoryBufif")) {
-            return dynamic_cast<NS_SERVICE::InventoryBufif&>(*object.GetInterface());
-        }
-    }
-    throw std::logic_error("no inventory");
+    return FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
 }
 
 template <unsigned short... Types>
@@ -360,10 +357,7 @@ void AddTexts(const Corpus& corpus) {
         [services](const std::string& moc) { return services.contains(moc); });
     AddLookUp(
         "look-ups", "GetMoc", corpus.All(), [](const std::string& fdn) { return UtilCommon::Instance()->GetMoc(fdn); },
-        [](const std::string& fdn) {
-            const std::string level = fdn.substr(fdn.rfind(',') + 1);
-            return level.substr(0, level.find('='));
-        });
+        LiteralUtilCommon::GetMoc);
     std::vector<std::string> lines;
     for (const std::string& fdn : corpus.All()) {
         if (const auto port = fdn.find("PP="); port != std::string::npos) {
@@ -377,15 +371,7 @@ void AddTexts(const Corpus& corpus) {
             return values;
         },
         [values = std::map<int, std::string>()](const std::string& line) mutable -> const auto& {
-            std::istringstream pieces(line);
-            for (int key = 0; key < 4; ++key) {
-                std::string& value = values[key];
-                value.clear();
-                std::getline(pieces, value, '|');
-                if (value.empty() && key < 3) {
-                    value = "-1";
-                }
-            }
+            LiteralUtilCommon::GetSplitePPDataByLine(values, line);
             return values;
         });
     std::vector<std::string> paths;
@@ -400,16 +386,8 @@ void AddTexts(const Corpus& corpus) {
             return levels;
         },
         [](const std::string& path) {
-            const auto rates = MapOf<std::map<std::string, int>>(
-                NS_UTIL::GetClientRateRows(), &NS_UTIL::ClientRateRow::name, &NS_UTIL::ClientRateRow::level);
             std::map<int, int> levels;
-            std::istringstream items(path);
-            for (std::string item; std::getline(items, item, '-');) {
-                const auto colon = item.find(':');
-                if (const std::string rate = item.substr(0, colon); rates.contains(rate)) {
-                    levels[rates.at(rate)] = std::stoi(item.substr(colon + 1));
-                }
-            }
+            LiteralUtilCommon::GetSplitePATHDataByLine(levels, path);
             return levels;
         });
 }

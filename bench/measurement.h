@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -14,8 +16,8 @@
 
 namespace NS_BENCH {
 
-/// How many allocations `operation` makes; below 0 in the program that measures time.
-double CountAllocations(const std::function<void()>& operation);
+/// How many allocations `operation` makes; nothing in the program that measures time.
+std::optional<std::size_t> CountAllocations(const std::function<void()>& operation);
 
 /// What is measured, and on what.
 template <class Input>
@@ -25,6 +27,14 @@ struct Subject {
     std::vector<Input> inputs;
     std::size_t bytes = 0;  ///< of identifiers, read or written in one walk
 };
+
+inline std::size_t BytesOf(const std::vector<std::string>& texts) {
+    std::size_t bytes = 0;
+    for (const std::string& text : texts) {
+        bytes += text.size();
+    }
+    return bytes;
+}
 
 /// Measures `call`, a function object with texts and records of its own, of which every thread gets a copy.
 template <class Input, class Call>
@@ -38,7 +48,7 @@ benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>&
             }
         };
         walk();  // gives the texts their room, and makes what a first call makes
-        const double allocations = CountAllocations(walk);
+        const auto allocations = CountAllocations(walk);
         for ([[maybe_unused]] auto _ : state) {
             walk();
         }
@@ -46,26 +56,27 @@ benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>&
         using Counter = benchmark::Counter;
         state.counters["calls"] = Counter(calls, Counter::kAvgThreads);
         state.counters["bytes"] = Counter(static_cast<double>(subject->bytes) / calls, Counter::kAvgThreads);
-        state.counters["allocations"] = Counter(allocations / calls, Counter::kAvgThreads);
+        if (allocations) {
+            state.counters["allocations"] = Counter(static_cast<double>(*allocations) / calls, Counter::kAvgThreads);
+        }
         state.SetLabel(subject->group);
     };
     const std::string name = subject->name + "/" + variant;
     return benchmark::RegisterBenchmark(name.c_str(), measure)->UseRealTime();
 }
 
-/// Measures `library`, on one and on two threads, beside `literal`.
+/// Measures `library`, on one and on two threads, beside `literal`. Throws when they disagree about an input.
 template <class Input, class Library, class Literal>
-void AddPair(Subject<Input> subject, const Library& library, const Literal& literal) {
+void AddPair(Subject<Input> subject, Library library, Literal literal) {
+    for (const Input& input : subject.inputs) {
+        const bool isSame = library(input) == literal(input);
+        if (!isSame) {
+            throw std::logic_error(subject.name + ": the literal counterpart gives something else");
+        }
+    }
     const auto shared = std::make_shared<const Subject<Input>>(std::move(subject));
     Add(shared, "library", library)->Threads(1)->Threads(2);
     Add(shared, "literal", literal)->Threads(1);
-}
-
-/// What both must agree on before they are compared.
-inline void Expect(bool isSame, const std::string& name) {
-    if (!isSame) {
-        throw std::logic_error(name + ": the literal counterpart gives something else");
-    }
 }
 
 void AddConversions(const Corpus& corpus);

@@ -2,8 +2,8 @@
 
 namespace NS_BENCH {
 
-double CountAllocations(const std::function<void()>& /*operation*/) {
-    return -1;
+std::optional<std::size_t> CountAllocations(const std::function<void()>& /*operation*/) {
+    return std::nullopt;
 }
 
 }  // namespace NS_BENCH

@@ -13,7 +13,7 @@ import re
 import sys
 from xml.sax.saxutils import escape
 
-from limits import tell, write_json
+from figures import replace_between_marks, tell, write_json
 
 # How many times as fast as its literal counterpart a conversion is, at least.
 LEAST_RATIOS = {
@@ -27,8 +27,13 @@ LEAST_GAIN = 1.8
 CONVERSIONS = ("readers", "writers")
 # Those that must not allocate; what the grammar gives are maps and lists, which do.
 NOT_ALLOCATING = ("readers", "writers", "predicates", "look-ups", "filter")
-# Its answer is a container.
+# Its answer is a map that the caller makes anew: about two nodes.
 ALLOCATING = ("GetSplitePATHDataByLine",)
+# Measured on many threads, each number of them under a name of its own.
+ON_THREADS = "threads"
+# How much more time of the processor a call may take then than on one; and what the names are made of.
+MOST_GROWTH = 1.2
+THREADS_NAME = re.compile(r"(.*) on (\d+) threads?")
 # Against counting the commas of the same texts byte by byte.
 COMMAS = "60-byte port, commas counted"
 MOST_TIMES_COMMAS = {"60-byte port, read": 1.5, "60-byte port, written": 2.0}
@@ -53,10 +58,11 @@ def least(runs, field):
 def rows_of(times, allocations):
     rows = []
     for function, variant, threads in allocations:  # not those of the times, which are in random order
-        if variant != "library" or threads != 1:
-            continue
         runs = times[function, variant, threads]
-        row = {"function": function, "group": runs[0]["label"], "ns": least(runs, "cpu_time")}
+        group = runs[0]["label"]
+        if variant != "library" or (threads != 1 and group != ON_THREADS):
+            continue
+        row = {"function": function, "group": group, "ns": least(runs, "cpu_time")}
         if runs[0]["bytes"]:
             row["bytes"] = runs[0]["bytes"]
             row["megabytes_a_second"] = 1000 * row["bytes"] / row["ns"]
@@ -65,7 +71,7 @@ def rows_of(times, allocations):
             row["literal_ns"] = least(literal, "cpu_time")
             row["ratio"] = row["literal_ns"] / row["ns"]
         both = times.get((function, "library", 2))
-        if both:
+        if both and threads == 1:
             row["gain_of_two_threads"] = least(runs, "real_time") / least(both, "real_time")
         row["allocations"] = allocations[function, variant, threads][0]["allocations"]
         rows.append(row)
@@ -85,6 +91,12 @@ def limits_of(rows):
             value = row["gain_of_two_threads"]
             limits.append((f"{row['function']}: two threads convert {value:.2f} times what one does, "
                            f"at least {LEAST_GAIN}", value >= LEAST_GAIN))
+        if row["group"] == ON_THREADS:
+            call, threads = THREADS_NAME.fullmatch(row["function"]).groups()
+            value = row["ns"] / by_function[f"{call} on 1 thread"]["ns"]
+            if threads != "1":
+                limits.append((f"{row['function']}: {value:.2f} times the time of one thread, at most {MOST_GROWTH}",
+                               value <= MOST_GROWTH))
         if row["group"] in NOT_ALLOCATING and row["function"] not in ALLOCATING:
             limits.append((f"{row['function']}: {row['allocations']:g} allocations a call, none",
                            row["allocations"] == 0))
@@ -167,14 +179,6 @@ def chart(rows):
         y += step
     parts.append("</svg>\n")
     return "\n".join(parts)
-
-
-def replace_between_marks(document, subject, figures):
-    path = pathlib.Path(document)
-    begin, end = f"<!-- figures of {subject}: begin -->\n", f"<!-- figures of {subject}: end -->"
-    before, rest = path.read_text(encoding="utf-8").split(begin)
-    after = rest.split(end)[1]
-    path.write_text(before + begin + figures + end + after, encoding="utf-8")
 
 
 def main():

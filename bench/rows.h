@@ -4,11 +4,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <vector>
+
+#include <kx_domain_util/resIDUtil.h>
 
 #include "corpus.h"
 #include "support/conversions.h"
@@ -97,6 +100,27 @@ struct ReadCall {
     }
 };
 
+/// Calls a reader of a parsed FDN, always into the same record.
+template <class Record>
+struct MapReadCall {
+    typename NS_TEST::MapReader<Record>::Function read;
+    Record record;
+
+    const Record& operator()(const NS_UTIL::MocLvlValueMap& map) {
+        read(map, record);
+        return record;
+    }
+};
+
+/// The levels of each identifier.
+inline std::vector<NS_UTIL::MocLvlValueMap> MapsOf(const std::vector<std::string>& identifiers) {
+    std::vector<NS_UTIL::MocLvlValueMap> maps;
+    for (const std::string& fdn : identifiers) {
+        NS_UTIL::ResIDUtil::Fdn2MocLvlValueMap(fdn, maps.emplace_back());
+    }
+    return maps;
+}
+
 /// What a writer is called with.
 template <class Record_>
 struct WriterCase {
@@ -131,7 +155,7 @@ Record ReadRecord(std::string_view thing, const std::string& fdn) {
         ResIDUtil::ResID2MepIndex(fdn, record);
     } else {
         bool isRead = false;
-        NS_TEST::ForEachReader([&]<class Other>(const NS_TEST::Reader<Other>& reader) {
+        NS_TEST::ForEachReaderOfText([&]<class Other>(const NS_TEST::Reader<Other>& reader) {
             if constexpr (std::is_same_v<Other, Record>) {
                 if (!isRead || ThingOf(reader.name) == thing) {
                     record = Record();
@@ -176,11 +200,6 @@ std::vector<WriterCase<Record>> CasesFor(const NS_TEST::Writer<Record>& writer, 
         cases.push_back({record, ArgumentsFor(record, writer.flagName)});
     }
     return cases;
-}
-
-/// Those that are given a parsed FDN.
-inline bool ReadsMap(std::string_view reader) {
-    return reader.starts_with("Fill");
 }
 
 }  // namespace NS_BENCH

@@ -2,10 +2,10 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "support/literalresidutil.h"
 
@@ -29,17 +29,6 @@ std::filesystem::path MakeFolder() {
     return name;
 }
 
-template <class Interface>
-Interface* FindService(std::string_view name) {
-    const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
-    for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
-        if (object.GetObjectName() == name) {
-            return dynamic_cast<Interface*>(object.GetInterface());
-        }
-    }
-    throw std::logic_error("the host serves no " + std::string(name));
-}
-
 }  // namespace
 
 Surroundings::Surroundings(const Corpus& corpus) : m_folder(MakeFolder()) {
@@ -51,8 +40,8 @@ Surroundings::Surroundings(const Corpus& corpus) : m_folder(MakeFolder()) {
     NS_STANDALONE::CreateInventory(options.inventoryFile);
     NS_STANDALONE::ReplaceInventory(options.inventoryFile, corpus.GetInventory());
     m_host = std::make_unique<NS_STANDALONE::Host>(options);
-    NS_TEST::LiteralResIDUtil::inventory = FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
-    NS_TEST::LiteralResIDUtil::dataAccess = FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+    NS_TEST::LiteralResIDUtil::inventory = &FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
+    NS_TEST::LiteralResIDUtil::dataAccess = &FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
 }
 
 Surroundings::~Surroundings() {

@@ -6,11 +6,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-update=()
+document=()
 parts=()
 for argument in "$@"; do
     case $argument in
-        --update) update=(--update) ;;
+        --update) document=(--document docs/performance.md) ;;
         library | kxdu) parts+=("$argument") ;;
         *) sed -n '2,5s/^# \?//p' "$0" >&2; exit 2 ;;
     esac
@@ -21,36 +21,45 @@ fi
 
 scripts/install-deps.sh
 scripts/build.sh release
-mkdir -p build/bench
-log=build/bench/library.log
+bin=build/release/bin
+folder=build/bench
+mkdir -p $folder
+
+# Measures with a program into NAME.json, and keeps what it says in NAME.log. Figures of an earlier run are never left
+# where those of this one are looked for. Says itself whether it failed: nothing ends by itself behind "||".
+#   measured NAME PROGRAM [OPTION...]
+measured() {
+    local name=$1
+    shift
+    rm -f "$folder/$name.json"
+    "$@" --benchmark_out="$folder/$name.json" >"$folder/$name.log" 2>&1 || {
+        tail -n 40 "$folder/$name.log" >&2
+        echo "bench: $1 failed (whole log: $folder/$name.log)" >&2
+        return 1
+    }
+}
 
 # Rates of one run only are compared, and of several repetitions in random order the fastest counts: what else the
 # machine does makes a call slower, never faster.
 measure_library() {
-    local bin=build/release/bin folder=build/bench document=()
     echo "measuring the library"
-    "$bin"/kx_bench_allocations --benchmark_min_time=0.00001 --benchmark_out=$folder/allocations.json >"$log" 2>&1
-    "$bin"/kx_bench --benchmark_min_time=0.03 --benchmark_repetitions=15 --benchmark_enable_random_interleaving=true \
-                    --benchmark_out=$folder/times.json >"$log" 2>&1
-    if [ ${#update[@]} -gt 0 ]; then
-        document=(--document docs/performance.md)
-    fi
+    rm -f $folder/library.json $folder/performance.svg
+    measured allocations $bin/kx_bench_allocations --benchmark_min_time=0.00001 || return 1
+    measured times $bin/kx_bench --benchmark_min_time=0.03 --benchmark_repetitions=15 \
+                                 --benchmark_enable_random_interleaving=true || return 1
     local code=0
     bench/report.py $folder/times.json $folder/allocations.json --json $folder/library.json \
-                    --svg $folder/performance.svg "${document[@]}" || code=$?
-    if [ ${#update[@]} -gt 0 ]; then
-        cp $folder/performance.svg docs/performance.svg
+                    --svg $folder/performance.svg "${document[@]}" || code=1
+    if [ ${#document[@]} -gt 0 ]; then
+        cp $folder/performance.svg docs/performance.svg || return 1
     fi
     return $code
 }
 
 measure_kxdu() {
-    local document=()
     echo "measuring kxdu"
-    if [ ${#update[@]} -gt 0 ]; then
-        document=(--document docs/performance.md)
-    fi
-    bench/kxdu.py build/release/bin/kxdu --json build/bench/kxdu.json "${document[@]}"
+    rm -f $folder/kxdu.json
+    bench/kxdu.py $bin/kxdu --json $folder/kxdu.json "${document[@]}"
 }
 
 code=0

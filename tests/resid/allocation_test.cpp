@@ -1,7 +1,10 @@
 // Conversions whose texts have room allocate nothing, others no more than their texts need.
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
+
+#include <kx_domain_util/resIDUtil.h>
 
 #include "support/allocations.h"
 #include "support/conversions.h"
@@ -18,8 +21,9 @@ using NS_TEST::CountingInventory;
 using NS_TEST::CountTextsThatNeedRoom;
 using NS_TEST::FailingAllocations;
 using NS_TEST::ForEachReader;
+using NS_TEST::ForEachReaderOfMap;
+using NS_TEST::ForEachReaderOfText;
 using NS_TEST::ForEachWriter;
-using NS_TEST::GoesThroughAMap;
 using NS_TEST::IdentifierGenerator;
 using NS_TEST::MakeRoom;
 using NS_TEST::NeedsRoom;
@@ -29,6 +33,8 @@ using NS_TEST::Registration;
 using NS_TEST::Scaled;
 using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
+using NS_UTIL::MocLvlValueMap;
+using NS_UTIL::ResIDUtil;
 
 class NoFile : public NS_SERVICE::DAWSvcInterface {
 public:
@@ -78,16 +84,19 @@ TEST_F(Allocations, AreNotMadeByReaders) {
     IdentifierGenerator identifiers(61);
     for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
         const std::string fdn = identifiers.Next();
-        ForEachReader([&fdn]<class Record>(const Reader<Record>& reader) {
-            Record record;
+        const auto expectNone = [&fdn](const auto& reader, const auto& given) {
+            typename std::decay_t<decltype(reader)>::Record record;
             MakeRoom(record);
 
             const AllocationCount count;
-            reader.library(fdn, record);
+            reader.library(given, record);
 
-            EXPECT_TRUE(count.Get() == 0 || GoesThroughAMap(reader.name))
-                << reader.name << " of " << testing::PrintToString(fdn);
-        });
+            EXPECT_EQ(count.Get(), 0U) << reader.name << " of " << testing::PrintToString(fdn);
+        };
+        MocLvlValueMap map;
+        ResIDUtil::Fdn2MocLvlValueMap(fdn, map);
+        ForEachReaderOfText([&](const auto& reader) { expectNone(reader, fdn); });
+        ForEachReaderOfMap([&](const auto& reader) { expectNone(reader, map); });
     }
 }
 
@@ -115,17 +124,20 @@ TEST_F(Allocations, AreMadeByReadersOnceForEachTextWithoutRoom) {
     std::size_t texts = 0;
     for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
         const std::string fdn = identifiers.Next() + name;
-        ForEachReader([&]<class Record>(const Reader<Record>& reader) {
-            Record record;
+        const auto expectOnce = [&](const auto& reader, const auto& given) {
+            typename std::decay_t<decltype(reader)>::Record record;
 
             const AllocationCount count;
-            reader.library(fdn, record);
+            reader.library(given, record);
 
-            const std::size_t made = count.Get();
-            EXPECT_TRUE(made <= CountTextsThatNeedRoom(record) || GoesThroughAMap(reader.name))
-                << made << " by " << reader.name << " of " << testing::PrintToString(fdn);
+            EXPECT_LE(count.Get(), CountTextsThatNeedRoom(record))
+                << reader.name << " of " << testing::PrintToString(fdn);
             texts += CountTextsThatNeedRoom(record);
-        });
+        };
+        MocLvlValueMap map;
+        ResIDUtil::Fdn2MocLvlValueMap(fdn, map);
+        ForEachReaderOfText([&](const auto& reader) { expectOnce(reader, fdn); });
+        ForEachReaderOfMap([&](const auto& reader) { expectOnce(reader, map); });
     }
     EXPECT_GT(texts, 0U);
 }

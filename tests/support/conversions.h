@@ -1,7 +1,6 @@
 /// All readers and writers as rows, each beside its literal counterpart: what tests of all of them walk over.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -23,27 +22,48 @@ struct Reader {
     Function literal;
 };
 
-/// read is called with the class to convert by, as a std::type_identity.
+/// `read` is called with the class to convert by, as a std::type_identity.
 template <class Record, class Read>
 Reader<Record> MakeReader(std::string_view name, Read /*read*/) {
-    // read captures nothing, so that a function without it can call it.
+    // `read` captures nothing, so that a function without it can call it.
     return {
         name,
         [](const std::string& fdn, Record& record) { Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, fdn, record); },
         [](const std::string& fdn, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, fdn, record); }};
 }
 
-/// The parsed FDN that the readers of a map take.
-template <class By>
-NS_UTIL::MocLvlValueMap ParseBy(By /*conversions*/, const std::string& fdn) {
-    NS_UTIL::MocLvlValueMap map;
-    By::type::Fdn2MocLvlValueMap(fdn, map);
-    return map;
+/// A reader of a parsed FDN.
+template <class Record_>
+struct MapReader {
+    using Record = Record_;
+    using Function = void (*)(const NS_UTIL::MocLvlValueMap&, Record&);
+
+    std::string_view name;
+    Function library;
+    Function literal;
+    Reader<Record> afterParsing;  // is given the text, of which it makes the map first
+};
+
+/// As MakeReader.
+template <class Record, class Read>
+MapReader<Record> MakeMapReader(std::string_view name, Read /*read*/) {
+    using NS_UTIL::MocLvlValueMap;
+    return {
+        name,
+        [](const MocLvlValueMap& map, Record& record) {
+            Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, map, record);
+        },
+        [](const MocLvlValueMap& map, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, map, record); },
+        MakeReader<Record>(name, []<class By>(By by, const std::string& fdn, Record& record) {
+            MocLvlValueMap map;
+            By::type::Fdn2MocLvlValueMap(fdn, map);
+            Read{}(by, map, record);
+        })};
 }
 
-/// Calls `visit` with each reader's row.
+/// Calls `visit` with the row of each reader that is given a text.
 template <class Visit>
-void ForEachReader(Visit visit) {
+void ForEachReaderOfText(Visit visit) {
     using NS_UTIL::ResIDUtil;
     using Literal = LiteralResIDUtil;
     using namespace NS_DOMAIN;
@@ -78,19 +98,30 @@ void ForEachReader(Visit visit) {
     visit(Reader<MDIndex>{"ResID2MDIndex", &ResIDUtil::ResID2MDIndex, &Literal::ResID2MDIndex});
     visit(Reader<MAIndex>{"ResID2MAIndex", &ResIDUtil::ResID2MAIndex, &Literal::ResID2MAIndex});
     visit(Reader<MIPIndex>{"ResID2MIPIndex", &ResIDUtil::ResID2MIPIndex, &Literal::ResID2MIPIndex});
-    visit(MakeReader<MDIndex>("FillMDIndex", []<class By>(By by, const std::string& fdn, MDIndex& md) {
-        By::type::FillMDIndex(ParseBy(by, fdn), md);
-    }));
-    visit(MakeReader<MAIndex>("FillMAIndex", []<class By>(By by, const std::string& fdn, MAIndex& ma) {
-        By::type::FillMAIndex(ParseBy(by, fdn), ma);
-    }));
-    visit(MakeReader<MIPIndex>("FillMIPIndex", []<class By>(By by, const std::string& fdn, MIPIndex& mip) {
-        By::type::FillMIPIndex(ParseBy(by, fdn), mip);
-    }));
     visit(MakeReader<EndPointReading>("ResID2MepIndex",
                                       []<class By>(By, const std::string& fdn, EndPointReading& reading) {
                                           reading.answer = By::type::ResID2MepIndex(fdn, reading.mep);
                                       }));
+}
+
+/// Calls `visit` with the row of each reader that is given a parsed FDN.
+template <class Visit>
+void ForEachReaderOfMap(Visit visit) {
+    using namespace NS_DOMAIN;
+    using Map = NS_UTIL::MocLvlValueMap;
+    visit(MakeMapReader<MDIndex>("FillMDIndex",
+                                 []<class By>(By, const Map& map, MDIndex& md) { By::type::FillMDIndex(map, md); }));
+    visit(MakeMapReader<MAIndex>("FillMAIndex",
+                                 []<class By>(By, const Map& map, MAIndex& ma) { By::type::FillMAIndex(map, ma); }));
+    visit(MakeMapReader<MIPIndex>(
+        "FillMIPIndex", []<class By>(By, const Map& map, MIPIndex& mip) { By::type::FillMIPIndex(map, mip); }));
+}
+
+/// Calls `visit` with each reader's row; those of maps parse the text first.
+template <class Visit>
+void ForEachReader(Visit visit) {
+    ForEachReaderOfText(visit);
+    ForEachReaderOfMap([&visit](const auto& reader) { visit(reader.afterParsing); });
 }
 
 /// What writers take besides record and text.
@@ -102,7 +133,7 @@ struct WriterArguments {
 template <class Record_>
 struct Writer {
     using Record = Record_;
-    using Function = std::function<void(const Record&, std::string&, const WriterArguments&)>;
+    using Function = void (*)(const Record&, std::string&, const WriterArguments&);
 
     std::string_view name;
     std::string_view flagName;  // empty: takes none
@@ -110,15 +141,16 @@ struct Writer {
     Function literal;
 };
 
-/// `write` is called with the class to convert by, as a std::type_identity.
+/// As MakeReader.
 template <class Record, class Write>
-Writer<Record> MakeWriter(std::string_view name, std::string_view flagName, Write write) {
-    const auto by = [write](auto conversions) {
-        return [write, conversions](const Record& record, std::string& fdn, const WriterArguments& arguments) {
-            write(conversions, record, fdn, arguments);
-        };
-    };
-    return {name, flagName, by(std::type_identity<NS_UTIL::ResIDUtil>{}), by(std::type_identity<LiteralResIDUtil>{})};
+Writer<Record> MakeWriter(std::string_view name, std::string_view flagName, Write /*write*/) {
+    return {name, flagName,
+            [](const Record& record, std::string& fdn, const WriterArguments& arguments) {
+                Write{}(std::type_identity<NS_UTIL::ResIDUtil>{}, record, fdn, arguments);
+            },
+            [](const Record& record, std::string& fdn, const WriterArguments& arguments) {
+                Write{}(std::type_identity<LiteralResIDUtil>{}, record, fdn, arguments);
+            }};
 }
 
 /// Calls `visit` with each writer's row.

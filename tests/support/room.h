@@ -1,8 +1,6 @@
 /// The room that the texts of a caller's record have, for tests of what conversions allocate.
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -42,12 +40,6 @@ std::size_t CountTextsThatNeedRoom(const Record& record) {
     std::size_t count = 0;
     ForEachText(record, [&count](const std::string& text) { count += NeedsRoom(text) ? 1 : 0; });
     return count;
-}
-
-/// These readers are given a map of levels, which allocates when it is made.
-inline bool GoesThroughAMap(std::string_view reader) {
-    constexpr std::array<std::string_view, 3> READERS{"FillMAIndex", "FillMDIndex", "FillMIPIndex"};
-    return std::find(READERS.begin(), READERS.end(), reader) != READERS.end();
 }
 
 }  // namespace NS_TEST
