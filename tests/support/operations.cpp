@@ -97,12 +97,7 @@ void AddConversions(Table& add) {
     const std::string scope = "NS_UTIL::ResIDUtil::";
     ForEachReader([&]<class Record>(const Reader<Record>& reader) {
         using Answer = std::array<Record, LONG_IDENTIFIERS.size() + 1>;
-        // It keeps the port of a key that it is given, also one that a call before it read by half.
-        const bool needsFreshRecord = reader.name == "ResID2APIndex";
-        add(Row<Answer>{scope + std::string(reader.name), [read = reader.library, needsFreshRecord](Answer& records) {
-                            if (needsFreshRecord) {
-                                records = {};
-                            }
+        add(Row<Answer>{scope + std::string(reader.name), [read = reader.library](Answer& records) {
                             read(END_POINT, records.back());
                             for (std::size_t at = 0; at < LONG_IDENTIFIERS.size(); ++at) {
                                 read(LONG_IDENTIFIERS[at], records[at]);
