@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/netype.h>
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/configitems.h>
@@ -30,6 +31,7 @@ using NS_STANDALONE::LogTarget;
 using NS_TEST::FailingAllocations;
 using NS_TEST::LiveAllocations;
 using NS_TEST::Shortage;
+using NS_UTIL::DeviceDomainMgr;
 
 constexpr const char* BUNDLE_FILE = "kx_corbaagent_bundle/bundle.cfg";
 constexpr const char* OTHER_FILE = "other.cfg";
@@ -152,6 +154,27 @@ TEST_P(FailingHost, KeepsWhatItHasReadWhenItReadsAgain) {
     Host host(m_options);
     const std::size_t failures =
         LetEachFail([&host] { host.ReloadInventory(); }, [](bool) { ASSERT_TRUE(AnswersRight()); });
+    EXPECT_GT(failures, 10U);
+}
+
+// Nothing can fail behind the list that is stored last: it comes with the NEs of its file.
+TEST_P(FailingHost, ReplacesAllWhenTheLastListIsStored) {
+    const std::string lastDomain = "~ a domain of quite a long name behind all others";
+    const NS_STANDALONE::Inventory before = NS_STANDALONE::ReadInventory(m_inventoryFile);
+    NS_STANDALONE::Inventory after = before;
+    after.nes.front().multiSubShelf = false;
+    after.domainMembers.push_back({NS_STANDALONE::DomainCache::EQUIPMENT_TYPE, lastDomain, 7});
+    Host host(m_options);
+    NS_STANDALONE::ReplaceInventory(m_inventoryFile, after);
+    const std::size_t failures =
+        LetEachFail([&host] { host.ReloadInventory(); },
+                    [&](bool isDone) {
+                        ASSERT_EQ(NS_UTIL::IsTransMultiSubShelfNE(12, 1911), !isDone);
+                        ASSERT_EQ(DeviceDomainMgr::Instance()->isInDomainEqtCache(lastDomain, 7), isDone);
+                        NS_STANDALONE::ReplaceInventory(m_inventoryFile, before);
+                        host.ReloadInventory();
+                        NS_STANDALONE::ReplaceInventory(m_inventoryFile, after);
+                    });
     EXPECT_GT(failures, 10U);
 }
 
