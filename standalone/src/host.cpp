@@ -1,3 +1,4 @@
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -54,8 +55,9 @@ public:
     void ReloadInventory() {
         if (m_inventory) {
             const Inventory inventory = ReadInventory(m_inventoryFile);
+            auto table = std::make_unique<const InventoryService::Table>(inventory);
             m_domainLists->Load(inventory.domainMembers);
-            m_inventory->Replace(inventory);
+            m_inventory->Replace(std::move(table));  // last, since it cannot fail
         }
     }
 

@@ -1,8 +1,5 @@
 #include "inventoryservice.h"
 
-#include <memory>
-#include <utility>
-
 namespace NS_STANDALONE {
 
 using NS_BUNDLEMGR1::ReadPin;
@@ -26,22 +23,23 @@ const NeRow* InventoryService::Table::FindNe(std::int64_t neId) const {
 InventoryService::InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe)
     : m_table(std::make_unique<Table>(inventory)), m_missingNe(std::move(missingNe)) {}
 
-void InventoryService::Replace(const Inventory& inventory) {
-    m_table.Replace(std::make_unique<Table>(inventory));
-}
-
-const NeRow* InventoryService::FindNe(const Table& table, std::int64_t neId) const {
-    const NeRow* const ne = table.FindNe(neId);
-    if (ne == nullptr && m_missingNe) {
+std::optional<NeRow> InventoryService::FindNe(std::int64_t neId) const {
+    {
+        ReadPin pin;
+        if (const NeRow* const ne = m_table.Read(pin).FindNe(neId)) {
+            return *ne;
+        }
+    }
+    // Without the pin: it may wait for a thread that replaces the table.
+    if (m_missingNe) {
         m_missingNe(neId);
     }
-    return ne;
+    return std::nullopt;
 }
 
 bool InventoryService::QueryNEType(std::int64_t neId, std::uint32_t& neType, bool /*flag*/) {
-    ReadPin pin;
-    const NeRow* const ne = FindNe(m_table.Read(pin), neId);
-    if (ne == nullptr) {
+    const std::optional<NeRow> ne = FindNe(neId);
+    if (!ne) {
         return false;
     }
     neType = ne->neType;
@@ -49,9 +47,8 @@ bool InventoryService::QueryNEType(std::int64_t neId, std::uint32_t& neType, boo
 }
 
 bool InventoryService::IsOamNumberOmitted(int neId) {
-    ReadPin pin;
-    const NeRow* const ne = FindNe(m_table.Read(pin), neId);
-    return ne != nullptr && ne->oamNumberOmitted;
+    const std::optional<NeRow> ne = FindNe(neId);
+    return ne && ne->oamNumberOmitted;
 }
 
 bool InventoryService::IsIPServiceNEType(unsigned short neType) {
@@ -65,9 +62,8 @@ bool InventoryService::IsKLVNEType(unsigned short neType) {
 }
 
 bool InventoryService::IsTransMultiSubShelf(unsigned long neId, unsigned short /*neType*/) {
-    ReadPin pin;
-    const NeRow* const ne = FindNe(m_table.Read(pin), static_cast<std::int64_t>(neId));
-    return ne != nullptr && ne->multiSubShelf;
+    const std::optional<NeRow> ne = FindNe(static_cast<std::int64_t>(neId));
+    return ne && ne->multiSubShelf;
 }
 
 }  // namespace NS_STANDALONE

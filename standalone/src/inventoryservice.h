@@ -3,7 +3,10 @@
 #include <bitset>
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include <kx_platform/inventorybufif.h>
 #include <kx_standalone/inventoryfile.h>
@@ -15,21 +18,7 @@ namespace NS_STANDALONE {
 /// Answers from an inventory that is held in memory. A query costs one look-up and takes no lock.
 class InventoryService final : public NS_SERVICE::InventoryBufif {
 public:
-    /// `missingNe`: see `HostOptions`.
-    explicit InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe = {});
-
-    /// Puts `inventory` in the place of what was there. One thread at a time; queries go on meanwhile.
-    void Replace(const Inventory& inventory);
-
-    /// `flag` plays no part.
-    bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override;
-    bool IsOamNumberOmitted(int neId) override;
-    bool IsIPServiceNEType(unsigned short neType) override;
-    bool IsKLVNEType(unsigned short neType) override;
-    /// What is recorded of the NE; `neType` plays no part.
-    bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override;
-
-private:
+    /// What answers are read from.
     class Table {
     public:
         explicit Table(const Inventory& inventory);
@@ -47,8 +36,23 @@ private:
         NeTypeSet m_klv;
     };
 
-    // The NE's row in `table`; null, and `missingNe` is told, when there is none.
-    const NeRow* FindNe(const Table& table, std::int64_t neId) const;
+    /// `missingNe`: see `HostOptions`.
+    explicit InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe = {});
+
+    /// Puts `table` in the place of what was there. One thread at a time; queries go on meanwhile.
+    void Replace(std::unique_ptr<const Table> table) noexcept { m_table.Replace(std::move(table)); }
+
+    /// `flag` plays no part.
+    bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override;
+    bool IsOamNumberOmitted(int neId) override;
+    bool IsIPServiceNEType(unsigned short neType) override;
+    bool IsKLVNEType(unsigned short neType) override;
+    /// What is recorded of the NE; `neType` plays no part.
+    bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override;
+
+private:
+    // The NE's row; nothing, and `missingNe` is told, when there is none.
+    [[nodiscard]] std::optional<NeRow> FindNe(std::int64_t neId) const;
 
     Published<Table> m_table;
     std::function<void(std::int64_t neId)> m_missingNe;

@@ -11,11 +11,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/utilcommon.h>
 
 #include "support/allocations.h"
 #include "support/childprocess.h"
+#include "support/lazytables.h"
 #include "support/scale.h"
 
 namespace {
@@ -135,31 +135,11 @@ TEST_P(FirstCall, ThatRanOutOfMemoryLeavesNothing) {
     EXPECT_GE(spared, GetParam().allocations);
 }
 
-bool NamesAreRight() {
-    return NS_UTIL::GetFBTypeName(122) == "CSK" && NS_UTIL::GetFBTypeName(4350) == "POWER" &&
-           NS_UTIL::GetFBTypeName(4147) == "4147";
-}
-
-bool PtnAidsAreRight() {
-    return NS_UTIL::IsPTNAIDFBType(4149) && NS_UTIL::IsPTNAIDFBType(4258) && !NS_UTIL::IsPTNAIDFBType(4136);
-}
-
-bool PortObjectsAreRight() {
-    return NS_UTIL::IsPortObjByFbType(919, 3) && NS_UTIL::IsPortObjByFbType(934, 3) &&
-           !NS_UTIL::IsPortObjByFbType(2, 3);
-}
-
-bool BidirectionalTypesAreRight() {
-    const UtilCommon& utilCommon = *UtilCommon::Instance();
-    return utilCommon.GetBidirFBType(33) == 1 && utilCommon.GetBidirFBType(918) == 916 &&
-           utilCommon.GetBidirFBType(1) == 1;
-}
-
 INSTANTIATE_TEST_SUITE_P(Of, FirstCall,
-                         testing::Values(Table{"FbTypeNames", &NamesAreRight, 31},
-                                         Table{"PtnAidFbTypes", &PtnAidsAreRight, 1},
-                                         Table{"PortObjectFbTypes", &PortObjectsAreRight, 1},
-                                         Table{"BidirFbTypes", &BidirectionalTypesAreRight, 149}),
+                         testing::Values(Table{"FbTypeNames", &NS_TEST::NamesAreRight, 31},
+                                         Table{"PtnAidFbTypes", &NS_TEST::PtnAidsAreRight, 1},
+                                         Table{"PortObjectFbTypes", &NS_TEST::PortObjectsAreRight, 1},
+                                         Table{"BidirFbTypes", &NS_TEST::BidirectionalTypesAreRight, 149}),
                          [](const auto& table) { return std::string(table.param.name); });
 
 }  // namespace

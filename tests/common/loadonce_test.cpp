@@ -10,18 +10,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/utilcommon.h>
 
 #include "support/allocations.h"
 #include "support/childprocess.h"
 #include "support/failinglocks.h"
+#include "support/lazytables.h"
 #include "support/services.h"
 
 namespace {
 
 using NS_TEST::AllocationCount;
+using NS_TEST::BidirectionalTypesAreRight;
 using NS_TEST::Configuration;
 using NS_TEST::FailingLocks;
 using NS_TEST::FailingReleases;
@@ -177,28 +178,15 @@ TEST_P(FailingLock, LoadsNothingThatWasLoadedMeanwhile) {
     EXPECT_EQ(loadedMeanwhile, loadedOnce);
 }
 
-bool NamesAreRight() {
-    return NS_UTIL::GetFBTypeName(122) == "CSK" && NS_UTIL::GetFBTypeName(4350) == "POWER";
-}
-bool PtnAidsAreRight() {
-    return NS_UTIL::IsPTNAIDFBType(4149) && NS_UTIL::IsPTNAIDFBType(4258) && !NS_UTIL::IsPTNAIDFBType(4136);
-}
-bool PortObjectsAreRight() {
-    return NS_UTIL::IsPortObjByFbType(919, 3) && NS_UTIL::IsPortObjByFbType(934, 3);
-}
-bool BidirectionalTypesAreRight() {
-    const UtilCommon& utilCommon = *UtilCommon::Instance();
-    return utilCommon.GetBidirFBType(33) == 1 && utilCommon.GetBidirFBType(918) == 916;
-}
 bool FilterIsRight() {
     NtfFilter& filter = *NtfFilter::Instance();
     return filter.IsFilteNtf(5) && filter.IsFilteNtf(8) && !filter.IsFilteNtf(9);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, FailingLock,
-                         testing::Values(Loaded{"FbTypeNames", &NamesAreRight},
-                                         Loaded{"PtnAidFbTypes", &PtnAidsAreRight},
-                                         Loaded{"PortObjectFbTypes", &PortObjectsAreRight},
+                         testing::Values(Loaded{"FbTypeNames", &NS_TEST::NamesAreRight},
+                                         Loaded{"PtnAidFbTypes", &NS_TEST::PtnAidsAreRight},
+                                         Loaded{"PortObjectFbTypes", &NS_TEST::PortObjectsAreRight},
                                          Loaded{"BidirFbTypes", &BidirectionalTypesAreRight},
                                          Loaded{"Filter", &FilterIsRight}),
                          [](const auto& loaded) { return std::string(loaded.param.name); });

@@ -278,49 +278,30 @@ TEST_F(Services, AreFoundOnceTheyAreRegistered) {
     });
 }
 
-TEST_F(Services, AreTakenBackOnlyWhenNoCallIsInFlight) {
-    struct SlowInventory : CountingInventory {
-        using CountingInventory::CountingInventory;
-        bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
-            m_entered.store(true);
-            m_entered.notify_all();
-            std::this_thread::sleep_for(milliseconds{100});
-            m_left.store(true);
-            return CountingInventory::QueryNEType(neId, neType, flag);
-        }
-        std::atomic<bool> m_entered{false};
-        std::atomic<bool> m_left{false};
-    } inventory(1911);
-    Registry().RegisterService("InventoryBufif", &inventory);
-    std::thread converter([] {
-        std::string fdn;
-        ResIDUtil::CardIndex2ResID(Card(), fdn);
-        EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT);
-    });
-    inventory.m_entered.wait(false);
-    EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
-    EXPECT_TRUE(inventory.m_left.load());
-    converter.join();
-}
-
-TEST_F(Services, AreFoundNoMoreWhileTheyWaitToBeTakenBack) {
+TEST_F(Services, AreFoundNoMoreAndTakenBackWhenNoCallIsInFlight) {
     struct HeldInventory : CountingInventory {
         using CountingInventory::CountingInventory;
         bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
             m_entered.store(true);
             m_entered.notify_all();
             m_mayLeave.wait(false);
+            m_left.store(true);
             return CountingInventory::QueryNEType(neId, neType, flag);
         }
         std::atomic<bool> m_entered{false};
         std::atomic<bool> m_mayLeave{false};
+        std::atomic<bool> m_left{false};
     } inventory(1911);
     Registry().RegisterService("InventoryBufif", &inventory);
     std::string fdn;
     std::thread converter([&fdn] { ResIDUtil::CardIndex2ResID(Card(), fdn); });
     inventory.m_entered.wait(false);
     std::atomic<bool> isTakenBack{false};
-    std::thread taker([&isTakenBack] { isTakenBack.store(Registry().UnregisterService("InventoryBufif")); });
+    std::thread taker([&] {
+        EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
+        EXPECT_TRUE(inventory.m_left.load()) << "a call is in flight";
+        isTakenBack.store(true);
+    });
     const auto isFound = [] {
         try {
             return NS_UTIL::IsKLVNE(1911);  // an operation that does not wait

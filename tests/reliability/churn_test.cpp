@@ -96,9 +96,17 @@ public:
         m_mortal.Touch();
         return CountingInventory::IsOamNumberOmitted(neId);
     }
+    bool IsIPServiceNEType(unsigned short neType) override {
+        m_mortal.Touch();
+        return CountingInventory::IsIPServiceNEType(neType);
+    }
     bool IsKLVNEType(unsigned short neType) override {
         m_mortal.Touch();
         return CountingInventory::IsKLVNEType(neType);
+    }
+    bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override {
+        m_mortal.Touch();
+        return CountingInventory::IsTransMultiSubShelf(neId, neType);
     }
 
 private:
@@ -187,11 +195,14 @@ void ChangeItems(const std::atomic<bool>& stop) {
             std::this_thread::yield();
         }
         Configuration::Set("PfmFrameRdSize", "3000");
-        Configuration::Set("EventSwitch", "1");  // without effect: the filter reads it once
+        // Without effect: the filter reads these once.
+        Configuration::Set("EventSwitch", "1");
+        Configuration::Set("Whitelist", "6");
+        Configuration::Set("Blacklist", "6");
         Configuration::Remove("NETypeListForSubSlot");
         Configuration::Remove("Telvandaire");
         Configuration::Remove("PfmFrameRdSize");
-        itemChanges.fetch_add(13);
+        itemChanges.fetch_add(15);
     }
 }
 
@@ -275,6 +286,8 @@ std::vector<Question> LookUps() {
          }},
         {"IsOTNNE", [] { return NS_UTIL::IsOTNNE(77) && !NS_UTIL::IsOTNNE(78); }},
         {"IsKLVNE", [] { return NS_UTIL::IsKLVNE(NE_TYPE); }},
+        {"IsIPServiceNE", [] { return NS_UTIL::IsIPServiceNE(NE_TYPE) && !NS_UTIL::IsIPServiceNE(78); }},
+        {"IsTransMultiSubShelfNE", [] { return NS_UTIL::IsTransMultiSubShelfNE(12, NE_TYPE); }},
     };
 }
 
@@ -295,7 +308,9 @@ void Ask(const std::vector<Question>& questions, std::size_t at, std::atomic<boo
 }
 
 TEST(Churn, OfServicesAndItemsHarmsNobody) {
+    // The lists that are asked for: asking for one that is not there would make it, in several threads at once.
     DeviceDomainMgr::Instance()->AddDomainEqtCache("OTN", {77});
+    DeviceDomainMgr::Instance()->AddDomainEqtCache("PTN31", {});
     std::vector<Question> questions = Conversions();
     const std::vector<Question> lookUps = LookUps();
     for (std::size_t conversions = questions.size(); conversions > 0; --conversions) {

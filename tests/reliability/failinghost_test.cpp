@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/netype.h>
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/configitems.h>
@@ -30,6 +31,7 @@ using NS_STANDALONE::LogTarget;
 using NS_TEST::FailingAllocations;
 using NS_TEST::LiveAllocations;
 using NS_TEST::Shortage;
+using NS_UTIL::DeviceDomainMgr;
 
 constexpr const char* BUNDLE_FILE = "kx_corbaagent_bundle/bundle.cfg";
 constexpr const char* OTHER_FILE = "other.cfg";
@@ -155,6 +157,27 @@ TEST_P(FailingHost, KeepsWhatItHasReadWhenItReadsAgain) {
     EXPECT_GT(failures, 10U);
 }
 
+// Nothing can fail behind the list that is stored last: it comes with the NEs of its file.
+TEST_P(FailingHost, ReplacesAllWhenTheLastListIsStored) {
+    const std::string lastDomain = "~ a domain of quite a long name behind all others";
+    const NS_STANDALONE::Inventory before = NS_STANDALONE::ReadInventory(m_inventoryFile);
+    NS_STANDALONE::Inventory after = before;
+    after.nes.front().multiSubShelf = false;
+    after.domainMembers.push_back({NS_STANDALONE::DomainCache::EQUIPMENT_TYPE, lastDomain, 7});
+    Host host(m_options);
+    NS_STANDALONE::ReplaceInventory(m_inventoryFile, after);
+    const std::size_t failures =
+        LetEachFail([&host] { host.ReloadInventory(); },
+                    [&](bool isDone) {
+                        ASSERT_EQ(NS_UTIL::IsTransMultiSubShelfNE(12, 1911), !isDone);
+                        ASSERT_EQ(DeviceDomainMgr::Instance()->isInDomainEqtCache(lastDomain, 7), isDone);
+                        NS_STANDALONE::ReplaceInventory(m_inventoryFile, before);
+                        host.ReloadInventory();
+                        NS_STANDALONE::ReplaceInventory(m_inventoryFile, after);
+                    });
+    EXPECT_GT(failures, 10U);
+}
+
 // Each item is the old one or the new one, and all are new when it reads once more.
 TEST_P(FailingHost, HasWholeItemsWhenItReadsItsConfigurationAgain) {
     m_options.configFolder = m_folder.Path();
@@ -207,15 +230,17 @@ TEST_P(FailingHost, ForgetsAFileThatItCouldNotRead) {
     const std::string text = NS_TEST::ReadFile(m_folder / OTHER_FILE);
     std::optional<Host> host(m_options);
     auto* service = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
-    LetEachFail([&] { service->GetConfiguration(OTHER_FILE, ""); },
-                [&](bool) {
-                    std::filesystem::remove(m_folder / OTHER_FILE);
-                    host->ReloadConfiguration();
-                    ASSERT_EQ(service->GetConfiguration(OTHER_FILE, ""), nullptr);
-                    NS_TEST::WriteFile(m_folder / OTHER_FILE, text);
-                    host.emplace(m_options);
-                    service = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
-                });
+    const std::size_t failures =
+        LetEachFail([&] { service->GetConfiguration(OTHER_FILE, ""); },
+                    [&](bool) {
+                        std::filesystem::remove(m_folder / OTHER_FILE);
+                        host->ReloadConfiguration();
+                        ASSERT_EQ(service->GetConfiguration(OTHER_FILE, ""), nullptr);
+                        NS_TEST::WriteFile(m_folder / OTHER_FILE, text);
+                        host.emplace(m_options);
+                        service = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+                    });
+    EXPECT_GT(failures, 10U);
 }
 
 TEST_P(FailingHost, InventoryFilesStayWhole) {

@@ -1,9 +1,15 @@
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <limits>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 
+#include <kx_domain_util/resIDUtil.h>
 #include <kx_platform/inventorybufif.h>
 
 #include "support.h"
@@ -59,6 +65,34 @@ TEST(InventoryServiceWithAListener, TellsOfEachQuestionAboutAMissingNe) {
         service.IsTransMultiSubShelf(static_cast<unsigned long>(neId) + 2, 5);
     }
     EXPECT_THAT(missing, testing::ElementsAre(2, 3, 7, 8, 9));
+}
+
+// It may hold what the thread that reloads waits for.
+TEST(InventoryServiceWithAListener, MayBeReloadedWhileTheListenerWaits) {
+    const TemporaryFolder folder;
+    HostOptions options = WithInventory(MakeInventory(folder / "a.db", {}));
+    std::optional<Host> host;
+    std::vector<std::future<void>> reloads;
+    int done = 0;
+    options.missingNe = [&](std::int64_t) {
+        reloads.push_back(std::async(std::launch::async, [&] { host->ReloadInventory(); }));
+        done += reloads.back().wait_for(std::chrono::seconds{20}) == std::future_status::ready ? 1 : 0;
+    };
+    host.emplace(options);
+    InventoryBufif& service = *FindService<InventoryBufif>("InventoryBufif");
+    std::uint32_t neType = 0;
+    EXPECT_FALSE(service.QueryNEType(7, neType, true));
+    EXPECT_EQ(done, 1);
+    EXPECT_FALSE(service.IsOamNumberOmitted(7));
+    EXPECT_EQ(done, 2);
+    EXPECT_FALSE(service.IsTransMultiSubShelf(7, 5));
+    EXPECT_EQ(done, 3);
+    std::string fdn;
+    NS_DOMAIN::CardIndex card;
+    card.neId = 7;
+    card.slotId = 3;
+    NS_UTIL::ResIDUtil::CardIndex2ResID(card, fdn);
+    EXPECT_EQ(done, 4) << "the library is inside of the service";
 }
 
 TEST_F(InventoryService, KnowsWhichNesOmitOamNumbers) {

@@ -176,7 +176,18 @@ TEST_F(LogService, NamesAFileThatItCannotWrite) {
     options = ToFile();
     options.log.maxFileBytes = 0;
     EXPECT_THAT(ErrorOf([&] { const Host host(options); }), HasSubstr(m_file.string() + ": cannot be the log"));
+    options = ToFile();
+    options.log.maxFiles = 200001;
+    EXPECT_THAT(ErrorOf([&] { const Host host(options); }), HasSubstr(m_file.string() + ": cannot be the log"));
     EXPECT_EQ(Service(), nullptr);
+}
+
+TEST_F(LogService, TakesTheEndsOfTheRanges) {
+    HostOptions options = ToFile();
+    options.log.maxFileBytes = 1;
+    options.log.maxFiles = 200000;
+    const Host host(options);
+    EXPECT_NE(Service(), nullptr);
 }
 
 TEST_F(LogService, TakesRecordsFromManyThreads) {

@@ -67,6 +67,10 @@ const std::string LONG_PIECES{"the first of some long pieces|another one of the 
 const std::string LONG_ITEMS{
     "the name of the first item=the value of the first item,the name of the second item=the value of the second item"};
 
+// Items that were read before, by name and by number.
+const std::map<std::string, std::string> TEXTS{{LONG_KEY, LONG_TEXT}, {"7", "7"}};
+const std::map<int, std::string> LINES{{7, LONG_TEXT}};
+
 // Identifiers from which each reader fills what it can fill.
 const std::array<std::string, 4> LONG_IDENTIFIERS{
     "OS=7,ONE=3,NE=12,FR=1,S=3,CP=-1,SS=2,SC=-1,PP=16|1025|7|a port with quite a long name,SUBIF=5",
@@ -97,12 +101,7 @@ void AddConversions(Table& add) {
     const std::string scope = "NS_UTIL::ResIDUtil::";
     ForEachReader([&]<class Record>(const Reader<Record>& reader) {
         using Answer = std::array<Record, LONG_IDENTIFIERS.size() + 1>;
-        // It keeps the port of a key that it is given, also one that a call before it read by half.
-        const bool needsFreshRecord = reader.name == "ResID2APIndex";
-        add(Row<Answer>{scope + std::string(reader.name), [read = reader.library, needsFreshRecord](Answer& records) {
-                            if (needsFreshRecord) {
-                                records = {};
-                            }
+        add(Row<Answer>{scope + std::string(reader.name), [read = reader.library](Answer& records) {
                             read(END_POINT, records.back());
                             for (std::size_t at = 0; at < LONG_IDENTIFIERS.size(); ++at) {
                                 read(LONG_IDENTIFIERS[at], records[at]);
@@ -168,8 +167,6 @@ void AddUtilCommon(Table& add) {
     using Flag = Row<bool>;
     using Number = Row<int>;
     using Text = Row<std::string>;
-    static const TextMap texts{{LONG_KEY, LONG_TEXT}, {"7", "7"}};
-    static const LineMap lines{{7, LONG_TEXT}};
     static const std::string comma{","};
     static const std::string seven{"7"};
     static const std::string path{"a client rate of a long name:1-och:2-odu2:3-another client rate of a long name:4"};
@@ -183,11 +180,11 @@ void AddUtilCommon(Table& add) {
     add(Row<TextMap>{"NS_UTIL::UtilCommon::GetSplitNameValueMapbyTag",
                      [](TextMap& out) { UtilCommon::Instance()->GetSplitNameValueMapbyTag(out, LONG_ITEMS, comma); }});
     add(Text{"NS_UTIL::UtilCommon::GetDataFromMap",
-             [](std::string& value) { UtilCommon::Instance()->GetDataFromMap(texts, LONG_KEY, value); }});
+             [](std::string& value) { UtilCommon::Instance()->GetDataFromMap(TEXTS, LONG_KEY, value); }});
     add(Text{"NS_UTIL::UtilCommon::GetDataFromMap",
-             [](std::string& value) { UtilCommon::Instance()->GetDataFromMap(lines, 7, value); }});
+             [](std::string& value) { UtilCommon::Instance()->GetDataFromMap(LINES, 7, value); }});
     add(Number{"NS_UTIL::UtilCommon::GetIntegerValueByName",
-               [](int& value) { UtilCommon::Instance()->GetIntegerValueByName(texts, seven, value); }});
+               [](int& value) { UtilCommon::Instance()->GetIntegerValueByName(TEXTS, seven, value); }});
     add(Text{"NS_UTIL::UtilCommon::GetSupportCfgItem",
              [](std::string& value) { UtilCommon::Instance()->GetSupportCfgItem(LONG_KEY, value); }});
     add(Flag{"NS_UTIL::UtilCommon::IsSupportCfgItem",
@@ -330,26 +327,23 @@ void AddNeTypes(Table& add) {
                  is = DeviceDomainMgr::Instance() != nullptr;
                  DeviceDomainMgr::Destroy();
              }});
-    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::AddDomainDevTypelistCache", [](Lists& lists) {
-                       DeviceDomainMgr::Instance()->AddDomainDevTypelistCache(LONG_KEY, unsorted);
-                       DeviceDomainMgr::Instance()->GetDomainDevTypelistCache(lists);
-                   }});
-    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::AddDomainEqtCache", [](Lists& lists) {
-                       DeviceDomainMgr::Instance()->AddDomainEqtCache(LONG_KEY, unsorted);
-                       DeviceDomainMgr::Instance()->GetDomainEqtCache(lists);
-                   }});
+    // To store a list and to read all: each is tried by both.
+    const auto storeAndReadNeTypeLists = [](Lists& lists) {
+        DeviceDomainMgr::Instance()->AddDomainDevTypelistCache(LONG_KEY, unsorted);
+        DeviceDomainMgr::Instance()->GetDomainDevTypelistCache(lists);
+    };
+    const auto storeAndReadEquipmentTypes = [](Lists& lists) {
+        DeviceDomainMgr::Instance()->AddDomainEqtCache(LONG_KEY, unsorted);
+        DeviceDomainMgr::Instance()->GetDomainEqtCache(lists);
+    };
+    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::AddDomainDevTypelistCache", storeAndReadNeTypeLists});
+    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::GetDomainDevTypelistCache", storeAndReadNeTypeLists});
+    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::AddDomainEqtCache", storeAndReadEquipmentTypes});
+    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::GetDomainEqtCache", storeAndReadEquipmentTypes});
     add(Flag{"NS_UTIL::DeviceDomainMgr::isInDomainDevTypelistCache",
              [](bool& is) { is = DeviceDomainMgr::Instance()->isInDomainDevTypelistCache(LONG_KEY, 1911); }});
     add(Flag{"NS_UTIL::DeviceDomainMgr::isInDomainEqtCache",
              [](bool& is) { is = DeviceDomainMgr::Instance()->isInDomainEqtCache(LONG_KEY, 1911); }});
-    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::GetDomainDevTypelistCache", [](Lists& lists) {
-                       DeviceDomainMgr::Instance()->AddDomainDevTypelistCache(LONG_KEY, unsorted);
-                       DeviceDomainMgr::Instance()->GetDomainDevTypelistCache(lists);
-                   }});
-    add(Row<Lists>{"NS_UTIL::DeviceDomainMgr::GetDomainEqtCache", [](Lists& lists) {
-                       DeviceDomainMgr::Instance()->AddDomainEqtCache(LONG_KEY, unsorted);
-                       DeviceDomainMgr::Instance()->GetDomainEqtCache(lists);
-                   }});
 }
 
 void AddTheFrame(Table& add) {
@@ -503,8 +497,6 @@ void AddTexts(Table& add) {
     using TextMap = std::map<std::string, std::string>;
     using Text = Row<std::string>;
     using Pieces = Row<std::vector<std::string>>;
-    static const TextMap texts{{LONG_KEY, LONG_TEXT}, {"7", "7"}};
-    static const std::map<int, std::string> lines{{7, LONG_TEXT}};
     static const std::string bar{"|"};
     static const std::string comma{","};
     static const std::string equals{"="};
@@ -517,11 +509,11 @@ void AddTexts(Table& add) {
     add(Row<TextMap>{"NS_UTIL::SelfUtilCommon::GetSpliteFDNData",
                      [](TextMap& out) { SelfUtilCommon::Instance()->GetSpliteFDNData(out, LONG_ITEMS, comma); }});
     add(Text{"NS_UTIL::SelfUtilCommon::GetDataFromMap",
-             [](std::string& value) { SelfUtilCommon::Instance()->GetDataFromMap(texts, LONG_KEY, value); }});
+             [](std::string& value) { SelfUtilCommon::Instance()->GetDataFromMap(TEXTS, LONG_KEY, value); }});
     add(Text{"NS_UTIL::SelfUtilCommon::GetDataFromMap",
-             [](std::string& value) { SelfUtilCommon::Instance()->GetDataFromMap(lines, 7, value); }});
+             [](std::string& value) { SelfUtilCommon::Instance()->GetDataFromMap(LINES, 7, value); }});
     add(Row<int>{"NS_UTIL::SelfUtilCommon::GetIntegerValueByName",
-                 [](int& value) { SelfUtilCommon::Instance()->GetIntegerValueByName(texts, seven, value); }});
+                 [](int& value) { SelfUtilCommon::Instance()->GetIntegerValueByName(TEXTS, seven, value); }});
     add(Text{"NS_UTIL::SelfUtilCommon::upperStr",
              [](std::string& upper) { upper = SelfUtilCommon::Instance()->upperStr(LONG_TEXT); }});
     add(Pieces{"NS_UTIL::Parser::SplitStrByTag",

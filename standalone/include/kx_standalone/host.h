@@ -20,8 +20,8 @@ struct LogTarget {
 
     Kind kind = Kind::NONE;                 ///< NONE registers no log service: records are dropped unbuilt
     std::filesystem::path file;             ///< of kind FILE: the newest file; older ones get a number
-    std::size_t maxFileBytes = 10U << 20U;  ///< a file that grows beyond it is rotated
-    std::size_t maxFiles = 5;               ///< how many older files are kept
+    std::size_t maxFileBytes = 10U << 20U;  ///< a file that grows beyond it is rotated; 1 or more for kind FILE
+    std::size_t maxFiles = 5;               ///< how many older files are kept; 0 to 200000 for kind FILE
 };
 
 /// What a host is made of. Each part may be left out; its service is then not registered.
@@ -41,7 +41,9 @@ struct HostOptions {
     std::filesystem::path inventoryFile;  ///< SQLite file (see `inventoryfile.h`); empty: no inventory
     LogTarget log;
     /// Told of each question about an NE that the inventory does not have, with its number, on the thread that asks;
-    /// empty: nobody is. May not throw.
+    /// empty: nobody is. It may ask the services, and may wait for a thread in `Host::ReloadInventory`. It may not
+    /// throw, nor destroy the host; nor wait for a thread that does, or that takes back or replaces the inventory
+    /// service: that thread waits until the question is answered.
     std::function<void(std::int64_t neId)> missingNe;
 };
 
@@ -52,17 +54,19 @@ struct HostOptions {
 /// Threads: make and destroy it while no other thread uses the library. The services answer any number of threads.
 class KX_STANDALONE_API Host {
 public:
-    /// Throws std::runtime_error when a part cannot be loaded; its text names the file and the place in it. Nothing
-    /// stays registered or set then.
+    /// Throws std::runtime_error when a part cannot be loaded, or an option is out of range; its text names the file
+    /// and, where it applies, the place in it. Nothing stays registered or set then.
     explicit Host(const HostOptions& options);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
     /// Reads the inventory file again and puts it in the place of what was read before, for all threads at once;
-    /// queries in flight finish on the old one. Throws as the constructor does, and then keeps what was there. The
-    /// domain lists are loaded anew too, so no other thread may use the predicates of `netype.h` meanwhile; a domain
-    /// that is in the file no more gets an empty list. Does nothing without an inventory. One thread at a time.
+    /// queries in flight finish on the old one. Throws as the constructor does, and then keeps what was there; only
+    /// when memory runs out (std::bad_alloc) while the domain lists are stored, some of them may be new and the others
+    /// old, beside the old NEs and NE types, until the next call. The domain lists are loaded anew too, so no other
+    /// thread may use the predicates of `netype.h` meanwhile; a domain that is in the file no more gets an empty list.
+    /// Does nothing without an inventory. One thread at a time.
     void ReloadInventory();
     /// Reads the configuration file again, and the files that the data-access service was asked for. Throws as the
     /// constructor does, also for one of these that does not parse any more, and then leaves all as it was. Items that
