@@ -140,6 +140,27 @@ TEST_F(FilterVerb, ManyLinesComeInTheirOrderOnAnyNumberOfThreads) {
     }
 }
 
+TEST_F(FilterVerb, NoLineGetsLostBeforeAnInputThatCannotBeRead) {
+    std::string input;
+    for (int line = 0; line < 60'000; ++line) {
+        input += "8 alarm " + std::to_string(line) + "\n";
+    }
+    input += "x\n";
+    WriteFile("alarms", input);
+    std::filesystem::create_directory(folder / "unreadable");
+    for (const std::string jobs : {"1", "2", "7"}) {
+        for (const auto& [name, complaint] : std::initializer_list<std::pair<std::string, std::string>>{
+                 {"missing", "No such file or directory"}, {"unreadable", "Is a directory"}}) {
+            const Ended ended =
+                Shell("rm -f why; kxdu filter --config config --rejects why -j " + jobs + " alarms " + name);
+            EXPECT_EQ(ended.code, 2);
+            EXPECT_TRUE(ended.out == input) << jobs << ": " << ended.out.size() << " of " << input.size() << " bytes";
+            EXPECT_EQ(ended.err, "kxdu: " + name + ": " + complaint + "\n");
+            EXPECT_EQ(ReadFile("why"), "alarms:60001: no notification identifier; the line is passed on\n") << jobs;
+        }
+    }
+}
+
 // The feed waits for the answer to each line before it gives the next.
 TEST_F(FilterVerb, LinesFromASlowPipePassAtOnce) {
     for (const char* const jobs : {"1", "2"}) {
