@@ -25,6 +25,10 @@ constexpr auto HELP = R"(Examples:
 
 // CLI11 leaves descriptions as long as they are.
 class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() { label("SUBCOMMAND", "VERB"); }
+
+private:
     std::string make_option_desc(const CLI::Option* option) const override {
         std::istringstream words(CLI::Formatter::make_option_desc(option));
         return Wrapped("", {std::istream_iterator<std::string>(words), {}}, HELP_WIDTH - get_column_width());
