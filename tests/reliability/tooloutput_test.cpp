@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "kxdu/program.h"
 
@@ -28,13 +29,24 @@ constexpr auto OTHER_VERBS = {"sample --ne 3", "ne-type 1912",        "fb 810",
                               "level ODU2",    "path ODU2:1-ODU0",    "ctp E0",
                               "tables",        "tables client-rates", "inventory list n.db"};
 
+// What can only write to standard output.
+constexpr auto ANSWERS = {"explain NE=5",
+                          "inventory import n.db csv",
+                          "inventory export n.db exported",
+                          "help",
+                          "help decode",
+                          "--help",
+                          "decode --help",
+                          "inventory import --help",
+                          "--version"};
+
 }  // namespace
 
 class ToolOutput : public ProgramTest {
 protected:
     void SetUp() override {
         WriteFile(CONFIG, "EventSwitch = 2\nBlacklist = \"7\"\n");
-        ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
+        ASSERT_EQ(Shell("kxdu inventory init n.db && kxdu sample --ne 3 --inventory-csv csv").code, 0);
     }
 
     // Also the hidden ones that are not complete.
@@ -59,7 +71,12 @@ TEST_F(ToolOutput, AFullDiskIsAnErrorOfItsOwn) {
         expectFull(std::string(command) + " >/dev/full", "standard output");
         expectFull(std::string(command) + " -o /dev/full", "/dev/full");
     }
-    expectFull("explain NE=5 >/dev/full", "standard output");
+    for (const char* const command : ANSWERS) {
+        expectFull(std::string(command) + " >/dev/full", "standard output");
+    }
+    // What they did is done: only the word of it is missing.
+    EXPECT_EQ(Shell("diff -r csv exported").code, 0);
+    EXPECT_EQ(Shell("kxdu inventory export n.db now && diff -r csv now").code, 0);
     expectFull("inventory init m.db >/dev/full", "standard output");
     expectFull("decode --rejects /dev/full -o out", "/dev/full", "XY=1\n");
     EXPECT_EQ(FilesLike("out"), "");
@@ -138,7 +155,9 @@ TEST_F(ToolOutput, AReaderThatGoesAwayIsNoError) {
         EXPECT_EQ(ended.out, "1\n") << name;
         EXPECT_EQ(ReadFile("code"), name == std::string("check") ? "1\n" : "0\n") << "what was found counts";
     }
-    for (const char* const command : OTHER_VERBS) {
+    std::vector<const char*> commands(OTHER_VERBS);
+    commands.insert(commands.end(), ANSWERS);
+    for (const char* const command : commands) {
         const Ended ended = Shell("(trap '' PIPE; while echo 2>/dev/null; do sleep 0.01; done; kxdu " +
                                   std::string(command) + "; echo $? >code) | true");
         EXPECT_EQ(ended.err, "") << command;

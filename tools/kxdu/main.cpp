@@ -12,6 +12,7 @@
 
 #include "cli/verbs.h"
 #include "failure.h"
+#include "files/output.h"
 #include "text/text.h"
 
 namespace NS_KXDU {
@@ -114,7 +115,14 @@ int Main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? AsInt(ExitCode::OK) : AsInt(ExitCode::USAGE);
+        std::ostringstream answer;
+        if (app.exit(error, answer) != 0) {
+            return AsInt(ExitCode::USAGE);
+        }
+        action = [text = answer.str()] {
+            WriteWhole({}, text);
+            return ExitCode::OK;
+        };
     }
     return Run(action);
 }
