@@ -7,11 +7,6 @@ namespace {
 class FilterVerb : public ProgramTest {
 protected:
     FilterVerb() { Configure("EventSwitch = 2\nBlacklist = \"7,9\"\n"); }
-
-    void Configure(const std::string& items) const {
-        std::filesystem::create_directories(folder / "config/kx_corbaagent_bundle");
-        WriteFile("config/kx_corbaagent_bundle/bundle.cfg", items);
-    }
 };
 
 TEST_F(FilterVerb, HoldsBackWhatIsOnTheBlacklist) {
