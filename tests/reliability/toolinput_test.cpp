@@ -182,8 +182,7 @@ class ToolWithManyBadLines : public ToolWithMuch, public testing::WithParamInter
 
 TEST_P(ToolWithManyBadLines, CountsEachOfThem) {
     const auto& [name, command, lines, summary, isGoodWritten, isBadWritten] = GetParam();
-    const std::size_t most = name == std::string("encode") ? 1'000'000 : 10'000'000;
-    const std::size_t count = NS_TEST::Scaled(most);
+    const std::size_t count = NS_TEST::Scaled(10'000'000);
     const std::size_t bad = (count + 1) / 3;
     const Ended ended = Shell("{ yes '" + std::string(lines) + "' | head -n " + std::to_string(count) + " | kxdu " +
                               command + " | wc -l >written; } 3>&1 | wc -l >reported");
