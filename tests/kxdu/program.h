@@ -24,6 +24,13 @@ protected:
     [[nodiscard]] std::string ReadFile(const std::string& name) const { return NS_TEST::ReadFile(folder / name); }
     [[nodiscard]] bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
 
+    /// Makes the configuration of the folder "config", with items that hold the notification 7 back if it is not told
+    /// others.
+    void Configure(const std::string& items = "EventSwitch = 2\nBlacklist = \"7\"\n") const {
+        WriteFile(CONFIG, items);
+    }
+    static constexpr auto CONFIG = "config/kx_corbaagent_bundle/bundle.cfg";
+
     /// How many files the folder holds, hidden ones too.
     [[nodiscard]] std::ptrdiff_t Files() const {
         return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
@@ -51,6 +58,18 @@ protected:
         const int status = std::system(line.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, NS_TEST::ReadFile(streams / "out"),
                 NS_TEST::ReadFile(streams / "err")};
+    }
+
+    /// The command that runs the program in the background. The shell lets what runs there ignore SIGINT.
+    [[nodiscard]] static std::string InBackground(const std::string& arguments) {
+        return "env --default-signal=INT '" KXDU_PROGRAM "' " + arguments + " & ";
+    }
+
+    /// The command that sends what runs in the background a signal when the command `reached` succeeds, and prints what
+    /// it died of, as the shell counts. The run may end before.
+    [[nodiscard]] static std::string StopWhen(const std::string& reached, const std::string& signal) {
+        return "while kill -0 $! && ! { " + reached + "; }; do sleep 0.001; done; kill -" + signal +
+               " $!; wait $!; kill -l $?";
     }
 
 private:

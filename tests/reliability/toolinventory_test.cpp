@@ -135,12 +135,9 @@ TEST_F(ToolInventory, OfManyWhoMakeItOneDoes) {
 
 class ToolInventoryKilled : public ToolInventory, public testing::WithParamInterface<const char*> {
 protected:
-    // Runs a verb, sends it a signal as soon as reached is true, and prints what it died of, as the shell counts;
-    // whoever comes too late to that tries again. The shell lets what runs in the background ignore SIGINT.
+    // Whoever comes too late to what is to be reached tries again.
     [[nodiscard]] Ended KillWhen(const std::string& reached, const std::string& verb) const {
-        return Shell("size=$(stat -c %s n.db); env --default-signal=INT '" KXDU_PROGRAM "' " + verb +
-                     " >/dev/null & while kill -0 $! && ! { " + reached + "; }; do sleep 0.001; done; kill -" +
-                     std::string(GetParam()) + " $!; wait $!; kill -l $?");
+        return Shell("size=$(stat -c %s n.db); " + InBackground(verb + " >/dev/null") + StopWhen(reached, GetParam()));
     }
 };
 

@@ -3,12 +3,12 @@
 #include <initializer_list>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "kxdu/program.h"
 
 namespace {
 
-constexpr auto CONFIG = "config/kx_corbaagent_bundle/bundle.cfg";
 constexpr auto RECORD = R"({"type":"NEIndex","record":{"reserved":0,"neId":7}})";
 
 // A verb that works on lines, one of which makes it write something.
@@ -28,13 +28,24 @@ constexpr auto OTHER_VERBS = {"sample --ne 3", "ne-type 1912",        "fb 810",
                               "level ODU2",    "path ODU2:1-ODU0",    "ctp E0",
                               "tables",        "tables client-rates", "inventory list n.db"};
 
+// What can only write to standard output.
+constexpr auto ANSWERS = {"explain NE=5",
+                          "inventory import n.db csv",
+                          "inventory export n.db exported",
+                          "help",
+                          "help decode",
+                          "--help",
+                          "decode --help",
+                          "inventory import --help",
+                          "--version"};
+
 }  // namespace
 
 class ToolOutput : public ProgramTest {
 protected:
     void SetUp() override {
-        WriteFile(CONFIG, "EventSwitch = 2\nBlacklist = \"7\"\n");
-        ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
+        Configure();
+        ASSERT_EQ(Shell("kxdu inventory init n.db && kxdu sample --ne 3 --inventory-csv csv").code, 0);
     }
 
     // Also the hidden ones that are not complete.
@@ -59,7 +70,12 @@ TEST_F(ToolOutput, AFullDiskIsAnErrorOfItsOwn) {
         expectFull(std::string(command) + " >/dev/full", "standard output");
         expectFull(std::string(command) + " -o /dev/full", "/dev/full");
     }
-    expectFull("explain NE=5 >/dev/full", "standard output");
+    for (const char* const command : ANSWERS) {
+        expectFull(std::string(command) + " >/dev/full", "standard output");
+    }
+    // What they did is done: only the word of it is missing.
+    EXPECT_EQ(Shell("diff -r csv exported").code, 0);
+    EXPECT_EQ(Shell("kxdu inventory export n.db now && diff -r csv now").code, 0);
     expectFull("inventory init m.db >/dev/full", "standard output");
     expectFull("decode --rejects /dev/full -o out", "/dev/full", "XY=1\n");
     EXPECT_EQ(FilesLike("out"), "");
@@ -86,16 +102,12 @@ TEST_F(ToolOutput, ADiskThatFillsUpLeavesTheOldFile) {
 
 class ToolStopped : public ToolOutput, public testing::WithParamInterface<const char*> {
 protected:
-    // Gives the verb a line and keeps it waiting for the next, sends it a signal when it has begun to write out, and
-    // prints what it died of, as the shell counts. The shell lets what runs in the background ignore SIGINT.
+    // Gives the verb a line and keeps it waiting for the next; stops it when it has begun to write.
     [[nodiscard]] Ended StopInMidRun(const std::string& command, const std::string& line) const {
-        return Shell("rm -f in; mkfifo in; env --default-signal=INT '" KXDU_PROGRAM "' " + command +
-                     " -o out <in & exec 3>in; printf '%s\\n' '" + line + "' >&3;" + StopTheLast());
+        return Shell("rm -f in; mkfifo in; " + InBackground(command + " -o out <in") + "exec 3>in; printf '%s\\n' '" +
+                     line + "' >&3; " + StopWhen(OUTPUT_HAS_BEGUN, GetParam()));
     }
-    [[nodiscard]] static std::string StopTheLast() {
-        return " while kill -0 $! && [ ! -s .out.* ]; do sleep 0.01; done; kill -" + std::string(GetParam()) +
-               " $!; wait $!; kill -l $?";
-    }
+    static constexpr auto OUTPUT_HAS_BEGUN = "[ -s .out.* ]";
 };
 
 TEST_P(ToolStopped, LeavesTheOldFile) {
@@ -111,8 +123,7 @@ TEST_P(ToolStopped, LeavesTheOldFile) {
         EXPECT_NE(ReadFile("out"), "old") << name;
     }
     WriteFile("out", "old");
-    const Ended sample =
-        Shell("env --default-signal=INT '" KXDU_PROGRAM "' sample --ne 10000000 -o out &" + StopTheLast());
+    const Ended sample = Shell(InBackground("sample --ne 10000000 -o out") + StopWhen(OUTPUT_HAS_BEGUN, GetParam()));
     EXPECT_EQ(sample.out, std::string(GetParam()) + "\n");
     EXPECT_EQ(ReadFile("out"), "old");
     EXPECT_EQ(FilesLike("out") != "out\n", isKilled);
@@ -137,8 +148,12 @@ TEST_F(ToolOutput, AReaderThatGoesAwayIsNoError) {
             Shell("yes '" + std::string(line) + "' | { kxdu " + command + "; echo $? >code; } | head -n 1 | wc -l");
         EXPECT_EQ(ended.out, "1\n") << name;
         EXPECT_EQ(ReadFile("code"), name == std::string("check") ? "1\n" : "0\n") << "what was found counts";
+        const bool isSummedUp = name == std::string("check") || name == std::string("filter");
+        EXPECT_EQ(ended.err.find("kxdu: ") != std::string::npos, isSummedUp) << ended.err;
     }
-    for (const char* const command : OTHER_VERBS) {
+    std::vector<const char*> commands(OTHER_VERBS);
+    commands.insert(commands.end(), ANSWERS);
+    for (const char* const command : commands) {
         const Ended ended = Shell("(trap '' PIPE; while echo 2>/dev/null; do sleep 0.01; done; kxdu " +
                                   std::string(command) + "; echo $? >code) | true");
         EXPECT_EQ(ended.err, "") << command;

@@ -12,6 +12,7 @@
 
 #include "cli/verbs.h"
 #include "failure.h"
+#include "files/output.h"
 #include "text/text.h"
 
 namespace NS_KXDU {
@@ -25,6 +26,10 @@ constexpr auto HELP = R"(Examples:
 
 // CLI11 leaves descriptions as long as they are.
 class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() { label("SUBCOMMAND", "VERB"); }
+
+private:
     std::string make_option_desc(const CLI::Option* option) const override {
         std::istringstream words(CLI::Formatter::make_option_desc(option));
         return Wrapped("", {std::istream_iterator<std::string>(words), {}}, HELP_WIDTH - get_column_width());
@@ -110,7 +115,14 @@ int Main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? AsInt(ExitCode::OK) : AsInt(ExitCode::USAGE);
+        std::ostringstream answer;
+        if (app.exit(error, answer) != 0) {
+            return AsInt(ExitCode::USAGE);
+        }
+        action = [text = answer.str()] {
+            WriteWhole({}, text);
+            return ExitCode::OK;
+        };
     }
     return Run(action);
 }

@@ -116,6 +116,13 @@ TEST_F(BlockReaderTest, VeryShortLinesMakeSmallBlocks) {
     EXPECT_EQ(lines, 100'000U);
 }
 
+TEST_F(BlockReaderTest, LinesThatWereReadWaitForNoOthers) {
+    WriteFile("a", std::string(10'000, '\n'));
+    const std::vector<Block> blocks = ReadAll({"a"}, 8192 + 10);
+    ASSERT_GE(blocks.size(), 2U);
+    EXPECT_EQ(blocks[1], (Block{std::string(10, '\n'), 8193, false}));
+}
+
 TEST_F(BlockReaderTest, AByteOrderMarkBeginsNoFirstLine) {
     WriteFile("a", "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n");
     WriteFile("b", "\xEF\xBB\xBFthree");

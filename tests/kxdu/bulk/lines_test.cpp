@@ -158,8 +158,38 @@ TEST_F(LinesTest, WhatAConverterThrowsEndsTheRunAndLeavesNoOutput) {
         void Convert(std::string_view, LineResult&) override { throw Failure(ExitCode::USAGE, "no"); }
     };
     work.makeConverter = [] { return std::make_unique<Thrower>(); };
-    EXPECT_THROW(Run("a\n"), Failure);
-    EXPECT_EQ(Files(), 1) << "the input alone";
+    EXPECT_THROW(Run("\na\n"), Failure);
+    EXPECT_EQ(Files(), 2) << "the input and the rejected lines";
+    EXPECT_EQ(Rejects(), "1: the line is empty\n");
+}
+
+TEST_F(LinesTest, WhatComesBeforeAnInputThatCannotBeReadIsConverted) {
+    std::string text;
+    for (int line = 1; line <= 60'000; ++line) {
+        text += "line " + std::to_string(line) + "\n";
+    }
+    WriteFile("in", text + "bad\n");
+    options.files.push_back(folder / "missing");
+    options.output.clear();
+    for (const unsigned jobs : {1U, 2U, 8U}) {
+        options.jobs = jobs;
+        testing::internal::CaptureStdout();
+        EXPECT_THROW(RunLines(options, work), Failure);
+        EXPECT_TRUE(testing::internal::GetCapturedStdout() == text) << jobs;
+        EXPECT_EQ(Rejects(), "60001:2: it is bad\n") << jobs;
+        std::filesystem::remove(folder / "rejects");
+    }
+}
+
+TEST_F(LinesTest, StrictStopsBeforeAnInputThatCannotBeRead) {
+    WriteFile("in", "a\nbad\n");
+    options.files.push_back(folder / "missing");
+    options.isStrict = true;
+    for (const unsigned jobs : {1U, 8U}) {
+        options.jobs = jobs;
+        EXPECT_EQ(RunLines(options, work), ExitCode::FOUND);
+        EXPECT_EQ(Rejects(), "2:2: it is bad\n");
+    }
 }
 
 TEST_F(LinesTest, WhatComesBeforeAThrowIsWritten) {

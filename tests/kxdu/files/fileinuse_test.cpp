@@ -6,8 +6,6 @@
 namespace NS_KXDU {
 namespace {
 
-constexpr auto CONFIG = "tc/kx_corbaagent_bundle/bundle.cfg";
-
 class FileInUseTest : public ProgramTest {
 protected:
     // Each command is to be refused with this complaint, and to leave every file as it was.
@@ -55,15 +53,15 @@ TEST_F(FileInUseTest, TheInventoryIsOne) {
 }
 
 TEST_F(FileInUseTest, TheConfigurationIsOne) {
-    WriteFile(CONFIG, "EventSwitch = 0\n");
-    std::filesystem::create_symlink("tc", folder / "link");
+    Configure("EventSwitch = 0\n");
+    std::filesystem::create_symlink("config", folder / "link");
     for (const std::string verb : {"filter", "decode", "encode", "check"}) {
-        ExpectRefused(verb + " --config tc -o " + CONFIG,
+        ExpectRefused(verb + " --config config -o " + CONFIG,
                       std::string(CONFIG) + ": the output would replace the configuration");
         ExpectRefused(verb + " --config link -o " + CONFIG,
                       std::string(CONFIG) + ": the output would replace the configuration");
     }
-    ExpectRefused(std::string("filter --config tc --rejects ") + CONFIG,
+    ExpectRefused(std::string("filter --config config --rejects ") + CONFIG,
                   std::string(CONFIG) + ": the rejected lines would replace the configuration");
 }
 

@@ -66,8 +66,33 @@ TEST(Draw, PutsCaveatsBehindMeaningsAndNotesBelow) {
               "  ! no kind of identifier ends in the level \"FOO\"\n");
 }
 
+TEST(Draw, OfManyPartsTheFirstAreDrawnAndTheOthersCounted) {
+    const auto commas = [](std::size_t count) { return "NE=1" + std::string(count, ','); };
+    const auto meanings = [](const std::string& text) {
+        std::size_t count = 0;
+        for (auto at = text.find("╰"); at != std::string::npos; at = text.find("╰", at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    const Explanation most = Explain(commas(199), nullptr, nullptr);
+    ASSERT_EQ(most.parts.size(), 200U);
+    EXPECT_EQ(meanings(Draw(most, false)), 200U);
+    EXPECT_THAT(Draw(most, false), testing::Not(testing::HasSubstr("not drawn")));
+
+    const std::string oneMore = DrawFdn(commas(200));
+    EXPECT_EQ(meanings(oneMore), 200U);
+    EXPECT_THAT(oneMore, testing::HasSubstr("\n\n  ! 1 more part is not drawn; kxdu check "));
+
+    const std::string many = DrawFdn(commas(20'000));
+    EXPECT_THAT(many, testing::HasSubstr("\n\n  ! 19801 more parts are not drawn; kxdu check "));
+    EXPECT_LT(many.size(), 1'000'000U);
+    EXPECT_LT(DrawFdn(commas(40'000)).size(), 2 * many.size());
+}
+
 TEST(Draw, ColoursChangeNothingElse) {
-    for (const char* const fdn : {"NE=12,LP=|65547|3|vlanif", "NE=1,FOO=2,,", ""}) {
+    for (const std::string& fdn : {std::string("NE=12,LP=|65547|3|vlanif"), std::string("NE=1,FOO=2,,"),
+                                   "NE=1" + std::string(300, ','), std::string()}) {
         EXPECT_EQ(WithoutColours(DrawFdn(fdn, true)), DrawFdn(fdn));
     }
     EXPECT_NE(DrawFdn("NE=12", true), DrawFdn("NE=12"));

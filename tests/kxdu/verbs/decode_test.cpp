@@ -72,16 +72,14 @@ TEST_F(DecodeTest, LoopBackPortsNeedAConfiguration) {
     EXPECT_EQ(without.out, "") << "no half line";
     EXPECT_TRUE(without.err.starts_with("kxdu: <stdin>:1: identifiers of this type are read as ")) << without.err;
     EXPECT_NE(without.err.find("--config DIR"), std::string::npos) << without.err;
-    std::filesystem::create_directories(folder / "config" / "kx_corbaagent_bundle");
-    WriteFile("config/kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
+    Configure("Telvandaire = 1\n");
     const Ended with = Shell("KX_CONFIG_DIR=config kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
     EXPECT_EQ(with.code, 0) << with.err;
     EXPECT_NE(with.out.find("\"portLabel\":\"a\""), std::string::npos) << with.out;
 }
 
 TEST_F(DecodeTest, TheConfigurationCounts) {
-    std::filesystem::create_directories(folder / "config" / "kx_corbaagent_bundle");
-    WriteFile("config/kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
+    Configure("Telvandaire = 1\n");
     const std::string port = "NE=5,FR=1,S=0,CP=-1,PP=|||\n";
     EXPECT_NE(Shell("kxdu decode", port).out.find("\"slotId\":0"), std::string::npos);
     EXPECT_NE(Shell("kxdu decode --config config", port).out.find("\"slotId\":-1"), std::string::npos);
@@ -94,33 +92,8 @@ TEST_F(DecodeTest, AMissingInputIsNamed) {
     EXPECT_EQ(Files(), 0);
 }
 
-TEST_F(DecodeTest, AFullDiskIsAnErrorOfItsOwn) {
-    const Ended toDevice = Shell("kxdu decode -o /dev/full", "NE=5\n");
-    EXPECT_EQ(toDevice.code, 3);
-    EXPECT_EQ(toDevice.err, "kxdu: /dev/full: No space left on device\n");
-    const Ended toStandardOutput = Shell("kxdu decode >/dev/full", "NE=5\n");
-    EXPECT_EQ(toStandardOutput.code, 3);
-    EXPECT_EQ(toStandardOutput.err, "kxdu: standard output: No space left on device\n");
-}
-
 TEST_F(DecodeTest, AMissingOutputFolderIsAnOutputError) {
     EXPECT_EQ(Shell("kxdu decode -o missing/out", "NE=5\n").code, 3);
-}
-
-TEST_F(DecodeTest, AClosedPipeEndsQuietly) {
-    const Ended ended = Shell("{ yes NE=5 | kxdu decode; echo $? >code; } | head -1; sleep 0.1; cat code");
-    EXPECT_EQ(ended.out, std::string(NE_5) + "0\n");
-    EXPECT_EQ(ended.err.find("kxdu"), std::string::npos) << ended.err;
-}
-
-TEST_F(DecodeTest, AnInterruptionLeavesNoHalfFile) {
-    WriteFile("out", "old");
-    const Ended ended = Shell("mkfifo in; ('" KXDU_PROGRAM
-                              "' decode in -o out & echo $! >pid; exec 3>in; echo NE=5 >&3;"
-                              " while [ -z \"$(ls .out.* 2>/dev/null)\" ]; do sleep 0.01; done;"
-                              " kill -TERM $(cat pid); wait $(cat pid); echo $?); ls -A");
-    EXPECT_EQ(ended.out, "143\nin\nout\npid\n") << ended.err;
-    EXPECT_EQ(ReadFile("out"), "old");
 }
 
 TEST_F(DecodeTest, AnOutputThatIsTheInputIsReplacedWhenItIsComplete) {

@@ -58,12 +58,11 @@ TEST_F(ExplainVerb, WithAnInventoryNamesTheNeTypeAndComparesWithTheWriters) {
 }
 
 TEST_F(ExplainVerb, ReadsAsTheConfigurationSays) {
-    std::filesystem::create_directory(folder / "kx_corbaagent_bundle");
-    WriteFile("kx_corbaagent_bundle/bundle.cfg", "Telvandaire = 1\n");
+    Configure("Telvandaire = 1\n");
     const std::string fdn = " 'NE=5,S=0,CP=-1,PP=16||1|'";
     EXPECT_TRUE(Contains(Shell("kxdu explain" + fdn).out, "slotId     0"));
-    EXPECT_TRUE(Contains(Shell("kxdu explain --config ." + fdn).out, "slotId     -1"));
-    EXPECT_TRUE(Contains(Shell("KX_CONFIG_DIR=. kxdu explain" + fdn).out, "✓ canonical"));
+    EXPECT_TRUE(Contains(Shell("kxdu explain --config config" + fdn).out, "slotId     -1"));
+    EXPECT_TRUE(Contains(Shell("KX_CONFIG_DIR=config kxdu explain" + fdn).out, "✓ canonical"));
 }
 
 TEST_F(ExplainVerb, ColoursOnRequestAndNotIntoAPipe) {

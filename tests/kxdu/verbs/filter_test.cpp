@@ -7,11 +7,6 @@ namespace {
 class FilterVerb : public ProgramTest {
 protected:
     FilterVerb() { Configure("EventSwitch = 2\nBlacklist = \"7,9\"\n"); }
-
-    void Configure(const std::string& items) const {
-        std::filesystem::create_directories(folder / "config/kx_corbaagent_bundle");
-        WriteFile("config/kx_corbaagent_bundle/bundle.cfg", items);
-    }
 };
 
 TEST_F(FilterVerb, HoldsBackWhatIsOnTheBlacklist) {
@@ -137,6 +132,27 @@ TEST_F(FilterVerb, ManyLinesComeInTheirOrderOnAnyNumberOfThreads) {
         EXPECT_TRUE(ended.out == expected) << jobs;
         EXPECT_EQ(ended.err, "kxdu: " + std::to_string(heldBack) + " held back, " + std::to_string(200'000 - heldBack) +
                                  " passed on\n");
+    }
+}
+
+TEST_F(FilterVerb, NoLineGetsLostBeforeAnInputThatCannotBeRead) {
+    std::string input;
+    for (int line = 0; line < 60'000; ++line) {
+        input += "8 alarm " + std::to_string(line) + "\n";
+    }
+    input += "x\n";
+    WriteFile("alarms", input);
+    std::filesystem::create_directory(folder / "unreadable");
+    for (const std::string jobs : {"1", "2", "7"}) {
+        for (const auto& [name, complaint] : std::initializer_list<std::pair<std::string, std::string>>{
+                 {"missing", "No such file or directory"}, {"unreadable", "Is a directory"}}) {
+            const Ended ended =
+                Shell("rm -f why; kxdu filter --config config --rejects why -j " + jobs + " alarms " + name);
+            EXPECT_EQ(ended.code, 2);
+            EXPECT_TRUE(ended.out == input) << jobs << ": " << ended.out.size() << " of " << input.size() << " bytes";
+            EXPECT_EQ(ended.err, "kxdu: " + name + ": " + complaint + "\n");
+            EXPECT_EQ(ReadFile("why"), "alarms:60001: no notification identifier; the line is passed on\n") << jobs;
+        }
     }
 }
 

@@ -28,6 +28,15 @@ TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
     }
 }
 
+TEST_F(HelpVerb, CallsVerbsWhatAllTextsCallThem) {
+    EXPECT_NE(Shell("kxdu --help").out.find("Usage: kxdu [OPTIONS] VERB\n"), std::string::npos);
+    for (const char* const verb : {"", "inventory", "decode"}) {
+        const Ended ended = Shell(std::string("kxdu help ") + verb + " | grep -i subcommand");
+        EXPECT_EQ(ended.out, "") << verb;
+    }
+    EXPECT_NE(Shell("kxdu help inventory").out.find("\nVerbs:\n"), std::string::npos);
+}
+
 TEST_F(HelpVerb, FitsOnAScreen) {
     for (const char* const verb : {"",
                                    "decode",

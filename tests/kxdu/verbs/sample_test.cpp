@@ -90,6 +90,21 @@ TEST_F(Sample, AClosedPipeEndsQuietly) {
     EXPECT_EQ(ReadFile("code"), "0\n");
 }
 
+TEST_F(Sample, TheInventoryIsWrittenAlsoWhenTheReaderOfTheIdentifiersGoesAway) {
+    for (const std::string count : {"--ne 300", "--identifiers 50000"}) {
+        ASSERT_EQ(Shell("rm -rf whole net; kxdu sample -o all --inventory-csv whole " + count).code, 0);
+        const Ended ended = Shell("{ kxdu sample --inventory-csv net " + count + "; echo $? >code; } | head -n 1");
+        EXPECT_EQ(ended.out, "OS=1\n");
+        EXPECT_EQ(ended.err, "");
+        EXPECT_EQ(ReadFile("code"), "0\n");
+        EXPECT_EQ(Shell("diff -r whole net").out, "") << count;
+        EXPECT_TRUE(Exists("net/ne.csv")) << count;
+    }
+    WriteFile("file", "");
+    const Ended ended = Shell("{ kxdu sample --ne 300 --inventory-csv file; echo $? >code; } | head -n 1");
+    EXPECT_EQ(ReadFile("code"), "3\n") << ended.err;
+}
+
 TEST_F(Sample, HelpHasExamples) {
     const Ended ended = Shell("kxdu sample --help");
     EXPECT_EQ(ended.code, 0);

@@ -127,18 +127,13 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     block.memory.resize(std::max(m_blockSize, m_rest.size()));
     std::copy(m_rest.begin(), m_rest.end(), block.memory.begin());
     m_rest.clear();
+    // Whoever feeds us line by line gets answers line by line; and no line is lost when what follows cannot be read.
     bool hasLine = block.Text().find('\n') != std::string_view::npos;
-    while (!m_isAtEnd && block.size <= m_longestLine) {
+    while (!hasLine && !m_isAtEnd && block.size <= m_longestLine) {
         if (block.size == block.memory.size()) {
-            if (hasLine) {
-                break;
-            }
             block.memory.resize(std::min(block.memory.size() * 2, m_longestLine + m_blockSize));
         }
-        hasLine = ReadMore(block) || hasLine;
-        if (block.size != block.memory.size() && hasLine) {
-            break;  // whoever feeds us line by line gets answers line by line
-        }
+        hasLine = ReadMore(block);
     }
     block.bytesRead = m_bytesRead;
     if (block.size == 0) {

@@ -37,7 +37,7 @@ public:
 
     /// Fills `block` with the next lines; false when there are none. Lines that arrive slowly do not wait until a block
     /// is full. A block is larger than `blockSize` only where a line is. Throws `Failure` with `ExitCode::USAGE` when
-    /// an input cannot be read.
+    /// an input cannot be read; all whole lines before have been given then.
     bool Next(InputBlock& block);
 
     /// Bytes that all inputs have together; 0 when that is not known beforehand.

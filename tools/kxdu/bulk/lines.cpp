@@ -137,20 +137,14 @@ public:
     }
 
     LineCounts Run() {
-        const tbb::global_control threads(tbb::global_control::max_allowed_parallelism, Threads(m_options.jobs));
         try {
-            m_output.Write(m_work.header);
-            while (!m_isStopped && !m_isInputAtEnd) {
-                RunPipeline();
-                RunLargePiece();
-            }
+            RunAll();
         } catch (const ClosedPipe&) {
             return End();
+        } catch (...) {
+            EndAfterFailure();
+            throw;
         }
-        if (m_isStopped && !m_work.isReportTheOutput) {
-            return End();  // half an output is none
-        }
-        m_output.Complete();
         return End();
     }
 
@@ -163,6 +157,21 @@ private:
 
     [[nodiscard]] bool IsProgressShown() const {
         return !m_options.isProgressHidden && isatty(STDERR_FILENO) == 1 && !m_output.IsTerminal();
+    }
+
+    void RunAll() {
+        const tbb::global_control threads(tbb::global_control::max_allowed_parallelism, Threads(m_options.jobs));
+        m_output.Write(m_work.header);
+        while (!m_isStopped && !m_isInputAtEnd) {
+            RunPipeline();
+            RunLargePiece();
+            if (m_readFailure && !m_isStopped) {
+                std::rethrow_exception(m_readFailure);
+            }
+        }
+        if (!m_isStopped || m_work.isReportTheOutput) {  // otherwise, half an output is none
+            m_output.Complete();
+        }
     }
 
     void RunPipeline() {
@@ -185,7 +194,7 @@ private:
             flow.stop();
             return nullptr;
         }
-        if (!m_reader.Next(piece->input)) {
+        if (!ReadBlock(piece->input)) {
             m_isInputAtEnd = true;
         } else if (piece->input.size <= m_blockSize) {
             return piece;
@@ -196,6 +205,16 @@ private:
         m_free.push(piece);
         flow.stop();
         return nullptr;
+    }
+
+    // What is thrown here would cancel the pipeline, and with it the lines that were read already.
+    bool ReadBlock(InputBlock& block) {
+        try {
+            return m_reader.Next(block);
+        } catch (...) {
+            m_readFailure = std::current_exception();
+            return false;
+        }
     }
 
     // Only one block with very long lines is held at a time, and after all others.
@@ -305,6 +324,9 @@ private:
             m_rejects->Write(report);
         } catch (const ClosedPipe& closed) {
             throw Failure(ExitCode::OUTPUT, m_options.rejects + ": " + closed.what());
+        } catch (const Failure&) {
+            m_rejects.reset();  // half of them are none
+            throw;
         }
     }
 
@@ -315,6 +337,15 @@ private:
         }
         m_progress.Clear();
         return {m_lines, m_findings, m_isStopped};
+    }
+
+    // What ended the run is told by whoever catches it.
+    void EndAfterFailure() {
+        try {
+            End();
+        } catch (const Failure& failure) {
+            static_cast<void>(std::fprintf(stderr, "kxdu: %s\n", failure.what()));
+        }
     }
 
     const BulkOptions& m_options;
@@ -329,6 +360,7 @@ private:
     tbb::concurrent_queue<Piece*> m_free;
     std::unique_ptr<Piece> m_large;
     bool m_isInputAtEnd = false;
+    std::exception_ptr m_readFailure;  // told when all is written that was read before
     std::atomic<bool> m_isStopped = false;
     std::uint64_t m_findings = 0;
     std::uint64_t m_lines = 0;

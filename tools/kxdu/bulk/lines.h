@@ -80,8 +80,12 @@ struct LineWork {
 /// Runs the work. `ExitCode::FOUND` when there was a finding. Throws `Failure` as the parts do, and with
 /// `ExitCode::USAGE` when one file would be written over another that is read or written.
 ///
-/// An exception from a converter ends the run. Earlier lines have been written if the output is standard output; a
-/// named output file does not appear. A `Failure` of a converter gets "file:line: " in front of its text.
+/// An exception from a converter, or an input that cannot be read, ends the run. All earlier lines have been converted
+/// and written then if the output is standard output; a named output file does not appear. Of an input that fails in
+/// the middle of a line, the beginning of that line is not converted. A `Failure` of a converter gets "file:line: " in
+/// front of its text.
+///
+/// The file of the rejected lines appears however the run ends, unless it cannot be written itself.
 ExitCode RunLines(const BulkOptions& options, const LineWork& work);
 
 }  // namespace NS_KXDU

@@ -25,7 +25,7 @@ VerbOption& VerbOption::OneValueEachTime() {
 }
 
 Verb::Verb(CLI::App& app, Action& action, const std::string& name, const std::string& description)
-    : m_verb(*app.add_subcommand(name, description)), m_action(action) {}
+    : m_verb(*app.add_subcommand(name, description)->group("Verbs")), m_action(action) {}
 
 Verb Verb::AddVerb(const std::string& name, const std::string& description) {
     m_verb.require_subcommand(1);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "files/csv.h"
-#include "formats/fieldtexts.h"
+#include "identifiers/fieldtexts.h"
 #include "text/displaytext.h"
 
 namespace NS_KXDU {

@@ -35,7 +35,7 @@ struct Explanation {
 Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALONE::Inventory* inventory);
 
 /// The explanation as a drawing with a line from each part to its meaning, ended by LF; coloured for a terminal on
-/// request.
+/// request. Only the first 200 parts are drawn; a note tells how many more there are.
 std::string Draw(const Explanation& explanation, bool isColoured);
 
 }  // namespace NS_KXDU

@@ -18,11 +18,16 @@ constexpr std::string_view CAVEAT = "\x1b[33m";
 // A part, its line and its meaning have one colour; neighbours have different ones.
 constexpr std::array<std::string_view, 5> PART_COLOURS{"\x1b[36m", "\x1b[35m", "\x1b[34m", "\x1b[32m", "\x1b[31m"};
 
+// A line is as long as the identifier, so that with all parts of a long one the drawing would grow with the square of
+// its length. Nobody follows so many lines anyway.
+constexpr std::size_t MOST_PARTS = 200;
+
 class Drawing {
 public:
     Drawing(const Explanation& explanation, bool isColoured) : m_explanation(explanation), m_isColoured(isColoured) {
-        for (const ExplainedPart& part : explanation.parts) {
-            const auto before = std::string_view(explanation.fdn).substr(0, part.begin);
+        const std::size_t count = std::min(explanation.parts.size(), MOST_PARTS);
+        for (std::size_t place = 0; place < count; ++place) {
+            const auto before = std::string_view(explanation.fdn).substr(0, explanation.parts[place].begin);
             m_columns.push_back(DisplayWidth(Printable(before)));
         }
     }
@@ -125,14 +130,17 @@ private:
     }
 
     void AddNotes() {
-        if (m_explanation.notes.empty() && !m_explanation.isCanonical) {
+        const std::size_t undrawn = m_explanation.parts.size() - m_columns.size();
+        if (undrawn == 0 && m_explanation.notes.empty() && !m_explanation.isCanonical) {
             return;
         }
         m_text += m_text.empty() ? "" : "\n";
+        if (undrawn != 0) {
+            AddNote(std::to_string(undrawn) + (undrawn == 1 ? " more part is" : " more parts are") +
+                    " not drawn; kxdu check tells what is wrong with all of them");
+        }
         for (const std::string& note : m_explanation.notes) {
-            m_text += MARGIN;
-            Add(CAVEAT, "! " + Printable(note));
-            m_text += "\n";
+            AddNote(note);
         }
         if (m_explanation.isCanonical) {
             m_text += MARGIN;
@@ -141,9 +149,15 @@ private:
         }
     }
 
+    void AddNote(const std::string& note) {
+        m_text += MARGIN;
+        Add(CAVEAT, "! " + Printable(note));
+        m_text += "\n";
+    }
+
     const Explanation& m_explanation;
     bool m_isColoured;
-    std::vector<std::size_t> m_columns;  // where each part begins
+    std::vector<std::size_t> m_columns;  // where each part begins that is drawn
     std::size_t m_at = 0;                // the column of the line being drawn
     std::string m_text;
 };

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "formats/fieldtexts.h"
+#include "identifiers/fieldtexts.h"
 
 namespace NS_KXDU {
 

@@ -21,7 +21,8 @@ constexpr auto HELP = R"(Examples:
   kxdu explain --color always 'NE=5,MD=3|md1' | less -R
 
 Behind the drawing stand the record that the identifier is read into, fields that it says nothing of dimmed, and a
-line for each thing that is wrong with it; kxdu check judges many at once.
+line for each thing that is wrong with it; kxdu check judges many at once. Of an identifier of more than 200 pieces, the
+first 200 are drawn.
 
 Exit code: 0 also when something is wrong; 2 wrong arguments, or an inventory or configuration that cannot be read;
 3 output that cannot be written.)";

@@ -4,6 +4,7 @@
 
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "failure.h"
 #include "files/bufferedoutput.h"
 #include "network/inventorycsv.h"
 #include "network/sampleidentifiers.h"
@@ -35,25 +36,31 @@ struct Options {
     std::string inventoryFolder;  // empty: no inventory is written
 };
 
-// Writes identifiers until there are as many as asked for; answers how many NEs they are of.
-std::int32_t WriteNetwork(const SampleNetwork& network, const Options& options, BufferedOutput& output) {
+// Makes up identifiers until there are as many as asked for; answers how many NEs they are of.
+template <class Take>
+std::int32_t MakeIdentifiers(const SampleNetwork& network, const Options& options, Take take) {
     const SampleInventoryService inventory(network);
     SampleIdentifiers identifiers(network);
     const std::int32_t mostNes = options.identifierCount == 0 ? options.neCount : MOST_NES;
     const std::uint64_t most = options.identifierCount == 0 ? UINT64_MAX : options.identifierCount;
-    std::uint64_t written = 0;
-    const auto take = [&](const std::string& fdn) {
-        if (written < most) {
-            ++written;
-            output.Write(fdn);
-            output.Write("\n");
+    std::uint64_t made = 0;
+    const auto takeFirst = [&](const std::string& fdn) {
+        if (made < most) {
+            ++made;
+            take(fdn);
         }
     };
     std::int32_t neId = 0;
-    while (neId < mostNes && written < most) {
-        identifiers.Write(++neId, take);
+    while (neId < mostNes && made < most) {
+        identifiers.Write(++neId, takeFirst);
     }
     return neId;
+}
+
+// Of a network that nobody reads all identifiers of.
+std::int32_t CountNes(const SampleNetwork& network, const Options& options) {
+    return options.identifierCount == 0 ? options.neCount
+                                        : MakeIdentifiers(network, options, [](const std::string&) {});
 }
 
 ExitCode Sample(const Options& options) {
@@ -62,7 +69,19 @@ ExitCode Sample(const Options& options) {
     }
     const SampleNetwork network(options.seed);
     BufferedOutput output(options.output);
-    const std::int32_t neCount = WriteNetwork(network, options, output);
+    const auto write = [&output](const std::string& fdn) {
+        output.Write(fdn);
+        output.Write("\n");
+    };
+    std::int32_t neCount = 0;
+    try {
+        neCount = MakeIdentifiers(network, options, write);
+    } catch (const ClosedPipe&) {
+        if (!options.inventoryFolder.empty()) {
+            WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(CountNes(network, options)));
+        }
+        throw;
+    }
     if (!options.inventoryFolder.empty()) {
         WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
     }
