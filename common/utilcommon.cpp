@@ -89,9 +89,9 @@ std::string UtilCommon::GetMoc(const std::string& fdn) const {
         }
         return fdn.find("LP=") != std::string::npos ? "LP" : "";
     }
-    std::string head = fdn.substr(0, equals);
+    const std::string_view head = std::string_view(fdn).substr(0, equals);
     if (!hasComma && hasEquals) {
-        return head;
+        return std::string(head);
     }
     // What is left is an object that is named without a level, or no identifier.
     return head == "OS" || head == "SYSTEM" ? "OS" : "";

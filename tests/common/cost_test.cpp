@@ -208,8 +208,7 @@ TEST_F(Cost, OfLookUpsOfTexts) {
     const std::string name(100, 'n');
     for (const std::string& fdn :
          {std::string(), std::string("OS"), std::string("NE=5,FR=1,S=2,CP=-1,PP=16|1025|7|") + name,
-          std::string("NE=5,TUNNELTRAIL=6"), std::string("NE=5,PP=16|1|7|a,CLI_NAME=b"), "NE=5," + name + "=6",
-          std::string("n")}) {
+          std::string("NE=5,TUNNELTRAIL=6"), std::string("NE=5,PP=16|1|7|a,CLI_NAME=b"), "NE=5," + name + "=6", name}) {
         ExpectFreeButForItsAnswer([&fdn] { return ResIDUtil::GetMOCFromFDN(fdn); });
         ExpectFreeButForItsAnswer([&fdn] { return UtilCommon::Instance()->GetMoc(fdn); });
         const std::string moc = ResIDUtil::GetMOCFromFDN(fdn);

@@ -142,6 +142,17 @@ TEST_F(Allocations, AreMadeByReadersOnceForEachTextWithoutRoom) {
     EXPECT_GT(texts, 0U);
 }
 
+TEST_F(Allocations, AreMadeByReadersOnceForANameWithAnEscapedBar) {
+    const std::string fdn = "NE=5,PP=251|1025|7|" + std::string(40, 'a') + "\\|" + std::string(200, 'b');
+    NS_DOMAIN::PortIndex port;
+
+    const AllocationCount count;
+    ResIDUtil::ResID2PortIndex(fdn, port);
+
+    EXPECT_EQ(count.Get(), 1U);
+    EXPECT_EQ(port.portLabel, std::string(40, 'a') + "|" + std::string(200, 'b'));
+}
+
 TEST_F(Allocations, AreMadeByWritersOnceForATextWithoutRoom) {
     RecordGenerator records(64);
     std::size_t texts = 0;

@@ -18,7 +18,7 @@ constexpr auto CONFIG_FILE = "kx_corbaagent_bundle/bundle.cfg";
 
 // Whoever did not type a name does not know where it comes from.
 std::string SourceOf(const std::string& name, const char* variable) {
-    const char* const value = std::getenv(variable);
+    const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): no other thread runs
     return value != nullptr && name == value ? std::string(" (from ").append(variable).append(")") : "";
 }
 
