@@ -380,13 +380,11 @@ void AddTexts(const Corpus& corpus) {
     }
     AddLookUp(
         "look-ups", "GetSplitePATHDataByLine", Drawn(paths),
-        [](const std::string& path) {
-            std::map<int, int> levels;
+        [levels = std::map<int, int>()](const std::string& path) mutable -> const auto& {
             UtilCommon::Instance()->GetSplitePATHDataByLine(levels, path);
             return levels;
         },
-        [](const std::string& path) {
-            std::map<int, int> levels;
+        [levels = std::map<int, int>()](const std::string& path) mutable -> const auto& {
             LiteralUtilCommon::GetSplitePATHDataByLine(levels, path);
             return levels;
         });

@@ -27,8 +27,6 @@ LEAST_GAIN = 1.8
 CONVERSIONS = ("readers", "writers")
 # Those that must not allocate; what the grammar gives are maps and lists, which do.
 NOT_ALLOCATING = ("readers", "writers", "predicates", "look-ups", "filter")
-# Its answer is a map that the caller makes anew: about two nodes.
-ALLOCATING = ("GetSplitePATHDataByLine",)
 # Measured on many threads, each number of them under a name of its own.
 ON_THREADS = "threads"
 # How much more time of the processor a call may take then than on one; and what the names are made of.
@@ -97,7 +95,7 @@ def limits_of(rows):
             if threads != "1":
                 limits.append((f"{row['function']}: {value:.2f} times the time of one thread, at most {MOST_GROWTH}",
                                value <= MOST_GROWTH))
-        if row["group"] in NOT_ALLOCATING and row["function"] not in ALLOCATING:
+        if row["group"] in NOT_ALLOCATING:
             limits.append((f"{row['function']}: {row['allocations']:g} allocations a call, none",
                            row["allocations"] == 0))
     for function, most in MOST_TIMES_COMMAS.items():

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every benchmark runs, if only for a moment, agrees with its literal counterpart, and has its line in the report.
+# Every benchmark runs, if only for a moment, and agrees with its literal counterpart; a report is made of them.
 #   smoke_test.sh KX_BENCH_ALLOCATIONS
 set -euo pipefail
 

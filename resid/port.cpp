@@ -222,7 +222,7 @@ std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
     return key.fdnText;
 }
 
-// Reads what is on the port that key names.
+// Reads what is on the port that `key` names.
 void ReadOnPort(const std::string& fdn, CtpKey_T& key) {
     const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
     const LevelFinder<"VR", "AP", "SUBIF"> levels(text);

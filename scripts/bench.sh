@@ -45,7 +45,7 @@ measure_library() {
     echo "measuring the library"
     rm -f $folder/library.json $folder/performance.svg
     measured allocations $bin/kx_bench_allocations --benchmark_min_time=0.00001 || return 1
-    measured times $bin/kx_bench --benchmark_min_time=0.03 --benchmark_repetitions=15 \
+    measured times $bin/kx_bench --benchmark_min_time=0.008 --benchmark_repetitions=45 \
                                  --benchmark_enable_random_interleaving=true || return 1
     local code=0
     bench/report.py $folder/times.json $folder/allocations.json --json $folder/library.json \

@@ -337,6 +337,8 @@ def main():
     mutants = chosen_mutants()
     if options.ids:
         mutants = [mutant for mutant in mutants if mutant.id in options.ids]
+        if len(mutants) < len(set(options.ids)):
+            parser.error("some of these mutants are not there")
     if options.list:
         for mutant in mutants:
             print(describe(mutant))
@@ -368,7 +370,8 @@ def main():
     too_few = built < LEAST_BUILT and not options.ids
     if too_few:
         print("only %d mutants were built, not %d" % (built, LEAST_BUILT))
-    return 0 if unlisted == 0 and (options.ids or not stale) and not too_few and 100 * killed >= LEAST_KILLED * built else 1
+    is_listed_right = unlisted == 0 and (options.ids or not stale)
+    return 0 if is_listed_right and not too_few and 100 * killed >= LEAST_KILLED * built else 1
 
 
 if __name__ == "__main__":

@@ -1,7 +1,11 @@
 #include "frame/singleton.h"
 
 #include <stdexcept>
+#include <thread>
 
+#include <ace/OS_NS_Thread.h>
+#include <ace/Recursive_Thread_Mutex.h>
+#include <ace/Static_Object_Lock.h>
 #include <gtest/gtest.h>
 
 #include <kx_domain_util/devicedomainmgr.h>
@@ -16,7 +20,6 @@ using NS_TEST::FailingLocks;
 
 using NS_UTIL::NS_FRAME::DestroyInstance;
 using NS_UTIL::NS_FRAME::GetInstance;
-using NS_UTIL::NS_FRAME::StaticObjectLock;
 
 class Singleton : public testing::Test {
 protected:
@@ -70,14 +73,35 @@ TEST_F(Singleton, LetsTheExceptionOfItsConstructionPass) {
     Destroy();
 }
 
+// Whether another thread can take the lock.
+bool IsLockFree() {
+    bool isFree = false;
+    std::thread([&isFree] {
+        auto& lock = ACE_Static_Object_Lock::instance()->lock();
+        isFree = ACE_OS::mutex_trylock(&lock) == 0;
+        if (isFree) {
+            ACE_OS::mutex_unlock(&lock);
+        }
+    }).join();
+    return isFree;
+}
+
 TEST_F(Singleton, IsMadeAndDisposedOfUnderTheLock) {
-    bool isHeld = false;
-    GetInstance(m_instance, [&isHeld] {
-        isHeld = StaticObjectLock().IsHeld();  // a recursive lock: its owner may take it again
+    bool isFreeWhileMaking = true;
+    GetInstance(m_instance, [&] {
+        isFreeWhileMaking = IsLockFree();
         return new int(1);
     });
-    EXPECT_TRUE(isHeld);
-    Destroy();
+    EXPECT_FALSE(isFreeWhileMaking);
+    EXPECT_TRUE(IsLockFree());
+    bool isFreeWhileDisposing = true;
+    DestroyInstance(m_instance, [&](int* instance) {
+        isFreeWhileDisposing = IsLockFree();
+        EXPECT_EQ(m_instance.load(), nullptr) << "nobody is handed what goes";
+        delete instance;
+    });
+    EXPECT_FALSE(isFreeWhileDisposing);
+    EXPECT_TRUE(IsLockFree());
 }
 
 // ---- The singletons of the library, and a lock that fails -----------------------------------------------------------

@@ -1,6 +1,6 @@
 /// How services and configuration items are published to the threads that read them.
 ///
-/// The decision. Whatever a conversion reads from the platform (the buffered interface of a service, the text of a
+/// The decision. Whatever a conversion reads from the platform (the buffered interface of a service, the value of a
 /// configuration item) hangs on one std::atomic pointer. A reader writes the pointer's value into a word of its own
 /// (it *pins* it), looks whether the pointer is still the same, and uses what it points to until it clears its word.
 /// Whoever removes something first changes the pointer, then looks through the words of all threads, and frees the

@@ -69,9 +69,10 @@ public:
     /// Does nothing without an inventory. One thread at a time.
     void ReloadInventory();
     /// Reads the configuration file again, and the files that the data-access service was asked for. Throws as the
-    /// constructor does, also for one of these that does not parse any more, and then leaves all as it was. Items that
-    /// the file no longer has are removed; items that the host did not set stay. Objects that the data-access service
-    /// gave out answer from the new files. Does nothing without a configuration folder. Any thread.
+    /// constructor does, also for one of these that does not parse any more, and then leaves all as it was; only when
+    /// memory runs out (std::bad_alloc) while items are set, some of them may be new and the others old. Items that the
+    /// file no longer has are removed; items that the host did not set stay. Objects that the data-access service gave
+    /// out answer from the new files. Does nothing without a configuration folder. Any thread.
     void ReloadConfiguration();
 
 private:

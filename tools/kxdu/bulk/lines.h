@@ -85,7 +85,7 @@ struct LineWork {
 /// the middle of a line, the beginning of that line is not converted. A `Failure` of a converter gets "file:line: " in
 /// front of its text.
 ///
-/// The file of the rejected lines appears however the run ends, unless it cannot be written itself.
+/// The file of the rejected lines appears however the run ends, unless a signal ends it or it cannot be written itself.
 ExitCode RunLines(const BulkOptions& options, const LineWork& work);
 
 }  // namespace NS_KXDU

@@ -73,18 +73,19 @@ ExitCode Sample(const Options& options) {
         output.Write(fdn);
         output.Write("\n");
     };
+    const auto writeInventory = [&](std::int32_t neCount) {
+        if (!options.inventoryFolder.empty()) {
+            WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
+        }
+    };
     std::int32_t neCount = 0;
     try {
         neCount = MakeIdentifiers(network, options, write);
     } catch (const ClosedPipe&) {
-        if (!options.inventoryFolder.empty()) {
-            WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(CountNes(network, options)));
-        }
+        writeInventory(CountNes(network, options));
         throw;
     }
-    if (!options.inventoryFolder.empty()) {
-        WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
-    }
+    writeInventory(neCount);
     output.Complete();
     return ExitCode::OK;
 }
