@@ -12,10 +12,11 @@
 
 namespace NS_TEST {
 
-template <class Record_>
+/// A reader of a text, or of what `Input` says.
+template <class Record_, class Input = std::string>
 struct Reader {
     using Record = Record_;
-    using Function = void (*)(const std::string&, Record&);
+    using Function = void (*)(const Input&, Record&);
 
     std::string_view name;
     Function library;
@@ -23,42 +24,30 @@ struct Reader {
 };
 
 /// `read` is called with the class to convert by, as a std::type_identity.
-template <class Record, class Read>
-Reader<Record> MakeReader(std::string_view name, Read /*read*/) {
+template <class Record, class Input = std::string, class Read>
+Reader<Record, Input> MakeReader(std::string_view name, Read /*read*/) {
     // `read` captures nothing, so that a function without it can call it.
-    return {
-        name,
-        [](const std::string& fdn, Record& record) { Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, fdn, record); },
-        [](const std::string& fdn, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, fdn, record); }};
+    return {name,
+            [](const Input& input, Record& record) { Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, input, record); },
+            [](const Input& input, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, input, record); }};
 }
 
 /// A reader of a parsed FDN.
-template <class Record_>
-struct MapReader {
-    using Record = Record_;
-    using Function = void (*)(const NS_UTIL::MocLvlValueMap&, Record&);
-
-    std::string_view name;
-    Function library;
-    Function literal;
-    Reader<Record> afterParsing;  // is given the text, of which it makes the map first
+template <class Record>
+struct MapReader : Reader<Record, NS_UTIL::MocLvlValueMap> {
+    Reader<Record> afterParsing;  ///< is given the text, of which it makes the map first
 };
 
-/// As MakeReader.
+/// As `MakeReader`.
 template <class Record, class Read>
-MapReader<Record> MakeMapReader(std::string_view name, Read /*read*/) {
+MapReader<Record> MakeMapReader(std::string_view name, Read read) {
     using NS_UTIL::MocLvlValueMap;
-    return {
-        name,
-        [](const MocLvlValueMap& map, Record& record) {
-            Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, map, record);
-        },
-        [](const MocLvlValueMap& map, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, map, record); },
-        MakeReader<Record>(name, []<class By>(By by, const std::string& fdn, Record& record) {
-            MocLvlValueMap map;
-            By::type::Fdn2MocLvlValueMap(fdn, map);
-            Read{}(by, map, record);
-        })};
+    return {MakeReader<Record, MocLvlValueMap>(name, read),
+            MakeReader<Record>(name, []<class By>(By by, const std::string& fdn, Record& record) {
+                MocLvlValueMap map;
+                By::type::Fdn2MocLvlValueMap(fdn, map);
+                Read{}(by, map, record);
+            })};
 }
 
 /// Calls `visit` with the row of each reader that is given a text.
