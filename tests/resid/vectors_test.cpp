@@ -240,7 +240,8 @@ TEST(VectorsOfResId, NameEveryConversion) {
             named.emplace(vectorCase.Text(vectorCase.Has("reader") ? "reader" : "writer"), vectorCase.Text("record"));
         }
     }
-    const auto expectNamed = [&]<template <class> class Row, class Record>(const Row<Record>& row) {
+    const auto expectNamed = [&]<class Row>(const Row& row) {
+        using Record = typename Row::Record;
         EXPECT_EQ(named.count({std::string(row.name), std::string(RecordFields<Record>::NAME)}), 1)
             << row.name << " of " << RecordFields<Record>::NAME;
     };
