@@ -3,9 +3,10 @@
 
     kxdu.py KXDU [--identifiers N] [--rounds N] [--json FILE] [--document FILE]
 
-All commands run once in each round, one after the other, on two processors; of all rounds the fastest counts. Where
-two commands should write the same, that is checked first. --document FILE replaces what stands between the marks
-"figures of kxdu" in FILE. Ends with 1 when a limit is missed.
+All commands run once in each round, one after the other, on two processors; of all rounds the fastest counts. What a
+second processor can give there is told by two programs at once that know nothing of each other. Where two commands
+should write the same, that is checked first. --document FILE replaces what stands between the marks "figures of kxdu"
+in FILE. Ends with 1 when a limit is missed.
 """
 import argparse
 import hashlib
@@ -25,6 +26,7 @@ MAWK_GET = ('{n=p="";for(i=NF;i;i--){if($i~/^NE=/)n=substr($i,4);'
 # The fastest that we could write; right for identifiers in which no port comes first.
 MAWK_GET_FAST = ('{n=p="";if(match($0,/(^|,)NE=[^,]*/)){n=substr($0,RSTART,RLENGTH);sub(/.*=/,"",n)}'
                  'if(i=index($0,",PP=")){split(substr($0,i),a,"|");p=a[3]}print n"\\t"p}')
+VERBS = ("get NE PP:2", "decode", "filter")
 MOST_MEMORY = 64  # MiB
 LEAST_GAIN = 1.7
 FIRST_NOTIFICATION = 1_000_000  # longer than any number in an identifier, so that grep finds it nowhere else
@@ -35,23 +37,38 @@ class Run:
 
     def __init__(self, folder, name, command):
         self.folder, self.name, self.command = folder, name, command
-        self.seconds, self.cpu_seconds, self.memory = float("inf"), float("inf"), 0.0
+        self.seconds, self.cpu_seconds, self.seconds_of_two = float("inf"), float("inf"), float("inf")
+        self.memory = 0.0
 
     def once(self, output):
         # The kernel counts the memory of the process that starts a command as that command's: so a small one does.
         peak = self.folder / "peak"
         with open(output, "wb") as out:
             begin = time.perf_counter()
-            process = subprocess.Popen(["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command, stdout=out,
-                                       stderr=subprocess.DEVNULL, env=dict(os.environ, LC_ALL="C"))
-            _, status, usage = os.wait4(process.pid, 0)
+            process = self.start(["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command, out)
+            usage = self.end_of(process)
             seconds = time.perf_counter() - begin
-        process.returncode = os.waitstatus_to_exitcode(status)
-        if process.returncode != 0:
-            raise RuntimeError(f"{self.name} ended with {process.returncode}")
         self.seconds = min(self.seconds, seconds)
         self.cpu_seconds = min(self.cpu_seconds, usage.ru_utime + usage.ru_stime)
         self.memory = max(self.memory, int(peak.read_text(encoding="utf-8")) / 1024)
+
+    def twice_at_once(self, output, other_output):
+        """Two runs that share nothing but the machine."""
+        with open(output, "wb") as out, open(other_output, "wb") as other:
+            begin = time.perf_counter()
+            for process in [self.start(self.command, out), self.start(self.command, other)]:
+                self.end_of(process)
+            self.seconds_of_two = min(self.seconds_of_two, time.perf_counter() - begin)
+
+    def start(self, command, out):
+        return subprocess.Popen(command, stdout=out, stderr=subprocess.DEVNULL, env=dict(os.environ, LC_ALL="C"))
+
+    def end_of(self, process):
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        if process.returncode != 0:
+            raise RuntimeError(f"{self.name} ended with {process.returncode}")
+        return usage
 
 
 def write_inputs(kxdu, folder, identifiers):
@@ -99,11 +116,22 @@ def measure(kxdu, identifiers, rounds):
             if written(by_name[left]) != written(by_name[right]):
                 raise RuntimeError(f"{left} and {right} write different things")
         # grep looks no further than the first line when nobody reads what it writes; and a disk would set the pace.
-        with tempfile.NamedTemporaryFile(dir="/dev/shm") as memory:
+        with (tempfile.NamedTemporaryFile(dir="/dev/shm") as memory,
+              tempfile.NamedTemporaryFile(dir="/dev/shm") as other):
             for _ in range(rounds):
                 for run in runs:
-                    run.once(memory.name if run.name.startswith(("kxdu filter", "grep")) else "/dev/null")
+                    is_kept = run.name.startswith(("kxdu filter", "grep"))
+                    outputs = (memory.name, other.name) if is_kept else (os.devnull, os.devnull)
+                    run.once(outputs[0])
+                    if run.name.endswith("--jobs 1"):
+                        run.twice_at_once(*outputs)
         return by_name
+
+
+def most_gains(runs):
+    """By verb, what the second processor gives at most."""
+    alone = {verb: runs[f"kxdu {verb} --jobs 1"] for verb in VERBS}
+    return {verb: 2 * run.seconds / run.seconds_of_two for verb, run in alone.items()}
 
 
 def limits_of(runs):
@@ -117,7 +145,7 @@ def limits_of(runs):
     demand("kxdu get, beside the shortest mawk program", times("mawk, the shortest", "kxdu get NE PP:2"), 3)
     demand("kxdu decode, beside mawk's get", times("mawk, the shortest", "kxdu decode"), 1)
     demand("kxdu filter, beside grep", times("grep -v -F -w -f", "kxdu filter"), 1)
-    for verb in ("get NE PP:2", "decode", "filter"):
+    for verb in VERBS:
         demand(f"kxdu {verb} on two cores, beside one", times(f"kxdu {verb} --jobs 1", f"kxdu {verb}"), LEAST_GAIN)
         memory = runs[f"kxdu {verb}"].memory
         limits.append((f"kxdu {verb}: {memory:.0f} MiB at most, below {MOST_MEMORY}", memory < MOST_MEMORY))
@@ -128,7 +156,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("kxdu")
     parser.add_argument("--identifiers", type=int, default=5_000_000)
-    parser.add_argument("--rounds", type=int, default=5)
+    parser.add_argument("--rounds", type=int, default=9)
     parser.add_argument("--json")
     parser.add_argument("--document")
     options = parser.parse_args()
@@ -141,15 +169,19 @@ def main():
     for run in runs.values():
         print(f"  {run.name:28}{run.seconds:7.2f}{run.cpu_seconds:11.2f}{millions / run.seconds:11.2f}"
               f"{run.memory:7.0f}")
+    gains = ", ".join(f"{verb} {gain:.2f}" for verb, gain in most_gains(runs).items())
+    control = f"Two with `--jobs 1` at once, which share nothing but the machine, do so many times what one does: {gains}."
+    print(f"\n{control}")
     if options.json:
         rows = [{"name": run.name, "seconds": run.seconds, "cpu_seconds": run.cpu_seconds, "mebibytes": run.memory}
                 for run in runs.values()]
-        write_json(options.json, {"identifiers": options.identifiers, "rows": rows}, limits)
+        write_json(options.json,
+                   {"identifiers": options.identifiers, "most_gains": most_gains(runs), "rows": rows}, limits)
     if options.document:
         table = [f"| {millions:g} million identifiers | s | s of CPU | million/s | MiB |", "|---|--:|--:|--:|--:|"]
         table += [f"| {run.name} | {run.seconds:.2f} | {run.cpu_seconds:.2f} | {millions / run.seconds:.2f} "
                   f"| {run.memory:.0f} |" for run in runs.values()]
-        replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + "\n\n")
+        replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + f"\n\n{control}\n\n")
     return tell(limits)
 
 
