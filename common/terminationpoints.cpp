@@ -71,8 +71,15 @@ bool UtilCommon::GetTpNoFromLocation(const int& location, const int& level, int&
 }
 
 bool UtilCommon::SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const {
-    return tpNo >= 1 && std::any_of(LOCATION_WORDS.begin(), LOCATION_WORDS.end(),
-                                    [&](auto word) { return SetTpNoToLocation(tp.*word, level, tpNo); });
+    if (tpNo < 1) {
+        return false;
+    }
+    for (const auto word : LOCATION_WORDS) {
+        if (SetTpNoToLocation(tp.*word, level, tpNo)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 int UtilCommon::GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const {

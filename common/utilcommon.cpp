@@ -15,7 +15,8 @@ namespace NS_UTIL {
 
 namespace {
 
-// Whether `text` is `name`, which has no small letters, once its own are capitals as by `SelfUtilCommon::upperStr`.
+// Whether `text` is `name` but for small letters, of which `name` has none. As `SelfUtilCommon::upperStr`, it looks at
+// "a" to "z" only.
 bool IsNameInAnyCase(std::string_view text, std::string_view name) {
     return std::equal(text.begin(), text.end(), name.begin(), name.end(), [](char character, char capital) {
         return (character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character) == capital;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <atomic>
-#include <exception>
 #include <mutex>
 #include <string_view>
 
@@ -60,17 +59,12 @@ public:
     /// process.
     Interface* TryGet() noexcept { return Find(); }
 
-    /// The service. Throws `InterfaceNotExistException` when there is none. Any other exception ends the process.
+    /// The service. Throws `InterfaceNotExistException` when there is none. Any other exception ends the process (to
+    /// throw needs no memory, so there is none but those of the look-up).
     Interface& Get() {
         Interface* const service = TryGet();
         if (service == nullptr) {
-            try {
-                ThrowInterfaceNotExist();
-            } catch (const InterfaceNotExistException&) {
-                throw;
-            } catch (...) {
-                std::terminate();
-            }
+            ThrowInterfaceNotExist();
         }
         return *service;
     }

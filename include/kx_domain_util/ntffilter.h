@@ -36,7 +36,8 @@ public:
     /// is held back is logged at level 3, so a log service must not ask the filter while it writes. After the first
     /// question it takes no lock, except for a record that is the first since a service came or went. Any thread.
     /// Exceptions: std::bad_alloc; those thrown by the log service propagate. After an exception while the items are
-    /// read, the next question reads them again.
+    /// read, the next question reads them again. The items are reached through `UtilCommon::Instance`: where that gives
+    /// null, there is nothing to read them with, and the process crashes.
     bool IsFilteNtf(int notificationId);
 
 private:

@@ -158,14 +158,16 @@ public:
     /// unless there is a port level with four sub-values. A name without a `ppType` sets that to 251. In a name of FB
     /// type 1025 the first backslash is dropped, and the next "|" and the sub-value behind it are taken into the name;
     /// without such a sub-value the backslash stays. When the configuration item "Telvandaire" is not 0, a slot below 1
-    /// becomes no slot and no sub-slot, as for named ports of FB type 65547 and 65549; it is read at every call.
+    /// is read as no slot and no sub-slot, which named ports of FB type 65547 and 65549 are at all times; the item is
+    /// read at every call.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
     /// Reads the key's port by the rules above and, where `fdn` contains "SUBIF=", the number behind it into `subIfId`.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads an access point. The key's port is read only when its `neId` is -1; otherwise the caller's port is kept.
-    /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level. `fdnText`
-    /// becomes the text that was parsed; a channel set without "=" leaves nothing to parse, and `fdnText` becomes
-    /// `fdn`.
+    /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level in place of
+    /// slot and port: "NE=5,FR=1,S=3,CP=-1,PP=16||2|,CHANNELSET=4" is parsed as "NE=5,FR=1,AP=||10004", so `subIfId`
+    /// becomes 10004. `fdnText` becomes the text that was parsed; a channel set without "=" leaves nothing to parse,
+    /// and `fdnText` becomes `fdn`.
     static void ResID2APIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
     /// Reads a termination point: the port, whatever the record held of it before, and a sub-interface behind a "." in
     /// the label. Sets `reserved` to 0. Never reads "VC4" or "VC12".
@@ -205,7 +207,7 @@ public:
     static void ResID2SVCIndex(const std::string& fdn, NS_DOMAIN::ServiceIndex& service);
     /// Reads the seven sub-values of level "TUNNEL", all or none. `resId` becomes the whole `fdn`.
     static void ResID2TunnelIndex(const std::string& fdn, NS_DOMAIN::TunnelIndex& tunnel);
-    /// Reads an ATM traffic descriptor; `neId` becomes 0 when there is no NE level.
+    /// Reads an ATM traffic descriptor; `neId` becomes 0 when there is no NE level or it is empty.
     static void ResID2TDIndex(const std::string& fdn, NS_DOMAIN::TDIndex& descriptor);
 
     /// Copies the four fields.
@@ -254,7 +256,8 @@ public:
     /// the last level is the end point, so fewer levels leave fields as they were. An MD or MA number of 0 means that
     /// there is none: then the value without its first character is the name, which is otherwise left as it was.
     /// Returns 0, or `MEP_NOT_READABLE` when there are more than four levels or one has no "="; what was read before
-    /// that stays. Both are logged at level 1, except for the last level.
+    /// that stays. Both are logged at level 1, except for the last level. An empty `fdn` is not readable either, and not
+    /// logged.
     static int ResID2MepIndex(const std::string& fdn, NS_DOMAIN::MEPIndex& mep);
 };
 

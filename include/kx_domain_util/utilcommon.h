@@ -50,7 +50,7 @@ public:
     /// Whether the configuration item `item` exists.
     bool IsSupportCfgItem(const std::string& item) const;
 
-    /// Returns the MOC of `fdn`: the tag of its last level. When that is "CLI_NAME" behind a ",", the MOC is "PP" if
+    /// Returns the MOC of `fdn`: what stands before its last "=", from the last "," on. When that is "CLI_NAME" behind a ",", the MOC is "PP" if
     /// the text "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last level has no "=", the MOC is
     /// empty; but "OS" if the text before the last "=", or all of it when there is none, is "OS" or "SYSTEM".
     /// `ResIDUtil::GetMOCFromFDN` follows other rules.
@@ -102,7 +102,8 @@ public:
     /// The TP number in a location word. False, and `tpNo` untouched, when the word's FB type sits on another level.
     bool GetTpNoFromLocation(const int& location, const int& level, int& tpNo) const;
     /// Puts a TP number into the first free one of the TP's four location words: `vc4Id`, `vc12Id`, `vc3Id`, `vc11Id`.
-    /// False, and nothing written, when `tpNo` is below 1 or all are taken.
+    /// False, and nothing written, when `tpNo` is below 1 or all are taken. Of a `tpNo` above 65535 the low 16 bits
+    /// are kept, so 65536 reads back as 0.
     bool SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const;
     /// The TP number of this level in the TP's location words; 0 when there is none.
     int GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const;

@@ -250,7 +250,7 @@ TEST_F(Cost, OfNeTypes) {
     const auto expectFreePredicates = [] {
         for (const unsigned short neType : std::array<unsigned short, 5>{0, 7, 1335, 1911, 65535}) {
             ExpectFree([neType] {
-                for (const NS_TEST::Predicate predicate : NS_TEST::LIST_PREDICATES) {
+                for (const NS_TEST::Predicate predicate : NS_TEST::NE_TYPE_PREDICATES) {
                     predicate(neType);
                 }
                 NS_UTIL::IsTransMultiSubShelfNE(12, neType);

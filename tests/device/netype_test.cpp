@@ -120,7 +120,7 @@ TEST(DomainPredicates, AskTheListsThatAreNamedAndNoOthers) {
     DeviceDomainMgr::Destroy();
     RecordingInventory inventory;
     const Registration registration("InventoryBufif", inventory);
-    for (const Predicate predicate : NS_TEST::LIST_PREDICATES) {
+    for (const Predicate predicate : NS_TEST::NE_TYPE_PREDICATES) {
         EXPECT_FALSE(predicate(5));
     }
     Domains neTypes;

@@ -102,7 +102,7 @@ TEST_F(DomainLists, AreNotChangedByPredicates) {
     const Host host(WithInventory(m_file));
     const AllLists before;
     constexpr unsigned short UNKNOWN = 12345;
-    for (const Predicate predicate : LIST_PREDICATES) {
+    for (const Predicate predicate : NE_TYPE_PREDICATES) {
         EXPECT_FALSE(predicate(UNKNOWN));
     }
     EXPECT_EQ(AllLists(), before);

@@ -8,8 +8,8 @@ namespace NS_TEST {
 
 using Predicate = bool (*)(unsigned short neType);
 
-/// Every predicate that asks a list of NE types or of equipment types.
-inline constexpr std::array<Predicate, 25> LIST_PREDICATES{
+/// Every predicate of an NE type alone.
+inline constexpr std::array<Predicate, 25> NE_TYPE_PREDICATES{
     NS_UTIL::IsPTN41,
     NS_UTIL::IsPTN31,
     NS_UTIL::IsPTN470,

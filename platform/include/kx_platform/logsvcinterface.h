@@ -16,7 +16,7 @@ public:
     ModuleLogger& operator=(const ModuleLogger&) = delete;
 
     /// Writes one record: the source file's name, the function's name, the line, the level (0 error, 1 warning,
-    /// 3 debug), and a message formatted as printf does.
+    /// 2 information, 3 debug), and a message formatted as printf does. An exception passes to whoever logs.
     virtual void WriteLog(const std::string& file, const std::string& function, int line, int level, const char* format,
                           ...) = 0;
 };

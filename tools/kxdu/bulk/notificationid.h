@@ -17,8 +17,8 @@ public:
     virtual std::optional<int> Read(std::string_view line) = 0;
 };
 
-/// Fields are what stands between blanks and tabs, one or more of them; a carriage return counts as a blank. Such a
-/// reader takes the first field that is an identifier.
+/// Takes the first field that is an identifier. Fields are what stands between blanks and tabs, one or more of them; a
+/// carriage return counts as a blank.
 std::unique_ptr<NotificationIdReader> MakeFirstNumberReader();
 /// Takes the field number `field`, counted from 1.
 std::unique_ptr<NotificationIdReader> MakeFieldReader(std::size_t field);

@@ -69,7 +69,7 @@ void WriteTunnels(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& 
     std::string level;
     const std::int32_t count = random.Between(1, 6);
     for (std::int32_t number = 1; number <= count; ++number) {
-        // In braces, where the draws have an order.
+        // A list in braces is evaluated from left to right, so the draws have an order.
         const std::vector<std::string> values{std::to_string(random.Between(1, 3)),
                                               std::to_string(number),
                                               LoopBackAddress(ne.neId),

@@ -30,10 +30,10 @@ is no identifier, that is told on standard error at the beginning; how many line
 end, unless --strict ended the run before.
 
 An identifier is a number from 0 to 2147483647 in decimal digits. It is looked for in the fields of a line, which blanks
-or tabs, one or more, separate: the first field that is one counts, or the one that --field names, which lines need that
-begin with other numbers, as a date in bare numbers is. Commas separate nothing, so CSV is not read. With --json, a line
-is a JSON object, and the identifier its first member called KEY, as a number or as a text; the line is not looked at
-behind it.
+or tabs, one or more, separate: the first field that is one counts, or the one that --field names; lines that begin with
+other bare numbers, such as a date, need --field. Commas separate nothing, so CSV is not read. With --json, a line is a
+JSON object, and the identifier its first member called KEY, as a number or as a text; the line is not looked at behind
+it.
 
 No alarm gets lost: a line without an identifier in its place, an empty one too, is passed on, and reported and counted.
 Lines pass byte for byte and at once, also from a slow pipe; only the last one gets the line end that it may lack. Lines
