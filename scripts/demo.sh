@@ -51,7 +51,6 @@ PATH="$PWD/build/release/bin:$PATH"
 kxdu --version
 
 cd "$folder"
-export KX_INVENTORY=network.db
 unset KX_CONFIG_DIR
 
 heading "A network of 2,000 NEs, and its inventory"
@@ -60,6 +59,7 @@ identifiers=$(wc -l <network.fdn)
 echo "  $(grouped "$identifiers") identifiers, $(grouped "$(wc -c <network.fdn)") bytes"
 run kxdu inventory init network.db
 run kxdu inventory import network.db network
+run export KX_INVENTORY=network.db  # says of which NE type each NE is
 
 heading "From text to records and back"
 measure kxdu decode network.fdn -o records.jsonl

@@ -4,8 +4,8 @@
 /// holds (a list that was never loaded gives false), or from the inventory service.
 ///
 /// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Exceptions:
-/// std::bad_alloc where a list is asked; the process crashes where `DeviceDomainMgr::Instance` gives null. Where the inventory is asked, `InterfaceNotExistException` when there is none;
-/// exceptions thrown by it propagate.
+/// std::bad_alloc where a list is asked; the process crashes where `DeviceDomainMgr::Instance` gives null. Where the
+/// inventory is asked, `InterfaceNotExistException` when there is none; exceptions thrown by it propagate.
 #pragma once
 
 #include <array>

@@ -256,8 +256,8 @@ public:
     /// the last level is the end point, so fewer levels leave fields as they were. An MD or MA number of 0 means that
     /// there is none: then the value without its first character is the name, which is otherwise left as it was.
     /// Returns 0, or `MEP_NOT_READABLE` when there are more than four levels or one has no "="; what was read before
-    /// that stays. Both are logged at level 1, except for the last level. An empty `fdn` is not readable either, and not
-    /// logged.
+    /// that stays. Both are logged at level 1, except for the last level. An empty `fdn` is not readable either, and
+    /// not logged.
     static int ResID2MepIndex(const std::string& fdn, NS_DOMAIN::MEPIndex& mep);
 };
 

@@ -50,10 +50,10 @@ public:
     /// Whether the configuration item `item` exists.
     bool IsSupportCfgItem(const std::string& item) const;
 
-    /// Returns the MOC of `fdn`: what stands before its last "=", from the last "," on. When that is "CLI_NAME" behind a ",", the MOC is "PP" if
-    /// the text "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last level has no "=", the MOC is
-    /// empty; but "OS" if the text before the last "=", or all of it when there is none, is "OS" or "SYSTEM".
-    /// `ResIDUtil::GetMOCFromFDN` follows other rules.
+    /// Returns the MOC of `fdn`: what stands before its last "=", from the last "," on. When that is "CLI_NAME" behind
+    /// a ",", the MOC is "PP" if the text "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last
+    /// level has no "=", the MOC is empty; but "OS" if the text before the last "=", or all of it when there is none,
+    /// is "OS" or "SYSTEM". `ResIDUtil::GetMOCFromFDN` follows other rules.
     std::string GetMoc(const std::string& fdn) const;
 
     /// Splits `line` at "|" into fields 0 to 2 and the rest, 3. An empty field becomes "-1", an empty rest stays empty.

@@ -218,13 +218,23 @@ DomainCache ReadCache(RowReader& reader) {
     return *cache;
 }
 
-// Rows come in the order of their keys, so that a repeated key is that of the row before.
+// Rows come in the order of their numbers; in a damaged file they may not.
+template <class Number>
+void CheckFollows(RowReader& reader, Number number, Number before) {
+    if (number == before) {
+        reader.FailAtRow("is there twice");
+    }
+    if (number < before) {
+        reader.FailAtRow("is out of order: the file is damaged");
+    }
+}
+
 std::vector<NeTypeRow> ReadNeTypes(const SQLite::Database& database, const fs::path& file) {
     std::vector<NeTypeRow> rows;
     ReadTable(database, file, NE_TYPE_TABLE, [&](RowReader& reader) {
         const NeTypeRow row{reader.GetNeType(0), reader.GetText(1), reader.GetFlag(2), reader.GetFlag(3)};
-        if (!rows.empty() && rows.back().neType == row.neType) {
-            reader.FailAtRow("is there twice");
+        if (!rows.empty()) {
+            CheckFollows(reader, row.neType, rows.back().neType);
         }
         rows.push_back(row);
     });
@@ -237,8 +247,8 @@ std::vector<NeRow> ReadNes(const SQLite::Database& database, const fs::path& fil
     ReadTable(database, file, NE_TABLE, [&](RowReader& reader) {
         const NeRow row{reader.GetNumber<std::int32_t>(0, 0, std::numeric_limits<std::int32_t>::max()),
                         reader.GetNeType(1), reader.GetFlag(2), reader.GetFlag(3)};
-        if (!rows.empty() && rows.back().neId == row.neId) {
-            reader.FailAtRow("is there twice");
+        if (!rows.empty()) {
+            CheckFollows(reader, row.neId, rows.back().neId);
         }
         if (!std::ranges::binary_search(neTypes, row.neType, {}, &NeTypeRow::neType)) {
             reader.FailAtValue(1, "in table ne_type");

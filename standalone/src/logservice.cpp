@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <new>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -39,20 +41,25 @@ spdlog::level::level_enum Threshold(std::string_view name) {
     return found != THRESHOLDS.end() ? found->second : spdlog::level::debug;
 }
 
-// The message that printf makes of format and arguments; a format that printf refuses stands for itself.
-std::string FormatMessage(const char* format, std::va_list arguments) {
+// The message that printf makes of format and arguments; a format that printf refuses stands for itself. None when
+// there is no memory for it.
+std::optional<std::string> FormatMessage(const char* format, std::va_list arguments) {
     std::array<char, 512> buffer{};
     std::va_list again;
     va_copy(again, arguments);
     const int needed = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
-    std::string message;
-    if (needed < 0) {
-        message = format;
-    } else if (static_cast<std::size_t>(needed) < buffer.size()) {
-        message.assign(buffer.data(), static_cast<std::size_t>(needed));
-    } else {
-        message.resize(static_cast<std::size_t>(needed));
-        static_cast<void>(std::vsnprintf(message.data(), message.size() + 1, format, again));  // it went well once
+    std::optional<std::string> message;
+    try {
+        if (needed < 0) {
+            message.emplace(format);
+        } else if (static_cast<std::size_t>(needed) < buffer.size()) {
+            message.emplace(buffer.data(), static_cast<std::size_t>(needed));
+        } else {
+            message.emplace(static_cast<std::size_t>(needed), '\0');
+            static_cast<void>(std::vsnprintf(message->data(), message->size() + 1, format, again));  // went well once
+        }
+    } catch (const std::bad_alloc&) {
+        message.reset();
     }
     va_end(again);
     return message;
@@ -75,9 +82,11 @@ public:
         }
         std::va_list arguments;
         va_start(arguments, format);
-        const std::string message = FormatMessage(format, arguments);
+        const std::optional<std::string> message = FormatMessage(format, arguments);
         va_end(arguments);
-        m_logger.log(recordLevel, "{}:{} {}: {}", file, line, function, message);
+        if (message) {  // the operation that a record tells of is worth more than the record
+            m_logger.log(recordLevel, "{}:{} {}: {}", file, line, function, *message);
+        }
     }
 
 private:

@@ -1,5 +1,6 @@
 // What becomes of a host and of inventory files when memory runs out while they are made or read: each allocation fails
 // in turn, alone or with all that come after it.
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -15,6 +16,7 @@
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/configitems.h>
 #include <kx_platform/dawsvcinterface.h>
+#include <kx_platform/logsvcinterface.h>
 #include <kx_standalone/host.h>
 #include <kx_standalone/inventoryfile.h>
 
@@ -241,6 +243,21 @@ TEST_P(FailingHost, ForgetsAFileThatItCouldNotRead) {
                         service = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
                     });
     EXPECT_GT(failures, 10U);
+}
+
+// The operation that a record tells of goes on.
+TEST_P(FailingHost, DropsARecordThatThereIsNoMemoryFor) {
+    const Host host(m_options);
+    auto* const service = NS_TEST::FindService<NS_SERVICE::LogSvcInterface>("LogSvcInterface");
+    ASSERT_NE(service, nullptr);
+    NS_SERVICE::ModuleLogger* const logger = service->GetModuleLogger("module", "sub-module", "debug");
+    const std::string name = "name";
+    const std::string text(1000, 'x');  // longer than what is formatted without memory
+    const std::size_t failures = LetEachFail([&] { logger->WriteLog(name, name, 1, 1, "%s", text.c_str()); },
+                                             [](bool isDone) { ASSERT_TRUE(isDone); });
+    EXPECT_GT(failures, 0U);
+    const std::string written = NS_TEST::ReadFile(m_options.log.file);
+    EXPECT_EQ(std::count(written.begin(), written.end(), '\n'), 2) << "the first, and the one when nothing failed";
 }
 
 TEST_P(FailingHost, InventoryFilesStayWhole) {

@@ -51,6 +51,29 @@ TEST_F(ToolInventory, ALostPageIsNoticedWhereverItIs) {
     }
 }
 
+// Its rows are all there and right, but not where they are looked for.
+TEST_F(ToolInventory, MisplacedPagesAreNoticed) {
+    WriteCsv("csv", 10000, 5);
+    MakeInventory("csv");
+    const std::string whole = ReadFile("n.db");
+    constexpr std::size_t PAGE = 4096;
+    constexpr char LEAF_OF_ROWS = '\x0D';
+    std::size_t swapped = 0;
+    for (std::size_t page = 2 * PAGE; page + PAGE < whole.size(); page += PAGE) {
+        if (whole[page] != LEAF_OF_ROWS || whole[page + PAGE] != LEAF_OF_ROWS) {
+            continue;
+        }
+        ++swapped;
+        WriteFile("n.db", whole.substr(0, page) + whole.substr(page + PAGE, PAGE) + whole.substr(page, PAGE) +
+                              whole.substr(page + 2 * PAGE));
+        const Ended ended = Shell("kxdu inventory list n.db --nes");
+        EXPECT_EQ(ended.code, 2) << "page at " << page;
+        EXPECT_EQ(ended.out, "") << "page at " << page;
+        EXPECT_EQ(ended.err.rfind("kxdu: n.db: ", 0), 0U) << ended.err;
+    }
+    EXPECT_GT(swapped, 10U);
+}
+
 TEST_F(ToolInventory, NoVerbGoesOnWithOneThatIsCorrupt) {
     WriteCsv("csv", 10000, 5);
     MakeInventory("csv");

@@ -1,8 +1,8 @@
 /// The inventory as a file: an SQLite database of three tables with a schema version.
 ///
-/// The functions that take a file throw std::runtime_error; its text names the file and, where it applies, the table
-/// and the row. The others throw nothing. Threads: any; processes and threads that write one file wait a few seconds
-/// for each other.
+/// The functions that take a file throw std::runtime_error, whose text names the file and, where it applies, the table
+/// and the row, and std::bad_alloc. The others throw nothing. Threads: any; processes and threads that write one file
+/// wait a few seconds for each other.
 #pragma once
 
 #include <array>

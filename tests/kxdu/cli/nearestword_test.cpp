@@ -15,6 +15,11 @@ TEST(NearestWord, IsTheOneThatDiffersLeast) {
     EXPECT_EQ(NearestWord("DECODE", WORDS), "decode");
 }
 
+TEST(NearestWord, IsTheOneThatWasBegun) {
+    EXPECT_EQ(NearestWord("dec", WORDS), "decode") << "get differs less";
+    EXPECT_EQ(NearestWord("E", WORDS), "encode");
+}
+
 TEST(NearestWord, WhatIsFarFromAllIsNone) {
     EXPECT_EQ(NearestWord("nonsense", WORDS), "");
     EXPECT_EQ(NearestWord("xy", WORDS), "") << "nothing of it is right";

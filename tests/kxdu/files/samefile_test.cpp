@@ -29,6 +29,10 @@ TEST_F(SameFileTest, FilesThatAreNotThereCompareByTheirPaths) {
     std::filesystem::create_directory(folder / "sub");
     EXPECT_TRUE(IsSameFile(folder / "missing", folder / "sub/../missing"));
     EXPECT_FALSE(IsSameFile(folder / "missing", folder / "sub/missing"));
+    for (const char* const name : {"missing", "./missing", "none/../missing"}) {
+        EXPECT_TRUE(IsSameFile("missing", name)) << name;
+        EXPECT_TRUE(IsSameFile(name, std::filesystem::current_path() / "missing")) << name;
+    }
 }
 
 TEST_F(SameFileTest, DevicesReplaceNothing) {

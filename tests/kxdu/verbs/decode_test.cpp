@@ -114,6 +114,36 @@ TEST_F(DecodeTest, RejectedLinesNeverReplaceWhatIsReadOrWritten) {
         EXPECT_EQ(ReadFile("a"), text) << arguments;
     }
     EXPECT_EQ(Shell("kxdu decode a -o /dev/null --rejects /dev/null").code, 1);
+    EXPECT_EQ(Shell("kxdu decode a -o new --rejects ./new").code, 2) << "nor what is not there yet";
+    EXPECT_FALSE(Exists("new"));
+    for (const char* const arguments : {"--rejects -", "-o - --rejects /dev/stdout", "-o /dev/stdout --rejects -"}) {
+        const Ended ended = Shell(std::string("kxdu decode a ") + arguments + " | cat");
+        EXPECT_EQ(ended.out, "") << arguments;
+        EXPECT_EQ(ended.err, "kxdu: --rejects: the output goes to standard output too; name a file for one of them\n");
+    }
+    EXPECT_EQ(Shell("kxdu decode a -o out --rejects -").out, "a:2: no kind of identifier ends in the level \"XY\"\n");
+}
+
+TEST_F(DecodeTest, WhatStandsInTheFilesOfTheStreamsStays) {
+    EXPECT_EQ(Shell("{ echo header; echo NE=5 | kxdu decode -o /dev/stdout; echo footer; } >all").code, 0);
+    EXPECT_EQ(ReadFile("all"), std::string("header\n") + NE_5 + "footer\n");
+    WriteFile("log", "old\n");
+    EXPECT_EQ(Shell("echo XY=1 | kxdu decode --rejects /dev/stderr 2>>log").code, 1);
+    EXPECT_EQ(ReadFile("log"),
+              "old\n<stdin>:1: no kind of identifier ends in the level \"XY\"\n"
+              "kxdu: 1 rejected in 1 line\n");
+}
+
+// They are those of variables that are not set.
+TEST_F(DecodeTest, EmptyNamesAreRefused) {
+    for (const char* const arguments :
+         {"decode --output", "decode --rejects", "decode --as", "decode --config", "encode --inventory"}) {
+        const Ended ended = Shell(std::string("kxdu ") + arguments + " ''", "NE=5\n");
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.out, "") << arguments;
+        EXPECT_NE(ended.err.find(": is empty\n"), std::string::npos) << ended.err;
+    }
+    EXPECT_EQ(Shell("KX_INVENTORY= KX_CONFIG_DIR= kxdu decode", "NE=5\n").out, NE_5);
 }
 
 TEST_F(DecodeTest, StandardOutputMayNotGrowTheInput) {
@@ -148,6 +178,7 @@ TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
              {"", "kxdu: a verb is missing"},
              {"nonsense", "kxdu: no verb \"nonsense\""},
+             {"-v", "kxdu: no option \"-v\""},
              {"decod", "kxdu: no verb \"decod\"; did you mean decode?"},
              {"list", "kxdu: no verb \"list\"; did you mean inventory list?"},
              {"--inventory x decode", "kxdu: --inventory stands in front of the verb; options go behind it"},

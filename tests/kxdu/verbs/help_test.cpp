@@ -17,6 +17,7 @@ TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
              {"decod", "no verb \"decod\"; did you mean decode?"},
              {"DECODE", "no verb \"DECODE\"; did you mean decode?"},
+             {"dec", "no verb \"dec\"; did you mean decode?"},
              {"nonsense", "no verb \"nonsense\""},
              {"list", "no verb \"list\"; did you mean inventory list?"},
              {"inventory lst", "no verb \"lst\"; did you mean list?"},

@@ -45,8 +45,10 @@ TEST_F(InventoryVerb, InitLeavesAFileThatExistsAlone) {
     WriteFile("n.db", "mine");
     const Ended ended = Shell("kxdu inventory init n.db");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_EQ(ended.err, "kxdu: n.db: File exists; kxdu inventory import replaces what it holds\n");
+    EXPECT_EQ(ended.err, "kxdu: n.db: File exists, and is no inventory; choose another name\n");
     EXPECT_EQ(ReadFile("n.db"), "mine");
+    EXPECT_EQ(Shell("kxdu inventory init other.db; kxdu inventory init other.db").err,
+              "kxdu: other.db: File exists; kxdu inventory import replaces what it holds\n");
     std::filesystem::create_directory(folder / "folder");
     EXPECT_EQ(Shell("kxdu inventory init folder").err, "kxdu: folder: File exists\n") << "which holds no inventory";
 }

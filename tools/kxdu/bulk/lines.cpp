@@ -78,6 +78,10 @@ void RefuseLoss(const BulkOptions& options, std::vector<FileInUse> filesInUse) {
                           (file == "-" ? "standard input" : file) + ": is standard output too; write to it with -o");
         }
     }
+    if (!options.rejects.empty() && nameOf(options.rejects, "/dev/stdout") == output && output == "/dev/stdout") {
+        throw Failure(ExitCode::USAGE,
+                      "--rejects: the output goes to standard output too; name a file for one of them");
+    }
     RefuseReplacing(filesInUse, options.rejects, "the rejected lines");
 }
 

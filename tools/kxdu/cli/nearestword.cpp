@@ -13,6 +13,10 @@ bool IsSameLetter(char one, char other) {
     return std::tolower(static_cast<unsigned char>(one)) == std::tolower(static_cast<unsigned char>(other));
 }
 
+bool IsBegun(std::string_view word, std::string_view text) {
+    return !text.empty() && std::ranges::equal(text, word.substr(0, text.size()), IsSameLetter);
+}
+
 // How many characters must be put in, taken out or changed.
 std::size_t Distance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
@@ -31,6 +35,10 @@ std::size_t Distance(std::string_view from, std::string_view to) {
 }  // namespace
 
 std::string_view NearestWord(std::string_view text, const std::vector<std::string>& words) {
+    const auto begun = std::ranges::find_if(words, [text](std::string_view word) { return IsBegun(word, text); });
+    if (begun != words.end()) {
+        return *begun;
+    }
     constexpr std::size_t LARGEST_DISTANCE = 2;
     std::size_t least = std::min(LARGEST_DISTANCE + 1, text.size());
     std::string_view nearest;

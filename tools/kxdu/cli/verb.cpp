@@ -38,7 +38,8 @@ void Verb::AddFlag(const std::string& name, bool& isGiven, const std::string& he
 
 VerbOption Verb::AddText(const std::string& names, const std::string& valueName, std::string& text,
                          const std::string& help) {
-    return VerbOption(*m_verb.add_option(names, text, help)->type_name(valueName));
+    const auto complaint = [](const std::string& given) { return std::string(given.empty() ? "is empty" : ""); };
+    return VerbOption(*m_verb.add_option(names, text, help)->check(complaint)->type_name(valueName));
 }
 
 VerbOption Verb::AddTexts(const std::string& names, const std::string& valueName, std::vector<std::string>& texts,

@@ -49,6 +49,7 @@ public:
     Verb AddVerb(const std::string& name, const std::string& description);
 
     void AddFlag(const std::string& name, bool& isGiven, const std::string& help);
+    /// An empty text is refused: it is that of a variable which is not set.
     VerbOption AddText(const std::string& names, const std::string& valueName, std::string& text,
                        const std::string& help);
     VerbOption AddTexts(const std::string& names, const std::string& valueName, std::vector<std::string>& texts,

@@ -34,6 +34,9 @@ std::string NearestVerb(const CLI::App& app, const std::string& verb) {
 }  // namespace
 
 std::string UnknownVerb(const CLI::App& app, const std::string& verb) {
+    if (verb.starts_with('-')) {
+        return "no option " + Quoted(verb);
+    }
     if (app.get_subcommands({}).empty()) {
         return app.get_name() + " has no verbs";
     }

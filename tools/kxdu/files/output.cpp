@@ -28,9 +28,12 @@ bool IsDevice(const std::filesystem::path& file) {
 }  // namespace
 
 Output::Output(const std::filesystem::path& file) {
-    if (file.empty() || file == "-") {
+    if (file.empty() || file == "-" || file == "/dev/stdout") {
         m_name = "standard output";
         m_descriptor = STDOUT_FILENO;
+    } else if (file == "/dev/stderr") {
+        m_name = file;
+        m_descriptor = STDERR_FILENO;
     } else if (IsDevice(file)) {
         m_name = file;
         m_device = m_descriptor = open(file.c_str(), O_WRONLY | O_CLOEXEC);

@@ -10,10 +10,11 @@
 namespace NS_KXDU {
 
 /// Where a verb's results go: standard output, or a file that appears under its name only when it is complete. Devices
-/// and pipes that are given by name are written as they are.
+/// and pipes that are given by name are written as they are, and so are "/dev/stdout" and "/dev/stderr" where they lead
+/// to a file: what is in it stays.
 class Output {
 public:
-    /// Standard output when `file` is empty or "-". Throws `Failure` with `ExitCode::OUTPUT`.
+    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `ExitCode::OUTPUT`.
     explicit Output(const std::filesystem::path& file);
     ~Output();
     Output(const Output&) = delete;

@@ -34,8 +34,9 @@ constexpr auto BEFORE_THE_LISTS = R"(Examples:
   kxdu inventory export network.db network/
   kxdu inventory list network.db --nes
 
-An inventory is an SQLite file that says what each NE is. Verbs take it with --inventory or from KX_INVENTORY; init,
-import and export only take the one that they name. As CSV files of a folder, the first line of each naming its columns:
+An inventory is an SQLite file that says what each NE is. Other verbs take it with --inventory or from KX_INVENTORY;
+list takes FILE or KX_INVENTORY, and init, import and export only the one that they name. As CSV files of a folder, the
+first line of each naming its columns:
   ne.csv
     ne_id               NE number, 0 to 2147483647
     ne_type             its NE type, a row of ne_type.csv
@@ -115,14 +116,25 @@ void RefuseMixUp(const Options& options) {
     }
 }
 
+// What to do about a file that is in the place of a new inventory.
+std::string AdviceOn(const std::string& file) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) {
+        return {};
+    }
+    try {
+        NS_STANDALONE::ReadInventory(file);
+    } catch (const std::runtime_error&) {
+        return ", and is no inventory; choose another name";
+    }
+    return "; kxdu inventory import replaces what it holds";
+}
+
 ExitCode Init(const Options& options) {
     try {
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
-        std::error_code error;
-        const bool isThere = std::filesystem::is_regular_file(options.file, error);
-        throw Failure(ExitCode::USAGE,
-                      std::string(failed.what()) + (isThere ? "; kxdu inventory import replaces what it holds" : ""));
+        throw Failure(ExitCode::USAGE, failed.what() + AdviceOn(options.file));
     }
     WriteWhole({}, options.file + ": made, empty\n");
     return ExitCode::OK;

@@ -16,8 +16,8 @@ constexpr auto HELP = R"(Examples:
 
 A row for each rate of a path, in the order of the interface levels: the path, the level, its client rate and the
 number. Rates are known in upper and lower case; items without ":" or of no known rate are skipped; the last of a
-repeated rate counts; what is no number is 0. A path without any rate gives one row with "-" (csv: nothing,
-jsonl: null).
+repeated rate counts; what is no number is 0. What follows the digits is passed over, and of a number above 2147483647
+the low 32 bits count. A path without any rate gives one row with "-" (csv: nothing, jsonl: null).
 
 Exit code: 0 each path has a rate; 1 one has none; 2 wrong arguments; 3 output that cannot be written.)";
 
