@@ -342,7 +342,7 @@ void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
     }
 }
 
-[[gnu::flatten]] void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
+void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
     tp.reserved = 0;
     tp.neId = -1;
     tp.shelfId = -1;
