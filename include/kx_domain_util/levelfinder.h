@@ -50,7 +50,8 @@ constexpr std::uint64_t PackCharacters(std::string_view characters) noexcept {
     return packed;
 }
 
-/// The first eight characters of `text` from `begin` on, packed; behind the end of the text are zeros.
+/// The first eight characters of `text` from `begin` on, packed; behind the end of the text are zeros. That there are
+/// eight is called likely: 2 % fewer instructions of ResID2PortIndex.
 inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept {
     std::uint64_t packed = 0;
     const char* const end = text.data() + text.size();
@@ -60,6 +61,8 @@ inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept
             std::memcpy(&packed, begin, sizeof(packed));
             return packed;
         }
+        // Near the end of the text: reaches back, and drops what was before. 3 % fewer instructions of ResID2SVCIndex,
+        // 1 % of ResID2TPIndex.
         if (size != 0 && text.size() >= sizeof(packed)) {
             std::memcpy(&packed, end - sizeof(packed), sizeof(packed));
             return packed >> 8 * (sizeof(packed) - size);
@@ -78,7 +81,7 @@ public:
 
     /// The beginning of a level: a tag and "=". The defaults mark an unused entry: they match no level, not even an
     /// empty one.
-    struct alignas(32) Head {
+    struct Head {
         std::uint64_t packed = 1;  ///< its characters
         std::uint64_t mask = 0;    ///< has ones where `packed` has characters
         unsigned index = SIZE;     ///< of the tag, among `Tags`

@@ -68,7 +68,8 @@ inline std::uint64_t FindBySse2(const char* text, std::size_t size, char separat
 /// The same for a whole block, `BLOCK_SIZE` characters, by the quickest way that the processor has.
 KX_DOMAIN_UTIL_API std::uint64_t FindInBlock(const char* text, char separator) noexcept;
 
-/// The same for at most a block. Inline: for a short rest, a call would cost more than a quicker way saves.
+/// The same for at most a block. Inline: for a short rest, a call would cost more than a quicker way saves. 12 % fewer
+/// instructions of ResID2NEIndex, 2 % of ResID2PortIndex.
 inline std::uint64_t FindInRest(const char* text, std::size_t size, char separator) noexcept {
 #ifdef KX_DOMAIN_UTIL_SSE2
     return FindBySse2(text, size, separator);
@@ -106,7 +107,7 @@ public:
 
     /// Returns the next piece. Must not be called again after the last.
     Piece Next() noexcept {
-        if (m_found == 0) [[unlikely]] {
+        if (m_found == 0) [[unlikely]] {  // told so: 3 % fewer instructions of ResID2ShelfIndex, 1 % of ResID2PortIndex
             LoadBlock();
         }
         const Piece piece{
