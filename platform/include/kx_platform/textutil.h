@@ -59,8 +59,8 @@ constexpr int Low32Bits(std::uint64_t number, bool isNegative) noexcept {
     return static_cast<int>(static_cast<std::uint32_t>(isNegative ? 0 - number : number));
 }
 
-/// `Str2Int` of any `text`.
-[[gnu::noinline, gnu::cold]] constexpr int ReadAnyNumber(std::string_view text) noexcept {
+/// `Str2Int` of any `text`. Not inlined, since it is hardly ever called: 4 % fewer instructions of ResID2PortIndex.
+[[gnu::noinline]] constexpr int ReadAnyNumber(std::string_view text) noexcept {
     const char* at = text.data();
     const char* const end = at + text.size();
     while (at != end && (*at == ' ' || (*at >= '\t' && *at <= '\r'))) {
