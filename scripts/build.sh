@@ -13,6 +13,7 @@ fi
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
     export CCACHE_DEPEND=1  # the compiler lists the headers anyway: a file that is not there costs nothing more
+    export CCACHE_SLOPPINESS=pch_defines,time_macros  # else it leaves out what has precompiled headers
 fi
 log=build/$preset.log
 mkdir -p build
