@@ -6,10 +6,12 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
 
 #include <sys/resource.h>
 
 #include "kxdu/program.h"
+#include "lineverbs.h"
 #include "support/scale.h"
 
 namespace {
@@ -367,4 +369,25 @@ TEST_F(ToolWithWrongFiles, AFolderIsNoFileAndAFileNoFolder) {
         EXPECT_NE(ended.err.find(complaint), std::string::npos) << command << ": " << ended.err;
     }
     EXPECT_EQ(Files(), 2);
+}
+
+TEST_F(ToolWithWrongFiles, NoLineGetsLostBeforeThem) {
+    Configure();
+    std::filesystem::create_directory(folder / "folder");
+    constexpr std::ptrdiff_t count = 60'000;
+    for (const auto& [name, command, line] : LINE_VERBS) {
+        std::string lines;
+        for (std::ptrdiff_t number = 0; number < count; ++number) {
+            lines.append(line).append("\n");
+        }
+        WriteFile("good", lines);
+        const std::string file = name == std::string("get") ? " -i " : " ";
+        for (const auto& [wrong, complaint] : std::initializer_list<std::pair<std::string, std::string>>{
+                 {"missing", "No such file or directory"}, {"folder", "Is a directory"}}) {
+            const Ended ended = Shell(std::string("kxdu ").append(command) + file + "good" + file + wrong);
+            EXPECT_EQ(ended.code, 2) << name << " with " << wrong;
+            EXPECT_EQ(Lines(ended.out), count) << name << " with " << wrong;
+            EXPECT_EQ(ended.err, "kxdu: " + wrong + ": " + complaint + "\n") << name;
+        }
+    }
 }

@@ -6,23 +6,9 @@
 #include <vector>
 
 #include "kxdu/program.h"
+#include "lineverbs.h"
 
 namespace {
-
-constexpr auto RECORD = R"({"type":"NEIndex","record":{"reserved":0,"neId":7}})";
-
-// A verb that works on lines, one of which makes it write something.
-struct LineVerb {
-    const char* name;
-    const char* command;
-    const char* line;
-};
-
-constexpr std::initializer_list<LineVerb> LINE_VERBS = {{"decode", "decode", "NE=5"},
-                                                        {"encode", "encode", RECORD},
-                                                        {"check", "check --levels-only", "NE=5,XY=1"},
-                                                        {"get", "get NE", "NE=5"},
-                                                        {"filter", "filter --config config", "8 a"}};
 
 constexpr auto OTHER_VERBS = {"sample --ne 3", "ne-type 1912",        "fb 810",
                               "level ODU2",    "path ODU2:1-ODU0",    "ctp E0",
