@@ -270,6 +270,114 @@ TEST_F(ToolWithMuch, OfAnInventoryTheRowsAreNotHeldAsText) {
     EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, std::to_string(count + 1) + "\n");
 }
 
+// ---- What the verbs do not take as it is ----------------------------------------------------------------------------
+
+// A command with its standard input, and a part of what it writes; an empty part stands for nothing at all.
+struct OddInput {
+    const char* command;
+    std::string input;
+    int code;
+    std::string out;
+    std::string err;
+};
+
+class ToolWithOddInput : public ProgramTest {
+protected:
+    static std::string MdRecord(const std::string& name) {
+        return R"({"type":"MDIndex","record":{"reserved":0,"neId":5,"mdId":1,"mdName":")" + name + "\"}}\n";
+    }
+
+    static std::string NeRecord(const std::string& fields) {
+        return R"({"type":"NEIndex","record":{)" + fields + "}}\n";
+    }
+
+    static void ExpectPart(const std::string& text, const std::string& part, const OddInput& odd) {
+        EXPECT_TRUE(part.empty() ? text.empty() : text.find(part) != std::string::npos)
+            << "of " << odd.command << " with " << odd.input << "\n"
+            << text << "instead of\n"
+            << part;
+    }
+};
+
+TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
+    const std::string nes = "ne_id,ne_type,multi_sub_shelf,oam_number_omitted\n";
+    const std::string types = "ne_type,name,ip_service,klv\n";
+    const std::string members = "cache,domain,ne_type\n";
+    constexpr auto explainManyPieces = "kxdu explain NE=1$(head -c 200 /dev/zero | tr '\\0' ,)";
+    constexpr auto countMeanings = "kxdu explain NE=1$(head -c 200 /dev/zero | tr '\\0' ,) | grep -c ╰";
+    constexpr auto encode = "kxdu encode";
+    constexpr auto check = "kxdu check";
+    constexpr auto importNes = "cat >csv/ne.csv; kxdu inventory import n.db csv";
+    constexpr auto importTypes = "cat >csv/ne_type.csv; kxdu inventory import n.db csv";
+    constexpr auto importMembers = "cat >csv/domain_member.csv; kxdu inventory import n.db csv";
+
+    ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
+    for (const OddInput& odd : std::initializer_list<OddInput>{
+             {explainManyPieces, "", 0, "  ! 1 more part is not drawn; kxdu check ", ""},
+             {countMeanings, "", 0, "200\n", ""},
+
+             {encode, MdRecord("a\\ude00b"), 1, "", "<stdin>:1: field \"mdName\" holds half a surrogate pair\n"},
+             {encode, MdRecord("a\\ud83d"), 1, "", "<stdin>:1: JSON, at byte 71: The surrogate pair in string is "},
+             {encode, MdRecord("a\\nb"), 1, "", "<stdin>:1: field \"mdName\" holds a line end or NUL\n"},
+             {encode, MdRecord("a\\rb"), 1, "", "<stdin>:1: field \"mdName\" holds a line end or NUL\n"},
+             {encode, NeRecord(R"("neId":7)"), 1, "", "<stdin>:1: field \"reserved\" is missing\n"},
+             {encode, NeRecord(R"("reserved":0,"neId":7,"x":1)"), 1, "", "<stdin>:1: unknown field \"x\"\n"},
+             {encode, NeRecord(R"("reserved":0,"neId":2147483648)"), 1, "",
+              "<stdin>:1: field \"neId\" is not from -2147483648 to 2147483647: 2147483648\n"},
+             {encode, NeRecord(R"("reserved":0,"neId":99999999999999999999)"), 1, "",
+              "<stdin>:1: field \"neId\" is not a whole number of 32 bits\n"},
+
+             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" is there before; readers take the first\n",
+              "1 found"},
+             {check, "NE=2147483648\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"2147483648\"\n",
+              "1 found"},
+             {check, "NE=-2147483649\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"-2147483649\"\n",
+              "1 found"},
+             {check, "NE=1,LP=||4294967295|\n", 0, "", ""},
+             {check, "NE=1,LP=||4294967296|\n", 1,
+              "<stdin>:1:11: LP:2 is not from -2147483648 to 4294967295: \"4294967296\"\n", "1 found"},
+
+             {"kxdu decode", "NE=5\r\n\r\n", 1, "{\"fdn\":\"NE=5\",", "<stdin>:2: the line is empty\n"},
+             {encode, std::string(RECORD) + "\r\n\r\n", 1, "NE=7\n", "<stdin>:2: the line is empty\n"},
+             {check, "NE=5\r\n\r\n", 1, "<stdin>:2: the line is empty\n", "kxdu: 1 found in 2 lines\n"},
+             {"kxdu get NE", "NE=5\r\n\r\n", 1, "5\n", "<stdin>:2: the line is empty\n"},
+
+             {importNes, nes + "1,7,yes,0\n", 2, "", "kxdu: csv/ne.csv:2: multi_sub_shelf is \"yes\", not 0 or 1\n"},
+             {importNes, nes + "1,7,0,2\n", 2, "", "kxdu: csv/ne.csv:2: oam_number_omitted is \"2\", not 0 or 1\n"},
+             {importTypes, types + "7,a,,0\n", 2, "", "kxdu: csv/ne_type.csv:2: ip_service is \"\", not 0 or 1\n"},
+             {importTypes, types + "7,a,0,00\n", 2, "", "kxdu: csv/ne_type.csv:2: klv is \"00\", not 0 or 1\n"},
+             {importNes, nes + "2147483648,7,0,0\n", 2, "",
+              "kxdu: csv/ne.csv:2: ne_id is \"2147483648\", not a number from 0 to 2147483647\n"},
+             {importNes, nes + "1,65536,0,0\n", 2, "",
+              "kxdu: csv/ne.csv:2: ne_type is \"65536\", not a number from 0 to 65535\n"},
+             {importTypes, types + "-1,a,0,0\n", 2, "",
+              "kxdu: csv/ne_type.csv:2: ne_type is \"-1\", not a number from 0 to 65535\n"},
+             {importMembers, members + "EQUIPMENT_TYPE,OTN,65536\n", 2, "",
+              "kxdu: csv/domain_member.csv:2: ne_type is \"65536\", not a number from 0 to 65535\n"},
+             {importNes, nes + "1,7,0,0\n1,7,1,1\n", 2, "", "kxdu: csv/ne.csv:3: NE 1 is repeated\n"},
+             {importTypes, types + "7,a,0,0\n7,b,0,0\n", 2, "", "kxdu: csv/ne_type.csv:3: NE type 7 is repeated\n"},
+             {importMembers, members + "EQUIPMENT_TYPE,OTN,7\nEQUIPMENT_TYPE,OTN,7\n", 2, "",
+              "kxdu: csv/domain_member.csv:3: NE type 7 of \"OTN\" is repeated\n"},
+             {importNes, "1,7,0,0\n", 2, "", "kxdu: csv/ne.csv:1: the first line must be \"ne_id,"},
+             {importTypes, "", 2, "", "kxdu: csv/ne_type.csv:1: the first line must be \"ne_type,"},
+             {importMembers, "\n", 2, "", "kxdu: csv/domain_member.csv:1: the first line must be \"cache,"},
+             {"rm csv/ne.csv; kxdu inventory import n.db csv", "", 2, "",
+              "kxdu: csv/ne.csv: cannot be read: No such file or directory\n"},
+             {"rm csv/ne_type.csv; kxdu inventory import n.db csv", "", 2, "",
+              "kxdu: csv/ne_type.csv: cannot be read: No such file or directory\n"},
+             {"rm csv/domain_member.csv; kxdu inventory import n.db csv", "", 2, "",
+              "kxdu: csv/domain_member.csv: cannot be read: No such file or directory\n"}}) {
+        WriteFile("csv/ne.csv", nes + "5,7,0,0\n");
+        WriteFile("csv/ne_type.csv", types + "7,seven,0,0\n");
+        WriteFile("csv/domain_member.csv", members);
+        const Ended ended = Shell(odd.command, odd.input);
+        EXPECT_EQ(ended.code, odd.code) << odd.command << " with " << odd.input;
+        ExpectPart(ended.out, odd.out, odd);
+        ExpectPart(ended.err, odd.err, odd);
+    }
+    EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, "1\n") << "none was imported";
+}
+
 // ---- What is there, but cannot be read ------------------------------------------------------------------------------
 
 // The superuser reads and writes everything, until the capabilities to do so are dropped.
