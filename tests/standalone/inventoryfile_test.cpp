@@ -421,8 +421,12 @@ TEST(InventoryFile, GivesUpOnAWriterThatNeverEnds) {
     const auto file = MakeInventory(folder / "a.db", SmallInventory());
     SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
     other.exec("BEGIN IMMEDIATE");
+    const auto begin = std::chrono::steady_clock::now();
     EXPECT_THAT(ErrorOf([&] { ReplaceInventory(file, {}); }),
                 AllOf(HasSubstr(file.string()), HasSubstr("database is locked")));
+    const std::chrono::duration<double> waited = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(waited.count(), 4);
+    EXPECT_LE(waited.count(), 30);
     EXPECT_EQ(ReadInventory(file), SmallInventory());
 }
 
