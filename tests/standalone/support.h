@@ -1,17 +1,16 @@
 #pragma once
 
 #include <filesystem>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include <kx_platform/bundlemgr.h>
 #include <kx_standalone/host.h>
 #include <kx_standalone/inventoryfile.h>
 
 #include "support/files.h"
+#include "support/services.h"
 
 namespace NS_TEST {
 
@@ -25,18 +24,6 @@ std::string ErrorOf(Action action) {
     }
     ADD_FAILURE() << "nothing was thrown";
     return {};
-}
-
-/// The service registered under `name`; null when there is none.
-template <class Service>
-Service* FindService(const std::string& name) {
-    const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
-    for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
-        if (object.GetObjectName() == name) {
-            return dynamic_cast<Service*>(object.GetInterface());
-        }
-    }
-    return nullptr;
 }
 
 /// A file that holds `inventory`.

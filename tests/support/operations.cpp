@@ -4,6 +4,7 @@
 #include <bitset>
 #include <list>
 #include <map>
+#include <new>
 #include <utility>
 
 #include <kx_domain_util/constanttables.h>
@@ -23,6 +24,7 @@
 
 #include "support/conversions.h"
 #include "support/generated.h"
+#include "support/services.h"
 
 namespace NS_TEST {
 
@@ -385,6 +387,26 @@ void AddServices(Table& add) {
     add(Flag{"NS_BUNDLEMGR1::BundleMgr::RegisterService", [](bool& is) {
                  BundleMgr::Instance()->RegisterService(LONG_KEY, &service);
                  is = BundleMgr::Instance()->UnregisterService(LONG_KEY);
+             }});
+    // A replacement for which there is no memory leaves what it would replace, and taking that back needs none.
+    static ServiceInterface other;
+    add(Flag{"NS_BUNDLEMGR1::BundleMgr::RegisterService", [](bool& is) {
+                 const auto isTakenBack = [](const ServiceInterface& expected) noexcept {
+                     return FindService<ServiceInterface>(LONG_KEY) == &expected &&
+                            BundleMgr::Instance()->UnregisterService(LONG_KEY) &&
+                            FindService<ServiceInterface>(LONG_KEY) == nullptr;
+                 };
+                 BundleMgr::Instance()->RegisterService(LONG_KEY, &service);
+                 try {
+                     BundleMgr::Instance()->RegisterService(LONG_KEY, &other);
+                 } catch (const std::bad_alloc&) {
+                     is = isTakenBack(service);
+                     if (is) {
+                         throw;
+                     }
+                     return;
+                 }
+                 is = isTakenBack(other);
              }});
     add(Flag{"NS_BUNDLEMGR1::BundleMgr::UnregisterService",
              [](bool& is) { is = BundleMgr::Instance()->UnregisterService(LONG_KEY); }});

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <initializer_list>
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 #include <tuple>
@@ -35,6 +36,18 @@ public:
 private:
     std::string m_name;
 };
+
+/// The service registered under `name`; null when there is none.
+template <class Service>
+Service* FindService(const std::string& name) {
+    const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
+    for (const auto& object : NS_BUNDLEMGR1::BundleMgr::Instance()->GetServiceObjects()) {
+        if (object.GetObjectName() == name) {
+            return dynamic_cast<Service*>(object.GetInterface());
+        }
+    }
+    return nullptr;
+}
 
 /// Configuration items are set for as long as this lives; at its ends there are none.
 class Configuration {
