@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,7 +17,7 @@ namespace NS_UTIL::NS_FDN {
 /// append each piece to the string.
 class FdnWriter {
 public:
-    /// names: how many bytes the record's names take, where it has more than one.
+    /// `names`: how many bytes the record's names take, where it has more than one.
     explicit FdnWriter(std::string& out, std::size_t names = 0) noexcept : m_out(out), m_names(names) {}
     FdnWriter(const FdnWriter&) = delete;
     FdnWriter& operator=(const FdnWriter&) = delete;
@@ -33,7 +34,7 @@ public:
     }
 
     /// Appends a number in decimal.
-    template <class Number>
+    template <std::integral Number>
     FdnWriter& Decimal(Number number) {
         constexpr std::size_t LONGEST = 11;  // "-2147483648"
         static_assert(sizeof(Number) == sizeof(std::int32_t));
@@ -49,7 +50,11 @@ public:
     FdnWriter& Level(std::string_view head, std::int32_t number) { return Text(head).Decimal(number); }
 
     /// Hands what was gathered to the caller's string.
-    void Flush() { Hand({}); }
+    void Flush() {
+        Begin();
+        m_out.append(m_gathered.data(), m_size);
+        m_size = 0;
+    }
 
     /// Returns the answer of `question`, which asks a service. When it throws, the caller gets what was written up to
     /// here.
@@ -67,27 +72,19 @@ private:
     // Makes room for what may follow, too: all but the names fits into what is gathered. Rare, so it is not inlined:
     // port.cpp becomes a quarter smaller, and SlotIndex2ResID takes 1 % fewer instructions.
     [[gnu::noinline]] void HandEarly(std::string_view tail) {
-        if (const std::size_t size = SizeWith(tail); size > m_out.capacity()) {
+        Begin();
+        if (const std::size_t size = m_out.size() + m_size + tail.size(); size > m_out.capacity()) {
             m_out.reserve(size + GATHERED + m_names);
-        }
-        Hand(tail);
-    }
-
-    void Hand(std::string_view tail) {
-        if (const std::size_t size = SizeWith(tail); size > m_out.capacity()) {
-            m_out.reserve(size);
         }
         m_out.append(m_gathered.data(), m_size).append(tail);
         m_size = 0;
     }
 
-    // The size of the caller's string when tail is handed over.
-    std::size_t SizeWith(std::string_view tail) {
+    void Begin() {
         if (!m_begun) {
             m_out.clear();
             m_begun = true;
         }
-        return m_out.size() + m_size + tail.size();
     }
 
     static constexpr std::size_t GATHERED = 256;

@@ -131,9 +131,8 @@ bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int min
 std::string ResIDUtil::GetMOCFromFDN(const std::string& fdn) {
     const auto comma = fdn.rfind(',');
     const auto begin = comma == std::string::npos ? 0 : comma + 1;
-    const auto equals = fdn.rfind('=');
-    const bool isBehind = equals != std::string::npos && equals >= begin;
-    return fdn.substr(begin, isBehind ? equals - begin : std::string::npos);
+    const std::string_view level = std::string_view(fdn).substr(begin);
+    return std::string(level.substr(0, level.rfind('=')));
 }
 
 bool ResIDUtil::IsServiceFDN(const std::string& moc) {

@@ -146,6 +146,11 @@ protected:
         return isRight;
     }
 
+    static void SetLists(const std::string& list) {
+        Configuration::Set("Whitelist", list);
+        Configuration::Set("Blacklist", list);
+    }
+
     // A value that does not fit into the string object itself.
     Configuration m_configuration{{"EventSwitch", GetParam()},
                                   {"Whitelist", "5,6,7,8,not a number at all, nor this"},
@@ -184,6 +189,25 @@ TEST_P(ExhaustedFilter, KeepsNothingOfTheLoadThatFailed) {
         Configuration::Remove("EventSwitch");
         ASSERT_FALSE(filter.IsFilteNtf(9)) << "not on the white list of a load that failed at " << spared;
         ASSERT_FALSE(filter.IsFilteNtf(5)) << "on the black list of a load that failed at " << spared;
+        ++spared;
+    }
+    EXPECT_GE(spared, 4U);
+}
+
+TEST_P(ExhaustedFilter, HasOnlyTheListsOfTheLoadThatWentWell) {
+    UtilCommon::Instance();
+    const bool isWhite = std::string(GetParam()) == "1";
+    std::size_t spared = 0;
+    while (true) {
+        NtfFilter::Destroy();
+        NtfFilter& filter = *NtfFilter::Instance();
+        SetLists("5,6,7,8,not a number at all");
+        if (!RunsOut(spared, &Ask)) {
+            break;
+        }
+        SetLists("77");
+        ASSERT_EQ(filter.IsFilteNtf(5), isWhite) << "of the lists of a load that failed at " << spared;
+        ASSERT_EQ(filter.IsFilteNtf(77), !isWhite) << spared;
         ++spared;
     }
     EXPECT_GE(spared, 4U);

@@ -50,6 +50,15 @@ TEST(ProcessException, IsCopiedFromItsReadPositions) {
     EXPECT_EQ(source.m_text1.str(), "read rest") << "the text itself stays";
 }
 
+TEST(ProcessException, IsReadToItsEndWithoutExceptions) {
+    ProcessException source;
+    source.m_text1 << "text";
+    ProcessException copy(source);
+    std::string word;
+    EXPECT_NO_THROW(copy.m_text1 >> word >> word);
+    EXPECT_TRUE(copy.m_text1.fail()) << "there is one word";
+}
+
 TEST(ProcessException, CanBeWrittenToAfterCopying) {
     ProcessException source;
     ProcessException copy(source);

@@ -278,20 +278,23 @@ TEST_F(Services, AreFoundOnceTheyAreRegistered) {
     });
 }
 
+// Its calls wait until they may leave.
+struct HeldInventory : CountingInventory {
+    using CountingInventory::CountingInventory;
+    bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
+        m_entered.store(true);
+        m_entered.notify_all();
+        m_mayLeave.wait(false);
+        m_left.store(true);
+        return CountingInventory::QueryNEType(neId, neType, flag);
+    }
+    std::atomic<bool> m_entered{false};
+    std::atomic<bool> m_mayLeave{false};
+    std::atomic<bool> m_left{false};
+};
+
 TEST_F(Services, AreFoundNoMoreAndTakenBackWhenNoCallIsInFlight) {
-    struct HeldInventory : CountingInventory {
-        using CountingInventory::CountingInventory;
-        bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
-            m_entered.store(true);
-            m_entered.notify_all();
-            m_mayLeave.wait(false);
-            m_left.store(true);
-            return CountingInventory::QueryNEType(neId, neType, flag);
-        }
-        std::atomic<bool> m_entered{false};
-        std::atomic<bool> m_mayLeave{false};
-        std::atomic<bool> m_left{false};
-    } inventory(1911);
+    HeldInventory inventory(1911);
     Registry().RegisterService("InventoryBufif", &inventory);
     std::string fdn;
     std::thread converter([&fdn] { ResIDUtil::CardIndex2ResID(Card(), fdn); });
@@ -323,6 +326,28 @@ TEST_F(Services, AreFoundNoMoreAndTakenBackWhenNoCallIsInFlight) {
     taker.join();
     converter.join();
     EXPECT_TRUE(isTakenBack.load());
+    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
+}
+
+TEST_F(Services, AreReplacedWhenNoCallIsInFlight) {
+    HeldInventory replaced(1911);
+    Registry().RegisterService("InventoryBufif", &replaced);
+    std::string fdn;
+    std::thread converter([&fdn] { ResIDUtil::CardIndex2ResID(Card(), fdn); });
+    replaced.m_entered.wait(false);
+    CountingInventory inventory(1887);
+    std::thread replacer([&] {
+        Registry().RegisterService("InventoryBufif", &inventory);
+        EXPECT_TRUE(replaced.m_left.load()) << "a call is in flight";
+    });
+    while (!NS_UTIL::IsKLVNE(1887)) {  // the new one is found while the call into the old one goes on
+        std::this_thread::yield();
+    }
+    replaced.m_mayLeave.store(true);
+    replaced.m_mayLeave.notify_all();
+    replacer.join();
+    converter.join();
+    EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
     EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
 }
 
