@@ -26,7 +26,10 @@ namespace NS_KXDU {
 
 namespace {
 
-// In the worst case, a text of control characters as JSON, an input byte becomes twelve output bytes.
+constexpr std::string_view LINE_TOO_LONG = "the line is longer than 1 MiB";
+
+// In the worst case, a text of control characters as JSON, an input byte becomes twelve output bytes; and the output's
+// buffer may have room for half as much again.
 constexpr std::size_t GROWTH = 20;
 constexpr std::size_t MEMORY = std::size_t{40} << 20U;
 constexpr std::size_t LARGEST_BLOCK = std::size_t{256} << 10U;
@@ -126,7 +129,7 @@ public:
     LineRun(const BulkOptions& options, const LineWork& work)
         : m_options(options),
           m_work(work),
-          m_inFlight(Threads(options.jobs) * 3 / 2 + 1),
+          m_inFlight(Threads(options.jobs) * 3 / 2 + 1),  // one for each thread, and some that are read or written
           m_blockSize(BlockSize(m_inFlight)),
           m_reader(options.files, m_blockSize),
           m_output(options.output),
@@ -234,7 +237,7 @@ private:
         LineResult& result = piece.result;
         result.Begin(piece.input.inputName, piece.input.firstLine);
         if (piece.input.isTooLongLine) {
-            result.Report("the line is longer than 1 MiB");
+            result.Report(LINE_TOO_LONG);
             ++result.m_line;
             return;
         }
@@ -267,7 +270,7 @@ private:
     void ConvertLine(std::string_view line, bool hasNul, bool mayBeInvalid, Piece& piece) const {
         LineResult& result = piece.result;
         if (line.size() > LONGEST_LINE) {
-            result.Report("the line is longer than 1 MiB");
+            result.Report(LINE_TOO_LONG);
         } else if (m_work.isVerbatim || IsText(line, hasNul, mayBeInvalid, result)) {
             piece.converter->Convert(line, result);
         }

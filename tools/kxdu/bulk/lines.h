@@ -26,8 +26,6 @@ public:
     /// (from 1) is not 0.
     void Report(std::string_view reason, std::size_t column = 0);
 
-    [[nodiscard]] std::size_t Findings() const noexcept { return m_findings; }
-
     /// Whether the current line is the first one of its file.
     [[nodiscard]] bool IsFirstLine() const noexcept { return m_line == 1; }
 
