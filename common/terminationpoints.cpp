@@ -74,6 +74,7 @@ bool UtilCommon::SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tp
     if (tpNo < 1) {
         return false;
     }
+    // NOLINTNEXTLINE(readability-use-anyofallof): what is asked writes, and std::any_of promises no order
     for (const auto word : LOCATION_WORDS) {
         if (SetTpNoToLocation(tp.*word, level, tpNo)) {
             return true;

@@ -55,8 +55,9 @@ std::optional<std::string> FormatMessage(const char* format, std::va_list argume
         } else if (static_cast<std::size_t>(needed) < buffer.size()) {
             message.emplace(buffer.data(), static_cast<std::size_t>(needed));
         } else {
-            message.emplace(static_cast<std::size_t>(needed), '\0');
-            static_cast<void>(std::vsnprintf(message->data(), message->size() + 1, format, again));  // went well once
+            std::string text(static_cast<std::size_t>(needed), '\0');
+            static_cast<void>(std::vsnprintf(text.data(), text.size() + 1, format, again));  // it went well once
+            message = std::move(text);
         }
     } catch (const std::bad_alloc&) {
         message.reset();
