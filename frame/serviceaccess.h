@@ -27,15 +27,15 @@ inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::LogSvcInterface>{"Log
 /// there is no service. Made on first use, never freed. It has none of the typed interfaces, so a search that ends with
 /// it has found nothing.
 template <class Interface>
-NS_BUNDLEMGR1::ServiceInterface* GetPlaceholder() {
-    static std::atomic<NS_BUNDLEMGR1::ServiceInterface*> placeholder{nullptr};
-    auto* existing = placeholder.load(std::memory_order_acquire);
+NS_BUNDLEMGR1::ServiceInterface* GetDefaultService() {
+    static std::atomic<NS_BUNDLEMGR1::ServiceInterface*> made{nullptr};
+    auto* existing = made.load(std::memory_order_acquire);
     if (existing == nullptr) {
         const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
-        existing = placeholder.load(std::memory_order_acquire);
+        existing = made.load(std::memory_order_acquire);
         if (existing == nullptr) {
             existing = new NS_BUNDLEMGR1::NULLServiceInterface;
-            placeholder.store(existing, std::memory_order_release);
+            made.store(existing, std::memory_order_release);
         }
     }
     return existing;
@@ -45,7 +45,7 @@ NS_BUNDLEMGR1::ServiceInterface* GetPlaceholder() {
 [[noreturn]] void ThrowInterfaceNotExist();
 
 /// Access to the service of one interface type, for one operation: a local variable. While it lives, the service that
-/// it found is not taken away. Constructing it prepares placeholder and buffer, and throws only std::bad_alloc.
+/// it found is not taken away. Constructing it prepares that default and the buffer, and throws only std::bad_alloc.
 ///
 /// There are three ways to the service, since callers rely on the process ending when the look-up itself fails (its
 /// lock cannot be taken, say); only the MA writer lets such an exception through.
@@ -53,7 +53,7 @@ template <class Interface>
 class ServiceAccess {
 public:
     ServiceAccess()
-        : m_default(GetPlaceholder<Interface>()), m_buffer(NS_BUNDLEMGR1::CheckIFBuf(SERVICE_NAME<Interface>)) {}
+        : m_default(GetDefaultService<Interface>()), m_buffer(NS_BUNDLEMGR1::CheckIFBuf(SERVICE_NAME<Interface>)) {}
 
     /// The service, or null when there is none: for what goes on without it. An exception of the look-up ends the
     /// process.

@@ -28,7 +28,7 @@ constexpr int BUSY_TIMEOUT_MS = 5000;
 struct Table {
     std::string_view name;
     std::string_view columns;  // in the order of the row structs
-    std::string_view values;   // one placeholder for each column
+    std::string_view values;   // one parameter for each column
     std::string_view key;
     int keyColumns;  // the first ones
 };

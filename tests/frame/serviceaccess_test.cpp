@@ -17,7 +17,7 @@ using NS_TEST::RecordingDataAccess;
 using NS_TEST::RecordingInventory;
 using NS_TEST::Registration;
 using NS_UTIL::InterfaceNotExistException;
-using NS_UTIL::NS_FRAME::GetPlaceholder;
+using NS_UTIL::NS_FRAME::GetDefaultService;
 using NS_UTIL::NS_FRAME::ServiceAccess;
 
 InventoryBufif* Look() {
@@ -124,12 +124,12 @@ TEST(ServiceAccess, HoldsNoLockWhileTheServiceIsUsed) {
     }
 }
 
-TEST(Placeholder, IsOneForEachType) {
-    auto* const placeholder = GetPlaceholder<InventoryBufif>();
-    EXPECT_NE(dynamic_cast<NULLServiceInterface*>(placeholder), nullptr);
-    EXPECT_STREQ(placeholder->GetName(), "NULLServiceInterface!");
-    EXPECT_EQ(GetPlaceholder<InventoryBufif>(), placeholder);
-    EXPECT_NE(GetPlaceholder<DAWSvcInterface>(), placeholder);
+TEST(DefaultService, IsOneForEachType) {
+    auto* const service = GetDefaultService<InventoryBufif>();
+    EXPECT_NE(dynamic_cast<NULLServiceInterface*>(service), nullptr);
+    EXPECT_STREQ(service->GetName(), "NULLServiceInterface!");
+    EXPECT_EQ(GetDefaultService<InventoryBufif>(), service);
+    EXPECT_NE(GetDefaultService<DAWSvcInterface>(), service);
     ServiceAccess<InventoryBufif> access;
     EXPECT_EQ(access.TryGet(), nullptr) << "it is no inventory";
 }

@@ -293,16 +293,38 @@ struct HeldInventory : CountingInventory {
     std::atomic<bool> m_left{false};
 };
 
+// A call into a registered inventory that goes on until it is let go.
+class CallInFlight {
+public:
+    CallInFlight() {
+        Registry().RegisterService("InventoryBufif", &m_inventory);
+        m_converter = std::thread([this] { ResIDUtil::CardIndex2ResID(Card(), m_fdn); });
+        m_inventory.m_entered.wait(false);
+    }
+
+    void LetGo() {
+        m_inventory.m_mayLeave.store(true);
+        m_inventory.m_mayLeave.notify_all();
+    }
+    [[nodiscard]] bool HasLeft() const { return m_inventory.m_left.load(); }
+    // Waits for the call's answer.
+    std::string Answer() {
+        m_converter.join();
+        return m_fdn;
+    }
+
+private:
+    HeldInventory m_inventory{1911};
+    std::string m_fdn;
+    std::thread m_converter;
+};
+
 TEST_F(Services, AreFoundNoMoreAndTakenBackWhenNoCallIsInFlight) {
-    HeldInventory inventory(1911);
-    Registry().RegisterService("InventoryBufif", &inventory);
-    std::string fdn;
-    std::thread converter([&fdn] { ResIDUtil::CardIndex2ResID(Card(), fdn); });
-    inventory.m_entered.wait(false);
+    CallInFlight call;
     std::atomic<bool> isTakenBack{false};
     std::thread taker([&] {
         EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
-        EXPECT_TRUE(inventory.m_left.load()) << "a call is in flight";
+        EXPECT_TRUE(call.HasLeft()) << "a call is in flight";
         isTakenBack.store(true);
     });
     const auto isFound = [] {
@@ -321,34 +343,26 @@ TEST_F(Services, AreFoundNoMoreAndTakenBackWhenNoCallIsInFlight) {
         EXPECT_FALSE(isFound());
     }
     EXPECT_FALSE(isTakenBack.load()) << "a call is in flight";
-    inventory.m_mayLeave.store(true);
-    inventory.m_mayLeave.notify_all();
+    call.LetGo();
     taker.join();
-    converter.join();
     EXPECT_TRUE(isTakenBack.load());
-    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
+    EXPECT_EQ(call.Answer(), CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
 }
 
 TEST_F(Services, AreReplacedWhenNoCallIsInFlight) {
-    HeldInventory replaced(1911);
-    Registry().RegisterService("InventoryBufif", &replaced);
-    std::string fdn;
-    std::thread converter([&fdn] { ResIDUtil::CardIndex2ResID(Card(), fdn); });
-    replaced.m_entered.wait(false);
+    CallInFlight call;
     CountingInventory inventory(1887);
     std::thread replacer([&] {
         Registry().RegisterService("InventoryBufif", &inventory);
-        EXPECT_TRUE(replaced.m_left.load()) << "a call is in flight";
+        EXPECT_TRUE(call.HasLeft()) << "a call is in flight";
     });
     while (!NS_UTIL::IsKLVNE(1887)) {  // the new one is found while the call into the old one goes on
         std::this_thread::yield();
     }
-    replaced.m_mayLeave.store(true);
-    replaced.m_mayLeave.notify_all();
+    call.LetGo();
     replacer.join();
-    converter.join();
     EXPECT_TRUE(Registry().UnregisterService("InventoryBufif"));
-    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
+    EXPECT_EQ(call.Answer(), CARD_WITH_SUB_SLOT) << "the call in flight has its answer";
 }
 
 TEST_F(Services, MayRegisterOthersAndTakeThemselvesBackFromInside) {

@@ -165,8 +165,8 @@ TEST(InterfaceBuffer, IsEmptiedWhenAServiceComesOrGoes) {
 }
 
 TEST(NULLServiceInterface, AnswersForAServiceThatIsNotThere) {
-    auto* const placeholder = new NULLServiceInterface;
-    ServiceInterface* const asService = placeholder;
+    auto* const nobody = new NULLServiceInterface;
+    ServiceInterface* const asService = nobody;
     EXPECT_EQ(asService->GetSelf(), asService);
     EXPECT_STREQ(asService->GetName(), "NULLServiceInterface!");
     EXPECT_EQ(asService->GetState(), 0);

@@ -433,13 +433,13 @@ void AddServices(Table& add) {
                  is = buffer.First(pin, entry);
              }});
     add(Flag{"NS_BUNDLEMGR1::NULLServiceInterface::Release", [](bool& is) {
-                 auto* const placeholder = new NULLServiceInterface;
-                 placeholder->Release();
+                 auto* const nobody = new NULLServiceInterface;
+                 nobody->Release();
                  is = true;
              }});
     add(Row<std::string>{"NS_BUNDLEMGR1::NULLServiceInterface::GetName", [](std::string& name) {
-                             NULLServiceInterface placeholder;
-                             name = placeholder.GetName();
+                             NULLServiceInterface nobody;
+                             name = nobody.GetName();
                          }});
     add(Row<std::string>{"NS_BUNDLEMGR1::ServiceInterface::GetName",
                          [](std::string& name) { name = service.GetName(); }});
