@@ -25,6 +25,7 @@
 #include "measurement.h"
 #include "network/splitmix64.h"
 #include "support/literalutilcommon.h"
+#include "support/services.h"
 #include "surroundings.h"
 
 namespace NS_BENCH {
@@ -104,7 +105,7 @@ bool IsListed(DomainCache& cache, const char* domain, int neType) {
 }
 
 NS_SERVICE::InventoryBufif& Inventory() {
-    return FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
+    return *NS_TEST::FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
 }
 
 template <unsigned short... Types>

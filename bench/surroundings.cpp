@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "support/literalresidutil.h"
+#include "support/services.h"
 
 namespace NS_BENCH {
 
@@ -40,8 +41,8 @@ Surroundings::Surroundings(const Corpus& corpus) : m_folder(MakeFolder()) {
     NS_STANDALONE::CreateInventory(options.inventoryFile);
     NS_STANDALONE::ReplaceInventory(options.inventoryFile, corpus.GetInventory());
     m_host = std::make_unique<NS_STANDALONE::Host>(options);
-    NS_TEST::LiteralResIDUtil::inventory = &FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
-    NS_TEST::LiteralResIDUtil::dataAccess = &FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+    NS_TEST::LiteralResIDUtil::inventory = NS_TEST::FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
+    NS_TEST::LiteralResIDUtil::dataAccess = NS_TEST::FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
 }
 
 Surroundings::~Surroundings() {
