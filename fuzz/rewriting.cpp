@@ -1,5 +1,6 @@
 /// Records that are read from an identifier, written beside the literal writing; and the same again of what was
 /// written.
+#include <algorithm>
 #include <optional>
 
 #include <kx_domain_util/processexception.h>
@@ -57,16 +58,20 @@ std::optional<std::string> Rewrite(const NS_KXDU::Kind& kind, const std::string&
     return std::nullopt;
 }
 
-// What is read from odd text may be written, and read again, once more in another way; after that it stays, unless it
-// has become an identifier of another kind. Of a termination point on a port without a name it does not: its
-// sub-interface is written into the name and the name into the sub-interface, by turns.
+// What is read from odd text may be written, and read again, once more in another way, and for each backslash in a name
+// once more, as each reading takes one away; after that it stays, unless it has become an identifier of another kind.
+// Of a termination point on a port without a name it does not: its sub-interface is written into the name and the name
+// into the sub-interface, by turns.
 void CompareRewritten(const std::string& fdn) {
+    const auto rounds = 2 + std::count(fdn.begin(), fdn.end(), '\\');
     for (const NS_KXDU::Kind* const kind : NS_KXDU::AllKinds()) {
         if (kind->Type() == "TPIndex") {
             continue;
         }
-        const auto written = Rewrite(*kind, fdn);
-        const auto settled = written ? Rewrite(*kind, *written) : std::nullopt;
+        std::optional<std::string> settled = fdn;
+        for (auto round = rounds; settled && round > 0; --round) {
+            settled = Rewrite(*kind, *settled);
+        }
         if (settled && NS_KXDU::FindKind(*settled) == kind) {
             ExpectEqual(Rewrite(*kind, *settled), settled, kind->Type(), fdn);
         }
