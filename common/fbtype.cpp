@@ -48,7 +48,7 @@ bool IsListed(LazyTable<std::vector<int>>& table, const Rows& rows, int fbType) 
 std::string GetFBTypeName(int fbType) {
     static auto& table = *new LazyTable<std::map<int, std::string>>;
     const std::map<int, std::string>& names = table.Get([](std::map<int, std::string>& map) {
-        for (const FbTypeNameRow& row : TABLE::FB_TYPE_NAMES) {
+        for (const FbTypeNameRow& row : NS_TABLE::FB_TYPE_NAMES) {
             map[row.fbType] = row.name;
         }
     });
@@ -58,12 +58,12 @@ std::string GetFBTypeName(int fbType) {
 
 bool IsPTNAIDFBType(int fbType) {
     static auto& table = *new LazyTable<std::vector<int>>;
-    return IsListed(table, TABLE::PTN_AID_FB_TYPES, fbType);
+    return IsListed(table, NS_TABLE::PTN_AID_FB_TYPES, fbType);
 }
 
 bool IsPortObjByFbType(const int& fbType, const int& kind) {
     static auto& table = *new LazyTable<std::vector<int>>;
-    if (IsListed(table, TABLE::PORT_OBJECT_FB_TYPES, fbType)) {
+    if (IsListed(table, NS_TABLE::PORT_OBJECT_FB_TYPES, fbType)) {
         return true;
     }
     return kind != 3 && (fbType == 2 || fbType == 3);
@@ -74,9 +74,9 @@ bool IsLogicalPortByType(int type) {
 }
 
 std::string GetDomainStrByID(const unsigned int& domainId) {
-    const auto* const row = std::find_if(TABLE::DOMAIN_NAMES.begin(), TABLE::DOMAIN_NAMES.end(),
+    const auto* const row = std::find_if(NS_TABLE::DOMAIN_NAMES.begin(), NS_TABLE::DOMAIN_NAMES.end(),
                                          [&](const DomainNameRow& known) { return known.domainId == domainId; });
-    return std::string(row != TABLE::DOMAIN_NAMES.end() ? row->name : "UNKNOWN");
+    return std::string(row != NS_TABLE::DOMAIN_NAMES.end() ? row->name : "UNKNOWN");
 }
 
 }  // namespace NS_UTIL

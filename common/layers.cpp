@@ -23,7 +23,7 @@ const std::map<unsigned short, unsigned short>& BidirFbTypes() {
     static pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
     static auto& bidirFbTypes = *new std::map<unsigned short, unsigned short>;  // lives until the process ends
     LoadOnce(built, PosixWriteLock{lock}, [] {
-        for (const BidirFbTypeRow& row : TABLE::BIDIR_FB_TYPES) {
+        for (const BidirFbTypeRow& row : NS_TABLE::BIDIR_FB_TYPES) {
             bidirFbTypes[row.fbType] = row.bidirFbType;
         }
     });
@@ -33,13 +33,13 @@ const std::map<unsigned short, unsigned short>& BidirFbTypes() {
 }  // namespace
 
 void UtilCommon::InitFbType2ILMap() {
-    for (const FbTypeLevelRow& row : TABLE::FB_TYPE_LEVELS) {
+    for (const FbTypeLevelRow& row : NS_TABLE::FB_TYPE_LEVELS) {
         m_mapFbType2IL[row.fbType] = row.level;
     }
 }
 
 void UtilCommon::InitIL2FbTypeMap() {
-    for (const LevelFbTypeRow& row : TABLE::LEVEL_FB_TYPES) {
+    for (const LevelFbTypeRow& row : NS_TABLE::LEVEL_FB_TYPES) {
         m_mapIL2FbType[row.level] = row.fbType;
     }
 }

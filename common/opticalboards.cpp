@@ -7,7 +7,7 @@
 namespace NS_UTIL {
 
 void UtilCommon::InitOpticalBoardList() {
-    m_vecOpticalBoard.insert(m_vecOpticalBoard.end(), TABLE::OPTICAL_BOARDS.begin(), TABLE::OPTICAL_BOARDS.end());
+    m_vecOpticalBoard.insert(m_vecOpticalBoard.end(), NS_TABLE::OPTICAL_BOARDS.begin(), NS_TABLE::OPTICAL_BOARDS.end());
 }
 
 bool UtilCommon::IsTiRoadmOpticalBoard(unsigned long boardType) const {

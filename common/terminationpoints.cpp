@@ -21,13 +21,13 @@ constexpr std::array<std::int32_t NS_DOMAIN::TPIndex::*, 4> LOCATION_WORDS{
 }  // namespace
 
 void UtilCommon::InitCTPId2TMFNameMap() {
-    for (const CtpNameRow& row : TABLE::CTP_NAMES) {
+    for (const CtpNameRow& row : NS_TABLE::CTP_NAMES) {
         m_mapCTPId2TMFName[row.ctpId] = row.name;
     }
 }
 
 void UtilCommon::InitTMFCTPName2ID() {
-    for (const CtpNameRow& row : TABLE::CTP_NAMES) {
+    for (const CtpNameRow& row : NS_TABLE::CTP_NAMES) {
         m_mapTMFCTPName2ID[std::string(row.name)] = row.ctpId;
     }
 }

@@ -130,9 +130,9 @@ void UtilCommon::GetSplitePATHDataByLine(std::map<int, int>& out, const std::str
         }
         const std::string_view name = item.substr(0, colon);
         const auto* const rate =
-            std::find_if(TABLE::CLIENT_RATES.begin(), TABLE::CLIENT_RATES.end(),
+            std::find_if(NS_TABLE::CLIENT_RATES.begin(), NS_TABLE::CLIENT_RATES.end(),
                          [name](const ClientRateRow& known) { return IsNameInAnyCase(name, known.name); });
-        if (rate != TABLE::CLIENT_RATES.end()) {
+        if (rate != NS_TABLE::CLIENT_RATES.end()) {
             out[static_cast<int>(rate->level)] = Str2Int(item.substr(colon + 1));
         }
     } while (!items.IsLast(piece));
@@ -150,7 +150,7 @@ int UtilCommon::GetPFMPacketSize() const {
 }
 
 void UtilCommon::InitClientRateMap(std::map<std::string, unsigned int>& rates) const {
-    for (const ClientRateRow& row : TABLE::CLIENT_RATES) {
+    for (const ClientRateRow& row : NS_TABLE::CLIENT_RATES) {
         rates.emplace(row.name, row.level);
     }
 }

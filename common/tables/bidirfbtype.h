@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // A line for each bidirectional type; mostly the two types that follow it. 919 and 931 stand for themselves.
 // clang-format off
@@ -87,4 +87,4 @@ inline constexpr auto BIDIR_FB_TYPES = std::to_array<BidirFbTypeRow>({
 // clang-format on
 static_assert(BIDIR_FB_TYPES.size() == 149);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // clang-format off
 inline constexpr auto CLIENT_RATES = std::to_array<ClientRateRow>({
@@ -29,4 +29,4 @@ inline constexpr auto CLIENT_RATES = std::to_array<ClientRateRow>({
 // clang-format on
 static_assert(CLIENT_RATES.size() == 17);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // The reserved ids count down from the top of the 16-bit range.
 // clang-format off
@@ -25,4 +25,4 @@ inline constexpr auto CTP_NAMES = std::to_array<CtpNameRow>({
 // clang-format on
 static_assert(CTP_NAMES.size() == 12);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // The numbers 8, 9, 10 and 12 to 14 are not assigned.
 // clang-format off
@@ -23,4 +23,4 @@ inline constexpr auto DOMAIN_NAMES = std::to_array<DomainNameRow>({
 // clang-format on
 static_assert(DOMAIN_NAMES.size() == 10);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // A line for each level. The FB types 12288 and 12291 look like levels, and 12291 is one as well; both belong here.
 // clang-format off
@@ -35,4 +35,4 @@ inline constexpr auto FB_TYPE_LEVELS = std::to_array<FbTypeLevelRow>({
 // clang-format on
 static_assert(FB_TYPE_LEVELS.size() == 120);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

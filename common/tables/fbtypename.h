@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // 131, 132 and 133 share a name on purpose: the table cannot be read backwards.
 // clang-format off
@@ -44,4 +44,4 @@ inline constexpr auto FB_TYPE_NAMES = std::to_array<FbTypeNameRow>({
 // clang-format on
 static_assert(FB_TYPE_NAMES.size() == 31);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

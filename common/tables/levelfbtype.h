@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // For each level its canonical FB type, written out on its own and not derived from the FB types' levels.
 // clang-format off
@@ -17,4 +17,4 @@ inline constexpr auto LEVEL_FB_TYPES = std::to_array<LevelFbTypeRow>({
 // clang-format on
 static_assert(LEVEL_FB_TYPES.size() == 22);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // clang-format off
 inline constexpr auto OPTICAL_BOARDS = std::to_array<unsigned long>({
@@ -14,4 +14,4 @@ inline constexpr auto OPTICAL_BOARDS = std::to_array<unsigned long>({
 // clang-format on
 static_assert(OPTICAL_BOARDS.size() == 18);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // clang-format off
 inline constexpr auto PORT_OBJECT_FB_TYPES = std::to_array<int>({
@@ -14,4 +14,4 @@ inline constexpr auto PORT_OBJECT_FB_TYPES = std::to_array<int>({
 // clang-format on
 static_assert(PORT_OBJECT_FB_TYPES.size() == 13);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE

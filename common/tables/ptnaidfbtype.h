@@ -4,7 +4,7 @@
 
 #include <kx_domain_util/constanttables.h>
 
-namespace NS_UTIL::TABLE {
+namespace NS_UTIL::NS_TABLE {
 
 // 4168 stands twice; that changes no answer, and the list is kept as it is shared.
 // clang-format off
@@ -15,4 +15,4 @@ inline constexpr auto PTN_AID_FB_TYPES = std::to_array<int>({
 // clang-format on
 static_assert(PTN_AID_FB_TYPES.size() == 17);
 
-}  // namespace NS_UTIL::TABLE
+}  // namespace NS_UTIL::NS_TABLE
