@@ -62,6 +62,11 @@ bool CorbaConfigItems::GetStrItemInfo(const std::string& key, std::string& value
     return true;
 }
 
+bool CorbaConfigItems::HasItem(const std::string& key) noexcept {
+    const ConfigItem* const item = Find(key);
+    return item != nullptr && item->m_published.load() != nullptr;
+}
+
 void CorbaConfigItems::SetItem(const std::string& key, const std::string& value) {
     std::list<ConfigItem::Value> only{{value, Numbers(value)}};
     const std::lock_guard lock(m_mutex);

@@ -28,8 +28,7 @@ SelfUtilCommon* SelfUtilCommon::Instance() {
 
 // By value: bundles are compiled against this signature, and that of `GetSpliteFDNData`.
 bool SelfUtilCommon::IsSupportCfgItem(std::string key) const {
-    std::string value;
-    return GetSupportCfgItem(key, value);
+    return NS_BUNDLEMGR1::CorbaConfigItems::Instance()->HasItem(key);
 }
 
 bool SelfUtilCommon::GetSupportCfgItem(const std::string& key, std::string& value) const {

@@ -130,6 +130,15 @@ TEST_F(Cost, OfTheFrameSize) {
     ExpectFree([] { UtilCommon::Instance()->GetPFMPacketSize(); });
 }
 
+TEST_F(Cost, OfConfigurationItems) {
+    const std::string value(100, 'v');
+    const Configuration configuration({{"Some", value}});
+    ExpectFree([item = std::string("Some"), text = value]() mutable {
+        UtilCommon::Instance()->IsSupportCfgItem(item);
+        UtilCommon::Instance()->GetSupportCfgItem(item, text);
+    });
+}
+
 TEST_F(Cost, OfOamIdentifiersThatCannotBeRead) {
     const std::string noNames = "NE=5,MD=3,MA=4,MIP=6";
     const std::string noEquals = "NE=5,MD,MA=4,MEP=6";

@@ -29,6 +29,7 @@ TEST(CorbaConfigItems, LeaveTheValueOfAMissingItemUntouched) {
     std::string text = "old";
     EXPECT_FALSE(Items().GetIntItemInfo("Telvandaire", number));
     EXPECT_FALSE(Items().GetStrItemInfo("Telvandaire", text));
+    EXPECT_FALSE(Items().HasItem("Telvandaire"));
     EXPECT_EQ(number, 9);
     EXPECT_EQ(text, "old");
 }
@@ -48,6 +49,7 @@ TEST_P(IntegerItems, AreReadWholeOrNotAtAll) {
     EXPECT_EQ(number, GetParam().isInteger ? GetParam().number : 9);
     std::string text;
     EXPECT_TRUE(Items().GetStrItemInfo("item", text)) << "a text is always there";
+    EXPECT_TRUE(Items().HasItem("item"));
     EXPECT_EQ(text, GetParam().text);
 }
 

@@ -491,6 +491,8 @@ void AddConfigItems(Table& add) {
                  [](int& value) { CorbaConfigItems::Instance()->GetIntItemInfo(profile, value); }});
     add(Row<std::string>{"NS_BUNDLEMGR1::CorbaConfigItems::GetStrItemInfo",
                          [](std::string& value) { CorbaConfigItems::Instance()->GetStrItemInfo(LONG_KEY, value); }});
+    add(Flag{"NS_BUNDLEMGR1::CorbaConfigItems::HasItem",
+             [](bool& is) { is = CorbaConfigItems::Instance()->HasItem(LONG_KEY); }});
     add(Row<std::string>{"NS_BUNDLEMGR1::CorbaConfigItems::SetItem", [](std::string& value) {
                              static const std::string key = LONG_KEY + " of its own";
                              CorbaConfigItems::Instance()->SetItem(key, LONG_TEXT);

@@ -85,6 +85,9 @@ public:
     /// Copies the text of the item called `key` into `value`; false, and `value` untouched, when missing.
     bool GetStrItemInfo(const std::string& key, std::string& value);
 
+    /// Whether the item called `key` has a value.
+    bool HasItem(const std::string& key) noexcept;
+
     /// Sets the item called `key`, whether it was there or not.
     void SetItem(const std::string& key, const std::string& value);
     /// Makes the item called `key` a missing one; nothing happens when it is missing already. Needs no memory, nor does
