@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """Measures kxdu beside mawk and grep on the same files: time, peak of memory, and what the second core gives.
 
-    kxdu.py KXDU [--identifiers N] [--rounds N] [--json FILE] [--document FILE]
+    kxdu.py KXDU [--identifiers N] [--seconds N] [--json FILE] [--document FILE]
 
-All commands run once in each round, one after the other, on two processors; of all rounds the fastest counts. What a
-second processor can give there is told by two programs at once that know nothing of each other. Where two commands
-should write the same, that is checked first. --document FILE replaces what stands between the marks "figures of kxdu"
-in FILE. Ends with 1 when a limit is missed.
+One command runs at a time, on two processors: always the one that has had the least time yet, so that all have as much
+of the quiet moments of a machine; of its runs the fastest counts. What a second processor can give there is told by two
+programs at once that know nothing of each other. Where two commands should write the same, that is checked first.
+--document FILE replaces what stands between the marks "figures of kxdu" in FILE. Ends with 1 when a limit is missed.
 """
 import argparse
+import contextlib
 import hashlib
 import os
 import pathlib
@@ -33,35 +34,28 @@ FIRST_NOTIFICATION = 1_000_000  # longer than any number in an identifier, so th
 
 
 class Run:
-    """A command with the fastest and the largest of its runs."""
+    """A command, so many of it at once, with the fastest and the largest of its runs."""
 
-    def __init__(self, folder, name, command):
-        self.folder, self.name, self.command = folder, name, command
-        self.seconds, self.cpu_seconds, self.seconds_of_two = float("inf"), float("inf"), float("inf")
-        self.memory = 0.0
+    def __init__(self, folder, name, command, at_once=1):
+        self.folder, self.name, self.command, self.at_once = folder, name, command, at_once
+        self.seconds, self.cpu_seconds, self.memory = float("inf"), float("inf"), 0.0
+        self.seconds_of_all = 0.0
 
-    def once(self, output):
+    def run(self, outputs):
         # The kernel counts the memory of the process that starts a command as that command's: so a small one does.
         peak = self.folder / "peak"
-        with open(output, "wb") as out:
+        command = ["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command
+        with contextlib.ExitStack() as stack:
+            outs = [stack.enter_context(open(output, "wb")) for output in outputs[:self.at_once]]
             begin = time.perf_counter()
-            process = self.start(["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command, out)
-            usage = self.end_of(process)
+            processes = [subprocess.Popen(command, stdout=out, stderr=subprocess.DEVNULL, env=dict(os.environ, LC_ALL="C"))
+                         for out in outs]
+            usages = [self.end_of(process) for process in processes]
             seconds = time.perf_counter() - begin
+        self.seconds_of_all += seconds
         self.seconds = min(self.seconds, seconds)
-        self.cpu_seconds = min(self.cpu_seconds, usage.ru_utime + usage.ru_stime)
+        self.cpu_seconds = min(self.cpu_seconds, sum(usage.ru_utime + usage.ru_stime for usage in usages))
         self.memory = max(self.memory, int(peak.read_text(encoding="utf-8")) / 1024)
-
-    def twice_at_once(self, output, other_output):
-        """Two runs that share nothing but the machine."""
-        with open(output, "wb") as out, open(other_output, "wb") as other:
-            begin = time.perf_counter()
-            for process in [self.start(self.command, out), self.start(self.command, other)]:
-                self.end_of(process)
-            self.seconds_of_two = min(self.seconds_of_two, time.perf_counter() - begin)
-
-    def start(self, command, out):
-        return subprocess.Popen(command, stdout=out, stderr=subprocess.DEVNULL, env=dict(os.environ, LC_ALL="C"))
 
     def end_of(self, process):
         _, status, usage = os.wait4(process.pid, 0)
@@ -95,19 +89,21 @@ def written(run):
     return digest.digest()
 
 
-def measure(kxdu, identifiers, rounds):
+def measure(kxdu, identifiers, seconds):
     with tempfile.TemporaryDirectory(prefix="kx-bench-") as name:
         folder = pathlib.Path(name)
         network, alarms = write_inputs(kxdu, folder, identifiers)
-        get = [kxdu, "get", "NE", "PP:2", "-i", network]
-        decode = [kxdu, "decode", network]
-        keep = [kxdu, "filter", "--config", folder, alarms]
-        runs = [
-            Run(folder, "kxdu get NE PP:2", get), Run(folder, "kxdu get NE PP:2 --jobs 1", get + ["--jobs", "1"]),
+        commands = {"get NE PP:2": [kxdu, "get", "NE", "PP:2", "-i", network],
+                    "decode": [kxdu, "decode", network],
+                    "filter": [kxdu, "filter", "--config", folder, alarms]}
+        runs = []
+        for verb, command in commands.items():
+            one_job = command + ["--jobs", "1"]
+            runs += [Run(folder, f"kxdu {verb}", command), Run(folder, f"kxdu {verb} --jobs 1", one_job),
+                     Run(folder, f"kxdu {verb} --jobs 1, two at once", one_job, at_once=2)]
+        runs += [
             Run(folder, "mawk, the shortest", ["mawk", "-F,", MAWK_GET, network]),
             Run(folder, "mawk, the fastest", ["mawk", MAWK_GET_FAST, network]),
-            Run(folder, "kxdu decode", decode), Run(folder, "kxdu decode --jobs 1", decode + ["--jobs", "1"]),
-            Run(folder, "kxdu filter", keep), Run(folder, "kxdu filter --jobs 1", keep + ["--jobs", "1"]),
             Run(folder, "grep -v -F -w -f", ["grep", "-v", "-F", "-w", "-f", folder / "held", alarms]),
         ]
         by_name = {run.name: run for run in runs}
@@ -118,20 +114,11 @@ def measure(kxdu, identifiers, rounds):
         # grep looks no further than the first line when nobody reads what it writes; and a disk would set the pace.
         with (tempfile.NamedTemporaryFile(dir="/dev/shm") as memory,
               tempfile.NamedTemporaryFile(dir="/dev/shm") as other):
-            for _ in range(rounds):
-                for run in runs:
-                    is_kept = run.name.startswith(("kxdu filter", "grep"))
-                    outputs = (memory.name, other.name) if is_kept else (os.devnull, os.devnull)
-                    run.once(outputs[0])
-                    if run.name.endswith("--jobs 1"):
-                        run.twice_at_once(*outputs)
+            while sum(run.seconds_of_all for run in runs) < seconds:
+                run = min(runs, key=lambda run: run.seconds_of_all)
+                is_kept = run.name.startswith(("kxdu filter", "grep"))
+                run.run([memory.name, other.name] if is_kept else [os.devnull, os.devnull])
         return by_name
-
-
-def most_gains(runs):
-    """By verb, what the second processor gives at most."""
-    alone = {verb: runs[f"kxdu {verb} --jobs 1"] for verb in VERBS}
-    return {verb: 2 * run.seconds / run.seconds_of_two for verb, run in alone.items()}
 
 
 def limits_of(runs):
@@ -156,32 +143,29 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("kxdu")
     parser.add_argument("--identifiers", type=int, default=5_000_000)
-    parser.add_argument("--rounds", type=int, default=9)
+    parser.add_argument("--seconds", type=int, default=300)
     parser.add_argument("--json")
     parser.add_argument("--document")
     options = parser.parse_args()
     # What is demanded is about two cores, however many there are; the commands take over what this process may use.
     os.sched_setaffinity(0, sorted(os.sched_getaffinity(0))[:2])
-    runs = measure(options.kxdu, options.identifiers, options.rounds)
+    runs = measure(options.kxdu, options.identifiers, options.seconds)
     limits = limits_of(runs)
     millions = options.identifiers / 1e6
-    print(f"{millions:g} million identifiers".ljust(30) + "      s   s of CPU  million/s    MiB")
-    for run in runs.values():
-        print(f"  {run.name:28}{run.seconds:7.2f}{run.cpu_seconds:11.2f}{millions / run.seconds:11.2f}"
-              f"{run.memory:7.0f}")
-    gains = ", ".join(f"{verb} {gain:.2f}" for verb, gain in most_gains(runs).items())
-    control = f"Two with `--jobs 1` at once, which share nothing but the machine, do so many times what one does: {gains}."
-    print(f"\n{control}")
+    title = f"{millions:g} million identifiers"
+    rows = [(run.name, f"{run.seconds:.2f}", f"{run.cpu_seconds:.2f}", f"{run.at_once * millions / run.seconds:.2f}",
+             f"{run.memory:.0f}") for run in runs.values()]
+    for name, *figures in [(title, "s", "s of CPU", "million/s", "MiB")] + rows:
+        print(name.ljust(40) + "".join(figure.rjust(11) for figure in figures))
     if options.json:
-        rows = [{"name": run.name, "seconds": run.seconds, "cpu_seconds": run.cpu_seconds, "mebibytes": run.memory}
-                for run in runs.values()]
         write_json(options.json,
-                   {"identifiers": options.identifiers, "most_gains": most_gains(runs), "rows": rows}, limits)
+                   {"identifiers": options.identifiers,
+                    "rows": [{"name": run.name, "at_once": run.at_once, "seconds": run.seconds,
+                              "cpu_seconds": run.cpu_seconds, "mebibytes": run.memory} for run in runs.values()]}, limits)
     if options.document:
-        table = [f"| {millions:g} million identifiers | s | s of CPU | million/s | MiB |", "|---|--:|--:|--:|--:|"]
-        table += [f"| {run.name} | {run.seconds:.2f} | {run.cpu_seconds:.2f} | {millions / run.seconds:.2f} "
-                  f"| {run.memory:.0f} |" for run in runs.values()]
-        replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + f"\n\n{control}\n\n")
+        table = [f"| {title} | s | s of CPU | million/s | MiB |", "|---|--:|--:|--:|--:|"]
+        table += [f"| {' | '.join(row)} |" for row in rows]
+        replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + "\n\n")
     return tell(limits)
 
 
