@@ -1,4 +1,6 @@
+#include <atomic>
 #include <map>
+#include <utility>
 
 #include <kx_domain_util/utilcommon.h>
 
@@ -23,9 +25,11 @@ const std::map<unsigned short, unsigned short>& BidirFbTypes() {
     static pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
     static auto& bidirFbTypes = *new std::map<unsigned short, unsigned short>;  // lives until the process ends
     LoadOnce(built, PosixWriteLock{lock}, [] {
+        std::map<unsigned short, unsigned short> filled;  // put there whole, or not at all when memory runs out
         for (const BidirFbTypeRow& row : NS_TABLE::BIDIR_FB_TYPES) {
-            bidirFbTypes[row.fbType] = row.bidirFbType;
+            filled[row.fbType] = row.bidirFbType;
         }
+        bidirFbTypes = std::move(filled);
     });
     return bidirFbTypes;
 }
