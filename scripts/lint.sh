@@ -41,7 +41,7 @@ failed=$((failed + bad))
 
 if cppcheck --enable=warning,performance,portability --suppressions-list=.cppcheck-suppressions --std=c++20 \
             --language=c++ --error-exitcode=1 --quiet -j "$(nproc)" -Iinclude -Iplatform/include \
-            -Istandalone/include -I. platform frame device resid common standalone tools examples; then
+            -Istandalone/include -I. -Itools/kxdu platform frame device resid common standalone tools examples; then
     passed=$((passed + 1))
 else
     echo "cppcheck: findings above"
