@@ -186,8 +186,9 @@ TEST_P(ToolWithManyBadLines, CountsEachOfThem) {
     const auto& [name, command, lines, summary, isGoodWritten, isBadWritten] = GetParam();
     const std::size_t count = NS_TEST::Scaled(10'000'000);
     const std::size_t bad = (count + 1) / 3;
-    const Ended ended = Shell("{ yes '" + std::string(lines) + "' | head -n " + std::to_string(count) + " | kxdu " +
-                              command + " | wc -l >written; } 3>&1 | wc -l >reported");
+    const Ended ended = Shell("{ yes '" + std::string(lines) + "' | head -n " + std::to_string(count) + " | { kxdu " +
+                              command + "; echo $? >code; } | wc -l >written; } 3>&1 | wc -l >reported");
+    EXPECT_EQ(ReadFile("code"), "1\n");
     EXPECT_EQ(ReadFile("written"), std::to_string((isGoodWritten ? count - bad : 0) + (isBadWritten ? bad : 0)) + "\n");
     EXPECT_EQ(ReadFile("reported"), std::to_string(isGoodWritten ? bad : 0) + "\n");
     EXPECT_NE(ended.err.find(summary(std::to_string(bad), std::to_string(count))), std::string::npos) << ended.err;

@@ -1,5 +1,5 @@
-/// Locks that fail. A program that uses them is made of the library's objects instead of linking it, and is passed to
-/// `kx_wrap_locks` (tests/CMakeLists.txt); what lies in shared libraries is not affected.
+/// Locks that fail. A program that uses them is made of the library's objects instead of linking it, and links
+/// `kx_test_failinglocks` (tests/CMakeLists.txt); what lies in shared libraries is not affected.
 #pragma once
 
 #include <cerrno>
