@@ -45,7 +45,8 @@ NS_BUNDLEMGR1::ServiceInterface* GetDefaultService() {
 [[noreturn]] void ThrowInterfaceNotExist();
 
 /// Access to the service of one interface type, for one operation: a local variable. While it lives, the service that
-/// it found is not taken away. Constructing it prepares that default and the buffer, and throws only std::bad_alloc.
+/// it found is not taken away. Constructing it prepares that default and the buffer; it throws std::bad_alloc, and
+/// std::system_error when their lock cannot be taken, which happens on first use only.
 ///
 /// There are three ways to the service, since callers rely on the process ending when the look-up itself fails (its
 /// lock cannot be taken, say); only the MA writer lets such an exception through.
@@ -61,29 +62,24 @@ public:
 
     /// The service. Throws `InterfaceNotExistException` when there is none. Any other exception ends the process (to
     /// throw needs no memory, so there is none but those of the look-up).
-    Interface& Get() {
-        Interface* const service = TryGet();
-        if (service == nullptr) {
-            ThrowInterfaceNotExist();
-        }
-        return *service;
-    }
+    Interface& Get() { return Require(TryGet()); }
 
     /// The service, for the MA writer. Throws `InterfaceNotExistException` when there is none. All exceptions
     /// propagate.
-    Interface& GetLettingAllPass() {
-        Interface* const service = Find();
-        if (service == nullptr) {
-            ThrowInterfaceNotExist();
-        }
-        return *service;
-    }
+    Interface& GetLettingAllPass() { return Require(Find()); }
 
     /// The object through which the service was found; null when none was.
     [[nodiscard]] NS_BUNDLEMGR1::ServiceObjectBase* GetServiceObject() const { return m_object; }
 
 private:
     using Entry = NS_BUNDLEMGR1::InterfaceBuffer::Entry;
+
+    static Interface& Require(Interface* service) {
+        if (service == nullptr) {
+            ThrowInterfaceNotExist();
+        }
+        return *service;
+    }
 
     Interface* Find() {
         if (m_buffer != nullptr) {

@@ -5,7 +5,8 @@
 ///
 /// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Exceptions:
 /// std::bad_alloc where a list is asked; the process crashes where `DeviceDomainMgr::Instance` gives null. Where the
-/// inventory is asked, `InterfaceNotExistException` when there is none; exceptions thrown by it propagate.
+/// inventory is asked, `InterfaceNotExistException` when there is none, and std::system_error when the first call cannot
+/// take a lock; exceptions thrown by it propagate.
 #pragma once
 
 #include <array>
@@ -19,7 +20,7 @@ namespace NS_UTIL {
 /// first query of a list that was never stored inserts it, and no other thread may use the lists meanwhile.
 inline constexpr std::array<std::string_view, 3> NE_TYPE_LISTS{"router and metro", "transmission", "access"};
 
-/// The equipment-type lists of `DeviceDomainMgr` that the predicates consult. The same holds for each of them.
+/// The equipment-type lists of `DeviceDomainMgr` that the predicates consult. Store every one of these, too.
 inline constexpr std::array<std::string_view, 14> EQUIPMENT_TYPE_LISTS{
     "PTN",    "PTNDMT",    "MSTP",      "IPKLV",     "KLV6XX",           "OTN",  "WDM", "OTN_NA",
     "WDM_NA", "OTN4750NE", "BIGSLOTNE", "ACCBITSNE", "MultiShelfTypeNE", "PTN31"};

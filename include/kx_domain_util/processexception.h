@@ -38,7 +38,7 @@ public:
     InterfaceNotExistException();
     /// Takes over code and texts of `cause`, as a copy does.
     explicit InterfaceNotExistException(ProcessException& cause);
-    /// As the copy of a `ProcessException`.
+    /// Copies as `ProcessException` does.
     InterfaceNotExistException(InterfaceNotExistException& other);
     InterfaceNotExistException& operator=(const InterfaceNotExistException&) = delete;
     ~InterfaceNotExistException() override;

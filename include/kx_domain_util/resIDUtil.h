@@ -44,8 +44,9 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 /// record keeps the whole of it (`resId`, `trailResId`, `fdnText`), a writer's output never.
 ///
 /// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
-/// exhausted; `InterfaceNotExistException` where documented. Exceptions thrown by a service propagate. After
-/// either, the output holds what had been written so far.
+/// exhausted; `InterfaceNotExistException` where documented; std::system_error when the first call that needs a service
+/// cannot take a lock. Exceptions thrown by a service propagate. After any, the output holds what had been written so
+/// far.
 class KX_DOMAIN_UTIL_API ResIDUtil {
 public:
     ResIDUtil() = delete;

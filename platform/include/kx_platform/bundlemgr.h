@@ -57,7 +57,7 @@ public:
 /// One registered service under its name. The bundle manager makes it, and frees it when no thread uses it any more.
 class KX_PLATFORM_API ServiceObjectBase {
 public:
-    /// For the bundle manager: `service` is not owned and not null.
+    /// For the bundle manager: `service` is not owned and not null. Exceptions: std::bad_alloc.
     ServiceObjectBase(std::string name, ServiceInterface* service);
     ~ServiceObjectBase();
     ServiceObjectBase(const ServiceObjectBase&) = delete;
@@ -138,10 +138,13 @@ private:
 
 /// The interface buffer of the service called `name`, made on the first call and never freed. A platform that keeps no
 /// buffer for a name may return null; this one never does. Takes no lock once the buffer is there. Any thread.
+/// Exceptions: while the buffer is not there yet, std::bad_alloc, and std::system_error when the lock cannot be taken.
 KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
 
 /// The registry of services. All operations may be called from any thread, also from inside a service's operation: no
-/// lock is held there, so looking up, registering and taking back do not deadlock.
+/// lock is held there, so looking up, registering and taking back do not deadlock. Exceptions: std::system_error when
+/// `_g_actualmutex` cannot be taken, and std::bad_alloc from `RegisterService`; then nothing has changed. A lock that
+/// fails behind the change, when the old service is put away, ends the process.
 class KX_PLATFORM_API BundleMgr {
 public:
     /// The one bundle manager; lives until the process ends. Never null.

@@ -74,7 +74,8 @@ private:
 };
 
 /// The reader of configuration items, and the place where a host sets them. A change is seen by the next read. Any
-/// thread; reading takes no lock.
+/// thread; reading takes no lock. Exceptions: std::bad_alloc, and from those that change items std::system_error when
+/// their lock cannot be taken; nothing has changed then.
 class KX_PLATFORM_API CorbaConfigItems {
 public:
     /// The one set of items; lives until the process ends. Never null.

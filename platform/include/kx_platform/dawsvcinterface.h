@@ -19,7 +19,8 @@ public:
     virtual bool GetIntItemInfo(const std::string& key, int& value) = 0;
 };
 
-/// The data-access service: reads configuration files. Registered as "DAWSvcInterface". Called from any thread.
+/// The data-access service: reads configuration files. Registered as "DAWSvcInterface". Called from any thread,
+/// several at once. An exception of an operation passes to whoever called the library.
 class KX_PLATFORM_API DAWSvcInterface : public NS_BUNDLEMGR1::ServiceInterface {
 public:
     ~DAWSvcInterface() override;

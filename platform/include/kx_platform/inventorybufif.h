@@ -8,7 +8,7 @@
 namespace NS_SERVICE {
 
 /// The inventory service: what is known of an NE and of its type. Registered as "InventoryBufif". Called from any
-/// thread, several at once.
+/// thread, several at once. An exception of an operation passes to whoever called the library.
 class KX_PLATFORM_API InventoryBufif : public NS_BUNDLEMGR1::ServiceInterface {
 public:
     ~InventoryBufif() override;

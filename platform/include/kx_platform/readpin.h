@@ -3,8 +3,8 @@
 /// The decision. Whatever a conversion reads from the platform (the buffered interface of a service, the value of a
 /// configuration item) hangs on one std::atomic pointer. A reader writes the pointer's value into a word of its own
 /// (it *pins* it), looks whether the pointer is still the same, and uses what it points to until it clears its word.
-/// Whoever removes something first changes the pointer, then looks through the words of all threads, and frees the
-/// thing, or lets its owner free it, only when no word names it any more.
+/// To remove something, first the pointer is changed, then the words of all threads are looked through; the thing is
+/// freed, or its owner is let free it, only when no word names it any more.
 ///
 /// What follows from it:
 ///  - A reader takes no lock and writes only to its own cache line. Only after a service came or went does its next use

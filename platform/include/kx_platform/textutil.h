@@ -1,4 +1,5 @@
-/// Splitting of text, and numbers from and to text.
+/// Splitting of text, and numbers from and to text. Exceptions: std::bad_alloc, which leaves `out` with the pieces that
+/// were appended before.
 #pragma once
 
 #include <bitset>
