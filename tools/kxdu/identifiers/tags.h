@@ -27,9 +27,9 @@ struct Tag {
     std::string_view name;
     std::string_view meaning;
     std::size_t least;  ///< sub-values that must be there
-    std::size_t most;   ///< sub-values that are described; `isOpen` levels may have more
+    std::size_t most;   ///< sub-values that are described
     SubValueArray subValues;
-    bool isOpen = false;
+    bool isOpen = false;       ///< may have more sub-values than are described
     bool isReadWhole = false;  ///< readers take none of its sub-values when one is missing
 };
 
