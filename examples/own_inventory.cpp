@@ -1,6 +1,7 @@
 // prints: without an inventory: code 41180004, "NE=12,FR=1,S=3,CP=-1"
 // prints: with one: "NE=12,FR=1,S=3,CP=-1,SS=-1,SC=-1"
 #include <iostream>
+#include <string>
 
 #include <kx_domain_util/processexception.h>
 #include <kx_domain_util/resIDUtil.h>

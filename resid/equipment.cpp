@@ -1,3 +1,5 @@
+#include <string>
+
 #include <kx_domain_util/levelfinder.h>
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/resIDUtil.h>

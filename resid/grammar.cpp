@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/resIDUtil.h>

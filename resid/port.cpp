@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include <kx_domain_util/fdnscanner.h>
@@ -337,7 +338,7 @@ void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
         ResID2PortIndex(fdn, key.port);
         ReadOnPort(fdn, key);
     } catch (...) {
-        key.port.neId = -1;  // the port may be read by half: the next call reads it again
+        key.port.neId = -1;  // the port may be half read: the next call reads it again
         throw;
     }
 }

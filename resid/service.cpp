@@ -1,3 +1,4 @@
+#include <string>
 #include <string_view>
 
 #include <kx_domain_util/fdnscanner.h>

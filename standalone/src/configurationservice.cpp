@@ -1,7 +1,12 @@
 #include "configurationservice.h"
 
 #include <algorithm>
+#include <map>
+#include <memory>
+#include <mutex>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include <kx_platform/configitems.h>
 

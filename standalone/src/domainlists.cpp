@@ -3,6 +3,10 @@
 #include <list>
 #include <map>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/netype.h>

@@ -301,8 +301,8 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
                });
 }
 
-// An inventory on its way to be file, in a hidden folder beside that: nobody meets one that is made by half, also not
-// when its maker is killed.
+// An inventory that is being made, in a hidden folder beside its file: nobody meets one that is half made, even if its
+// maker is killed.
 class Draft {
 public:
     explicit Draft(const fs::path& file) : m_folder(file.parent_path() / ".inventory.XXXXXX") {

@@ -1,5 +1,10 @@
 #include "inventoryservice.h"
 
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
 namespace NS_STANDALONE {
 
 using NS_BUNDLEMGR1::ReadPin;

@@ -4,9 +4,12 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <memory>
+#include <mutex>
 #include <new>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 

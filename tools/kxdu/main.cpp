@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <exception>
 #include <iterator>
+#include <memory>
 #include <sstream>
+#include <string>
 #include <utility>
 
 #include <CLI/CLI.hpp>

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <exception>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include <oneapi/tbb/concurrent_queue.h>

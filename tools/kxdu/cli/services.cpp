@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <string_view>
 
 #include "cli/missingnes.h"
 #include "cli/verb.h"

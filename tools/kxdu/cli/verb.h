@@ -34,9 +34,9 @@ private:
     CLI::Option* m_option;
 };
 
-/// A verb while its command line is set up, which is all that verbs know of CLI11: its headers are compiled once, and
+/// A verb while its command line is set up, which is all that verbs know of CLI11: few files compile its headers, and
 /// its own conversions, which clamp large numbers, read octal ones and take the number of an enumerator for its name,
-/// are passed by.
+/// are not used.
 ///
 /// The names of an option are as in "-o,--output"; one without a dash is that of an argument. The name of its value
 /// stands for it in the help.

@@ -1,6 +1,11 @@
 #include "formats/columnformat.h"
 
 #include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "files/csv.h"
 #include "identifiers/fieldtexts.h"

@@ -1,6 +1,9 @@
 /// Records as rows of columns: "fdn", "type", and the fields; those of a nested record with its name and "." ahead.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "formats/recordformat.h"
 
 namespace NS_KXDU {

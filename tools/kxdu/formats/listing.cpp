@@ -1,6 +1,7 @@
 #include "formats/listing.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <rapidjson/writer.h>
 

@@ -1,6 +1,7 @@
 #include "formats/recordline.h"
 
 #include <limits>
+#include <utility>
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>

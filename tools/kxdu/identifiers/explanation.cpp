@@ -187,8 +187,8 @@ private:
     std::size_t m_levelBegin = 0;
 };
 
-// The part that a problem at this place is about: in the level there, the last one that begins there or before, or else
-// the first.
+// The part that a problem at this place is about: the last part of the level there that begins at the place or before
+// it; if there is none, the level's first.
 ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
     const auto beginsBehind = [](std::size_t where, const ExplainedPart& part) { return part.begin > where; };
     const auto next = std::upper_bound(parts.begin(), parts.end(), place, beginsBehind);

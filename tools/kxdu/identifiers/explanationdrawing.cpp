@@ -1,5 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "identifiers/explanation.h"
 #include "text/displaytext.h"

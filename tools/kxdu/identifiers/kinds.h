@@ -21,7 +21,7 @@ public:
     virtual void EndNested() = 0;
 };
 
-/// A record that no identifier is written of; the text tells why.
+/// A record from which no identifier can be written; the text tells why.
 class BadRecord : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include <kx_domain_util/fdnscanner.h>

@@ -11,7 +11,7 @@ namespace NS_KXDU {
 struct Problem {
     std::size_t column;  ///< from 1
     std::string text;
-    bool lacksSubValues = false;  ///< it is a level that has several, and less than it must have
+    bool lacksSubValues = false;  ///< it is a level that has several, and fewer than it must have
 };
 
 /// Calls `report` for each place where `fdn` is not well formed, has an unknown tag, a sub-value that is out of range,

@@ -1,5 +1,5 @@
-/// What the constant tables say, and whether they say anything: where the library's look-ups answer a miss with a
-/// number of their own, these answer none.
+/// What the constant tables say, if anything: where the library's look-ups answer a miss with a number, these answer
+/// nothing.
 #pragma once
 
 #include <optional>

@@ -6,6 +6,7 @@
 #include <limits>
 #include <set>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 #include <tuple>
 

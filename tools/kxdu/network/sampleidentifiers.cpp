@@ -124,7 +124,7 @@ void WritePaths(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& ta
     }
 }
 
-// Ports as those name them who go by the NE type.
+// Ports, named by way of their NE's type.
 void WritePortsByNEType(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
     std::string fdn;
     for (const SamplePort& port : ne.ports) {

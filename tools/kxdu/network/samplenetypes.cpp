@@ -1,6 +1,7 @@
 #include "network/samplenetypes.h"
 
 #include <numeric>
+#include <string>
 
 namespace NS_KXDU {
 

@@ -1,6 +1,7 @@
 #include "text/texttable.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "text/displaytext.h"
 

@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
 
 #include "bulk/lines.h"
 #include "cli/missingnes.h"

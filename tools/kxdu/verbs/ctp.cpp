@@ -1,3 +1,8 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "cli/asked.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"

@@ -1,3 +1,8 @@
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "bulk/blockreader.h"
 #include "bulk/lines.h"
 #include "cli/services.h"

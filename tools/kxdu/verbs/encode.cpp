@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
 
 #include <kx_domain_util/fdnscanner.h>
 

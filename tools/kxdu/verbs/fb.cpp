@@ -1,4 +1,8 @@
 #include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include <kx_domain_util/fbtype.h>
 

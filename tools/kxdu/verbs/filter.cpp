@@ -1,7 +1,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/utilcommon.h>

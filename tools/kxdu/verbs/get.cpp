@@ -1,6 +1,10 @@
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include <kx_domain_util/fdnscanner.h>
 

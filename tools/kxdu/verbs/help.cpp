@@ -1,3 +1,7 @@
+#include <memory>
+#include <string>
+#include <vector>
+
 #include <CLI/CLI.hpp>
 
 #include "cli/verb.h"

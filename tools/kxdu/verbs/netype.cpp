@@ -2,7 +2,11 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>

@@ -1,3 +1,8 @@
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
 #include <kx_domain_util/utilcommon.h>
 
 #include "cli/asked.h"

@@ -57,7 +57,7 @@ std::int32_t MakeIdentifiers(const SampleNetwork& network, const Options& option
     return neId;
 }
 
-// Of a network that nobody reads all identifiers of.
+// How many NEs the identifiers that were asked for need.
 std::int32_t CountNes(const SampleNetwork& network, const Options& options) {
     return options.identifierCount == 0 ? options.neCount
                                         : MakeIdentifiers(network, options, [](const std::string&) {});

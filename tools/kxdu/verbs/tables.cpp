@@ -1,5 +1,10 @@
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include <kx_domain_util/constanttables.h>
 
