@@ -7,8 +7,9 @@
 /// freed, or its owner is let free it, only when no word names it any more.
 ///
 /// What follows from it:
-///  - A reader takes no lock and writes only to its own cache line. Only after a service came or went does its next use
-///    search the registry anew, once, under the registry's lock.
+///  - A reader takes no lock and writes only to its own cache line. With a std::shared_mutex held in the place of each
+///    pin, PortIndex2ResID takes a third more time on one thread and five times as much on each of two. Only after a
+///    service came or went does a reader's next use search the registry anew, once, under the registry's lock.
 ///  - A writer waits only for those threads that are inside the very service which it takes away.
 ///  - Everything is std::atomic, and what decides (pin, look again; take away, look for pins) is sequentially
 ///    consistent, so that ThreadSanitizer can follow it.
