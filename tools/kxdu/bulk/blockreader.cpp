@@ -80,7 +80,6 @@ bool BlockReader::OpenNext() {
         if (m_descriptor == -1) {
             FailByErrno(ExitCode::USAGE, file);
         }
-        posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
     }
     m_isAtBegin = true;
     m_isAtEnd = false;
