@@ -1,5 +1,6 @@
 #include "bulk/notificationid.h"
 
+#include <algorithm>
 #include <limits>
 
 #include <rapidjson/memorystream.h>
@@ -17,17 +18,10 @@ bool IsBlank(char character) {
 
 // Takes the next field off rest; empty when there is none.
 std::string_view TakeField(std::string_view& rest) {
-    std::size_t begin = 0;
-    while (begin < rest.size() && IsBlank(rest[begin])) {
-        ++begin;
-    }
-    std::size_t end = begin;
-    while (end < rest.size() && !IsBlank(rest[end])) {
-        ++end;
-    }
-    const std::string_view field = rest.substr(begin, end - begin);
-    rest.remove_prefix(end);
-    return field;
+    const auto* const begin = std::find_if_not(rest.begin(), rest.end(), IsBlank);
+    const auto* const end = std::find_if(begin, rest.end(), IsBlank);
+    rest = {end, rest.end()};
+    return {begin, end};
 }
 
 class FirstNumberReader : public NotificationIdReader {
