@@ -84,9 +84,8 @@ public:
             return;
         }
         ++m_passed;
-        char* const to = result.output.Push(line.size() + 1);
-        std::copy(line.begin(), line.end(), to);
-        to[line.size()] = '\n';
+        Append(result.output, line);
+        result.output.Put('\n');
     }
 
 private:
