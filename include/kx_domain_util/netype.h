@@ -5,8 +5,8 @@
 ///
 /// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Exceptions:
 /// std::bad_alloc where a list is asked; the process crashes where `DeviceDomainMgr::Instance` gives null. Where the
-/// inventory is asked, `InterfaceNotExistException` when there is none, and std::system_error when the first call cannot
-/// take a lock; exceptions thrown by it propagate.
+/// inventory is asked, `InterfaceNotExistException` when there is none, and std::system_error when the first call
+/// cannot take a lock; exceptions thrown by it propagate.
 #pragma once
 
 #include <array>

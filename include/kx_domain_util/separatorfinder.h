@@ -5,7 +5,6 @@
 /// Nothing here reads a byte outside of the text, allocates or throws. Any thread.
 #pragma once
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
