@@ -1,7 +1,6 @@
 // prints: NE 12, slot 3, port 7 is GE0/7
 // prints: NE=12,FR=1,S=3,CP=-1,SS=2,SC=-1,PP=16|1025|8|GE0/7
 #include <iostream>
-#include <string>
 
 #include <kx_domain_util/resIDUtil.h>
 
