@@ -189,8 +189,8 @@ TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
              {"decode --nonsense", "kxdu: The following argument was not expected: --nonsense"},
              {"decode --format xml", "kxdu: --format: no \"xml\"; there are jsonl, csv, tsv, table"},
              {"decode --format 1", "kxdu: --format: no \"1\"; there are jsonl, csv, tsv, table"},
-             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is no number from 1 to 1024"},
-             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is no number from 1 to 1024"}}) {
+             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is no number from 1 to 256"},
+             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is no number from 1 to 256"}}) {
         const Ended ended = Shell(std::string("kxdu ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help to see what there is.\n");
