@@ -6,7 +6,7 @@
 One command runs at a time, on two processors: always the one that has had the least time yet, so that all have as much
 of the quiet moments of a machine; of its runs the fastest counts. What the second processor gives is told by runs with
 one job and with two that follow each other, and so have the machine in the same state; the median of these ratios
-counts. What it can give at all is told in the same way by two programs at once that know nothing of each other. Where
+counts. What it can give is told in the same way by two programs at once that know nothing of each other. Where
 two commands should write the same, that is checked first.
 --document FILE replaces what stands between the marks "figures of kxdu" in FILE. Ends with 1 when a limit is missed.
 """
@@ -90,6 +90,8 @@ def written(run):
     with subprocess.Popen(run.command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
         while block := process.stdout.read(1 << 20):
             digest.update(block)
+    if process.returncode != 0:
+        raise RuntimeError(f"{run.name} ended with {process.returncode}")
     return digest.digest()
 
 
@@ -131,9 +133,9 @@ def time_of_each(group):
     return sum(sum(run.times) for run in group) / len(group)
 
 
-def gain(runs, verb, most=False):
-    """What two processors do in the time of one: with two jobs, or at most, by two programs."""
-    alone, both = runs[f"kxdu {verb} --jobs 1"], runs[f"kxdu {verb}" + (" --jobs 1, two at once" if most else "")]
+def gain(runs, verb, programs=False):
+    """What two processors do in the time of one: by two jobs, or by two programs."""
+    alone, both = runs[f"kxdu {verb} --jobs 1"], runs[f"kxdu {verb}" + (" --jobs 1, two at once" if programs else "")]
     return statistics.median(both.at_once * one / two for one, two in zip(alone.times, both.times))
 
 
@@ -172,14 +174,14 @@ def main():
     rows = [(run.name, f"{run.seconds:.2f}", f"{run.cpu_seconds:.2f}", f"{run.at_once * millions / run.seconds:.2f}",
              f"{run.memory:.0f}") for run in runs.values()]
     for name, *figures in [(title, "s", "s of CPU", "million/s", "MiB")] + rows:
-        print(name.ljust(40) + "".join(figure.rjust(11) for figure in figures))
-    gains = [(f"kxdu {verb}", f"{gain(runs, verb):.2f}", f"{gain(runs, verb, most=True):.2f}") for verb in VERBS]
-    for name, *figures in [("what two cores give", "two jobs", "at most")] + gains:
-        print(name.ljust(40) + "".join(figure.rjust(11) for figure in figures))
+        print(name.ljust(40) + "".join(figure.rjust(13) for figure in figures))
+    gains = [(f"kxdu {verb}", f"{gain(runs, verb):.2f}", f"{gain(runs, verb, programs=True):.2f}") for verb in VERBS]
+    for name, *figures in [("what two cores give", "two jobs", "two programs")] + gains:
+        print(name.ljust(40) + "".join(figure.rjust(13) for figure in figures))
     if options.json:
         write_json(options.json,
                    {"identifiers": options.identifiers,
-                    "gains": {verb: {"two_jobs": gain(runs, verb), "at_most": gain(runs, verb, most=True)}
+                    "gains": {verb: {"two_jobs": gain(runs, verb), "two_programs": gain(runs, verb, programs=True)}
                               for verb in VERBS},
                     "rows": [{"name": run.name, "at_once": run.at_once, "seconds": run.seconds,
                               "cpu_seconds": run.cpu_seconds, "mebibytes": run.memory} for run in runs.values()]},
@@ -187,7 +189,7 @@ def main():
     if options.document:
         table = [f"| {title} | s | s of CPU | million/s | MiB |", "|---|--:|--:|--:|--:|"]
         table += [f"| {' | '.join(row)} |" for row in rows]
-        table += ["", "| what two cores give | two jobs | at most |", "|---|--:|--:|"]
+        table += ["", "| what two cores give | two jobs | two programs |", "|---|--:|--:|"]
         table += [f"| {' | '.join(row)} |" for row in gains]
         replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + "\n\n")
     return tell(limits)

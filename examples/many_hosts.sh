@@ -4,11 +4,12 @@
 #   many_hosts.sh FILE VERB [ARGUMENT...] >OUTPUT
 # HOSTS     names, separated by ",", that ssh reaches and on which kxdu is installed; ":" is this one, and the default
 # BLOCK     how much a kxdu gets at a time; 64M
-# The exit code is the number of ranges in which kxdu rejected lines. Those it tells by their number within the range.
+# The exit code is the number of ranges that did not end with 0, 101 for more than a hundred: lines were rejected there
+# (which kxdu tells by their number within the range), or kxdu could not run.
 set -euo pipefail
 
 if [ $# -lt 2 ]; then
-    sed -n '2,7s/^# \?//p' "$0" >&2
+    sed -n '2,8s/^# \?//p' "$0" >&2
     exit 2
 fi
 file=$1
