@@ -6,9 +6,9 @@
 One command runs at a time, on two processors: always the one that has had the least time yet, so that all have as much
 of the quiet moments of a machine; of its runs the fastest counts. What the second processor gives is told by runs with
 one job and with two that follow each other, and so have the machine in the same state; the median of these ratios
-counts. What it can give is told in the same way by two programs at once that know nothing of each other. Where
-two commands should write the same, that is checked first.
---document FILE replaces what stands between the marks "figures of kxdu" in FILE. Ends with 1 when a limit is missed.
+counts. What it can give is told in the same way by two programs at once that know nothing of each other. Where two
+commands should write the same, that is checked first. --document FILE replaces what stands between the marks "figures
+of kxdu" in FILE. Ends with 1 when a limit is missed.
 """
 import argparse
 import contextlib

@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "failure.h"
+#include "files/interruptions.h"
 
 namespace NS_KXDU {
 
@@ -41,7 +42,7 @@ extern "C" void RemovePendingAndDie(int signal) {
 }
 
 void CatchInterruptions() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : INTERRUPTIONS) {
         struct sigaction action {};
         if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
             action.sa_handler = RemovePendingAndDie;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -17,6 +16,7 @@
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "failure.h"
+#include "files/interruptions.h"
 #include "files/output.h"
 #include "formats/listing.h"
 #include "network/inventorycsv.h"
@@ -132,28 +132,9 @@ std::string AdviceOn(const std::string& file) {
     return "; kxdu inventory import replaces what it holds";
 }
 
-// While it lives, an interruption waits: what makes an inventory leaves files behind when it is killed, and is quick.
-class InterruptionsWait {
-public:
-    InterruptionsWait() {
-        sigset_t interruptions;
-        sigemptyset(&interruptions);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-            sigaddset(&interruptions, signal);
-        }
-        pthread_sigmask(SIG_BLOCK, &interruptions, &m_before);
-    }
-    ~InterruptionsWait() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-    InterruptionsWait(const InterruptionsWait&) = delete;
-    InterruptionsWait& operator=(const InterruptionsWait&) = delete;
-
-private:
-    sigset_t m_before{};
-};
-
 ExitCode Init(const Options& options) {
     try {
-        const InterruptionsWait wait;
+        const InterruptionsWait wait;  // nobody clears away the draft of one that is killed
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
         throw Failure(ExitCode::USAGE, failed.what() + AdviceOn(options.file));
