@@ -1,5 +1,5 @@
-/// Splitting of text, and numbers from and to text. Exceptions: std::bad_alloc, which leaves `out` with the pieces that
-/// were appended before.
+/// Splitting of text, and numbers from and to text. Exceptions: std::bad_alloc, which leaves what is written to as it
+/// was.
 #pragma once
 
 #include <bitset>
