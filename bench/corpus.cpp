@@ -4,9 +4,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "network/sampleidentifiers.h"
-#include "network/samplenetwork.h"
-#include "network/splitmix64.h"
+#include "sample/sampleidentifiers.h"
+#include "sample/samplenetwork.h"
+#include "sample/splitmix64.h"
 
 namespace NS_BENCH {
 
@@ -40,11 +40,11 @@ std::vector<std::string> Select(const std::vector<std::string>& identifiers, IsW
 }  // namespace
 
 Corpus::Corpus(std::size_t size) {
-    const NS_KXDU::SampleNetwork network(SEED);
+    const NS_KX::SampleNetwork network(SEED);
     std::int32_t neId = 0;
     {
-        const NS_KXDU::SampleInventoryService inventory(network);
-        NS_KXDU::SampleIdentifiers identifiers(network);
+        const NS_KX::SampleInventoryService inventory(network);
+        NS_KX::SampleIdentifiers identifiers(network);
         while (m_identifiers.size() < size) {
             identifiers.Write(++neId, [this](const std::string& fdn) { m_identifiers.push_back(fdn); });
         }
@@ -52,7 +52,7 @@ Corpus::Corpus(std::size_t size) {
     m_identifiers.resize(size);
     m_inventory = network.MakeInventory(neId);
 
-    NS_KXDU::SplitMix64 random(SEED);
+    NS_KX::SplitMix64 random(SEED);
     for (std::size_t left = m_identifiers.size(); left > 1; --left) {
         std::swap(m_identifiers[left - 1], m_identifiers[random.Below(static_cast<std::uint32_t>(left))]);
     }

@@ -23,7 +23,7 @@
 #include <kx_platform/inventorybufif.h>
 
 #include "measurement.h"
-#include "network/splitmix64.h"
+#include "sample/splitmix64.h"
 #include "support/literalutilcommon.h"
 #include "support/services.h"
 #include "surroundings.h"
@@ -47,7 +47,7 @@ void AddLookUp(const char* group, const char* name, std::vector<Input> inputs, L
 // values as often as it takes, in random order.
 template <class Input>
 std::vector<Input> Drawn(const std::vector<Input>& values) {
-    NS_KXDU::SplitMix64 random(2);
+    NS_KX::SplitMix64 random(2);
     std::vector<Input> inputs;
     for (std::size_t left = Corpus::SIZE; left > 0; --left) {
         inputs.push_back(random.OneOf(values));

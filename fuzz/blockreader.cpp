@@ -1,5 +1,5 @@
 /// The lines of inputs are the same whatever the size of blocks and however many bytes come at a time.
-#include "bulk/blockreader.h"
+#include "lines/blockreader.h"
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-using namespace NS_KXDU;
+using namespace NS_KX;
 using NS_FUZZ::ExpectEqual;
 
 // Inputs are short, so that there are many of them; the longest line is as short.

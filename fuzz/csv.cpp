@@ -1,16 +1,16 @@
 /// The reader of CSV, and that of inventories on top of it: what they read comes back from what is written of it.
-#include "files/csv.h"
+#include "formats/csv.h"
 
 #include <stdexcept>
 
 #include "fuzz/input.h"
-#include "network/inventorycsv.h"
 #include "support/files.h"
 #include "support/pieces.h"
+#include "verbs/inventorycsv.h"
 
 namespace {
 
-using namespace NS_KXDU;
+using namespace NS_KX;
 using NS_FUZZ::ExpectEqual;
 
 // Complaints begin with the place.

@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace NS_KXDU;
+using namespace NS_KX;
 using NS_FUZZ::ExpectEqual;
 
 // An identifier, or why there is none.

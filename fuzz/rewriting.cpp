@@ -5,8 +5,8 @@
 
 #include <kx_domain_util/processexception.h>
 
+#include "catalogue/kinds.h"
 #include "fuzz/input.h"
-#include "identifiers/kinds.h"
 #include "support/conversions.h"
 #include "support/conversionsurroundings.h"
 
@@ -48,12 +48,12 @@ void CompareWriters(const std::string& fdn) {
 }
 
 // Nothing when no identifier can be written of what is read.
-std::optional<std::string> Rewrite(const NS_KXDU::Kind& kind, const std::string& fdn) {
+std::optional<std::string> Rewrite(const NS_KX::Kind& kind, const std::string& fdn) {
     try {
         std::string canonical;
         kind.Rewrite(fdn, canonical);
         return canonical;
-    } catch (const NS_KXDU::BadRecord&) {
+    } catch (const NS_KX::BadRecord&) {
     } catch (const NS_UTIL::InterfaceNotExistException&) {}
     return std::nullopt;
 }
@@ -64,7 +64,7 @@ std::optional<std::string> Rewrite(const NS_KXDU::Kind& kind, const std::string&
 // into the sub-interface, by turns.
 void CompareRewritten(const std::string& fdn) {
     const auto rounds = 2 + std::count(fdn.begin(), fdn.end(), '\\');
-    for (const NS_KXDU::Kind* const kind : NS_KXDU::AllKinds()) {
+    for (const NS_KX::Kind* const kind : NS_KX::AllKinds()) {
         if (kind->Type() == "TPIndex") {
             continue;
         }
@@ -72,7 +72,7 @@ void CompareRewritten(const std::string& fdn) {
         for (auto round = rounds; settled && round > 0; --round) {
             settled = Rewrite(*kind, *settled);
         }
-        if (settled && NS_KXDU::FindKind(*settled) == kind) {
+        if (settled && NS_KX::FindKind(*settled) == kind) {
             ExpectEqual(Rewrite(*kind, *settled), settled, kind->Type(), fdn);
         }
     }

@@ -3,15 +3,15 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include "support/files.h"
+#include "support/foldertest.h"
 
-class ProgramTest : public testing::Test {
+class ProgramTest : public FolderTest {
 protected:
     /// What a run left behind.
     struct Ended {
@@ -20,21 +20,12 @@ protected:
         std::string err;
     };
 
-    void WriteFile(const std::string& name, const std::string& text) const { NS_TEST::WriteFile(folder / name, text); }
-    [[nodiscard]] std::string ReadFile(const std::string& name) const { return NS_TEST::ReadFile(folder / name); }
-    [[nodiscard]] bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
-
     /// Makes the configuration of the folder "config", with items that hold the notification 7 back if it is not told
     /// others.
     void Configure(const std::string& items = "EventSwitch = 2\nBlacklist = \"7\"\n") const {
         WriteFile(CONFIG, items);
     }
     static constexpr auto CONFIG = "config/kx_corbaagent_bundle/bundle.cfg";
-
-    /// How many files the folder holds, hidden ones too.
-    [[nodiscard]] std::ptrdiff_t Files() const {
-        return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
-    }
 
     /// Runs a command of the shell in which "kxdu" stands for the program, with `input` as its standard input. No
     /// variable that the program reads is set.
@@ -71,10 +62,4 @@ protected:
         return "while kill -0 $! && ! { " + reached + "; }; do sleep 0.001; done; kill -" + signal +
                " $!; wait $!; kill -l $?";
     }
-
-private:
-    NS_TEST::TemporaryFolder m_folder;
-
-protected:
-    const std::filesystem::path& folder = m_folder.Path();
 };

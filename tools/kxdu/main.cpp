@@ -13,11 +13,11 @@
 #include <unistd.h>
 
 #include "cli/verbs.h"
-#include "failure.h"
-#include "files/output.h"
+#include "lines/failure.h"
+#include "lines/output.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -50,7 +50,7 @@ int Run(const Action& action) {
         return AsInt(ExitCode::OK);
     } catch (const Failure& failure) {
         std::fprintf(stderr, "kxdu: %s\n", failure.what());
-        return AsInt(failure.Code());
+        return AsInt(failure.GetCause() == Cause::OUTPUT ? ExitCode::OUTPUT : ExitCode::USAGE);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kxdu: %s\n", error.what());
         return AsInt(ExitCode::USAGE);
@@ -131,8 +131,8 @@ int Main(int argc, char** argv) {
 
 }  // namespace
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU
 
 int main(int argc, char** argv) {
-    return NS_KXDU::Main(argc, argv);
+    return NS_KX::NS_KXDU::Main(argc, argv);
 }

@@ -3,7 +3,7 @@
 
 #include "kxdu/program.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 using Asked = ProgramTest;
@@ -39,4 +39,4 @@ TEST_F(Asked, AWordThatIsTooLongIsRefused) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 TEST(MissingNes, SayNothingWhenNoneIsMissing) {
@@ -59,4 +59,4 @@ TEST(MissingNes, AreCountedFromManyThreads) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

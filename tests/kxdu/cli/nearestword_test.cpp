@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 const std::vector<std::string> WORDS{"decode", "encode", "fb", "get"};
@@ -27,4 +27,4 @@ TEST(NearestWord, WhatIsFarFromAllIsNone) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -1,6 +1,6 @@
 #include "kxdu/program.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 using CheckTest = ProgramTest;
@@ -109,4 +109,4 @@ TEST_F(CheckTest, HasNoRejects) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

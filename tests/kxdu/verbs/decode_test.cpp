@@ -1,6 +1,6 @@
 #include "kxdu/program.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 using DecodeTest = ProgramTest;
@@ -223,4 +223,4 @@ TEST_F(DecodeTest, ThereIsNoProgressBarWithoutATerminal) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -1,6 +1,6 @@
 #include "kxdu/program.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 class EncodeTest : public ProgramTest {
@@ -139,4 +139,4 @@ TEST_F(EncodeTest, ARecordThatContradictsTheTextItKeepsIsRejected) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

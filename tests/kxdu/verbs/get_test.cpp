@@ -1,6 +1,6 @@
 #include "kxdu/program.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 using GetTest = ProgramTest;
@@ -66,4 +66,4 @@ TEST_F(GetTest, ATabInAColumnIsRejected) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -2,10 +2,10 @@
 
 #include <rapidjson/document.h>
 
-#include "files/csv.h"
+#include "formats/csv.h"
 #include "kxdu/program.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 namespace {
 
 class TablesVerb : public ProgramTest {
@@ -129,4 +129,4 @@ TEST_F(TablesVerb, AnUnknownNameEndsWithTwo) {
 }
 
 }  // namespace
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -5,23 +5,23 @@
 #include <iostream>
 
 #include "cli/verb.h"
-#include "failure.h"
+#include "lines/failure.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
 void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
     for (std::string word; std::cin >> std::setw(LONGEST_WORD + 1) >> word;) {
         if (word.size() > LONGEST_WORD) {
-            throw Failure(ExitCode::USAGE, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
-                                               " bytes: " + Quoted(word));
+            throw Failure(Cause::USAGE, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
+                                            " bytes: " + Quoted(word));
         }
         take(word);
     }
     if (std::ferror(stdin) != 0) {
-        throw Failure(ExitCode::USAGE, "standard input cannot be read");
+        throw Failure(Cause::USAGE, "standard input cannot be read");
     }
 }
 
@@ -41,4 +41,4 @@ void ForEachAsked(const std::vector<std::string>& asked, const std::function<voi
     }
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 class Verb;
 
@@ -18,7 +18,7 @@ inline constexpr std::size_t LONGEST_WORD = 1024;
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
 
 /// Calls `take` for each argument, and in the place of "-" for each word on standard input, as it comes. Throws
-/// `Failure` with `ExitCode::USAGE` when it cannot be read, or has a word that is longer than `LONGEST_WORD`.
+/// `Failure` with `Cause::USAGE` when it cannot be read, or has a word that is longer than `LONGEST_WORD`.
 void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take);
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 void MissingNes::Note(std::int64_t neId) {
     if (m_last.load(std::memory_order_relaxed) == neId || m_isFull.load(std::memory_order_relaxed)) {
@@ -32,4 +32,4 @@ void MissingNes::Tell() const {
     static_cast<void>(std::fputs(Text().c_str(), stderr));
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 /// The NEs that the inventory was asked about and does not have, which the user is told once. Any thread.
 class MissingNes {
@@ -37,4 +37,4 @@ private:
     static constexpr std::int64_t NONE = INT64_MIN;
 };
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

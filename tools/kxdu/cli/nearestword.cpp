@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <numeric>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -51,4 +51,4 @@ std::string_view NearestWord(std::string_view text, const std::vector<std::strin
     return nearest;
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

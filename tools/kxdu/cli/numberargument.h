@@ -3,13 +3,13 @@
 #include <limits>
 #include <string>
 
-#include "failure.h"
+#include "lines/failure.h"
 #include "text/number.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
-/// An argument that is a decimal number up to `largest`. Throws `Failure` with `ExitCode::USAGE` for any other;
+/// An argument that is a decimal number up to `largest`. Throws `Failure` with `Cause::USAGE` for any other;
 /// `adviceOnName` tells what to do with a name.
 inline int ParseNumber(const std::string& argument, int largest = std::numeric_limits<int>::max(),
                        const std::string& adviceOnName = {}) {
@@ -17,11 +17,11 @@ inline int ParseNumber(const std::string& argument, int largest = std::numeric_l
     if (!number || *number > largest) {
         const bool isOfDigits = argument.find_first_not_of("0123456789-,") == std::string::npos;
         const bool isList = isOfDigits && argument.find(',') != std::string::npos;
-        throw Failure(ExitCode::USAGE, Quoted(argument) + " is no number from 0 to " + std::to_string(largest) +
-                                           (isList ? "; separate numbers by blanks" : "") +
-                                           (isOfDigits ? "" : adviceOnName));
+        throw Failure(Cause::USAGE, Quoted(argument) + " is no number from 0 to " + std::to_string(largest) +
+                                        (isList ? "; separate numbers by blanks" : "") +
+                                        (isOfDigits ? "" : adviceOnName));
     }
     return *number;
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

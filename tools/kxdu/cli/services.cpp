@@ -7,9 +7,9 @@
 
 #include "cli/missingnes.h"
 #include "cli/verb.h"
-#include "failure.h"
+#include "lines/failure.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -82,7 +82,7 @@ std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options
         if (!options.inventory.empty() && complaint.starts_with(options.inventory + ": ")) {
             ComplainOfInventory(options.inventory, complaint, SourceOf(options.inventory, INVENTORY_VARIABLE));
         }
-        throw Failure(ExitCode::USAGE, complaint + SourceOf(options.config, CONFIG_VARIABLE));
+        throw Failure(Cause::USAGE, complaint + SourceOf(options.config, CONFIG_VARIABLE));
     }
 }
 
@@ -95,20 +95,20 @@ NS_STANDALONE::Inventory ReadInventory(const std::string& file) {
 }
 
 void ComplainOfInventory(const std::string& file, const std::string& complaint, const std::string& source) {
-    throw Failure(ExitCode::USAGE, complaint + source + AdviceOnInventory(file, complaint));
+    throw Failure(Cause::USAGE, complaint + source + AdviceOnInventory(file, complaint));
 }
 
 void ComplainOfNoInventory() {
     throw Failure(
-        ExitCode::USAGE,
+        Cause::USAGE,
         "this identifier is written as the inventory says of its NE: give one with --inventory FILE or in KX_INVENTORY "
         "(kxdu inventory --help tells how to make one)");
 }
 
 void ComplainOfNoConfiguration() {
-    throw Failure(ExitCode::USAGE,
+    throw Failure(Cause::USAGE,
                   "identifiers of this type are read as the configuration tells: give its folder with --config DIR or "
                   "in KX_CONFIG_DIR");
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -9,9 +9,9 @@
 #include <kx_standalone/host.h>
 #include <kx_standalone/inventoryfile.h>
 
-#include "files/fileinuse.h"
+#include "lines/fileinuse.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 class MissingNes;
 class Verb;
@@ -33,14 +33,14 @@ void AddServiceOptions(Verb& verb, ServiceOptions& options);
 std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
 /// The services, for as long as it lives. Notes in `missing`, unless it is null, which NEs the inventory is asked about
-/// in vain. Throws `Failure` with `ExitCode::USAGE` when one cannot be loaded; it also tells when the environment named
+/// in vain. Throws `Failure` with `Cause::USAGE` when one cannot be loaded; it also tells when the environment named
 /// the file, and how to get an inventory where there is none.
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
 
 /// What an inventory holds that an option or the environment names. Throws as above.
 NS_STANDALONE::Inventory ReadInventory(const std::string& file);
 
-/// Throws `Failure` with `ExitCode::USAGE`: what is wrong with an inventory, where its name comes from, and how to get
+/// Throws `Failure` with `Cause::USAGE`: what is wrong with an inventory, where its name comes from, and how to get
 /// one where there is none.
 [[noreturn]] void ComplainOfInventory(const std::string& file, const std::string& complaint,
                                       const std::string& source = {});
@@ -55,7 +55,7 @@ auto OpeningInventory(const std::string& file, Use use) {
     }
 }
 
-/// Throws `Failure` with `ExitCode::USAGE`, which tells how to give an inventory.
+/// Throws `Failure` with `Cause::USAGE`, which tells how to give an inventory.
 [[noreturn]] void ComplainOfNoInventory();
 /// The same for a configuration.
 [[noreturn]] void ComplainOfNoConfiguration();
@@ -80,4 +80,4 @@ void Writing(Write write) {
     }
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

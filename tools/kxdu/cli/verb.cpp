@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 VerbOption& VerbOption::Required() {
     m_option->required();
@@ -70,4 +70,4 @@ void Verb::SetAction(Action action) {
     m_verb.callback([&chosen = m_action, action = std::move(action)] { chosen = action; });
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

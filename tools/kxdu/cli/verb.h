@@ -16,7 +16,7 @@ namespace CLI {
 class Option;
 }
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 /// What an option of a verb has besides its name, its value and its help.
 class VerbOption {
@@ -116,4 +116,4 @@ private:
     Action& m_action;
 };
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

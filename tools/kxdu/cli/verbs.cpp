@@ -8,7 +8,7 @@
 #include "cli/nearestword.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::string UnknownVerb(const CLI::App& app, const std::string& verb) {
     return "no verb " + Quoted(verb) + (nearest.empty() ? "" : "; did you mean " + nearest + "?");
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -3,13 +3,19 @@
 #include <functional>
 #include <string>
 
-#include "exitcode.h"
-
 namespace CLI {
 class App;
 }
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
+
+/// How a run ends, as the shell sees it.
+enum class ExitCode : int {
+    OK = 0,
+    FOUND = 1,   ///< the run went through, but a line could not be converted or a finding was reported
+    USAGE = 2,   ///< wrong arguments, or an input, inventory or configuration that cannot be read
+    OUTPUT = 3,  ///< output could not be written: disk full, no such folder
+};
 
 /// What a verb does once its arguments are parsed.
 using Action = std::function<ExitCode()>;
@@ -37,4 +43,4 @@ void AddInventory(CLI::App& app, Action& action);
 void AddSample(CLI::App& app, Action& action);
 void AddHelp(CLI::App& app, Action& action);
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -3,17 +3,17 @@
 #include <string>
 #include <string_view>
 
-#include "bulk/lines.h"
+#include "catalogue/kinds.h"
+#include "catalogue/levelcheck.h"
+#include "catalogue/readfields.h"
+#include "cli/bulkoptions.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "identifiers/kinds.h"
-#include "identifiers/levelcheck.h"
-#include "identifiers/readfields.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -104,7 +104,7 @@ ExitCode Check(const Options& options) {
     work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };
     work.isReportTheOutput = true;
     work.finding = "found";
-    const ExitCode code = RunLines(options.bulk, work);
+    const ExitCode code = ExitCodeOf(RunLines(options.bulk, work));
     missing.Tell();
     return code;
 }
@@ -122,4 +122,4 @@ void AddCheck(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Check);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

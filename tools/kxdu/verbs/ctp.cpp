@@ -3,14 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/vocabulary.h"
 #include "cli/asked.h"
+#include "cli/listing.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "formats/listing.h"
-#include "identifiers/vocabulary.h"
 #include "text/number.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -52,4 +52,4 @@ void AddCtp(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Ctp);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -3,17 +3,17 @@
 #include <string_view>
 #include <vector>
 
-#include "bulk/blockreader.h"
-#include "bulk/lines.h"
+#include "catalogue/kinds.h"
+#include "cli/bulkoptions.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
 #include "formats/recordformat.h"
-#include "identifiers/kinds.h"
+#include "lines/blockreader.h"
+#include "lines/failure.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -101,7 +101,7 @@ std::string TypeNames() {
 const Kind* ForcedKind(const std::string& type) {
     const Kind* const kind = FindKindByType(type);
     if (kind == nullptr && !type.empty()) {
-        throw Failure(ExitCode::USAGE, "--as: no type " + Quoted(type) + "; there are\n" + TypeNames());
+        throw Failure(Cause::USAGE, "--as: no type " + Quoted(type) + "; there are\n" + TypeNames());
     }
     return kind;
 }
@@ -117,7 +117,7 @@ ExitCode Decode(const Options& options) {
     work.filesInUse = FilesInUse(serviceOptions);
     work.makeConverter = [&] { return std::make_unique<Decoder>(forced, layout); };
     work.header = MakeHeader(layout);
-    return RunLines(options.bulk, work);
+    return ExitCodeOf(RunLines(options.bulk, work));
 }
 
 }  // namespace
@@ -139,4 +139,4 @@ void AddDecode(CLI::App& app, Action& action) {
     verb.SetAction(HELP + ("\n\nTypes:\n" + TypeNames()), options, Decode);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

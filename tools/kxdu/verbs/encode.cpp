@@ -5,18 +5,18 @@
 
 #include <kx_domain_util/fdnscanner.h>
 
-#include "bulk/lines.h"
+#include "catalogue/kinds.h"
+#include "catalogue/tags.h"
+#include "cli/bulkoptions.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
 #include "formats/recordline.h"
-#include "identifiers/kinds.h"
-#include "identifiers/tags.h"
+#include "lines/failure.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -88,9 +88,9 @@ private:
         if (line.substr(std::min(line.find_first_not_of(" \t"), line.size())).starts_with('{')) {
             return;
         }
-        throw Failure(ExitCode::USAGE, LooksLikeIdentifier(line)
-                                           ? "an identifier, and no JSON line; did you mean kxdu decode?"
-                                           : "no JSON line; kxdu encode reads what kxdu decode --format jsonl writes");
+        throw Failure(Cause::USAGE, LooksLikeIdentifier(line)
+                                        ? "an identifier, and no JSON line; did you mean kxdu decode?"
+                                        : "no JSON line; kxdu encode reads what kxdu decode --format jsonl writes");
     }
 
     bool m_isFdnIgnored;
@@ -105,7 +105,7 @@ ExitCode Encode(const Options& options) {
     work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Encoder>(options.isFdnIgnored); };
     work.finding = "rejected or changed";
-    const ExitCode code = RunLines(options.bulk, work);
+    const ExitCode code = ExitCodeOf(RunLines(options.bulk, work));
     missing.Tell();
     return code;
 }
@@ -123,4 +123,4 @@ void AddEncode(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Encode);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

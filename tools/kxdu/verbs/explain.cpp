@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/explanation.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "files/output.h"
-#include "identifiers/explanation.h"
+#include "lines/output.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -75,4 +75,4 @@ void AddExplain(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, ExplainAll);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

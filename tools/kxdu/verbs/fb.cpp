@@ -6,14 +6,14 @@
 
 #include <kx_domain_util/fbtype.h>
 
+#include "catalogue/vocabulary.h"
 #include "cli/asked.h"
+#include "cli/listing.h"
 #include "cli/numberargument.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "formats/listing.h"
-#include "identifiers/vocabulary.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -77,4 +77,4 @@ void AddFb(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Fb);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -12,16 +12,16 @@
 #include <kx_domain_util/utilcommon.h>
 #include <kx_platform/textutil.h>
 
-#include "bulk/lines.h"
-#include "bulk/notificationid.h"
+#include "cli/bulkoptions.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
+#include "lines/failure.h"
 #include "text/number.h"
 #include "text/text.h"
+#include "verbs/notificationid.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -164,7 +164,7 @@ std::string CaveatOfConfiguration() {
 
 ExitCode RunFilter(const Options& options) {
     if (options.config.empty()) {
-        throw Failure(ExitCode::USAGE,
+        throw Failure(Cause::USAGE,
                       "the configuration tells what is held back: give its folder with --config DIR or in "
                       "KX_CONFIG_DIR");
     }
@@ -180,7 +180,7 @@ ExitCode RunFilter(const Options& options) {
     work.isVerbatim = true;
     work.finding = "reported";
     work.summarize = [&](const LineCounts& run) { return Summary(counts, run); };
-    return RunLines(options.bulk, work);
+    return ExitCodeOf(RunLines(options.bulk, work));
 }
 
 }  // namespace
@@ -203,4 +203,4 @@ void AddFilter(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, RunFilter);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

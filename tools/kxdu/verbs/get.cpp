@@ -8,14 +8,14 @@
 
 #include <kx_domain_util/fdnscanner.h>
 
-#include "bulk/lines.h"
+#include "cli/bulkoptions.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
+#include "lines/failure.h"
 #include "text/number.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 using NS_UTIL::NS_FDN::Level;
 using NS_UTIL::NS_FDN::LevelScanner;
@@ -49,7 +49,7 @@ struct Options {
     if (std::error_code error; std::filesystem::exists(text, error)) {
         complaint += "; each file goes behind a -i of its own";
     }
-    throw Failure(ExitCode::USAGE, complaint);
+    throw Failure(Cause::USAGE, complaint);
 }
 
 Column ParseColumn(const std::string& text) {
@@ -140,7 +140,7 @@ ExitCode Get(const Options& options) {
     LineWork work;
     work.makeConverter = [&] { return std::make_unique<Getter>(columns); };
     work.mustBeUtf8 = false;
-    return RunLines(options.bulk, work);
+    return ExitCodeOf(RunLines(options.bulk, work));
 }
 
 }  // namespace
@@ -155,4 +155,4 @@ void AddGet(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Get);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

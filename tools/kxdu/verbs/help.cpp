@@ -6,10 +6,10 @@
 
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
-#include "files/output.h"
+#include "lines/failure.h"
+#include "lines/output.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -20,7 +20,7 @@ ExitCode Help(const CLI::App& app, const std::vector<std::string>& verbs) {
         path.append(path.empty() ? "" : " ").append(shown->get_name());
         const auto named = shown->get_subcommands([&](const CLI::App* known) { return known->get_name() == verb; });
         if (named.empty()) {
-            throw Failure(ExitCode::USAGE, UnknownVerb(*shown, verb) + HELP_HINT);
+            throw Failure(Cause::USAGE, UnknownVerb(*shown, verb) + HELP_HINT);
         }
         shown = named.front();
     }
@@ -40,4 +40,4 @@ void AddHelp(CLI::App& app, Action& action) {
     });
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -11,18 +11,18 @@
 #include <kx_domain_util/netype.h>
 #include <kx_standalone/inventoryfile.h>
 
+#include "cli/listing.h"
 #include "cli/nearestword.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
-#include "files/interruptions.h"
-#include "files/output.h"
-#include "formats/listing.h"
-#include "network/inventorycsv.h"
+#include "lines/failure.h"
+#include "lines/interruptions.h"
+#include "lines/output.h"
 #include "text/text.h"
+#include "verbs/inventorycsv.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -113,8 +113,8 @@ std::string Counts(const Inventory& inventory) {
 void RefuseMixUp(const Options& options) {
     std::error_code error;
     if (std::filesystem::is_directory(options.file, error) && std::filesystem::is_regular_file(options.folder, error)) {
-        throw Failure(ExitCode::USAGE, options.file + " is a folder, and " + options.folder +
-                                           " is a file: FILE, the inventory, comes first");
+        throw Failure(Cause::USAGE, options.file + " is a folder, and " + options.folder +
+                                        " is a file: FILE, the inventory, comes first");
     }
 }
 
@@ -137,7 +137,7 @@ ExitCode Init(const Options& options) {
         const InterruptionsWait wait;  // nobody clears away the draft of one that is killed
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
-        throw Failure(ExitCode::USAGE, failed.what() + AdviceOn(options.file));
+        throw Failure(Cause::USAGE, failed.what() + AdviceOn(options.file));
     }
     WriteWhole({}, options.file + ": made, empty\n");
     return ExitCode::OK;
@@ -162,7 +162,7 @@ void TellOfUnaskedLists(const Inventory& inventory) {
 ExitCode Import(const Options& options) {
     RefuseMixUp(options);
     if (std::error_code error; std::filesystem::is_regular_file(options.folder, error)) {
-        throw Failure(ExitCode::USAGE, options.folder + " is a file: FOLDER is the folder that holds ne.csv");
+        throw Failure(Cause::USAGE, options.folder + " is a file: FOLDER is the folder that holds ne.csv");
     }
     const Inventory inventory = ReadInventoryCsv(options.folder);
     OpeningInventory(options.file, [&] { NS_STANDALONE::ReplaceInventory(options.file, inventory); });
@@ -295,4 +295,4 @@ void AddInventory(CLI::App& app, Action& action) {
     list.AddListing();
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

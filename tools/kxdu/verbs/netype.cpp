@@ -12,15 +12,15 @@
 #include <kx_standalone/inventoryfile.h>
 
 #include "cli/asked.h"
+#include "cli/listing.h"
 #include "cli/missingnes.h"
 #include "cli/numberargument.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
-#include "formats/listing.h"
+#include "lines/failure.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -146,9 +146,9 @@ ExitCode ListForPeople(const Options& options, const ToRow& toRow, std::string_v
     std::vector<Listing::Row> rows;
     ForEachAsked(options.numbers, [&](const std::string& number) {
         if (rows.size() == MOST_IN_A_TABLE) {
-            throw Failure(ExitCode::USAGE, "a table has a column for each NE type, and no more than " +
-                                               std::to_string(MOST_IN_A_TABLE) +
-                                               " of them; --format csv and jsonl take any number");
+            throw Failure(Cause::USAGE, "a table has a column for each NE type, and no more than " +
+                                            std::to_string(MOST_IN_A_TABLE) +
+                                            " of them; --format csv and jsonl take any number");
         }
         rows.push_back(toRow(number));
         heads.push_back(std::to_string(std::get<std::int64_t>(rows.back().front())));
@@ -198,4 +198,4 @@ void AddNeType(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, NeType);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -5,13 +5,13 @@
 
 #include <kx_domain_util/utilcommon.h>
 
+#include "catalogue/vocabulary.h"
 #include "cli/asked.h"
+#include "cli/listing.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "formats/listing.h"
-#include "identifiers/vocabulary.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -58,4 +58,4 @@ void AddPath(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Path);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

@@ -4,13 +4,13 @@
 
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
-#include "files/bufferedoutput.h"
-#include "network/inventorycsv.h"
-#include "network/sampleidentifiers.h"
-#include "network/samplenetwork.h"
+#include "lines/bufferedoutput.h"
+#include "lines/failure.h"
+#include "sample/sampleidentifiers.h"
+#include "sample/samplenetwork.h"
+#include "verbs/inventorycsv.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -107,4 +107,4 @@ void AddSample(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Sample);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

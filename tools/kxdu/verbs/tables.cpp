@@ -8,13 +8,13 @@
 
 #include <kx_domain_util/constanttables.h>
 
+#include "cli/listing.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "failure.h"
-#include "formats/listing.h"
+#include "lines/failure.h"
 #include "text/text.h"
 
-namespace NS_KXDU {
+namespace NS_KX::NS_KXDU {
 
 namespace {
 
@@ -135,7 +135,7 @@ ExitCode Tables(const Options& options) {
     const auto* const table = std::find_if(TABLES.begin(), TABLES.end(),
                                            [&](const ConstantTable& known) { return options.table == known.name; });
     if (table == TABLES.end()) {
-        throw Failure(ExitCode::USAGE, "no table " + Quoted(options.table) + "; kxdu tables lists them");
+        throw Failure(Cause::USAGE, "no table " + Quoted(options.table) + "; kxdu tables lists them");
     }
     table->list(options.listing);
     return ExitCode::OK;
@@ -151,4 +151,4 @@ void AddTables(CLI::App& app, Action& action) {
     verb.SetAction(HELP, options, Tables);
 }
 
-}  // namespace NS_KXDU
+}  // namespace NS_KX::NS_KXDU

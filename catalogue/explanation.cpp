@@ -1,0 +1,271 @@
+#include "catalogue/explanation.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include <kx_domain_util/fbtype.h>
+#include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/processexception.h>
+#include <kx_platform/textutil.h>
+
+#include "catalogue/levelcheck.h"
+#include "catalogue/tags.h"
+#include "text/number.h"
+#include "text/text.h"
+
+namespace NS_KX {
+
+using NS_UTIL::NS_FDN::Level;
+using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::SubValueScanner;
+
+namespace {
+
+// What tags.h says of a sub-value: "slot number; -1: none" has a name, "slot number", and a gloss, "none", for the
+// special values "-1".
+struct Wording {
+    std::string_view name;
+    std::string_view specialValues;
+    std::string_view gloss;
+
+    explicit Wording(std::string_view meaning) : name(meaning.substr(0, meaning.find(';'))) {
+        const std::string_view rest = meaning.substr(std::min(name.size() + 2, meaning.size()));
+        if (const auto colon = rest.find(": "); colon != std::string_view::npos) {
+            specialValues = rest.substr(0, colon);
+            gloss = rest.substr(colon + 2);
+        }
+    }
+
+    [[nodiscard]] std::string_view GlossOf(std::string_view value) const {
+        const std::string_view shown = value.empty() ? "empty" : value;
+        constexpr std::string_view OR = " or ";
+        for (std::string_view rest = specialValues; !rest.empty();) {
+            const auto end = std::min(rest.find(OR), rest.size());
+            if (rest.substr(0, end) == shown) {
+                return gloss;
+            }
+            rest.remove_prefix(std::min(end + OR.size(), rest.size()));
+        }
+        return {};
+    }
+};
+
+std::string Between(std::string_view opening, std::string_view text, std::string_view closing) {
+    return std::string(opening).append(text).append(closing);
+}
+
+// A text where a number belongs; in quotes when it is none, since a blank would not be seen.
+std::string NumberText(std::string_view value) {
+    return value.empty() || IsDecimal(value) ? std::string(value) : Quoted(value);
+}
+
+// Explains the levels of one identifier, in turn.
+class LevelExplainer {
+public:
+    LevelExplainer(const std::string& fdn, const NS_STANDALONE::Inventory* inventory, std::vector<ExplainedPart>& parts)
+        : m_fdn(fdn), m_inventory(inventory), m_parts(parts) {}
+
+    void Explain(const Level& level) {
+        m_levelBegin = PlaceOf(level.tag);
+        const Tag* const tag = FindTag(level.tag);
+        if (tag == nullptr) {
+            Add(level.tag, "level " + Quoted(level.tag));
+        } else if (level.value.empty()) {
+            Add(level.value, std::string(tag->meaning));
+        } else if (tag->most == 1) {
+            ExplainSingle(level, *tag);
+        } else {
+            ExplainEach(level, *tag);
+        }
+    }
+
+private:
+    [[nodiscard]] std::size_t PlaceOf(std::string_view part) const {
+        return static_cast<std::size_t>(part.data() - m_fdn.data());
+    }
+
+    void Add(std::string_view place, std::string meaning) {
+        m_parts.push_back({m_levelBegin, PlaceOf(place), place.size(), std::move(meaning), {}});
+    }
+
+    // One number or text: named after its level.
+    void ExplainSingle(const Level& level, const Tag& tag) {
+        SubValueScanner scanner(level.value);
+        std::string_view value;
+        scanner.Next(value);
+        const SubValue& description = tag.subValues[0];
+        if (tag.isOpen) {
+            Add(level.value, std::string(tag.meaning) + " " + Quoted(level.value));
+            return;
+        }
+        const Wording wording(description.meaning);
+        std::string meaning = std::string(tag.meaning) + " " + NumberText(value);
+        if (const auto gloss = wording.GlossOf(value); !gloss.empty()) {
+            meaning += Between(" (", gloss, ")");
+        } else if (wording.name.starts_with("always")) {
+            meaning += Between(" (", wording.name, ")");
+        }
+        if (level.tag == "NE") {
+            meaning += NeName(value);
+        }
+        Add(value, meaning);
+        while (scanner.Next(value)) {
+            Add(value, "sub-value " + Quoted(value));
+        }
+    }
+
+    void ExplainEach(const Level& level, const Tag& tag) {
+        std::vector<std::string_view> values;
+        SubValueScanner scanner(level.value);
+        for (std::string_view value; scanner.Next(value);) {
+            values.push_back(value);
+        }
+        if (tag.isReadWhole && values.size() < tag.least) {
+            Add(level.value, std::string(tag.meaning) + ", of which no sub-value is read");
+            return;
+        }
+        Add(level.tag, std::string(tag.meaning));
+        for (std::size_t place = 0; place < values.size(); ++place) {
+            if (place < tag.most) {
+                Add(values[place], Meaning(tag.subValues.at(place), values[place]));
+            } else if (place == tag.most && HasEscapedName(tag, level.value)) {
+                Add(values[place], "rest of the name, behind an escaped |: " + Quoted(values[place]));
+            } else {
+                Add(values[place], "sub-value " + Quoted(values[place]));
+            }
+        }
+    }
+
+    static std::string Meaning(const SubValue& description, std::string_view value) {
+        const Wording wording(description.meaning);
+        std::string meaning(wording.name);
+        if (description.kind == SubValueKind::TEXT) {
+            return meaning.append(value.empty() ? ": none" : Between(" \"", value, "\""));
+        }
+        const std::string_view gloss = wording.GlossOf(value);
+        if (value.empty()) {
+            return meaning.append(": ").append(gloss.empty() ? "none" : gloss);
+        }
+        meaning.append(" ").append(NumberText(value));
+        if (!gloss.empty()) {
+            meaning += Between(" (", gloss, ")");
+        }
+        return wording.name == "FB type" ? meaning.append(FbTypeName(value)) : meaning;
+    }
+
+    static std::string FbTypeName(std::string_view value) {
+        const int fbType = NS_UTIL::Str2Int(value);
+        const std::string name = NS_UTIL::GetFBTypeName(fbType);
+        if (name != std::to_string(fbType)) {
+            return Between(" (", name, ")");
+        }
+        return NS_UTIL::IsLogicalPortByType(fbType) ? " (a logical port)" : "";
+    }
+
+    [[nodiscard]] std::string NeName(std::string_view value) const {
+        if (m_inventory == nullptr) {
+            return {};
+        }
+        const int neId = NS_UTIL::Str2Int(value);
+        const auto& nes = m_inventory->nes;
+        const auto ne = std::find_if(nes.begin(), nes.end(), [&](const auto& row) { return row.neId == neId; });
+        if (ne == nes.end()) {
+            return ": not in the inventory, taken to be of NE type 0";
+        }
+        const auto& types = m_inventory->neTypes;
+        const auto type =
+            std::find_if(types.begin(), types.end(), [&](const auto& row) { return row.neType == ne->neType; });
+        const std::string name = type == types.end() ? "" : type->name + ", ";
+        return ": " + name + "NE type " + std::to_string(ne->neType);
+    }
+
+    const std::string& m_fdn;
+    const NS_STANDALONE::Inventory* m_inventory;
+    std::vector<ExplainedPart>& m_parts;
+    std::size_t m_levelBegin = 0;
+};
+
+// The part that a problem at this place is about: the last part of the level there that begins at the place or before
+// it; if there is none, the level's first.
+ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
+    const auto beginsBehind = [](std::size_t where, const ExplainedPart& part) { return part.begin > where; };
+    const auto next = std::upper_bound(parts.begin(), parts.end(), place, beginsBehind);
+    if (next == parts.begin()) {
+        return *next;  // there is one: the first level begins with the identifier
+    }
+    const auto previous = std::prev(next);
+    const bool isNextInLevel = next != parts.end() && next->levelBegin <= place;
+    return isNextInLevel && previous->levelBegin != next->levelBegin ? *next : *previous;
+}
+
+void AddProblems(Explanation& explanation) {
+    // A shell takes the first "|" that is not in quotes for its own, and what follows it.
+    const bool mayBeCut = explanation.fdn.find('|') == std::string::npos;
+    CheckLevels(explanation.fdn, [&](const Problem& problem) {
+        std::string& caveat = PartAt(explanation.parts, problem.column - 1).caveat;
+        caveat.append(caveat.empty() ? "" : "; ").append(problem.text);
+        caveat.append(mayBeCut && problem.lacksSubValues ? " (was it in quotes?)" : "");
+    });
+}
+
+void CompareWithWriters(const Kind& kind, Explanation& explanation) {
+    std::string canonical;
+    try {
+        kind.Rewrite(explanation.fdn, canonical);
+    } catch (const NS_UTIL::InterfaceNotExistException&) {
+        explanation.notes.emplace_back(
+            "not compared with what the library writes: that depends on the NE; give --inventory FILE");
+        return;
+    }
+    explanation.isCanonical = canonical == explanation.fdn && explanation.notes.empty();
+    if (canonical != explanation.fdn) {
+        explanation.notes.push_back("what was read would be written as " + canonical);
+    }
+}
+
+void ReadRecord(const Kind& kind, Explanation& explanation) {
+    explanation.type = kind.Type();
+    try {
+        explanation.fields = ReadFields(explanation.fdn, kind);
+    } catch (const NS_UTIL::InterfaceNotExistException&) {
+        explanation.notes.emplace_back("not read: that depends on the configuration; give --config DIR");
+        return;
+    }
+    if (IsNothingRead(explanation.fields)) {
+        explanation.notes.emplace_back(NOTHING_IS_READ);
+        return;
+    }
+    CompareWithWriters(kind, explanation);
+}
+
+}  // namespace
+
+Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALONE::Inventory* inventory) {
+    Explanation explanation;
+    explanation.fdn = fdn;
+    LevelExplainer explainer(explanation.fdn, inventory, explanation.parts);
+    LevelScanner scanner(explanation.fdn);
+    for (Level level; scanner.Next(level);) {
+        explainer.Explain(level);
+    }
+    AddProblems(explanation);
+    if (const std::size_t invalid = FindInvalidUtf8(fdn); invalid != fdn.size()) {
+        explanation.notes.push_back("byte " + std::to_string(invalid + 1) + " is not UTF-8");
+    }
+    if (const std::size_t lineEnd = fdn.find('\n'); lineEnd != std::string::npos) {
+        explanation.notes.push_back("byte " + std::to_string(lineEnd + 1) +
+                                    " is a line end, so that no line of a file can be this identifier");
+    }
+    if (fdn.empty()) {
+        explanation.notes.emplace_back("the identifier is empty");
+    } else if (kind != nullptr) {
+        ReadRecord(*kind, explanation);
+    } else {
+        explanation.notes.push_back("no kind of identifier ends in the level " + Quoted(MocOf(fdn)));
+    }
+    return explanation;
+}
+
+}  // namespace NS_KX

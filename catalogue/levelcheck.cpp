@@ -1,0 +1,166 @@
+#include "catalogue/levelcheck.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include <kx_domain_util/fdnscanner.h>
+
+#include "catalogue/tags.h"
+#include "text/number.h"
+#include "text/text.h"
+
+namespace NS_KX {
+
+using NS_UTIL::NS_FDN::Level;
+using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::SubValueScanner;
+
+namespace {
+
+constexpr std::size_t MOST_PROBLEMS = 8;
+
+constexpr const char* PORT_NUMBER_RANGE = "from -2147483648 to 4294967295";
+
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool IsInRange(std::string_view decimal, SubValueKind kind) {
+    std::int64_t number = 0;
+    const auto error = std::from_chars(decimal.data(), decimal.data() + decimal.size(), number).ec;
+    const std::int64_t largest = kind == SubValueKind::PORT_NUMBER
+                                     ? std::int64_t{std::numeric_limits<std::uint32_t>::max()}
+                                     : std::numeric_limits<std::int32_t>::max();
+    return error == std::errc() && number >= std::numeric_limits<std::int32_t>::min() && number <= largest;
+}
+
+class LevelCheck {
+public:
+    LevelCheck(std::string_view fdn, const std::function<void(const Problem&)>& report)
+        : m_fdn(fdn), m_report(report) {}
+
+    void Run() {
+        m_seen.reserve(16);  // for all at once: 9 % fewer instructions of `kxdu check --levels-only`
+        LevelScanner scanner(m_fdn);
+        Level level;
+        while (m_problems < MOST_PROBLEMS && scanner.Next(level)) {
+            CheckLevel(level);
+        }
+    }
+
+private:
+    void Tell(std::string_view place, std::string text, bool lacksSubValues = false) {
+        if (++m_problems < MOST_PROBLEMS) {
+            m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, std::move(text), lacksSubValues});
+        } else if (m_problems == MOST_PROBLEMS) {
+            m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, "and more"});
+        }
+    }
+
+    void CheckLevel(const Level& level) {
+        if (level.tag.empty()) {
+            Tell(level.tag, level.HasEquals() ? "level without a tag" : "empty level");
+            return;
+        }
+        if (!CheckTag(level.tag)) {
+            return;
+        }
+        if (!level.HasEquals()) {
+            Tell(level.tag, "no \"=\" behind " + Quoted(level.tag));
+            return;
+        }
+        if (std::find(m_seen.begin(), m_seen.end(), level.tag) != m_seen.end()) {
+            Tell(level.tag, "level " + Quoted(level.tag) + " is there before; readers take the first");
+            return;
+        }
+        m_seen.push_back(level.tag);
+        if (const Tag* const tag = FindTag(level.tag)) {
+            CheckValue(*tag, level.value);
+        } else {
+            Tell(level.tag, "unknown tag " + Quoted(level.tag));
+        }
+    }
+
+    bool CheckTag(std::string_view tag) {
+        const auto isTagCharacter = [](char character) {
+            return IsDigit(character) || (character >= 'A' && character <= 'Z');
+        };
+        const auto* const wrong = std::find_if_not(tag.begin(), tag.end(), isTagCharacter);
+        if (wrong == tag.end()) {
+            return true;
+        }
+        const std::string_view place = tag.substr(static_cast<std::size_t>(wrong - tag.begin()), 1);
+        if (*wrong == ' ' || *wrong == '\t') {
+            Tell(place, "blank in the tag " + Quoted(tag));
+        } else if (*wrong >= 'a' && *wrong <= 'z') {
+            Tell(place, "lower-case letter in the tag " + Quoted(tag));
+        } else {
+            Tell(place, "character " + Quoted(place) + " in the tag " + Quoted(tag));
+        }
+        return false;
+    }
+
+    void CheckValue(const Tag& tag, std::string_view value) {
+        if (value.empty()) {
+            Tell(value, std::string(tag.name) + " has no value", tag.least > 1);
+            return;
+        }
+        const std::size_t most = tag.most + (HasEscapedName(tag, value) ? 1 : 0);
+        std::size_t count = 0;
+        SubValueScanner scanner(value);
+        std::string_view subValue;
+        while (scanner.Next(subValue)) {
+            if (count < tag.most) {
+                CheckSubValue(tag, count, subValue);
+            } else if (count >= most && !tag.isOpen) {
+                Tell(subValue, std::string(tag.name) + " has more than " + Counted(most));
+                return;
+            }
+            ++count;
+        }
+        if (count < tag.least) {
+            Tell(value.substr(value.size()),
+                 std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least), true);
+        }
+    }
+
+    static std::string Counted(std::size_t count) {
+        return std::to_string(count) + (count == 1 ? " sub-value" : " sub-values");
+    }
+
+    void CheckSubValue(const Tag& tag, std::size_t index, std::string_view text) {
+        const SubValue& expected = tag.subValues.at(index);
+        if (expected.kind == SubValueKind::TEXT || (text.empty() && expected.kind == SubValueKind::OPTIONAL_NUMBER)) {
+            return;
+        }
+        std::string place(tag.name);
+        if (tag.most > 1) {
+            place.append(":").append(std::to_string(index));
+        }
+        if (text.empty()) {
+            Tell(text, place + " is empty, not a number");
+        } else if (!IsDecimal(text)) {
+            Tell(text, place + " is not a decimal number: " + Quoted(text));
+        } else if (!IsInRange(text, expected.kind)) {
+            const bool isPort = expected.kind == SubValueKind::PORT_NUMBER;
+            Tell(text, place + " is not " + (isPort ? PORT_NUMBER_RANGE : RANGE_OF_32_BITS) + ": " + Quoted(text));
+        }
+    }
+
+    std::string_view m_fdn;
+    const std::function<void(const Problem&)>& m_report;
+    std::vector<std::string_view> m_seen;
+    std::size_t m_problems = 0;
+};
+
+}  // namespace
+
+void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report) {
+    LevelCheck(fdn, report).Run();
+}
+
+}  // namespace NS_KX

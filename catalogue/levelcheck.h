@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace NS_KX {
+
+/// Something wrong in an identifier.
+struct Problem {
+    std::size_t column;  ///< from 1
+    std::string text;
+    bool lacksSubValues = false;  ///< it is a level that has several, and fewer than it must have
+};
+
+/// Calls `report` for each place where `fdn` is not well formed, has an unknown tag, a sub-value that is out of range,
+/// or a level twice. Of very many in one identifier only the first few are reported.
+void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
+
+}  // namespace NS_KX

@@ -1,0 +1,29 @@
+/// What the constant tables say, if anything: where the library's look-ups answer a miss with a number, these answer
+/// nothing.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace NS_KX {
+
+/// The name of the client rate of an interface level.
+std::optional<std::string> RateOfLevel(int level);
+/// The interface level of a client rate, in upper or lower case.
+std::optional<int> LevelOfRate(const std::string& rate);
+/// The canonical FB type of an interface level.
+std::optional<int> FbTypeOfLevel(int level);
+
+/// The name of an FB type.
+std::optional<std::string> NameOfFbType(int fbType);
+/// The interface level on which FBs of this type sit.
+std::optional<int> LevelOfFbType(int fbType);
+/// The bidirectional FB type that an FB type belongs to; a bidirectional type belongs to itself.
+std::optional<int> BidirOfFbType(int fbType);
+
+/// The id of the reserved CTP of this TMF name, case counts.
+std::optional<int> IdOfCtp(const std::string& name);
+/// The TMF name of a reserved CTP.
+std::optional<std::string> NameOfCtp(int ctpId);
+
+}  // namespace NS_KX

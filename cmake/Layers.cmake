@@ -1,0 +1,56 @@
+# The layers between the library and whoever shows identifiers to the world: static libraries, linked into the tool, the
+# bindings, tests, benchmarks and fuzzers. Each names its headers by folder: "catalogue/kinds.h".
+find_package(TBB REQUIRED)
+include(cmake/RapidJson.cmake)
+
+# kx_add_layer(NAME SOURCES file... LIBRARIES target...): the layer in the folder NAME.
+function(kx_add_layer name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    list(TRANSFORM arg_SOURCES PREPEND ${name}/)
+    add_library(kx_${name} STATIC ${arg_SOURCES})
+    target_include_directories(kx_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(kx_${name} PUBLIC ${arg_LIBRARIES} PRIVATE kx_warnings)
+endfunction()
+
+kx_add_layer(text
+    SOURCES displaytext.cpp text.cpp
+    LIBRARIES kx_rapidjson)
+
+kx_add_layer(catalogue
+    SOURCES
+        conversions.cpp
+        explanation.cpp
+        kinds.cpp
+        levelcheck.cpp
+        readfields.cpp
+        tags.cpp
+        vocabulary.cpp
+    LIBRARIES kx_text kx::domain_util kx::standalone)
+
+kx_add_layer(formats
+    SOURCES
+        columnformat.cpp
+        csv.cpp
+        explanationdrawing.cpp
+        recordformat.cpp
+        recordline.cpp
+        texttable.cpp
+    LIBRARIES kx_catalogue)
+
+kx_add_layer(lines
+    SOURCES
+        blockreader.cpp
+        fileinuse.cpp
+        lines.cpp
+        output.cpp
+        progress.cpp
+        temporaryfile.cpp
+    LIBRARIES kx_text TBB::tbb)
+
+kx_add_layer(sample
+    SOURCES
+        sampleidentifiers.cpp
+        samplenetwork.cpp
+        samplenetypes.cpp
+        sampleservices.cpp
+    LIBRARIES kx::domain_util kx::standalone)

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "lines/output.h"
+
+namespace NS_KX {
+
+/// An output for many small pieces of text.
+class BufferedOutput {
+public:
+    explicit BufferedOutput(const std::filesystem::path& file) : m_output(file) { m_buffer.reserve(CAPACITY); }
+
+    /// Throws as `Output` does, maybe late: for a piece that was given earlier.
+    void Write(std::string_view text) {
+        if (text.size() > CAPACITY - m_buffer.size()) {
+            Flush();
+        }
+        m_buffer.append(text);  // grows for a piece that is larger than the buffer
+    }
+
+    void Complete() {
+        Flush();
+        m_output.Complete();
+    }
+
+    /// Hands over what was given until now. Throws as above.
+    void Flush() {
+        m_output.Write(m_buffer);
+        m_buffer.clear();
+    }
+
+private:
+    // 65 % less time of `kxdu sample` than a system call for each piece; more than 16 KiB save nothing more.
+    static constexpr std::size_t CAPACITY = 256U << 10U;
+
+    Output m_output;
+    std::string m_buffer;
+};
+
+}  // namespace NS_KX

@@ -1,0 +1,85 @@
+#include "lines/output.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "lines/failure.h"
+
+namespace NS_KX {
+
+namespace {
+
+// A link is followed, so that it still leads to the file afterwards.
+std::filesystem::path Target(const std::filesystem::path& file) {
+    std::error_code error;
+    const auto target = std::filesystem::is_symlink(file, error) ? std::filesystem::canonical(file, error) : file;
+    return error ? file : target;
+}
+
+bool IsDevice(const std::filesystem::path& file) {
+    std::error_code error;
+    const auto status = std::filesystem::status(file, error);
+    return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
+}  // namespace
+
+Output::Output(const std::filesystem::path& file) {
+    if (file.empty() || file == "-" || file == "/dev/stdout") {
+        m_name = "standard output";
+        m_descriptor = STDOUT_FILENO;
+    } else if (file == "/dev/stderr") {
+        m_name = file;
+        m_descriptor = STDERR_FILENO;
+    } else if (IsDevice(file)) {
+        m_name = file;
+        m_device = m_descriptor = open(file.c_str(), O_WRONLY | O_CLOEXEC);
+        if (m_device == -1) {
+            FailByErrno(Cause::OUTPUT, m_name);
+        }
+    } else {
+        m_name = file;
+        m_file.emplace(Target(file));
+        m_descriptor = m_file->Descriptor();
+    }
+}
+
+Output::~Output() {
+    if (m_device != -1) {
+        close(m_device);
+    }
+}
+
+void Output::Write(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = write(m_descriptor, text.data(), text.size());
+        if (written >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EPIPE) {
+            throw ClosedPipe();
+        } else if (errno != EINTR) {
+            FailByErrno(Cause::OUTPUT, m_name);
+        }
+    }
+}
+
+void Output::Complete() {
+    if (m_file) {
+        m_file->Keep();
+    }
+}
+
+bool Output::IsTerminal() const {
+    return isatty(m_descriptor) == 1;
+}
+
+void WriteWhole(const std::filesystem::path& file, std::string_view text) {
+    Output output(file);
+    output.Write(text);
+    output.Complete();
+}
+
+}  // namespace NS_KX

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "lines/temporaryfile.h"
+
+namespace NS_KX {
+
+/// Where a verb's results go: standard output, or a file that appears under its name only when it is complete. Devices
+/// and pipes that are given by name are written as they are, and so are "/dev/stdout" and "/dev/stderr" where they lead
+/// to a file: what is in it stays.
+class Output {
+public:
+    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`.
+    explicit Output(const std::filesystem::path& file);
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    /// Hands `text` over at once. Throws `ClosedPipe`, or `Failure` with `Cause::OUTPUT`.
+    void Write(std::string_view text);
+
+    /// Lets the file appear. Throws `Failure` as above.
+    void Complete();
+
+    /// Whether what is written is shown on a terminal.
+    [[nodiscard]] bool IsTerminal() const;
+
+private:
+    std::string m_name;
+    std::optional<TemporaryFile> m_file;
+    int m_device = -1;
+    int m_descriptor = -1;
+};
+
+/// Writes `text` as the whole of `file`. Throws as `Output` does.
+void WriteWhole(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace NS_KX

@@ -1,0 +1,180 @@
+#include "sample/sampleidentifiers.h"
+
+#include <array>
+
+#include <kx_domain_util/resIDUtil.h>
+
+#include "sample/sampleservices.h"
+#include "sample/splitmix64.h"
+
+namespace NS_KX {
+
+namespace {
+
+using Terminations = SampleCardKind::Terminations;
+using NS_UTIL::ResIDUtil;
+
+// How many NEs an administrative area (ONE object) has.
+constexpr std::int32_t AREA_SIZE = 64;
+
+void WriteAreas(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    if (ne.neId == 1) {
+        ResIDUtil::OSID2ResID(1, fdn);
+        take(fdn);
+    }
+    if (ne.neId % AREA_SIZE == 1) {
+        ResIDUtil::ONEID2ResID(1 + ne.neId / AREA_SIZE, fdn);
+        take(fdn);
+    }
+}
+
+void WriteNe(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    ResIDUtil::NEID2ResID(0, ne.neId, fdn);
+    take(fdn);
+    for (const NS_DOMAIN::ShelfIndex& shelf : ne.shelves) {
+        ResIDUtil::ShelfIndex2ResID(shelf, fdn);
+        take(fdn);
+    }
+}
+
+void WriteSlots(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const NS_DOMAIN::CardIndex& card : ne.cards) {
+        ResIDUtil::SlotIndex2ResID({0, card.neId, card.shelfId, card.slotId, -1}, fdn);
+        take(fdn);
+        ResIDUtil::CardIndex2ResID(card, fdn);
+        take(fdn);
+    }
+    for (const NS_DOMAIN::SlotIndex& subSlot : ne.subSlots) {
+        ResIDUtil::SubSlotIndex2ResID(subSlot, fdn);
+        take(fdn);
+    }
+}
+
+void WritePorts(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const SamplePort& port : ne.ports) {
+        ResIDUtil::PortIndex2ResID(port.index, fdn, port.index.isLogical);
+        take(fdn);
+    }
+}
+
+void WriteAccessPoints(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    NS_DOMAIN::CtpKey_T key;
+    for (const SamplePort& port : ne.ports) {
+        if (port.terminations != Terminations::ACCESS_POINTS || !random.OneIn(3)) {
+            continue;
+        }
+        key.port = port.index;
+        key.apValue1 = random.Between(1, 16);
+        key.apValue2 = random.Between(1, 63);
+        key.subIfId = random.OneIn(2) ? 0 : random.Between(1, 4000);
+        ResIDUtil::APIndex2ResID(key, fdn, port.index.isLogical);
+        take(fdn);
+    }
+}
+
+NS_DOMAIN::TPIndex TerminationPointOf(const NS_DOMAIN::PortIndex& port) {
+    NS_DOMAIN::TPIndex tp;
+    tp.neId = port.neId;
+    tp.shelfId = port.shelfId;
+    tp.slotId = port.slotId;
+    tp.subSlotId = port.subSlotId;
+    tp.portId = port.portId;
+    tp.ppType = port.ppType;
+    tp.fbType = port.fbType;
+    tp.portLabel = port.portLabel;
+    tp.isLogical = port.isLogical;
+    return tp;
+}
+
+void WriteSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const SamplePort& port : ne.ports) {
+        if (port.terminations != Terminations::SUB_INTERFACES || !random.OneIn(4)) {
+            continue;
+        }
+        NS_DOMAIN::TPIndex tp = TerminationPointOf(port.index);
+        std::int32_t number = 0;
+        for (std::int32_t left = random.Between(1, 4); left > 0; --left) {
+            number += random.Between(1, 1000);
+            tp.portLabel = port.index.portLabel + "." + std::to_string(number);
+            ResIDUtil::TPIndex2ResID(tp, fdn);
+            take(fdn);
+        }
+    }
+}
+
+void WritePaths(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const SamplePort& port : ne.ports) {
+        if (port.terminations != Terminations::PATHS) {
+            continue;
+        }
+        NS_DOMAIN::TPIndex tp = TerminationPointOf(port.index);
+        for (tp.vc4Id = 1; tp.vc4Id <= 4; ++tp.vc4Id) {
+            // Higher-order as a whole, or cut into lower-order paths.
+            tp.vc12Id = random.OneIn(2) ? 0 : random.Between(1, 63);
+            ResIDUtil::TPIndex2ResID(tp, fdn);
+            take(fdn);
+        }
+    }
+}
+
+// Ports, named by way of their NE's type.
+void WritePortsByNEType(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    std::string fdn;
+    for (const SamplePort& port : ne.ports) {
+        if (port.index.slotId != -1 && random.OneIn(32)) {
+            ResIDUtil::PortIndex2ResIDByNEType(port.index, fdn, port.index.isLogical, ne.type->neType);
+            take(fdn);
+        }
+    }
+}
+
+// Sub-interfaces of logical ports that go by their number.
+void WriteNumberedSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
+    constexpr std::int32_t PP_TYPE = 16;
+    std::string fdn;
+    NS_DOMAIN::CtpKey_T key;
+    for (const SamplePort& port : ne.ports) {
+        if (!port.index.isLogical || !random.OneIn(4)) {
+            continue;
+        }
+        key.port = port.index;
+        key.port.ppType = PP_TYPE;
+        key.port.portLabel.clear();
+        key.subIfId = random.Between(1, 4000);
+        ResIDUtil::PortIndex2ResID(key, fdn, true);
+        take(fdn);
+    }
+}
+
+void WriteNeInArea(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    std::string fdn;
+    ResIDUtil::NEID2ResID(1 + ne.neId / AREA_SIZE, ne.neId, fdn);
+    take(fdn);
+}
+
+// What is written of an NE, in this order. A new one goes to the end: each has a sequence of random numbers of its own,
+// by its place, so the identifiers of those before it stay as they are.
+constexpr std::array GENERATORS{
+    WriteAreas,         WriteNe,    WriteSlots,    WritePorts,         WriteAccessPoints,
+    WriteSubInterfaces, WritePaths, WriteNeInArea, WritePortsByNEType, WriteNumberedSubInterfaces,
+    WriteServices};
+
+}  // namespace
+
+void SampleIdentifiers::Write(std::int32_t neId, const TakeIdentifier& take) {
+    m_network.DrawNe(neId, m_ne);
+    SplitMix64 seeds(m_network.Seed() + static_cast<std::uint64_t>(neId));
+    for (const auto& generator : GENERATORS) {
+        SplitMix64 random(seeds.Next());
+        generator(m_ne, random, take);
+    }
+}
+
+}  // namespace NS_KX

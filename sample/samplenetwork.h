@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <kx_domain_util/domainindex.h>
+#include <kx_platform/inventorybufif.h>
+#include <kx_standalone/inventoryfile.h>
+
+#include "sample/samplenetypes.h"
+
+namespace NS_KX {
+
+/// One port of a sample network.
+struct SamplePort {
+    NS_DOMAIN::PortIndex index;
+    SampleCardKind::Terminations terminations;
+};
+
+/// One NE of a sample network with all that is in it.
+struct SampleNe {
+    std::int32_t neId = 0;
+    const SampleNeType* type = nullptr;
+    std::vector<NS_DOMAIN::ShelfIndex> shelves;
+    std::vector<NS_DOMAIN::CardIndex> cards;  ///< one in each slot
+    std::vector<NS_DOMAIN::SlotIndex> subSlots;
+    std::vector<SamplePort> ports;  ///< the logical ones last; no name has a "."
+};
+
+/// A synthetic but plausible network, drawn from a seed. NEs are numbered from 1; each is drawn for itself, so that a
+/// larger network of the same seed begins with the smaller one.
+class SampleNetwork {
+public:
+    explicit SampleNetwork(std::uint64_t seed) noexcept : m_seed(seed) {}
+
+    [[nodiscard]] std::uint64_t Seed() const noexcept { return m_seed; }
+
+    /// The type of an NE; any number is an NE of the network.
+    [[nodiscard]] const SampleNeType& NeType(std::int32_t neId) const noexcept;
+
+    /// Draws the NE `neId` into `ne`, in place of what it held.
+    void DrawNe(std::int32_t neId, SampleNe& ne) const;
+
+    /// The inventory of the NEs from 1 to `neCount`.
+    [[nodiscard]] NS_STANDALONE::Inventory MakeInventory(std::int32_t neCount) const;
+
+private:
+    std::uint64_t m_seed;
+};
+
+/// Answers the library's writers for the NEs of a network, as the inventory service of this process, for as long as it
+/// lives.
+class SampleInventoryService final : public NS_SERVICE::InventoryBufif {
+public:
+    explicit SampleInventoryService(const SampleNetwork& network);
+    ~SampleInventoryService() override;
+    SampleInventoryService(const SampleInventoryService&) = delete;
+    SampleInventoryService& operator=(const SampleInventoryService&) = delete;
+
+    bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override;
+    bool IsOamNumberOmitted(int neId) override;
+    bool IsIPServiceNEType(unsigned short neType) override;
+    bool IsKLVNEType(unsigned short neType) override;
+    bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override;
+
+private:
+    const SampleNetwork& m_network;
+};
+
+}  // namespace NS_KX

@@ -1,0 +1,83 @@
+#include "formats/columnformat.h"
+
+#include <gtest/gtest.h>
+
+namespace NS_KX {
+namespace {
+
+Layout LayoutOf(FormatName format, const char* type) {
+    return {format, type == nullptr ? AllKinds() : std::vector{FindKindByType(type)}};
+}
+
+std::string Rows(const Layout& layout, std::initializer_list<const char*> fdns) {
+    TextBuffer out;
+    const auto format = MakeColumnFormat(layout);
+    for (const std::string fdn : fdns) {
+        format->Write(fdn, *FindKind(fdn), out);
+    }
+    return std::string(ViewOf(out));
+}
+
+TEST(ColumnFormat, OneTypeHasItsOwnColumns) {
+    const Layout layout = LayoutOf(FormatName::CSV, "CardIndex");
+    EXPECT_EQ(MakeColumnHeader(layout), "fdn,type,reserved,neId,shelfId,slotId\n");
+    EXPECT_EQ(Rows(layout, {"NE=1,FR=2,S=3,CP=-1"}), "\"NE=1,FR=2,S=3,CP=-1\",CardIndex,0,1,2,3\n");
+}
+
+TEST(ColumnFormat, OfMixedTypesEachFieldHasOneColumnAndWhatARecordLacksIsEmpty) {
+    const Layout layout = LayoutOf(FormatName::TSV, nullptr);
+    const std::string header = MakeColumnHeader(layout);
+    EXPECT_TRUE(header.starts_with("fdn\ttype\tosId\treserved\toneId\tneId\tshelfId\t")) << header;
+    const std::string rows = Rows(layout, {"NE=5,FR=2", "OS=7"});
+    EXPECT_TRUE(rows.starts_with("NE=5,FR=2\tShelfIndex\t\t0\t\t5\t2\t")) << rows;
+    EXPECT_NE(rows.find("\nOS=7\tOSIndex\t7\t\t"), std::string::npos) << rows;
+    EXPECT_EQ(std::count(rows.begin(), rows.end(), '\t'), 2 * std::count(header.begin(), header.end(), '\t'));
+}
+
+TEST(ColumnFormat, FieldsOfANestedRecordHaveItsName) {
+    const Layout layout = LayoutOf(FormatName::CSV, "CtpKey_T");
+    EXPECT_NE(MakeColumnHeader(layout).find(",apText,port.reserved,port.reserved2,port.neId,"), std::string::npos);
+}
+
+TEST(ColumnFormat, CsvQuotesWhereItMust) {
+    const std::string rows = Rows(LayoutOf(FormatName::CSV, "PortIndex"), {"PP=||1|a\"b"});
+    EXPECT_EQ(rows, "\"PP=||1|a\"\"b\",PortIndex,0,0,-1,-1,-1,-1,1,251,0,\"a\"\"b\",false,false,0\n");
+}
+
+TEST(ColumnFormat, TsvEscapesTabsAndBackslashes) {
+    const std::string rows = Rows(LayoutOf(FormatName::TSV, "PortIndex"), {"PP=||1|a\tb\\c\rd"});
+    EXPECT_NE(rows.find("\ta\\tb\\\\c\\rd\t"), std::string::npos) << rows;
+}
+
+std::string Padded(std::string text, std::size_t width) {
+    return text.append(width - text.size(), ' ');
+}
+
+TEST(ColumnFormat, ATableLeavesOutWhatAFreshRecordSaysToo) {
+    const Layout layout = LayoutOf(FormatName::TABLE, nullptr);
+    EXPECT_EQ(MakeColumnHeader(layout), Padded("TYPE", 22) + Padded("FDN", 50) + "RECORD\n");
+    EXPECT_EQ(Rows(layout, {"NE=5,S=0", "OS=-1"}), Padded("SlotIndex", 22) + Padded("NE=5,S=0", 50) +
+                                                       "neId=5 slotId=0\n" + Padded("OSIndex", 22) +
+                                                       Padded("OS=-1", 50) + "\n");
+}
+
+TEST(ColumnFormat, ATableIsWideEnoughForAllTypes) {
+    for (const Kind* const kind : AllKinds()) {
+        EXPECT_LE(kind->Type().size(), 20U) << kind->Type();
+    }
+}
+
+TEST(ColumnFormat, ATableQuotesTextsWithBlanks) {
+    const std::string rows = Rows(LayoutOf(FormatName::TABLE, nullptr), {"PP=||1|to \"A\\B\" x=1"});
+    EXPECT_NE(rows.find("  \"PP=||1|to \\\"A\\\\B\\\" x=1\"  "), std::string::npos) << rows;
+    EXPECT_NE(rows.find(" portLabel=\"to \\\"A\\\\B\\\" x=1\"\n"), std::string::npos) << rows;
+}
+
+TEST(ColumnFormat, ATableCountsColumnsOfTheTerminal) {
+    EXPECT_EQ(Rows(LayoutOf(FormatName::TABLE, nullptr), {"MD=1|K\xC3\xB6ln\x1B"}),
+              Padded("MDIndex", 22) + "MD=1|K\xC3\xB6ln\xEF\xBF\xBD" + std::string(40, ' ') +
+                  "mdId=1 mdName=K\xC3\xB6ln\xEF\xBF\xBD\n");
+}
+
+}  // namespace
+}  // namespace NS_KX

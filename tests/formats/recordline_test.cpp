@@ -1,0 +1,120 @@
+#include "formats/recordline.h"
+
+#include <gtest/gtest.h>
+
+namespace NS_KX {
+namespace {
+
+std::string Written(std::string_view line) {
+    RecordLine record;
+    record.Parse(line);
+    std::string fdn;
+    record.Encode(*FindKindByType(record.Type()), fdn);
+    return fdn;
+}
+
+std::string Complaint(std::string_view line) {
+    try {
+        return "no complaint: " + Written(line);
+    } catch (const BadRecord& bad) {
+        return bad.what();
+    }
+}
+
+TEST(RecordLine, WritesTheIdentifierOfTheRecord) {
+    EXPECT_EQ(Written(R"({"fdn":"x","type":"NEIndex","record":{"reserved":0,"neId":7}})"), "NE=7");
+}
+
+TEST(RecordLine, MembersMayComeInAnyOrder) {
+    EXPECT_EQ(Written(R"( { "record" : { "neId" : -7 , "reserved" : 0 } , "type" : "NEIndex" } )"), "NE=-7");
+}
+
+TEST(RecordLine, ARecordInARecordHasFieldsOfItsOwn) {
+    EXPECT_EQ(Written(R"({"type":"CtpKey_T","record":{"neId":1,"vrId":0,"apValue1":4,"apValue2":5,"apText":"",)"
+                      R"("port":{"reserved":0,"reserved2":0,"neId":2,"shelfId":-1,"slotId":-1,"subSlotId":-1,)"
+                      R"("portId":7,"ppType":16,"fbType":0,"portLabel":"a\u0062","isLogical":true,)"
+                      R"("reservedFlag":false,"reservedValue":0},"fbType":0,"subIfId":0,"fdnText":""}})"),
+              "NE=2,LP=16||7|ab,AP=4|5|");
+}
+
+TEST(RecordLine, TellsTheIdentifierBesideTheRecord) {
+    RecordLine record;
+    record.Parse(R"({"fdn":"NE=7","type":"NEIndex","record":{}})");
+    EXPECT_EQ(record.Fdn(), "NE=7");
+    record.Parse(R"({"type":"NEIndex","record":{}})");
+    EXPECT_EQ(record.Fdn().data(), nullptr);
+}
+
+TEST(RecordLine, NamesThePlaceOfAnErrorInTheJson) {
+    EXPECT_EQ(Complaint(R"({"type":})"), "JSON, at byte 9: Invalid value.");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7}} x)"),
+              "JSON, at byte 53: The document root must not be followed by other values.");
+    EXPECT_EQ(Complaint("  "), "JSON, at byte 3: The document is empty.");
+    EXPECT_EQ(Complaint("{\"type\":\"\xff\"}"), "JSON, at byte 10: Invalid encoding in string.");
+    EXPECT_EQ(Complaint("{\"type\":\"a character that is cut off: \xf0"),
+              "JSON, at byte 39: Invalid encoding in string.");
+}
+
+TEST(RecordLine, MembersOfTheLineMustBeThereAndKnown) {
+    EXPECT_EQ(Complaint(R"({"record":{}})"), "\"type\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex"})"), "\"record\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","type":"NEIndex"})"), "\"type\" is there twice");
+    EXPECT_EQ(Complaint(R"({"kind":"NEIndex"})"), "unknown member \"kind\"");
+    EXPECT_EQ(Complaint(R"({"type":1})"), "\"type\" is not a text");
+    EXPECT_EQ(Complaint(R"({"record":1})"), "\"record\" is not an object");
+    EXPECT_EQ(Complaint(R"({"other":{}})"), "unexpected object in \"other\"");
+    EXPECT_EQ(Complaint(R"({"record":{},"record":{}})"), "unexpected object in \"record\"");
+    EXPECT_EQ(Complaint("7"), "not an object");
+    EXPECT_EQ(Complaint("[]"), "unexpected array");
+}
+
+TEST(RecordLine, FieldsMustBeThereAndKnown) {
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"neId":7}})"), "field \"reserved\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7,"x":1}})"), "unknown field \"x\"");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7,"neId":7}})"),
+              "field \"neId\" is there twice");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7,"port":{"neId":7}}})"),
+              "unknown field \"port.neId\"");
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"a":{"b":{}}}})"), "unexpected object in \"b\"");
+}
+
+TEST(RecordLine, FieldsMustFit) {
+    const auto complaint = [](const std::string& value) {
+        return Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":)" + value + "}}");
+    };
+    EXPECT_EQ(complaint("2147483648"), "field \"neId\" is not from -2147483648 to 2147483647: 2147483648");
+    EXPECT_EQ(complaint("-2147483649"), "field \"neId\" is not from -2147483648 to 2147483647: -2147483649");
+    EXPECT_EQ(complaint("99999999999999999999"), "field \"neId\" is not a whole number of 32 bits");
+    EXPECT_EQ(complaint("1.5"), "field \"neId\" is not a whole number of 32 bits");
+    EXPECT_EQ(complaint("\"1\""), "field \"neId\" is not a whole number of 32 bits");
+    EXPECT_EQ(complaint("null"), "field \"neId\" is not a whole number of 32 bits");
+    EXPECT_EQ(complaint("true"), "field \"neId\" is not a whole number of 32 bits");
+    EXPECT_EQ(complaint("-2147483648"), "no complaint: NE=-2147483648");
+}
+
+TEST(RecordLine, TextsThatWouldNotStayOneLineAreRefused) {
+    const auto complaint = [](const std::string& label) {
+        return Complaint(
+            R"({"type":"PortIndex","record":{"reserved":0,"reserved2":0,"neId":1,"shelfId":-1,"slotId":-1,)"
+            R"("subSlotId":-1,"portId":1,"ppType":0,"fbType":0,"portLabel":")" +
+            label + R"(","isLogical":false,"reservedFlag":false,"reservedValue":0}})");
+    };
+    EXPECT_EQ(complaint("a\\nb"), "field \"portLabel\" holds a line end or NUL");
+    EXPECT_EQ(complaint("a\\rb"), "field \"portLabel\" holds a line end or NUL");
+    EXPECT_EQ(complaint("a\\u0000b"), "field \"portLabel\" holds a line end or NUL");
+    EXPECT_EQ(complaint("a\\tb"), "no complaint: NE=1,PP=||1|a\tb");
+    EXPECT_EQ(complaint("a\\ude00b"), "field \"portLabel\" holds half a surrogate pair");
+    EXPECT_EQ(complaint("\\ud83d\\ude00"), "no complaint: NE=1,PP=||1|\xf0\x9f\x98\x80");
+}
+
+TEST(RecordLine, HoldsNoMoreThanAFewFields) {
+    std::string line = R"({"type":"NEIndex","record":{)";
+    for (int field = 0; field < 1000; ++field) {
+        line += "\"x" + std::to_string(field) + "\":0,";
+    }
+    EXPECT_EQ(Complaint(line + "\"y\":0}}"), "too many fields");
+    EXPECT_EQ(Complaint(std::string(1'000'000, '[')), "unexpected array");
+}
+
+}  // namespace
+}  // namespace NS_KX

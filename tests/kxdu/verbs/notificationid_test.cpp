@@ -1,0 +1,77 @@
+#include "verbs/notificationid.h"
+
+#include <gtest/gtest.h>
+
+namespace NS_KX::NS_KXDU {
+namespace {
+
+TEST(NotificationId, IsTheFirstFieldThatIsANumber) {
+    const auto reader = MakeFirstNumberReader();
+    EXPECT_EQ(reader->Read("5"), 5);
+    EXPECT_EQ(reader->Read("  \t5\t6"), 5);
+    EXPECT_EQ(reader->Read("2024-05-01 12:00 id=1 5 6"), 5);
+    EXPECT_EQ(reader->Read("-1 1.5 +3 1700000000000 5\r"), 5) << "what is no identifier is passed over";
+    EXPECT_EQ(reader->Read("a\xff"
+                           "5 6"),
+              6);
+    EXPECT_EQ(reader->Read(std::string_view("4\0 6", 4)), 6) << "a NUL byte belongs to its field";
+}
+
+TEST(NotificationId, ALineNeedNotHaveOne) {
+    const auto reader = MakeFirstNumberReader();
+    for (const char* const line : {"", " ", "\r", "a b\tc", "-1", "2147483648"}) {
+        EXPECT_EQ(reader->Read(line), std::nullopt) << line;
+    }
+}
+
+TEST(NotificationId, AFieldCountsFromOneAndSeparatorsTogetherAsOne) {
+    const auto second = MakeFieldReader(2);
+    EXPECT_EQ(second->Read("1 2 3"), 2);
+    EXPECT_EQ(second->Read(" \t1\t\t 2\r"), 2);
+    EXPECT_EQ(second->Read("1 x 3"), std::nullopt) << "no other field is taken in its place";
+    EXPECT_EQ(second->Read("1"), std::nullopt);
+    EXPECT_EQ(second->Read(""), std::nullopt);
+    EXPECT_EQ(MakeFieldReader(1)->Read("1 2"), 1);
+}
+
+TEST(NotificationId, AMemberIsANumberOrATextThatIsOne) {
+    const auto reader = MakeJsonMemberReader("id");
+    EXPECT_EQ(reader->Read(R"({"id":0})"), 0);
+    EXPECT_EQ(reader->Read(R"( { "a" : "b" , "id" : 2147483647 } )"), 2147483647);
+    EXPECT_EQ(reader->Read(R"({"id":"7"})"), 7);
+    EXPECT_EQ(reader->Read("{\"\\u0069d\":7}\r"), 7) << "a name may be escaped";
+    for (const char* const value : {"-1", "2147483648", "99999999999", "99999999999999999999", "1.0", "1e1", "null",
+                                    "true", "[7]", "{\"id\":7}", "\"\"", "\"x\"", "\" 7\"", "\"-7\""}) {
+        EXPECT_EQ(reader->Read("{\"id\":" + std::string(value) + "}"), std::nullopt) << value;
+    }
+}
+
+TEST(NotificationId, OnlyMembersOfTheObjectItselfCountAndTheFirstOfAName) {
+    const auto reader = MakeJsonMemberReader("id");
+    EXPECT_EQ(reader->Read(R"({"a":{"id":1},"b":[{"id":2}],"c":"id","id":3,"id":4})"), 3);
+    EXPECT_EQ(reader->Read(R"({"id":null,"id":4})"), std::nullopt);
+    EXPECT_EQ(reader->Read(R"([{"id":1}])"), std::nullopt);
+    EXPECT_EQ(reader->Read(R"({"ID":1,"i":2,"idx":3})"), std::nullopt);
+}
+
+TEST(NotificationId, BehindTheMemberALineMayBeAnything) {
+    const auto reader = MakeJsonMemberReader("id");
+    EXPECT_EQ(reader->Read(R"({"id":7,"a":)"), 7);
+    EXPECT_EQ(reader->Read(R"({"id":7 and so on)"), 7);
+    for (const char* const line :
+         {"", "id", "7", "{", R"({"id")", R"({"id":)", R"({a:1,"id":7})", R"({"a":1 "id":7})"}) {
+        EXPECT_EQ(reader->Read(line), std::nullopt) << line;
+    }
+}
+
+TEST(NotificationId, DeepNestingIsNoProblem) {
+    const auto reader = MakeJsonMemberReader("id");
+    const std::string open(300'000, '[');
+    const std::string close(300'000, ']');
+    EXPECT_EQ(reader->Read("{\"a\":" + open + close + ",\"id\":7}"), 7);
+    EXPECT_EQ(reader->Read(open), std::nullopt);
+    EXPECT_EQ(reader->Read("{\"id\":7}"), 7) << "a line that failed leaves nothing behind";
+}
+
+}  // namespace
+}  // namespace NS_KX::NS_KXDU

@@ -1,0 +1,221 @@
+#include "lines/lines.h"
+
+#include "lines/failure.h"
+#include "support/foldertest.h"
+
+namespace NS_KX {
+namespace {
+
+// Gives lines back, and reports those that begin with "bad".
+class Echo : public LineConverter {
+public:
+    void Convert(std::string_view line, LineResult& result) override {
+        if (line.starts_with("bad")) {
+            result.Report("it is bad", 2);
+            return;
+        }
+        Append(result.output, line);
+        Append(result.output, "\n");
+    }
+};
+
+class LinesTest : public FolderTest {
+protected:
+    LinesTest() {
+        options.files = {folder / "in"};
+        options.output = folder / "out";
+        options.rejects = folder / "rejects";
+        work.makeConverter = [] { return std::make_unique<Echo>(); };
+    }
+
+    // How many lines were found wanting.
+    std::uint64_t Run(const std::string& text) {
+        WriteFile("in", text);
+        return RunLines(options, work).findings;
+    }
+
+    [[nodiscard]] std::string Rejects() const {
+        std::string rejects = ReadFile("rejects");
+        const std::string name = (folder / "in").string() + ":";
+        for (auto at = rejects.find(name); at != std::string::npos; at = rejects.find(name)) {
+            rejects.erase(at, name.size());
+        }
+        return rejects;
+    }
+
+    BulkOptions options;
+    LineWork work;
+};
+
+TEST_F(LinesTest, KeepsTheOrderOfLinesOnManyThreads) {
+    options.jobs = 8;
+    std::string text;
+    for (int line = 0; line < 300'000; ++line) {
+        text += "line " + std::to_string(line) + "\n";
+    }
+    EXPECT_EQ(Run(text), 0U);
+    EXPECT_EQ(ReadFile("out"), text);
+    EXPECT_EQ(Rejects(), "");
+}
+
+TEST_F(LinesTest, NumbersOfReportedLinesCountFromTheFilesBegin) {
+    options.jobs = 4;
+    std::string text;
+    std::string expected;
+    for (int line = 1; line <= 100'000; ++line) {
+        const bool isBad = line % 9973 == 0;
+        text += isBad ? "bad\n" : "good\n";
+        expected += isBad ? std::to_string(line) + ":2: it is bad\n" : "";
+    }
+    EXPECT_EQ(Run(text), 10U);
+    EXPECT_EQ(Rejects(), expected);
+}
+
+TEST_F(LinesTest, LinesThatNobodyConvertsAreReported) {
+    EXPECT_EQ(Run(std::string("a\n\nb\0c\nd\xff\n", 10)), 3U);
+    EXPECT_EQ(ReadFile("out"), "a\n");
+    EXPECT_EQ(Rejects(), "2: the line is empty\n3:2: NUL byte\n4:2: not UTF-8\n");
+}
+
+TEST_F(LinesTest, BytesPassWhereTheyMay) {
+    work.mustBeUtf8 = false;
+    EXPECT_EQ(Run("d\xff\n"), 0U);
+    EXPECT_EQ(ReadFile("out"), "d\xff\n");
+}
+
+TEST_F(LinesTest, VerbatimLinesAreConvertedAsTheyAre) {
+    work.isVerbatim = true;
+    EXPECT_EQ(Run(std::string("a\r\n\nb\0c\nd\xff\n\r\nlast", 17)), 0U);
+    EXPECT_EQ(ReadFile("out"), std::string("a\r\n\nb\0c\nd\xff\n\r\nlast\n", 18));
+    EXPECT_EQ(Run(std::string((std::size_t{1} << 20U) + 1, 'x')), 1U);
+    EXPECT_EQ(Rejects(), "1: the line is longer than 1 MiB\n");
+}
+
+TEST_F(LinesTest, ACarriageReturnBelongsToTheLineEnd) {
+    EXPECT_EQ(Run("a\r\nb\rc\r\n\r\nlast\r"), 1U);
+    EXPECT_EQ(ReadFile("out"), "a\nb\rc\nlast\r\n") << "only before a line end";
+    EXPECT_EQ(Rejects(), "3: the line is empty\n");
+}
+
+TEST_F(LinesTest, AnEmptyInputGivesAnEmptyOutput) {
+    EXPECT_EQ(Run(""), 0U);
+    EXPECT_TRUE(Exists("out"));
+    EXPECT_EQ(ReadFile("out"), "");
+}
+
+TEST_F(LinesTest, TheHeaderComesFirstAndAlways) {
+    work.header = "header\n";
+    EXPECT_EQ(Run(""), 0U);
+    EXPECT_EQ(ReadFile("out"), "header\n");
+}
+
+TEST_F(LinesTest, LongLinesPassAndTooLongOnesAreReported) {
+    const std::string longest(std::size_t{1} << 20U, 'x');
+    EXPECT_EQ(Run("a\n" + longest + "\n" + longest + "y\nb\n" + longest + longest), 2U);
+    EXPECT_EQ(ReadFile("out"), "a\n" + longest + "\nb\n");
+    EXPECT_EQ(Rejects(), "3: the line is longer than 1 MiB\n5: the line is longer than 1 MiB\n");
+}
+
+TEST_F(LinesTest, StrictStopsAtTheFirstReportAndLeavesNoHalfOutput) {
+    options.isStrict = true;
+    EXPECT_EQ(Run("a\nbad\nb\nbad\n"), 1U);
+    EXPECT_FALSE(Exists("out"));
+    EXPECT_EQ(Rejects(), "2:2: it is bad\n");
+    EXPECT_EQ(Files(), 2);
+}
+
+TEST_F(LinesTest, RejectedLinesReplaceNeitherInputNorOutput) {
+    const auto refused = [&](const std::string& rejects) {
+        options.rejects = rejects;
+        try {
+            Run("a\nbad\n");
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.GetCause(), Cause::USAGE);
+            EXPECT_EQ(ReadFile("in"), "a\nbad\n");
+            EXPECT_EQ(Files(), 1);
+            return std::string(failure.what());
+        }
+        return std::string("written");
+    };
+    EXPECT_EQ(refused(folder / "in"), (folder / "in").string() + ": the rejected lines would replace the input");
+    EXPECT_EQ(refused(folder / "./out"), (folder / "./out").string() + ": the rejected lines would replace the output");
+}
+
+TEST_F(LinesTest, StrictWithoutAReportIsAsUsual) {
+    options.isStrict = true;
+    EXPECT_EQ(Run("a\n"), 0U);
+    EXPECT_EQ(ReadFile("out"), "a\n");
+}
+
+TEST_F(LinesTest, ReportsCanBeTheOutput) {
+    work.isReportTheOutput = true;
+    options.rejects.clear();
+    EXPECT_EQ(Run("bad\n"), 1U);
+    EXPECT_EQ(ReadFile("out"), (folder / "in").string() + ":1:2: it is bad\n");
+}
+
+TEST_F(LinesTest, WhatAConverterThrowsEndsTheRunAndLeavesNoOutput) {
+    class Thrower : public LineConverter {
+        void Convert(std::string_view, LineResult&) override { throw Failure(Cause::USAGE, "no"); }
+    };
+    work.makeConverter = [] { return std::make_unique<Thrower>(); };
+    EXPECT_THROW(Run("\na\n"), Failure);
+    EXPECT_EQ(Files(), 2) << "the input and the rejected lines";
+    EXPECT_EQ(Rejects(), "1: the line is empty\n");
+}
+
+TEST_F(LinesTest, WhatComesBeforeAnInputThatCannotBeReadIsConverted) {
+    std::string text;
+    for (int line = 1; line <= 60'000; ++line) {
+        text += "line " + std::to_string(line) + "\n";
+    }
+    WriteFile("in", text + "bad\n");
+    options.files.push_back(folder / "missing");
+    options.output.clear();
+    for (const unsigned jobs : {1U, 2U, 8U}) {
+        options.jobs = jobs;
+        testing::internal::CaptureStdout();
+        EXPECT_THROW(RunLines(options, work), Failure);
+        EXPECT_TRUE(testing::internal::GetCapturedStdout() == text) << jobs;
+        EXPECT_EQ(Rejects(), "60001:2: it is bad\n") << jobs;
+        std::filesystem::remove(folder / "rejects");
+    }
+}
+
+TEST_F(LinesTest, StrictStopsBeforeAnInputThatCannotBeRead) {
+    WriteFile("in", "a\nbad\n");
+    options.files.push_back(folder / "missing");
+    options.isStrict = true;
+    for (const unsigned jobs : {1U, 8U}) {
+        options.jobs = jobs;
+        EXPECT_EQ(RunLines(options, work).findings, 1U);
+        EXPECT_EQ(Rejects(), "2:2: it is bad\n");
+    }
+}
+
+TEST_F(LinesTest, WhatComesBeforeAThrowIsWritten) {
+    class Thrower : public Echo {
+        void Convert(std::string_view line, LineResult& result) override {
+            if (line == "throw") {
+                throw Failure(Cause::USAGE, "no");
+            }
+            Echo::Convert(line, result);
+        }
+    };
+    work.makeConverter = [] { return std::make_unique<Thrower>(); };
+    options.output.clear();
+    options.rejects.clear();
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    try {
+        Run("a\nbad\nthrow\nb\n");
+        ADD_FAILURE();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.what(), (folder / "in").string() + ":3: no");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), (folder / "in").string() + ":2:2: it is bad\n");
+}
+
+}  // namespace
+}  // namespace NS_KX

@@ -1,0 +1,31 @@
+#include "text/number.h"
+
+#include <gtest/gtest.h>
+
+namespace NS_KX {
+namespace {
+
+TEST(Number, IsDecimalDigitsUpToTheLargestInt) {
+    EXPECT_EQ(ReadNumber("0"), 0);
+    EXPECT_EQ(ReadNumber("007"), 7);
+    EXPECT_EQ(ReadNumber("2147483647"), 2147483647);
+}
+
+TEST(Number, NothingElseIsOne) {
+    for (const char* const text :
+         {"", "-1", "+1", " 1", "1 ", "0x1", "1.0", "x", "2147483648", "99999999999999999999"}) {
+        EXPECT_EQ(ReadNumber(text), std::nullopt) << text;
+    }
+}
+
+TEST(Number, IsDecimalAtAnyLengthAndBelowZero) {
+    for (const char* const text : {"0", "-1", "007", "99999999999999999999"}) {
+        EXPECT_TRUE(IsDecimal(text)) << text;
+    }
+    for (const char* const text : {"", "-", "+1", "1 ", "--1", "1x"}) {
+        EXPECT_FALSE(IsDecimal(text)) << text;
+    }
+}
+
+}  // namespace
+}  // namespace NS_KX

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace NS_KX {
+
+/// What a number of 32 bits can be, for messages.
+inline constexpr const char* RANGE_OF_32_BITS = "from -2147483648 to 2147483647";
+
+/// Whether `text` is a whole number in decimal digits, maybe behind a "-", of any length.
+inline bool IsDecimal(std::string_view text) noexcept {
+    const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
+    return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Reads all of `text` as a decimal number. False, and `number` is not to be used, when it is none or out of range.
+template <class Number>
+bool ReadWhole(std::string_view text, Number& number) noexcept {
+    const char* const end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && behind == end;
+}
+
+/// `text` as a number up to 2147483647; none unless it is nothing but decimal digits.
+inline std::optional<int> ReadNumber(std::string_view text) noexcept {
+    unsigned number = 0;
+    if (!ReadWhole(text, number) || number > std::numeric_limits<int>::max()) {
+        return std::nullopt;
+    }
+    return static_cast<int>(number);
+}
+
+}  // namespace NS_KX

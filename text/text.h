@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace NS_KX {
+
+/// What some programs write at the beginning of a UTF-8 file. It belongs to the file, not to its text.
+inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+inline std::string_view WithoutByteOrderMark(std::string_view text) noexcept {
+    return text.substr(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
+}
+
+/// Whether `text` holds nothing but ASCII.
+bool IsAscii(std::string_view text) noexcept;
+
+/// Where the first byte sequence begins that is not UTF-8; `text.size()` when all of it is.
+std::size_t FindInvalidUtf8(std::string_view text);
+
+/// `text` in double quotes for a message: cut when it has more than `longest` bytes, and without characters that would
+/// steer a terminal.
+std::string Quoted(std::string_view text, std::size_t longest = 60);
+/// The same for a text that is of no use unless it is whole.
+inline std::string QuotedWhole(std::string_view text) {
+    return Quoted(text, std::string_view::npos);
+}
+
+/// The columns that a line of help has at most.
+inline constexpr std::size_t HELP_WIDTH = 120;
+
+/// The words, a blank between two, on lines of at most width columns. The first line begins with `head`, the others
+/// with as many blanks; no line end behind the last.
+std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width = HELP_WIDTH);
+
+}  // namespace NS_KX

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cli/verbs.h"
+#include "lines/lines.h"
+
+namespace NS_KX::NS_KXDU {
+
+class Verb;
+
+/// How a verb ends that made its lines into these.
+inline ExitCode ExitCodeOf(const LineCounts& counts) {
+    return counts.findings == 0 ? ExitCode::OK : ExitCode::FOUND;
+}
+
+/// Adds input files to `verb`, as its positional arguments.
+void AddInputFiles(Verb& verb, BulkOptions& options);
+/// Adds them as an option, for verbs that have other positional arguments.
+void AddInputOption(Verb& verb, BulkOptions& options);
+/// Adds `--output`, `--jobs` and `--no-progress`.
+void AddRunOptions(Verb& verb, BulkOptions& options);
+/// Adds `--rejects` and `--strict`, for verbs that report beside their output.
+void AddRejectOptions(Verb& verb, BulkOptions& options);
+
+}  // namespace NS_KX::NS_KXDU
