@@ -13,11 +13,12 @@ add_library(kx_domain_util_objects OBJECT
     device/devicedomainmgr.cpp
     device/netype.cpp
     frame/configuration.cpp
-    frame/inventory.cpp
     frame/log.cpp
     frame/processexception.cpp
     frame/serviceaccess.cpp
     frame/singleton.cpp
+    frame/surroundings.cpp
+    frame/systemsurroundings.cpp
     resid/equipment.cpp
     resid/grammar.cpp
     resid/oam.cpp

@@ -133,10 +133,8 @@ bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int min
 }
 
 std::string ResIDUtil::GetMOCFromFDN(const std::string& fdn) {
-    const auto comma = fdn.rfind(',');
-    const auto begin = comma == std::string::npos ? 0 : comma + 1;
-    const std::string_view level = std::string_view(fdn).substr(begin);
-    return std::string(level.substr(0, level.rfind('=')));
+    const std::string_view level = NS_FDN::LastLevel(fdn);
+    return std::string(level.substr(0, level.rfind('=')));  // the last "=" of the text, unlike NS_FDN::LastTag
 }
 
 bool ResIDUtil::IsServiceFDN(const std::string& moc) {

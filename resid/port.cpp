@@ -2,25 +2,24 @@
 #include <string>
 #include <string_view>
 
+#include <kx_domain_util/fdn.h>
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
+#include <kx_domain_util/portrules.h>
 #include <kx_domain_util/resIDUtil.h>
 
-#include "frame/configuration.h"
-#include "frame/inventory.h"
-#include "frame/lastingtext.h"
-#include "frame/serviceaccess.h"
+#include "frame/systemsurroundings.h"
 #include "resid/fdnwriter.h"
+#include "resid/owntext.h"
 
 namespace NS_UTIL {
 
 using NS_DOMAIN::CtpKey_T;
 using NS_DOMAIN::PortIndex;
 using NS_DOMAIN::TPIndex;
-using NS_FDN::FdnWriter;
-using NS_FDN::LevelFinder;
-using NS_FDN::SubValues;
-using NS_FRAME::LastingText;
+using NS_FRAME::SYSTEM;
+
+namespace NS_FDN {
 
 namespace {
 
@@ -31,9 +30,6 @@ constexpr std::string_view NO_PORT = "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|";
 constexpr int NAMED_PORT = 251;
 // The `ppType` of ports whose access points are sub-interfaces and channel sets.
 constexpr int CHANNELLED_PORT = 16;
-
-// The FB type whose ports may have a "|" in their names, escaped by a backslash.
-constexpr int FB_WITH_ESCAPED_NAME = 1025;
 
 // ---- Writing --------------------------------------------------------------------------------------------------------
 
@@ -56,28 +52,8 @@ PortFields FieldsOf(const Record& record, std::string_view label) {
             record.fbType, record.isLogical, label};
 }
 
-// Whether logical ports of this FB type keep the shelf when they have a slot.
-constexpr bool KeepsShelfOfSlot(std::int32_t fbType) {
-    switch (fbType) {
-        case 65543:
-        case 65547:
-        case 65549:
-        case 65562:
-        case 65571:
-        case 65635:
-            return true;
-        default:
-            return false;
-    }
-}
-
 bool IsShelfWritten(const PortFields& port) {
-    return port.shelfId != -1 && (!port.isLogical || (port.slotId != -1 && KeepsShelfOfSlot(port.fbType)));
-}
-
-// Whether a port without a slot is written with slot 0 under a carrier profile.
-constexpr bool IsSlotZeroWritten(std::int32_t fbType) {
-    return fbType == 0 || fbType == 65547;
+    return port.shelfId != -1 && (!port.isLogical || (port.slotId != -1 && PortRulesOf(port.fbType).keepsShelf));
 }
 
 template <class PortNumber>
@@ -93,26 +69,22 @@ void AppendPortLevel(FdnWriter& writer, const PortFields& port, bool asLogical, 
     writer.Text("|").Decimal(portNumber).Text("|").Text(port.label);
 }
 
-void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical) {
+void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical, const Surroundings& surroundings) {
     writer.Level("NE=", port.neId);
     if (IsShelfWritten(port)) {
         writer.Level(",FR=", port.shelfId);
     }
     if (port.slotId == -1) {
-        if (NS_FRAME::ReadCarrierProfile() != 0 && IsSlotZeroWritten(port.fbType)) {
+        const auto hasCarrierProfile = [&] { return surroundings.CarrierProfile() != 0; };
+        if (PortRulesOf(port.fbType).hasSlotZero && writer.Ask(hasCarrierProfile)) {
             writer.Text(",S=0,CP=-1");
         }
     } else {
         writer.Level(",S=", port.slotId).Text(",CP=-1");
         if (port.subSlotId != -1) {
             writer.Level(",SS=", port.subSlotId).Text(",SC=-1");
-        } else {
-            const NS_FRAME::SubSlotNETypes subSlotNETypes;
-            // The inventory is asked also when the list is empty.
-            const unsigned short neType = writer.Ask([&] { return NS_FRAME::QueryNEType(port.neId); });
-            if (subSlotNETypes.Contains(neType)) {
-                writer.Text(",SS=-1,SC=-1");
-            }
+        } else if (writer.Ask([&] { return surroundings.SpellsOutSubSlot(port.neId); })) {
+            writer.Text(",SS=-1,SC=-1");
         }
     }
     AppendPortLevel(writer, port, asLogical, static_cast<std::uint32_t>(port.portId));
@@ -120,37 +92,35 @@ void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical) {
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
+// False without an NE.
 template <class Levels, class Record>
-void ReadContainers(const Levels& levels, Record& record) {
-    levels.template ReadNumber<"NE">(record.neId);
+bool ReadContainers(const Levels& levels, Record& record) {
+    const bool hasNE = levels.template ReadNumber<"NE">(record.neId);
     levels.template ReadNumber<"FR">(record.shelfId);
     levels.template ReadNumber<"S">(record.slotId);
     levels.template ReadNumber<"SS">(record.subSlotId);
-}
-
-// Whether a port that is identified by its name has no slot under a carrier profile, whatever slot was read.
-constexpr bool IsNamedWithoutSlot(std::int32_t fbType) {
-    return fbType == 65547 || fbType == 65549;
+    return hasNE;
 }
 
 enum class Escapes { TAKEN, LEFT };
 
-// Leaves room behind the label for what the caller appends, so that the label grows once.
+// False without a level of four sub-values. Leaves room after the label for what the caller appends, so that the label
+// grows once.
 template <class Levels, class Record>
-void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes, std::size_t room = 0) {
+bool ReadPortLevel(const Levels& levels, Record& record, Escapes escapes, std::size_t room = 0) {
     record.portId = -1;
     record.isLogical = !levels.template Has<"PP">();
     const SubValues<5> port(record.isLogical ? levels.template Value<"LP">() : levels.template Value<"PP">());
     if (port.Count() < 4) {
-        return;
+        return false;
     }
     record.ppType = Str2Int(port[0]);
     record.fbType = Str2Int(port[1]);
     record.portId = Str2Int(port[2]);
     const std::string_view name = port[3];
-    // A backslash with nothing behind the "|" that it would escape stays in the name.
-    const bool mayEscape = escapes == Escapes::TAKEN && record.fbType == FB_WITH_ESCAPED_NAME && port.Count() > 4;
-    const auto backslash = mayEscape ? name.find('\\') : std::string_view::npos;
+    // A backslash with nothing after the "|" that it would escape stays in the name.
+    const bool mayEscape = escapes == Escapes::TAKEN && port.Count() > 4;
+    const auto backslash = mayEscape ? FindNameEscape(record.fbType, name) : std::string_view::npos;
     if (backslash != std::string_view::npos) {
         record.portLabel.reserve(name.size() + port[4].size() + room);
         record.portLabel.assign(name).erase(backslash, 1).append("|").append(port[4]);
@@ -163,23 +133,25 @@ void ReadPortLevel(const Levels& levels, Record& record, Escapes escapes, std::s
     if (!record.portLabel.empty() && record.ppType == 0) {
         record.ppType = NAMED_PORT;
     }
+    return true;
 }
 
 template <class Levels, class Record>
-void ReadPort(const Levels& levels, Record& record, std::size_t room = 0) {
-    ReadContainers(levels, record);
-    const int carrierProfile = NS_FRAME::ReadCarrierProfile();
+bool ReadPort(const Levels& levels, Record& record, const Surroundings& surroundings, std::size_t room = 0) {
+    const bool hasNE = ReadContainers(levels, record);
+    const bool hasCarrierProfile = surroundings.CarrierProfile() != 0;
     const auto dropSlot = [&record] {
         record.slotId = -1;
         record.subSlotId = -1;
     };
-    if (carrierProfile != 0 && record.slotId < 1) {
+    if (hasCarrierProfile && record.slotId < 1) {
         dropSlot();  // under this profile a slot 0 means that there is no slot, whatever sub-slot was read
     }
-    ReadPortLevel(levels, record, Escapes::TAKEN, room);
-    if (carrierProfile != 0 && record.ppType == NAMED_PORT && IsNamedWithoutSlot(record.fbType)) {
+    const bool hasPort = ReadPortLevel(levels, record, Escapes::TAKEN, room);
+    if (hasCarrierProfile && record.ppType == NAMED_PORT && PortRulesOf(record.fbType).hasNoNamedSlot) {
         dropSlot();
     }
+    return hasNE && hasPort;
 }
 
 using PortLevels = LevelFinder<"NE", "FR", "S", "SS", "PP", "LP">;
@@ -190,8 +162,23 @@ bool StandsForNoPort(const Levels& levels, std::string_view fdn) {
     return (levels.MayRepeat() || levels.template Value<"S">() == "0") && fdn.find(NO_PORT) != std::string_view::npos;
 }
 
-// Where word begins, which begins with "SU"; npos when it is nowhere. Many levels begin with an "S", hardly any text
-// has a "U": a key is read 9 % quicker so.
+// Reads the port in `fdn`, which does not lie in the record.
+bool ReadPortIndex(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
+    const PortLevels levels(fdn);
+    return !StandsForNoPort(levels, fdn) && ReadPort(levels, port, surroundings);
+}
+
+// ---- Reading of keys ------------------------------------------------------------------------------------------------
+
+// Sub-interfaces and channel sets are searched as plain text: they count wherever they stand.
+
+bool LiesIn(const CtpKey_T& key, std::string_view fdn) {
+    return NS_FDN::LiesIn(key.port.portLabel, fdn) || NS_FDN::LiesIn(key.apText, fdn) ||
+           NS_FDN::LiesIn(key.fdnText, fdn);
+}
+
+// Returns the position of `word`, which begins with "SU", or npos. Many levels begin with an "S", hardly any text has a
+// "U".
 std::size_t FindSubIf(std::string_view text, std::string_view word) noexcept {
     auto at = text.find('U', 1);
     while (at != std::string_view::npos && !text.substr(at - 1).starts_with(word)) {
@@ -200,17 +187,36 @@ std::size_t FindSubIf(std::string_view text, std::string_view word) noexcept {
     return at == std::string_view::npos ? at : at - 1;
 }
 
+struct PortAndSubInterface {
+    bool hasPort;
+    bool hasSubInterface;
+};
+
+PortAndSubInterface ReadSubInterface(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
+    if (LiesIn(key, fdn)) [[unlikely]] {
+        return ReadSubInterface(std::string(fdn), key, surroundings);
+    }
+    const bool hasPort = ReadPortIndex(fdn, key.port, surroundings);
+    constexpr std::string_view SUBIF = "SUBIF=";
+    const auto subIf = FindSubIf(fdn, SUBIF);
+    const bool hasSubInterface = subIf != std::string_view::npos;
+    if (hasSubInterface) {
+        key.subIfId = Str2Int(fdn.substr(subIf + SUBIF.size()));
+    }
+    return {hasPort, hasSubInterface};
+}
+
 // The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
 // turned into an access point, in `key.fdnText`.
-std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
+std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     if (const auto subIf = FindSubIf(fdn, "SUBIF"); subIf != std::string_view::npos) {
-        return std::string_view(fdn).substr(subIf);
+        return fdn.substr(subIf);
     }
     const auto channelSet = fdn.find("CHANNELSET");
-    if (channelSet == std::string::npos) {
+    if (channelSet == std::string_view::npos) {
         return fdn;
     }
-    const auto equals = std::string_view(fdn).substr(channelSet).rfind('=');
+    const auto equals = fdn.substr(channelSet).rfind('=');
     if (equals == std::string_view::npos) {
         return {};
     }
@@ -223,12 +229,12 @@ std::string_view TextOnChannelledPort(const std::string& fdn, CtpKey_T& key) {
     return key.fdnText;
 }
 
-// Reads what is on the port that `key` names.
-void ReadOnPort(const std::string& fdn, CtpKey_T& key) {
+// Reads what is on the port that `key` names. False when there is nothing.
+bool ReadOnPort(std::string_view fdn, CtpKey_T& key) {
     const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
     const LevelFinder<"VR", "AP", "SUBIF"> levels(text);
     key.neId = key.port.neId;
-    levels.ReadNumber<"VR">(key.vrId);
+    bool isThere = levels.ReadNumber<"VR">(key.vrId);
     key.fbType = key.port.fbType;
     const SubValues<3> accessPoint(levels.Value<"AP">());
     if (accessPoint.Count() == 3) {
@@ -236,25 +242,57 @@ void ReadOnPort(const std::string& fdn, CtpKey_T& key) {
         key.apValue2 = Str2Int(accessPoint[1]);
         key.apText = accessPoint[1];
         key.subIfId = Str2Int(accessPoint[2]);
+        isThere = true;
     } else {
-        levels.ReadNumber<"SUBIF">(key.subIfId);
+        isThere |= levels.ReadNumber<"SUBIF">(key.subIfId);
     }
     if (text.empty()) {
         key.fdnText = fdn;
     } else if (text.data() != key.fdnText.data()) {
         key.fdnText = text;
     }
+    return isThere;
+}
+
+// ---- Writing of keys ------------------------------------------------------------------------------------------------
+
+void WriteKey(const CtpKey_T& key, bool withSubIf, std::string& fdn, const Surroundings& surroundings) {
+    FdnWriter writer(fdn);
+    AppendPort(writer, FieldsOf(key.port, key.port.portLabel), withSubIf, surroundings);
+    if (withSubIf && key.subIfId > 0) {
+        writer.Level(",SUBIF=", key.subIfId);
+    }
+    writer.Flush();
 }
 
 }  // namespace
 
-void ResIDUtil::PortIndex2ResID(const PortIndex& port, std::string& fdn, bool asLogical) {
+// ---- Ports ----------------------------------------------------------------------------------------------------------
+
+bool Conversion<PortIndex>::Read(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
+    if (LiesIn(port.portLabel, fdn)) [[unlikely]] {
+        return Read(std::string(fdn), port, surroundings);
+    }
+    return ReadPortIndex(fdn, port, surroundings);
+}
+
+void Conversion<PortIndex>::Write(const PortIndex& port, std::string& fdn, const Surroundings& surroundings) {
+    WriteAs(port.isLogical, port, fdn, surroundings);
+}
+
+void Conversion<PortIndex>::WriteAs(bool asLogical, const PortIndex& port, std::string& fdn,
+                                    const Surroundings& surroundings) {
     FdnWriter writer(fdn);
-    AppendPort(writer, FieldsOf(port, port.portLabel), asLogical);
+    AppendPort(writer, FieldsOf(port, port.portLabel), asLogical, surroundings);
     writer.Flush();
 }
 
-void ResIDUtil::PortIndex2ResIDByNEType(const PortIndex& port, std::string& fdn, bool asLogical, unsigned long neType) {
+void Conversion<PortByNEType>::Write(const PortIndex& port, std::string& fdn, const Surroundings& surroundings) {
+    WriteAs(port.isLogical, port, fdn, surroundings);
+}
+
+void Conversion<PortByNEType>::WriteAs(bool asLogical, const PortIndex& port, std::string& fdn,
+                                       const Surroundings& surroundings) {
     FdnWriter writer(fdn);
     writer.Level("NE=", port.neId);
     if (port.shelfId != -1) {
@@ -265,25 +303,68 @@ void ResIDUtil::PortIndex2ResIDByNEType(const PortIndex& port, std::string& fdn,
     }
     if (port.subSlotId != -1) {
         writer.Level(",SS=", port.subSlotId).Text(",SC=-1");
-    } else if (!asLogical && (neType == 1911 || neType == 1912)) {  // not 1913, unlike for cards
-        writer.Text(",SS=-1,SC=-1");
+    } else if (!asLogical) {
+        const auto neType = writer.Ask([&] { return surroundings.NEType(port.neId); });
+        if (neType == 1911 || neType == 1912) {  // not 1913, unlike for cards
+            writer.Text(",SS=-1,SC=-1");
+        }
     }
     AppendPortLevel(writer, FieldsOf(port, port.portLabel), asLogical, port.portId);
     writer.Flush();
 }
 
-void ResIDUtil::PortIndex2ResID(const CtpKey_T& key, std::string& fdn, bool withSubIf) {
-    FdnWriter writer(fdn);
-    AppendPort(writer, FieldsOf(key.port, key.port.portLabel), withSubIf);
-    if (withSubIf && key.subIfId > 0) {
-        writer.Level(",SUBIF=", key.subIfId);
-    }
-    writer.Flush();
+bool Conversion<LoopBackPort>::Read(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
+    const PortLevels levels(fdn);
+    const bool hasNE = ReadContainers(levels, port);
+    // The answer is not used, but callers observe the question: it throws when there is no data-access service.
+    surroundings.AgentCarrierProfile();
+    const bool hasPort = ReadPortLevel(levels, port, Escapes::LEFT);
+    return hasNE && hasPort;
 }
 
-void ResIDUtil::APIndex2ResID(const CtpKey_T& key, std::string& fdn, bool asLogical) {
+// ---- Sub-interfaces, access points, termination points --------------------------------------------------------------
+
+bool Conversion<PortOfKey>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
+    return ReadSubInterface(fdn, key, surroundings).hasPort;
+}
+
+void Conversion<PortOfKey>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
+    WriteKey(key, false, fdn, surroundings);
+}
+
+bool Conversion<SubInterface>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
+    const auto [hasPort, hasSubInterface] = ReadSubInterface(fdn, key, surroundings);
+    return hasPort && hasSubInterface;
+}
+
+void Conversion<SubInterface>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
+    WriteKey(key, true, fdn, surroundings);
+}
+
+bool Conversion<CtpKey_T>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
+    if (LiesIn(key, fdn)) [[unlikely]] {
+        return Read(std::string(fdn), key, surroundings);
+    }
+    if (key.port.neId != -1) {
+        return ReadOnPort(fdn, key);
+    }
+    try {
+        const bool hasPort = ReadPortIndex(fdn, key.port, surroundings);
+        return ReadOnPort(fdn, key) && hasPort;
+    } catch (...) {
+        key.port.neId = -1;  // the port may be half read: the next call reads it again
+        throw;
+    }
+}
+
+void Conversion<CtpKey_T>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
+    WriteAs(key.port.isLogical, key, fdn, surroundings);
+}
+
+void Conversion<CtpKey_T>::WriteAs(bool asLogical, const CtpKey_T& key, std::string& fdn,
+                                   const Surroundings& surroundings) {
     FdnWriter writer(fdn);
-    AppendPort(writer, FieldsOf(key.port, key.port.portLabel), asLogical);
+    AppendPort(writer, FieldsOf(key.port, key.port.portLabel), asLogical, surroundings);
     writer.Level(",AP=", key.apValue1).Text("|").Decimal(key.apValue2).Text("|");
     if (key.subIfId != 0) {
         writer.Decimal(key.subIfId);
@@ -291,59 +372,10 @@ void ResIDUtil::APIndex2ResID(const CtpKey_T& key, std::string& fdn, bool asLogi
     writer.Flush();
 }
 
-void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
-    const bool isNamed = tp.ppType == NAMED_PORT;
-    std::string_view label = tp.portLabel;
-    std::string_view subIf;
-    if (const auto dot = label.find('.'); isNamed && dot != std::string_view::npos) {
-        subIf = label.substr(dot + 1);
-        label = label.substr(0, dot);
+bool Conversion<TPIndex>::Read(std::string_view fdn, TPIndex& tp, const Surroundings& surroundings) {
+    if (LiesIn(tp.portLabel, fdn)) [[unlikely]] {
+        return Read(std::string(fdn), tp, surroundings);
     }
-    FdnWriter writer(fdn, tp.portLabel.size());
-    AppendPort(writer, FieldsOf(tp, label), tp.isLogical);
-    if (!subIf.empty()) {
-        writer.Text(",SUBIF=").Text(subIf);
-    }
-    if (isNamed && tp.vc4Id != 0) {
-        writer.Level(",VC4=", tp.vc4Id);
-    }
-    if (isNamed && tp.vc12Id != 0) {
-        writer.Level(",VC12=", tp.vc12Id);
-    }
-    writer.Flush();
-}
-
-// Ports are the commonest of all: with everything inlined into one function they cost 10 % less (GNU's attribute).
-[[gnu::flatten]] void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
-    const PortLevels levels(fdn);
-    if (!StandsForNoPort(levels, fdn)) {
-        ReadPort(levels, port);
-    }
-}
-
-void ResIDUtil::ResID2PortIndex(const std::string& fdn, CtpKey_T& key) {
-    ResID2PortIndex(fdn, key.port);
-    constexpr std::string_view SUBIF = "SUBIF=";
-    if (const auto subIf = FindSubIf(fdn, SUBIF); subIf != std::string_view::npos) {
-        key.subIfId = Str2Int(std::string_view(fdn).substr(subIf + SUBIF.size()));
-    }
-}
-
-void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
-    if (key.port.neId != -1) {
-        ReadOnPort(fdn, key);
-        return;
-    }
-    try {
-        ResID2PortIndex(fdn, key.port);
-        ReadOnPort(fdn, key);
-    } catch (...) {
-        key.port.neId = -1;  // the port may be half read: the next call reads it again
-        throw;
-    }
-}
-
-void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
     tp.reserved = 0;
     tp.neId = -1;
     tp.shelfId = -1;
@@ -357,24 +389,76 @@ void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
     const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
     std::int32_t number = -1;
     const std::string subIf = levels.ReadNumber<"SUBIF">(number) && number != -1 ? "." + Int2Str(number) : "";
-    if (!StandsForNoPort(levels, fdn)) {
-        ReadPort(levels, tp, subIf.size());
-    }
+    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, subIf.size());
     tp.portLabel.append(subIf);
+    return hasPort;
+}
+
+void Conversion<TPIndex>::Write(const TPIndex& tp, std::string& fdn, const Surroundings& surroundings) {
+    const bool isNamed = tp.ppType == NAMED_PORT;
+    std::string_view label = tp.portLabel;
+    std::string_view subIf;
+    if (const auto dot = label.find('.'); isNamed && dot != std::string_view::npos) {
+        subIf = label.substr(dot + 1);
+        label = label.substr(0, dot);
+    }
+    FdnWriter writer(fdn, tp.portLabel.size());
+    AppendPort(writer, FieldsOf(tp, label), tp.isLogical, surroundings);
+    if (!subIf.empty()) {
+        writer.Text(",SUBIF=").Text(subIf);
+    }
+    if (isNamed && tp.vc4Id != 0) {
+        writer.Level(",VC4=", tp.vc4Id);
+    }
+    if (isNamed && tp.vc12Id != 0) {
+        writer.Level(",VC12=", tp.vc12Id);
+    }
+    writer.Flush();
+}
+
+}  // namespace NS_FDN
+
+using NS_FDN::Conversion;
+
+void ResIDUtil::PortIndex2ResID(const PortIndex& port, std::string& fdn, bool asLogical) {
+    Conversion<PortIndex>::WriteAs(asLogical, port, fdn, SYSTEM);
+}
+
+void ResIDUtil::PortIndex2ResIDByNEType(const PortIndex& port, std::string& fdn, bool asLogical, unsigned long neType) {
+    Conversion<NS_FDN::PortByNEType>::WriteAs(asLogical, port, fdn, KnownNEType(neType));
+}
+
+void ResIDUtil::PortIndex2ResID(const CtpKey_T& key, std::string& fdn, bool withSubIf) {
+    NS_FDN::WriteKey(key, withSubIf, fdn, SYSTEM);
+}
+
+void ResIDUtil::APIndex2ResID(const CtpKey_T& key, std::string& fdn, bool asLogical) {
+    Conversion<CtpKey_T>::WriteAs(asLogical, key, fdn, SYSTEM);
+}
+
+void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
+    Conversion<TPIndex>::Write(tp, fdn, SYSTEM);
+}
+
+// Flattened (an attribute of GNU compilers), since ports are the commonest of all identifiers.
+[[gnu::flatten]] void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
+    Conversion<PortIndex>::Read(fdn, port, SYSTEM);
+}
+
+void ResIDUtil::ResID2PortIndex(const std::string& fdn, CtpKey_T& key) {
+    Conversion<NS_FDN::PortOfKey>::Read(fdn, key, SYSTEM);
+}
+
+void ResIDUtil::ResID2APIndex(const std::string& fdn, CtpKey_T& key) {
+    Conversion<CtpKey_T>::Read(fdn, key, SYSTEM);
+}
+
+void ResIDUtil::ResID2TPIndex(const std::string& fdn, TPIndex& tp) {
+    Conversion<TPIndex>::Read(fdn, tp, SYSTEM);
 }
 
 void ResIDUtil::ResID2LoopBackPortIndex(const std::string& fdn, PortIndex& port) {
-    const PortLevels levels(fdn);
-    ReadContainers(levels, port);
-    // The agent configuration is asked for the carrier profile, but the answer is not used. The call stays because
-    // callers observe it: it throws when there is no data-access service.
-    NS_FRAME::ServiceAccess<NS_SERVICE::DAWSvcInterface> dataAccess;
-    if (NS_SERVICE::ConfigObject* const configuration =
-            dataAccess.Get().GetConfiguration(LastingText<"kx_corbaagent_bundle/bundle.cfg">(), LastingText<"">())) {
-        int carrierProfile = 0;
-        configuration->GetIntItemInfo(LastingText<"Telvandaire">(), carrierProfile);
-    }
-    ReadPortLevel(levels, port, Escapes::LEFT);
+    Conversion<NS_FDN::LoopBackPort>::Read(fdn, port, SYSTEM);
 }
 
 }  // namespace NS_UTIL

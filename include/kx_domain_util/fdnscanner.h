@@ -9,7 +9,9 @@
 #include <cstddef>
 #include <string_view>
 
+#include <kx_domain_util/portrules.h>
 #include <kx_domain_util/separatorfinder.h>
+#include <kx_platform/textutil.h>
 
 namespace NS_UTIL::NS_FDN {
 
@@ -32,6 +34,17 @@ inline Level SplitLevel(std::string_view text) noexcept {
         ++equals;
     }
     return {{text.data(), equals}, {equals + (equals != end ? 1 : 0), end}};
+}
+
+/// The last level of `fdn`, as text; empty for an empty `fdn`.
+inline std::string_view LastLevel(std::string_view fdn) noexcept {
+    const auto comma = fdn.rfind(',');
+    return comma == std::string_view::npos ? fdn : fdn.substr(comma + 1);
+}
+
+/// The tag of the last level of `fdn`. `ResIDUtil::GetMOCFromFDN` differs where that level's value holds another "=".
+inline std::string_view LastTag(std::string_view fdn) noexcept {
+    return SplitLevel(LastLevel(fdn)).tag;
 }
 
 /// Walks the levels of an FDN in one pass. An empty FDN has none; otherwise an empty piece between commas is a level
@@ -112,5 +125,17 @@ private:
     std::size_t m_count = 0;
     std::array<const char*, Places + 1> m_begins;  // of those that are there, and of what would come next
 };
+
+/// Where, in the fourth sub-value of a port's level, the backslash stands that escapes the "|" after it: the port's
+/// name then goes on with the fifth sub-value. npos when nothing is escaped.
+inline std::size_t FindNameEscape(int fbType, std::string_view name) noexcept {
+    return PortRulesOf(fbType).hasEscapedName ? name.find('\\') : std::string_view::npos;
+}
+
+/// Whether the name in `value`, the value of a port's level ("PP" or "LP"), escapes a "|".
+inline bool HasEscapedName(std::string_view value) noexcept {
+    const SubValues<4> port(value);
+    return FindNameEscape(Str2Int(port[1]), port[3]) != std::string_view::npos;
+}
 
 }  // namespace NS_UTIL::NS_FDN
