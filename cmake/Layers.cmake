@@ -13,29 +13,32 @@ function(kx_add_layer name)
 endfunction()
 
 kx_add_layer(text
-    SOURCES displaytext.cpp text.cpp
-    LIBRARIES kx_rapidjson)
+    SOURCES displaytext.cpp text.cpp)
 
 kx_add_layer(catalogue
     SOURCES
-        conversions.cpp
+        equipment.cpp
         explanation.cpp
         kinds.cpp
         levelcheck.cpp
+        oam.cpp
+        ports.cpp
         readfields.cpp
-        tags.cpp
+        record.cpp
+        services.cpp
         vocabulary.cpp
-    LIBRARIES kx_text kx::domain_util kx::standalone)
+    LIBRARIES kx_text kx::domain_util)
 
 kx_add_layer(formats
     SOURCES
         columnformat.cpp
         csv.cpp
         explanationdrawing.cpp
+        json.cpp
         recordformat.cpp
         recordline.cpp
         texttable.cpp
-    LIBRARIES kx_catalogue)
+    LIBRARIES kx_catalogue kx_rapidjson)
 
 kx_add_layer(lines
     SOURCES

@@ -6,7 +6,6 @@
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
 
-#include "catalogue/records.h"
 #include "text/number.h"
 #include "text/text.h"
 
@@ -127,7 +126,6 @@ void RecordLine::Parse(std::string_view line) {
     m_text.assign(line).append(LONGEST_TAIL, '\0');
     m_fdn = {};
     m_type = {};
-    m_nested = {};
     m_members.clear();
     Handler handler(*this);
     rapidjson::Reader reader;
@@ -147,7 +145,10 @@ void RecordLine::Parse(std::string_view line) {
     }
 }
 
-void RecordLine::End() {
+void RecordLine::Fill(const Kind& kind, void* record) {
+    for (const Field& field : kind.layout.fields) {
+        VisitField(field, record, [&](auto& value) { Set(field, value); });
+    }
     for (const Member& member : m_members) {
         if (!member.isTaken) {
             throw BadRecord("unknown field " + Quoted(WholeName(member.nested, member.name)));
@@ -155,49 +156,55 @@ void RecordLine::End() {
     }
 }
 
-template <class Wanted>
-const Wanted& RecordLine::Take(std::string_view name, const char* wanted) {
+RecordLine::Member& RecordLine::Take(const Field& field) {
+    const auto dot = field.name.find('.');
+    const std::string_view nested = field.name.substr(0, dot == std::string_view::npos ? 0 : dot);
+    const std::string_view name = field.name.substr(nested.empty() ? 0 : nested.size() + 1);
     for (Member& member : m_members) {
-        if (member.name == name && member.nested == m_nested) {
+        if (member.name == name && member.nested == nested) {
             member.isTaken = true;
-            if (const auto* const value = std::get_if<Wanted>(&member.value)) {
-                return *value;
-            }
-            throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is not " + wanted);
+            return member;
         }
     }
-    throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is missing");
+    throw BadRecord("field " + Quoted(field.name) + " is missing");
 }
 
-void RecordLine::Number(std::string_view name, std::int64_t& number) {
-    number = Take<std::int64_t>(name, "a whole number of 64 bits");
+template <class Wanted>
+const Wanted& RecordLine::ValueOf(const Member& member, const Field& field, const char* wanted) {
+    if (const auto* const value = std::get_if<Wanted>(&member.value)) {
+        return *value;
+    }
+    throw BadRecord("field " + Quoted(field.name) + " is not " + wanted);
 }
 
-void RecordLine::Number(std::string_view name, std::int32_t& number) {
-    const std::int64_t whole = Take<std::int64_t>(name, "a whole number of 32 bits");
+void RecordLine::Set(const Field& field, std::int64_t& number) {
+    number = ValueOf<std::int64_t>(Take(field), field, "a whole number of 64 bits");
+}
+
+void RecordLine::Set(const Field& field, std::int32_t& number) {
+    const auto whole = ValueOf<std::int64_t>(Take(field), field, "a whole number of 32 bits");
     if (whole < std::numeric_limits<std::int32_t>::min() || whole > std::numeric_limits<std::int32_t>::max()) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is not " + RANGE_OF_32_BITS + ": " +
-                        std::to_string(whole));
+        throw BadRecord("field " + Quoted(field.name) + " is not " + RANGE_OF_32_BITS + ": " + std::to_string(whole));
     }
     number = static_cast<std::int32_t>(whole);
 }
 
-void RecordLine::Flag(std::string_view name, bool& flag) {
-    flag = Take<bool>(name, "true or false");
+void RecordLine::Set(const Field& field, bool& flag) {
+    flag = ValueOf<bool>(Take(field), field, "true or false");
 }
 
-void RecordLine::Text(std::string_view name, std::string& text) {
-    const auto value = Take<std::string_view>(name, "a text");
-    if (IsSubValue(name) && value.find_first_of(",|") != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds \",\" or \"|\", where it would end");
+void RecordLine::Set(const Field& field, std::string& text) {
+    const auto value = ValueOf<std::string_view>(Take(field), field, "a text");
+    if (field.IsSubValue() && value.find_first_of(",|") != std::string_view::npos) {
+        throw BadRecord("field " + Quoted(field.name) + " holds \",\" or \"|\", where it would end");
     }
     // An identifier that held one of these would not be one line any more.
     if (value.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds a line end or NUL");
+        throw BadRecord("field " + Quoted(field.name) + " holds a line end or NUL");
     }
     // The parser lets one half of a pair of escapes pass when it is the second.
     if (!IsAscii(value) && FindInvalidUtf8(value) != value.size()) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds half a surrogate pair");
+        throw BadRecord("field " + Quoted(field.name) + " holds half a surrogate pair");
     }
     text = value;
 }

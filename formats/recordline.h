@@ -12,7 +12,7 @@ namespace NS_KX {
 
 /// One JSON line as `decode` writes it: {"fdn":...,"type":...,"record":{...}}, its members in any order. "fdn" may be
 /// missing. Its memory is kept for the next line.
-class RecordLine : private RecordSource {
+class RecordLine {
 public:
     /// Replaces what was parsed before by `line`. Throws `BadRecord`; what was parsed before is gone even
     /// then.
@@ -23,9 +23,8 @@ public:
     /// The type of the record.
     [[nodiscard]] std::string_view Type() const noexcept { return m_type; }
 
-    /// Writes the record's identifier into `fdn`. Every field of the record must be there, and no other. Throws
-    /// `BadRecord` and what `Kind::Encode` throws.
-    void Encode(const Kind& kind, std::string& fdn) { kind.Encode(*this, fdn); }
+    /// Fills a fresh record of `kind`. Every field of the record must be there, and no other. Throws `BadRecord`.
+    void Fill(const Kind& kind, void* record);
 
 private:
     class Handler;
@@ -41,22 +40,18 @@ private:
         bool isTaken = false;
     };
 
-    void Number(std::string_view name, std::int32_t& number) override;
-    void Number(std::string_view name, std::int64_t& number) override;
-    void Flag(std::string_view name, bool& flag) override;
-    void Text(std::string_view name, std::string& text) override;
-    void BeginNested(std::string_view name) override { m_nested = name; }
-    void EndNested() override { m_nested = {}; }
-    void End() override;
-
+    Member& Take(const Field& field);
     template <class Wanted>
-    const Wanted& Take(std::string_view name, const char* wanted);
+    static const Wanted& ValueOf(const Member& member, const Field& field, const char* wanted);
+    void Set(const Field& field, std::int32_t& number);
+    void Set(const Field& field, std::int64_t& number);
+    void Set(const Field& field, bool& flag);
+    void Set(const Field& field, std::string& text);
 
     std::string m_text;  // the strings below look into it
     std::string_view m_fdn;
     std::string_view m_type;
     std::vector<Member> m_members;
-    std::string_view m_nested;
 };
 
 }  // namespace NS_KX

@@ -305,14 +305,14 @@ private:
         if (m_isStopped) {
             m_findings += 1;
             m_lines += result.m_firstFindingLine + 1 - piece.input.firstLine;
-            m_output.Write(ViewOf(result.output).substr(0, result.m_outputBeforeFirst));
-            WriteReport(ViewOf(result.m_report).substr(0, result.m_firstFindingEnd));
+            m_output.Write(result.output.View().substr(0, result.m_outputBeforeFirst));
+            WriteReport(result.m_report.View().substr(0, result.m_firstFindingEnd));
             return;
         }
         m_findings += result.m_findings;
         m_lines += result.m_line - piece.input.firstLine;
-        m_output.Write(ViewOf(result.output));
-        WriteReport(ViewOf(result.m_report));
+        m_output.Write(result.output.View());
+        WriteReport(result.m_report.View());
         if (piece.failure) {
             std::rethrow_exception(piece.failure);
         }

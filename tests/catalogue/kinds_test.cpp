@@ -6,8 +6,6 @@
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/inventorybufif.h>
 
-#include "catalogue/tags.h"
-
 namespace NS_KX {
 namespace {
 
@@ -46,9 +44,10 @@ TEST_P(CanonicalIdentifiers, AreOfTheirKindAndComeBack) {
     const Inventory inventory;
     const Kind* const kind = FindKind(GetParam().fdn);
     ASSERT_NE(kind, nullptr);
-    EXPECT_EQ(kind->Type(), GetParam().type);
+    EXPECT_EQ(kind->type, GetParam().type);
     std::string canonical;
-    kind->Rewrite(GetParam().fdn, canonical);
+    AnyRecord record;
+    Rewrite(*kind, GetParam().fdn, NS_UTIL::Surroundings::OfSystem(), record, canonical);
     EXPECT_EQ(canonical, GetParam().fdn);
 }
 
@@ -101,7 +100,8 @@ class OtherIdentifiers : public testing::TestWithParam<std::pair<const char*, co
 TEST_P(OtherIdentifiers, AreWrittenAsTheLibraryWould) {
     const Inventory inventory;
     std::string canonical;
-    FindKind(GetParam().first)->Rewrite(GetParam().first, canonical);
+    AnyRecord record;
+    Rewrite(*FindKind(GetParam().first), GetParam().first, NS_UTIL::Surroundings::OfSystem(), record, canonical);
     EXPECT_EQ(canonical, GetParam().second);
 }
 
@@ -120,17 +120,9 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair{"NE=5,MA=4|ma1,MD=3|md1,MEP=7", "NE=5,MD=4|md1,MA=3|ma1,MEP=7"},
                     std::pair{"NE=5,FR=1,MD=3|md1,MA=4|ma1,MEP=7", "NE=5,MD=1|md1,MA=3|ma1,MEP=-1"}));
 
-TEST(Kinds, TheMocIsTheTagOfTheLastLevel) {
-    EXPECT_EQ(MocOf("NE=1,FR=2"), "FR");
-    EXPECT_EQ(MocOf("NE=1"), "NE");
-    EXPECT_EQ(MocOf("NE=1,XY"), "XY");
-    EXPECT_EQ(MocOf(""), "");
-    EXPECT_EQ(MocOf("NE=1,PP=16||2|a=b"), "PP") << "a name may hold an equality sign";
-}
-
 TEST(Kinds, EveryKnownTagEndsIdentifiersOfSomeKind) {
-    for (const Tag& tag : AllTags()) {
-        EXPECT_NE(FindKind("NE=1," + std::string(tag.name) + "=1"), nullptr) << tag.name;
+    for (const Tag* const tag : AllTags()) {
+        EXPECT_NE(FindKind("NE=1," + std::string(tag->name) + "=1"), nullptr) << tag->name;
     }
 }
 
@@ -142,15 +134,15 @@ TEST(Kinds, UnknownLastLevelsAreOfNoKind) {
 
 TEST(Kinds, EveryTypeIsFoundByItsNameAndNoneTwice) {
     for (const Kind* const kind : AllKinds()) {
-        EXPECT_EQ(FindKindByType(kind->Type()), kind) << kind->Type();
+        EXPECT_EQ(FindKindByType(kind->type), kind) << kind->type;
     }
     EXPECT_EQ(FindKindByType("NoIndex"), nullptr);
     EXPECT_EQ(FindKindByType(""), nullptr);
 }
 
 TEST(Kinds, OtherAccessPointsAreReadToo) {
-    EXPECT_EQ(FindKind("NE=1,PP=16||2|,CHANNELSET=5")->Type(), "CtpKey_T");
-    EXPECT_EQ(FindKind("NE=1,PP=16||2|,VR=5")->Type(), "CtpKey_T");
+    EXPECT_EQ(FindKind("NE=1,PP=16||2|,CHANNELSET=5")->type, "CtpKey_T");
+    EXPECT_EQ(FindKind("NE=1,PP=16||2|,VR=5")->type, "CtpKey_T");
 }
 
 }  // namespace

@@ -9,7 +9,11 @@ std::string Written(std::string_view line) {
     RecordLine record;
     record.Parse(line);
     std::string fdn;
-    record.Encode(*FindKindByType(record.Type()), fdn);
+    const Kind& kind = *FindKindByType(record.Type());
+    AnyRecord records;
+    void* const filled = records.Fresh(kind.layout);
+    record.Fill(kind, filled);
+    kind.write(filled, fdn, NS_UTIL::Surroundings::OfSystem());
     return fdn;
 }
 

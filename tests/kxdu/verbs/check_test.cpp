@@ -36,7 +36,7 @@ TEST_F(CheckTest, OfWhatStandsForNoPortNothingIsReadAndNothingWouldBeWritten) {
     const std::string noPort = "NE=12,FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|";
     const Ended ended = Shell("kxdu check", noPort + "\nNE=12\n");
     EXPECT_EQ(ended.code, 1);
-    EXPECT_EQ(ended.out, "<stdin>:1: nothing is read: the record stays one that knows nothing\n");
+    EXPECT_EQ(ended.out, "<stdin>:1: nothing is read: the identifier fills no field of its record\n");
     EXPECT_NE(Shell("kxdu explain '" + noPort + "'").out.find(ended.out.substr(11)), std::string::npos)
         << "in the words of explain";
 }

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include <kx_domain_util/fdnscanner.h>
+
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "catalogue/readfields.h"
@@ -65,7 +67,7 @@ private:
     void CheckWhole(std::string_view line, LineResult& result) {
         const Kind* const kind = FindKind(line);
         if (kind == nullptr) {
-            const std::string_view moc = MocOf(line);
+            const std::string_view moc = NS_UTIL::NS_FDN::LastTag(line);
             result.Report("no kind of identifier ends in the level " + Quoted(moc), ColumnOf(line, moc));
         } else if (!m_isLevelsOnly) {
             CheckWriting(*kind, line, result);
@@ -77,12 +79,14 @@ private:
     }
 
     void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
-        m_fdn.assign(line);
-        Writing([&] { kind.Rewrite(m_fdn, m_canonical); });
+        const NS_UTIL::Surroundings& surroundings = NS_UTIL::Surroundings::OfSystem();
+        void* const record = m_records.Fresh(kind.layout);
+        kind.read(line, record, surroundings);
+        Writing([&] { kind.write(record, m_canonical, surroundings); });
         if (m_canonical == line) {
             return;
         }
-        if (IsNothingRead(ReadFields(m_fdn, kind))) {
+        if (IsNothingRead(kind, record)) {
             result.Report(std::string(NOTHING_IS_READ));
         } else {
             const auto [place, other] = std::mismatch(line.begin(), line.end(), m_canonical.begin(), m_canonical.end());
@@ -92,7 +96,7 @@ private:
     }
 
     bool m_isLevelsOnly;
-    std::string m_fdn;
+    AnyRecord m_records;
     std::string m_canonical;
 };
 

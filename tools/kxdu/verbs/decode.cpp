@@ -3,6 +3,8 @@
 #include <string_view>
 #include <vector>
 
+#include <kx_domain_util/fdnscanner.h>
+
 #include "catalogue/kinds.h"
 #include "cli/bulkoptions.h"
 #include "cli/services.h"
@@ -65,17 +67,18 @@ struct Options {
 class Decoder : public LineConverter {
 public:
     Decoder(const Kind* forced, const Layout& layout)
-        : m_forced(forced), m_isReadAgain(layout.format == FormatName::JSONL), m_format(MakeFormat(layout)) {}
+        : m_forced(forced),
+          m_isReadAgain(layout.format == FormatName::JSONL),
+          m_format(MakeFormat(layout, NS_UTIL::Surroundings::OfSystem())) {}
 
     void Convert(std::string_view line, LineResult& result) override {
         const Kind* const kind = m_forced != nullptr ? m_forced : FindKind(line);
         if (kind == nullptr) {
-            result.Report("no kind of identifier ends in the level " + Quoted(MocOf(line)));
+            result.Report("no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(line)));
             return;
         }
-        m_fdn.assign(line);
         const std::size_t before = result.output.GetSize();
-        Reading([&] { m_format->Write(m_fdn, *kind, result.output); });
+        m_format->Write(line, *kind, result.output);
         if (const std::size_t size = result.output.GetSize() - before; m_isReadAgain && size > LONGEST_LINE + 1) {
             result.output.Pop(size);
             result.Report("the JSON line would be longer than 1 MiB");
@@ -86,14 +89,13 @@ private:
     const Kind* m_forced;
     bool m_isReadAgain;  // by encode
     std::unique_ptr<RecordFormat> m_format;
-    std::string m_fdn;
 };
 
 // All types, in lines.
 std::string TypeNames() {
     std::vector<std::string> names;
     for (const Kind* const kind : AllKinds()) {
-        names.emplace_back(kind->Type());
+        names.emplace_back(kind->type);
     }
     return Wrapped("  ", names);
 }
@@ -110,7 +112,7 @@ ExitCode Decode(const Options& options) {
     const Kind* const forced = ForcedKind(options.type);
     Layout layout;
     layout.format = options.format;
-    layout.kinds = forced != nullptr ? std::vector{forced} : AllKinds();
+    layout.kinds = forced != nullptr ? std::span(&forced, 1) : AllKinds();
     const ServiceOptions serviceOptions{{}, options.config};  // no reader asks the inventory
     const auto services = StartServices(serviceOptions);
     LineWork work;

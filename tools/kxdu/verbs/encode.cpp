@@ -6,7 +6,6 @@
 #include <kx_domain_util/fdnscanner.h>
 
 #include "catalogue/kinds.h"
-#include "catalogue/tags.h"
 #include "cli/bulkoptions.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
@@ -64,17 +63,19 @@ public:
             RefuseOtherThanJson(line);
         }
         try {
-            m_record.Parse(line);
-            const Kind* const kind = FindKindByType(m_record.Type());
+            m_line.Parse(line);
+            const Kind* const kind = FindKindByType(m_line.Type());
             if (kind == nullptr) {
-                throw BadRecord("unknown type " + Quoted(m_record.Type()));
+                throw BadRecord("unknown type " + Quoted(m_line.Type()));
             }
-            Writing([&] { m_record.Encode(*kind, m_fdn); });
+            void* const record = m_records.Fresh(kind->layout);
+            m_line.Fill(*kind, record);
+            Writing([&] { kind->write(record, m_fdn, NS_UTIL::Surroundings::OfSystem()); });
         } catch (const BadRecord& bad) {
             result.Report(bad.what());
             return;
         }
-        const std::string_view fdn = m_record.Fdn();
+        const std::string_view fdn = m_line.Fdn();
         if (!m_isFdnIgnored && fdn.data() != nullptr && fdn != m_fdn) {
             result.Report("written as " + QuotedWhole(m_fdn) + ", which is not its fdn " + QuotedWhole(fdn));
         }
@@ -94,7 +95,8 @@ private:
     }
 
     bool m_isFdnIgnored;
-    RecordLine m_record;
+    RecordLine m_line;
+    AnyRecord m_records;
     std::string m_fdn;
 };
 

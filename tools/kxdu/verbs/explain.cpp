@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -8,6 +10,7 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "formats/explanationdrawing.h"
 #include "lines/output.h"
 
 namespace NS_KX::NS_KXDU {
@@ -43,18 +46,48 @@ bool IsColoured(Colour colour, const Output& output) {
     return output.IsTerminal() && (noColour == nullptr || *noColour == '\0');
 }
 
+// What an inventory knows of NEs.
+DescribeNe DescribeBy(const NS_STANDALONE::Inventory& inventory) {
+    return [&inventory](std::int32_t neId) -> std::string {
+        const auto& nes = inventory.nes;
+        const auto ne = std::find_if(nes.begin(), nes.end(), [&](const auto& row) { return row.neId == neId; });
+        if (ne == nes.end()) {
+            return ": not in the inventory, treated as NE type 0";
+        }
+        const auto& types = inventory.neTypes;
+        const auto type =
+            std::find_if(types.begin(), types.end(), [&](const auto& row) { return row.neType == ne->neType; });
+        const std::string name = type == types.end() ? "" : type->name + ", ";
+        return ": " + name + "NE type " + std::to_string(ne->neType);
+    };
+}
+
+// How to get what was missing.
+void AddAdvice(Explanation& explanation) {
+    for (std::string& note : explanation.notes) {
+        if (note == NOT_COMPARED) {
+            note += "; give --inventory FILE";
+        } else if (note == NOT_READ) {
+            note += "; give --config DIR";
+        }
+    }
+}
+
 ExitCode ExplainAll(const Options& options) {
     const auto services = StartServices(options.services);
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.services.inventory.empty()) {
         inventory = ReadInventory(options.services.inventory);
     }
+    const DescribeNe describeNe = inventory ? DescribeBy(*inventory) : DescribeNe();
     Output output({});
     const bool isColoured = IsColoured(options.colour, output);
     std::string text;
     for (const std::string& fdn : options.fdns) {
         text += text.empty() ? "" : "\n\n";
-        text += Draw(Explain(fdn, FindKind(fdn), inventory ? &*inventory : nullptr), isColoured);
+        Explanation explanation = Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem(), describeNe);
+        AddAdvice(explanation);
+        text += Draw(explanation, isColoured);
     }
     output.Write(text);
     output.Complete();
