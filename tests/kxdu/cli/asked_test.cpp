@@ -22,7 +22,7 @@ TEST_F(Asked, StandardInputIsAskedInThePlaceOfADash) {
 TEST_F(Asked, AWordThatTheVerbCannotTakeEndsTheRun) {
     const Ended ended = Shell("kxdu fb - --format csv -o out", "810\n-7\n811\n");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_EQ(ended.err, "kxdu: \"-7\" is no number from 0 to 2147483647\n");
+    EXPECT_EQ(ended.err, "kxdu: \"-7\" is not a number from 0 to 2147483647\n");
     EXPECT_FALSE(Exists("out"));
 }
 

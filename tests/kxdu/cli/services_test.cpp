@@ -22,7 +22,7 @@ protected:
     }
 };
 
-constexpr auto MAKE_ONE = "; kxdu inventory --help tells how to make one";
+constexpr auto MAKE_ONE = "; make one with: kxdu inventory init FILE";
 
 TEST_F(ServicesTest, OfWhatIsNoInventoryTheyTellHowToGetOne) {
     for (const auto& [file, complaint] : std::initializer_list<std::pair<std::string, std::string>>{

@@ -42,7 +42,7 @@ TEST(Number, AnArgumentThatIsNoneIsNamedWithTheRange) {
             ADD_FAILURE() << argument;
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.Code(), ExitCode::USAGE);
-            EXPECT_EQ(failure.what(), '"' + argument + "\" is no number from 0 to 65535" + advice);
+            EXPECT_EQ(failure.what(), '"' + argument + "\" is not a number from 0 to 65535" + advice);
         }
     }
 }

@@ -100,7 +100,7 @@ TEST_F(CheckTest, NesThatTheInventoryLacksAreToldOnce) {
     ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
     const Ended ended = Shell("kxdu check --inventory n.db", "NE=5,FR=1,S=3,CP=-1\nNE=5,FR=1,S=4,CP=-1\n");
     EXPECT_EQ(ended.code, 0);
-    EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: treated as NE type 0\n");
 }
 
 TEST_F(CheckTest, HasNoRejects) {

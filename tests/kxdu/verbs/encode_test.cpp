@@ -39,7 +39,7 @@ TEST_F(EncodeTest, WhatComesOutChangedIsReported) {
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out, "NE=5\nNE=6\n");
     EXPECT_EQ(ended.err,
-              "<stdin>:1: written as \"NE=5\", which is not its fdn \"NE=05\"\n"
+              "<stdin>:1: written as \"NE=5\", which differs from its \"fdn\" \"NE=05\"\n"
               "kxdu: 1 rejected or changed in 2 lines\n");
     EXPECT_EQ(Shell("kxdu decode | kxdu encode --ignore-fdn", "NE=05\n").code, 0);
 }
@@ -47,7 +47,8 @@ TEST_F(EncodeTest, WhatComesOutChangedIsReported) {
 TEST_F(EncodeTest, WithoutAnInventoryItTellsHowToGiveOne) {
     const Ended ended = Shell("kxdu decode | kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: this identifier is written as ")) << ended.err;
+    EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: this identifier cannot be written without an inventory"))
+        << ended.err;
     EXPECT_NE(ended.err.find("--inventory FILE or in KX_INVENTORY"), std::string::npos) << ended.err;
     EXPECT_EQ(Shell("kxdu decode | kxdu encode", "NE=5,FR=1\n").code, 0) << "nobody needs one here";
 }
@@ -65,7 +66,7 @@ TEST_F(EncodeTest, NesThatTheInventoryLacksAreToldOnce) {
     const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", cards);
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, cards);
-    EXPECT_EQ(ended.err, "kxdu: 2 NEs, such as NE 7, are not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(ended.err, "kxdu: 2 NEs, such as NE 7, are not in the inventory: treated as NE type 0\n");
 }
 
 TEST_F(EncodeTest, ANameThatWouldEndEarlyIsRejected) {
@@ -101,7 +102,7 @@ TEST_F(EncodeTest, AFileOfIdentifiersEndsTheRunAtItsFirstLine) {
     const Ended ended = Shell("kxdu encode records identifiers");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "NE=7\n");
-    EXPECT_EQ(ended.err, "kxdu: identifiers:1: an identifier, and no JSON line; did you mean kxdu decode?\n");
+    EXPECT_EQ(ended.err, "kxdu: identifiers:1: this is an identifier, not a JSON line; did you mean kxdu decode?\n");
     EXPECT_EQ(Shell("kxdu encode --strict identifiers").code, 2);
     EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a line like any other that is wrong";
 }
@@ -110,8 +111,9 @@ TEST_F(EncodeTest, OtherFormatsOfDecodeEndTheRunAtTheirFirstLine) {
     for (const std::string format : {"csv", "tsv", "table", "csv --as NEIndex"}) {
         const Ended ended = Shell("kxdu decode --format " + format + " | kxdu encode", "NE=1\nNE=2,FR=1\n");
         EXPECT_EQ(ended.code, 2) << format;
-        EXPECT_EQ(ended.err,
-                  "kxdu: <stdin>:1: no JSON line; kxdu encode reads what kxdu decode --format jsonl writes\n");
+        EXPECT_EQ(
+            ended.err,
+            "kxdu: <stdin>:1: this is not a JSON line; kxdu encode reads what kxdu decode --format jsonl writes\n");
     }
 }
 

@@ -33,11 +33,11 @@ TEST_F(FbVerb, OfANameTellsWhereTheNumbersAre) {
     const Ended ended = Shell("kxdu fb TUNNEL");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.err,
-              "kxdu: \"TUNNEL\" is no number from 0 to 2147483647; kxdu tables fb-type-names tells the numbers of "
-              "names\n");
+              "kxdu: \"TUNNEL\" is not a number from 0 to 2147483647; to find the number of a name, see kxdu tables "
+              "fb-type-names\n");
     EXPECT_NE(Shell("kxdu tables fb-type-names").out.find("TUNNEL"), std::string::npos);
     EXPECT_EQ(Shell("kxdu fb 810,811").err,
-              "kxdu: \"810,811\" is no number from 0 to 2147483647; separate numbers by blanks\n");
+              "kxdu: \"810,811\" is not a number from 0 to 2147483647; separate numbers by blanks\n");
 }
 
 TEST_F(FbVerb, WrongArgumentsEndWithTwo) {

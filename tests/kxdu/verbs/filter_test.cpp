@@ -54,7 +54,7 @@ TEST_F(FilterVerb, TellsOfAListThatHoldsNoIdentifiers) {
         const std::string told = Shell("kxdu filter --config config", "1 a\n").err;
         return told.substr(0, told.find("kxdu: 0 held back"));
     };
-    const std::string end = ", which is no notification identifier (they are separated by commas)\n";
+    const std::string end = ", which is not a notification identifier; separate identifiers by commas\n";
     for (const char* const wrong : {"7;9", "[7]", "7 9", "abc", "-7", "0", "7x", "4294967303"}) {
         EXPECT_EQ(toldOf("EventSwitch = 2\nBlacklist = \"5," + std::string(wrong) + ",x\"\n"),
                   "kxdu: Blacklist holds \"" + std::string(wrong) + "\"" + end);
@@ -184,7 +184,7 @@ TEST_F(FilterVerb, WithoutAConfigurationItDoesNotStart) {
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err,
-              "kxdu: the configuration tells what is held back: give its folder with --config DIR or in "
+              "kxdu: no configuration says what to hold back: give its folder with --config DIR or in "
               "KX_CONFIG_DIR\n");
 }
 

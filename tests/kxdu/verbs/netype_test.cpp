@@ -110,7 +110,7 @@ TEST_F(NeTypeVerb, AnNeThatTheInventoryLacksIsTold) {
     for (const char* const format : {"table", "csv"}) {
         const Ended ended = Shell("kxdu ne-type 2701 1912 --ne 71 --inventory n.db --format " + std::string(format));
         EXPECT_EQ(ended.code, 0);
-        EXPECT_EQ(ended.err, "kxdu: NE 71 is not in the inventory: taken not to have several sub-shelves\n");
+        EXPECT_EQ(ended.err, "kxdu: NE 71 is not in the inventory: IsTransMultiSubShelfNE answers no\n");
     }
     EXPECT_EQ(Shell("kxdu ne-type 2701 --ne 5 --inventory n.db").err, "");
     EXPECT_EQ(Shell("kxdu ne-type 2701 --inventory n.db").err, "");
@@ -130,7 +130,7 @@ TEST_F(NeTypeVerb, WithoutAnInventoryOnlyFixedNumbersAnswer) {
                               "IsRouteNE - - - -\n"))
         << ended.out;
     EXPECT_EQ(Shell("kxdu ne-type 1912 | tail -n 2").out,
-              "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n");
+              "\n-: needs an inventory; give one with --inventory FILE or in KX_INVENTORY\n");
     EXPECT_EQ(Shell("kxdu ne-type 1912 --format csv | wc -l").out, "2\n") << "programs get rows alone";
     EXPECT_EQ(Shell("kxdu ne-type 1912").code, 0);
 }

@@ -92,17 +92,17 @@ TEST_F(TablesVerb, WithoutANameTheTablesAreListed) {
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out,
               "table                 rows  about\n"
-              "--------------------  ----  -----------------------------------------------------\n"
+              "--------------------  ----  -------------------------------------------------\n"
               "fb-type-names           31  names of FB types\n"
-              "ptn-aid-fb-types        17  FB types that have a PTN AID; one stands twice\n"
-              "port-object-fb-types    13  FB types that are port objects whatever their kind\n"
-              "domain-names            10  words of domain ids\n"
+              "ptn-aid-fb-types        17  FB types that have a PTN AID; one is listed twice\n"
+              "port-object-fb-types    13  FB types that are port objects of any kind\n"
+              "domain-names            10  names of domain ids\n"
               "fb-type-levels         120  interface levels on which FB types sit\n"
               "level-fb-types          22  canonical FB types of interface levels\n"
               "bidir-fb-types         149  bidirectional FB types of unidirectional ones\n"
               "ctp-names               12  TMF names of reserved CTPs\n"
               "client-rates            17  interface levels of client rates\n"
-              "optical-boards          18  board types that are optical boards of the ROADM kind\n");
+              "optical-boards          18  types of optical boards of the ROADM kind\n");
 }
 
 TEST_F(TablesVerb, CountsAreThoseOfTheRows) {
@@ -125,7 +125,7 @@ TEST_F(TablesVerb, AnUnknownNameEndsWithTwo) {
     const Ended ended = Shell("kxdu tables levels");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "kxdu: no table \"levels\"; kxdu tables lists them\n");
+    EXPECT_EQ(ended.err, "kxdu: unknown table \"levels\"; for their names see kxdu tables\n");
 }
 
 }  // namespace
