@@ -12,7 +12,7 @@ TEST(MissingNes, SayNothingWhenNoneIsMissing) {
     EXPECT_EQ(MissingNes().Text(), "");
 }
 
-TEST(MissingNes, NameTheOne) {
+TEST(MissingNes, NameASingleNe) {
     MissingNes missing;
     missing.Note(7);
     missing.Note(7);
@@ -27,7 +27,7 @@ TEST(MissingNes, CountEachOnceAndNameTheLowest) {
     EXPECT_EQ(missing.Text(), "kxdu: 3 NEs, such as NE 7, are not in the inventory: treated as NE type 0\n");
 }
 
-TEST(MissingNes, TellWhatComesOfIt) {
+TEST(MissingNes, NameTheConsequence) {
     MissingNes missing("left out");
     missing.Note(7);
     EXPECT_EQ(missing.Text(), "kxdu: NE 7 is not in the inventory: left out\n");

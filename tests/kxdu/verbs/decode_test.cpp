@@ -54,8 +54,8 @@ TEST_F(DecodeTest, ATypeCanBeForced) {
         << ended.err;
 }
 
-TEST_F(DecodeTest, WhatIsDecodedIsShortEnoughToBeEncoded) {
-    // The record of a service keeps the whole text, so that its JSON line holds it twice.
+TEST_F(DecodeTest, ALineTooLongForEncodeIsRejected) {
+    // A service's JSON line holds the text twice: its record keeps the whole text, too.
     const std::string frame =
         R"({"fdn":"","type":"ServiceIndex","record":{"neId":-1,"resId":"","svcId":0,"svcType":0}})";
     std::string longest = "LSP=";
@@ -64,13 +64,13 @@ TEST_F(DecodeTest, WhatIsDecodedIsShortEnoughToBeEncoded) {
     const Ended ended = Shell("kxdu decode in | kxdu encode -o out");
     EXPECT_EQ(ended.err, "in:2: the JSON line would be longer than 1 MiB\nkxdu: 1 rejected in 2 lines\n");
     EXPECT_EQ(ReadFile("out"), longest + "\n");
-    EXPECT_EQ(Shell("kxdu decode --format csv in -o csv").code, 0) << "nobody reads it again";
+    EXPECT_EQ(Shell("kxdu decode --format csv in -o csv").code, 0) << "encode does not read CSV";
 }
 
 TEST_F(DecodeTest, LoopBackPortsNeedAConfiguration) {
     const Ended without = Shell("kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
     EXPECT_EQ(without.code, 2);
-    EXPECT_EQ(without.out, "") << "no half line";
+    EXPECT_EQ(without.out, "") << "not even half a line";
     EXPECT_TRUE(
         without.err.starts_with("kxdu: <stdin>:1: identifiers of this type cannot be read without a configuration"))
         << without.err;
@@ -117,7 +117,7 @@ TEST_F(DecodeTest, RejectedLinesNeverReplaceWhatIsReadOrWritten) {
         EXPECT_EQ(ReadFile("a"), text) << arguments;
     }
     EXPECT_EQ(Shell("kxdu decode a -o /dev/null --rejects /dev/null").code, 1);
-    EXPECT_EQ(Shell("kxdu decode a -o new --rejects ./new").code, 2) << "nor what is not there yet";
+    EXPECT_EQ(Shell("kxdu decode a -o new --rejects ./new").code, 2) << "not even a file that does not exist yet";
     EXPECT_FALSE(Exists("new"));
     for (const char* const arguments : {"--rejects -", "-o - --rejects /dev/stdout", "-o /dev/stdout --rejects -"}) {
         const Ended ended = Shell(std::string("kxdu decode a ") + arguments + " | cat");
@@ -137,7 +137,7 @@ TEST_F(DecodeTest, WhatStandsInTheFilesOfTheStreamsStays) {
               "kxdu: 1 rejected in 1 line\n");
 }
 
-// They are those of variables that are not set.
+// An empty name mostly comes from a shell variable that is not set.
 TEST_F(DecodeTest, EmptyNamesAreRefused) {
     for (const char* const arguments :
          {"decode --output", "decode --rejects", "decode --as", "decode --config", "encode --inventory"}) {
@@ -149,7 +149,7 @@ TEST_F(DecodeTest, EmptyNamesAreRefused) {
     EXPECT_EQ(Shell("KX_INVENTORY= KX_CONFIG_DIR= kxdu decode", "NE=5\n").out, NE_5);
 }
 
-TEST_F(DecodeTest, StandardOutputMayNotGrowTheInput) {
+TEST_F(DecodeTest, StandardOutputMustNotBeTheInput) {
     WriteFile("a", "NE=5\n");
     const Ended ended = Shell("kxdu decode a >>a");
     EXPECT_EQ(ended.code, 2);
@@ -177,7 +177,7 @@ TEST_F(DecodeTest, LinesAreAnsweredAsTheyArrive) {
     EXPECT_EQ(ended.out, NE_5) << ended.err;
 }
 
-TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
+TEST_F(DecodeTest, ExitsWithTwoOnWrongArguments) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
              {"", "kxdu: a verb is missing"},
              {"nonsense", "kxdu: unknown verb \"nonsense\""},

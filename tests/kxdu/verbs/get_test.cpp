@@ -16,7 +16,7 @@ TEST_F(GetTest, WithoutAnIndexTheWholeValueIsGiven) {
     EXPECT_EQ(Shell("kxdu get PP PP:0", "NE=5,PP=16||7|a=b\n").out, "16||7|a=b\t16\n");
 }
 
-TEST_F(GetTest, OfARepeatedLevelTheFirstCounts) {
+TEST_F(GetTest, TheFirstOfRepeatedLevelsCounts) {
     EXPECT_EQ(Shell("kxdu get NE SS", "NE=,SS,NE=2,SS=3\n").out, "\t\n");
 }
 
@@ -24,17 +24,17 @@ TEST_F(GetTest, LongTagsAreFoundToo) {
     EXPECT_EQ(Shell("kxdu get TUNNELPGTRAIL:1 CHANNELSET", "NE=5,TUNNELPGTRAIL=a|b,CHANNELSET=3\n").out, "b\t3\n");
 }
 
-TEST_F(GetTest, FilesGoBehindAnOption) {
+TEST_F(GetTest, FilesNeedAnOption) {
     WriteFile("a", "NE=1\n");
     WriteFile("b", "NE=2\n");
     EXPECT_EQ(Shell("kxdu get -i a NE -i b").out, "1\n2\n");
     const Ended ended = Shell("kxdu get NE -i a b");
     EXPECT_EQ(ended.code, 2);
     EXPECT_TRUE(ended.err.ends_with("; give each file with its own -i\n")) << ended.err;
-    EXPECT_EQ(Shell("kxdu get NE c").err.find("file"), std::string::npos) << "there is none";
+    EXPECT_EQ(Shell("kxdu get NE c").err.find("file"), std::string::npos) << "there is no file of this name";
 }
 
-TEST_F(GetTest, WrongColumnsEndWithTwo) {
+TEST_F(GetTest, ExitsWithTwoOnWrongColumns) {
     const std::string index = "INDEX must be a number, 0 for the first sub-value";
     const std::string tag = "a TAG has only upper-case letters and digits";
     for (const auto& [column, rule] : std::initializer_list<std::pair<std::string, std::string>>{

@@ -4,7 +4,7 @@ namespace {
 
 using HelpVerb = ProgramTest;
 
-TEST_F(HelpVerb, IsWhatTheVerbsOwnOptionGives) {
+TEST_F(HelpVerb, PrintsTheSameAsTheHelpOption) {
     for (const std::string verb : {"", "decode", "inventory", "inventory list", "help"}) {
         const Ended ended = Shell("kxdu help " + verb);
         EXPECT_EQ(ended.code, 0) << verb;
@@ -13,7 +13,7 @@ TEST_F(HelpVerb, IsWhatTheVerbsOwnOptionGives) {
     }
 }
 
-TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
+TEST_F(HelpVerb, SuggestsTheNearestVerbForAnUnknownOne) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
              {"decod", "unknown verb \"decod\"; did you mean decode?"},
              {"DECODE", "unknown verb \"DECODE\"; did you mean decode?"},
@@ -29,7 +29,7 @@ TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
     }
 }
 
-TEST_F(HelpVerb, CallsVerbsWhatAllTextsCallThem) {
+TEST_F(HelpVerb, CallsVerbsVerbs) {
     EXPECT_NE(Shell("kxdu --help").out.find("Usage: kxdu [OPTIONS] VERB\n"), std::string::npos);
     for (const char* const verb : {"", "inventory", "decode"}) {
         const Ended ended = Shell(std::string("kxdu help ") + verb + " | grep -i subcommand");

@@ -50,10 +50,11 @@ TEST_F(InventoryVerb, InitLeavesAFileThatExistsAlone) {
     EXPECT_EQ(Shell("kxdu inventory init other.db; kxdu inventory init other.db").err,
               "kxdu: other.db: File exists; kxdu inventory import replaces what it holds\n");
     std::filesystem::create_directory(folder / "folder");
-    EXPECT_EQ(Shell("kxdu inventory init folder").err, "kxdu: folder: File exists\n") << "which holds no inventory";
+    EXPECT_EQ(Shell("kxdu inventory init folder").err, "kxdu: folder: File exists\n")
+        << "no advice: a folder is never an inventory";
 }
 
-TEST_F(InventoryVerb, ArgumentsThatAreMixedUpAreTold) {
+TEST_F(InventoryVerb, SwappedArgumentsAreReported) {
     MakeInventory();
     const std::string before = ReadFile("n.db");
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
@@ -76,7 +77,7 @@ TEST_F(InventoryVerb, ImportReplacesAllAndExportGivesItBack) {
               "out: 3 NEs, 2 NE types, 3 domain lists of 3 members\n");
 }
 
-TEST_F(InventoryVerb, ImportTellsOfListsThatNobodyAsks) {
+TEST_F(InventoryVerb, ImportWarnsOfUnusedLists) {
     MakeInventory();
     EXPECT_EQ(Shell("kxdu inventory import n.db csv").err, "");
     WriteFile("csv/domain_member.csv",
