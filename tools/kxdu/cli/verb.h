@@ -18,7 +18,7 @@ class Option;
 
 namespace NS_KXDU {
 
-/// An option of a verb, to set what few options have.
+/// An option of a verb; sets the properties that few options need.
 class VerbOption {
 public:
     explicit VerbOption(CLI::Option& option) noexcept : m_option(&option) {}
