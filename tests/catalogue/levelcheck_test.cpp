@@ -28,7 +28,7 @@ TEST(LevelCheck, LevelsMustBeWellFormed) {
     EXPECT_THAT(Problems("NE=1,,S=2"), ElementsAre("6: empty level"));
     EXPECT_THAT(Problems("NE=1,"), ElementsAre("6: empty level"));
     EXPECT_THAT(Problems("=5"), ElementsAre("1: level without a tag"));
-    EXPECT_THAT(Problems("NE=1,FR"), ElementsAre("6: no \"=\" behind \"FR\""));
+    EXPECT_THAT(Problems("NE=1,FR"), ElementsAre("6: no \"=\" after \"FR\""));
 }
 
 TEST(LevelCheck, TagsAreCapitalsAndDigits) {
@@ -39,7 +39,7 @@ TEST(LevelCheck, TagsAreCapitalsAndDigits) {
 
 TEST(LevelCheck, TagsMustBeKnownAndStandOnce) {
     EXPECT_THAT(Problems("NE=1,XX=2"), ElementsAre("6: unknown tag \"XX\""));
-    EXPECT_THAT(Problems("NE=1,S=2,S=2"), ElementsAre("10: level \"S\" is there before; readers take the first"));
+    EXPECT_THAT(Problems("NE=1,S=2,S=2"), ElementsAre("10: level \"S\" occurs before; the first one counts"));
 }
 
 TEST(LevelCheck, NumbersMustBeDecimalAndInRange) {

@@ -255,8 +255,7 @@ TEST_F(ToolWithMuch, OfATableAsWideAsItMayBe) {
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err,
-              "kxdu: a table has a column for each NE type, and no more than 1000 of them; --format csv and jsonl take "
-              "any number\n");
+              "kxdu: a table shows at most 1000 NE types; --format csv and jsonl take any number\n");
 }
 
 TEST_F(ToolWithMuch, OfAnInventoryTheRowsAreNotHeldAsText) {
@@ -328,7 +327,7 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
              {encode, NeRecord(R"("reserved":0,"neId":99999999999999999999)"), 1, "",
               "<stdin>:1: field \"neId\" is not a whole number of 32 bits\n"},
 
-             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" is there before; readers take the first\n",
+             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" occurs before; the first one counts\n",
               "1 found"},
              {check, "NE=2147483648\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"2147483648\"\n",
               "1 found"},

@@ -158,7 +158,7 @@ TEST_F(ToolInventory, OfManyWhoMakeItOneDoes) {
     const Ended ended = Shell(
         "pids=; for try in 1 2 3 4 5 6 7 8; do kxdu inventory init n.db & pids=\"$pids $!\"; done;"
         " for pid in $pids; do wait $pid; echo $? >>codes; done; sort codes | tr -d '\\n'; rm codes");
-    EXPECT_EQ(ended.out, "n.db: made, empty\n02222222");
+    EXPECT_EQ(ended.out, "n.db: empty inventory created\n02222222");
     EXPECT_EQ(Shell("kxdu inventory list n.db").code, 0);
     EXPECT_EQ(Files(), 1);
 }

@@ -23,12 +23,11 @@ constexpr auto HELP = R"(Examples:
       with the types of the NEs, and compared with what the library writes
   kxdu explain --color always 'NE=5,MD=3|md1' | less -R
 
-Behind the drawing stand the record that the identifier is read into, fields that it says nothing of dimmed, and a
-line for each thing that is wrong with it; kxdu check judges many at once. Of an identifier of more than 200 pieces, the
-first 200 are drawn.
+Below the drawing stand the record that is read from the identifier, with unset fields dimmed, and one line for each
+fault; to check many identifiers, use kxdu check. At most the first 200 pieces of an identifier are drawn.
 
-Exit code: 0 also when something is wrong; 2 wrong arguments, or an inventory or configuration that cannot be read;
-3 output that cannot be written.)";
+Exit code: 0 even if the identifier has faults; 2 wrong arguments, or an inventory or configuration that cannot be read;
+3 the output cannot be written.)";
 
 enum class Colour { AUTO, ALWAYS, NEVER };
 
@@ -99,12 +98,13 @@ ExitCode ExplainAll(const Options& options) {
 void AddExplain(CLI::App& app, Action& action) {
     Verb verb(app, action, "explain", "Draw an identifier with a line from each piece to its meaning");
     const auto options = std::make_shared<Options>();
-    verb.AddTexts("IDENTIFIER", "TEXT", options->fdns, "What is explained; in quotes, since it may hold \"|\"")
+    verb.AddTexts("IDENTIFIER", "TEXT", options->fdns,
+                  "The identifier; quote it, since the shell would take its \"|\" for a pipe")
         .Required();
     AddServiceOptions(verb, options->services);
     verb.AddChoice("--color", "WHEN", options->colour,
                    {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
-                   "auto (the default: on a terminal, unless NO_COLOR is set), always or never");
+                   "When to use colours: auto (the default: on a terminal, unless NO_COLOR is set), always or never");
     verb.SetAction(HELP, options, ExplainAll);
 }
 

@@ -27,12 +27,13 @@ constexpr auto HELP = R"(Examples:
   kxdu get NE PP:2 -i network.fdn
   kxdu get NE SS < network.fdn | sort | uniq -c
 
-TAG is a level's tag, INDEX one of its sub-values, from 0; without INDEX the whole value is given, with its "|". What an
-identifier does not have is an empty column. Of a repeated level the first counts. Bytes pass as they are, except that
-a line with a tab in a column is rejected, as are empty lines, lines with a NUL byte and lines longer than 1 MiB.
+TAG is the tag of a level; INDEX selects one of its sub-values, from 0. Without INDEX the column holds the whole value,
+"|" included. A missing level or sub-value gives an empty column. The first of several levels with the same tag counts.
+Bytes pass unchanged. Rejected are lines that are empty, hold a NUL byte or are longer than 1 MiB, and lines with a tab
+in a column.
 
-Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read;
-3 output that cannot be written.)";
+Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read; 3 the
+output cannot be written.)";
 
 struct Column {
     std::string tag;
@@ -45,29 +46,29 @@ struct Options {
 };
 
 [[noreturn]] void RefuseColumn(const std::string& text, const char* rule) {
-    std::string complaint = Quoted(text) + " is no TAG or TAG:INDEX, such as NE or PP:2: " + rule;
+    std::string complaint = Quoted(text) + " is not a TAG or TAG:INDEX, such as NE or PP:2: " + rule;
     if (std::error_code error; std::filesystem::exists(text, error)) {
-        complaint += "; each file goes behind a -i of its own";
+        complaint += "; give each file with its own -i";
     }
     throw Failure(Cause::USAGE, complaint);
 }
 
 Column ParseColumn(const std::string& text) {
     if (text.find(',') != std::string::npos) {
-        RefuseColumn(text, "blanks separate columns, no commas");
+        RefuseColumn(text, "separate columns by blanks, not commas");
     }
     const auto colon = text.find(':');
     Column column{text.substr(0, colon), std::nullopt};
     if (column.tag.empty()) {
-        RefuseColumn(text, "there is no TAG");
+        RefuseColumn(text, "the TAG is missing");
     }
     if (column.tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") != std::string::npos) {
-        RefuseColumn(text, "a TAG is of upper-case letters and digits, as in the identifier");
+        RefuseColumn(text, "a TAG has only upper-case letters and digits");
     }
     if (colon != std::string::npos) {
         unsigned index = 0;
         if (!ReadWhole(std::string_view(text).substr(colon + 1), index)) {
-            RefuseColumn(text, "INDEX is a number, 0 for the first sub-value");
+            RefuseColumn(text, "INDEX must be a number, 0 for the first sub-value");
         }
         column.index = index;
     }
@@ -98,12 +99,12 @@ public:
                 value = SubValue(value, *index);
             }
             if (value.find('\t') != std::string_view::npos) {
-                result.Report("a tab in " + m_columns[column].tag);
+                result.Report("the value of " + m_columns[column].tag + " holds a tab");
                 return;
             }
             size += value.size() + 1;
         }
-        char* to = result.output.Push(size);  // for all at once: 3 % fewer instructions of `kxdu get`
+        char* to = result.output.Push(size);  // one push for the whole line is faster than one for each column
         for (const std::string_view value : m_found) {
             to = std::copy(value.begin(), value.end(), to);
             *to++ = '\t';
@@ -112,7 +113,7 @@ public:
     }
 
 private:
-    // Leaves a view without data where there is no such level.
+    // A missing level leaves a view whose data is null.
     void FindLevels(std::string_view line) {
         std::fill(m_found.begin(), m_found.end(), std::string_view());
         std::size_t missing = m_columns.size();
@@ -146,9 +147,9 @@ ExitCode Get(const Options& options) {
 }  // namespace
 
 void AddGet(CLI::App& app, Action& action) {
-    Verb verb(app, action, "get", "Chosen sub-values of identifiers as tab-separated columns");
+    Verb verb(app, action, "get", "Extract sub-values of identifiers as tab-separated columns");
     const auto options = std::make_shared<Options>();
-    verb.AddTexts("TAG[:INDEX]", "", options->columns, "What the columns hold").Required();
+    verb.AddTexts("TAG[:INDEX]", "", options->columns, "A column for each").Required();
     AddInputOption(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
     AddRejectOptions(verb, options->bulk);

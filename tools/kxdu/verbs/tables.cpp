@@ -23,10 +23,10 @@ constexpr auto HELP = R"(Examples:
   kxdu tables client-rates
   kxdu tables fb-type-levels --format csv -o levels.csv
 
-Without NAME, the tables are listed: name, number of rows, what they hold. With NAME, all rows of that table are
-printed, in the order in which the system shares them.
+Without NAME, lists the tables: name, number of rows, what they hold. With NAME, prints all rows of that table, in the
+order in which all programs of the system keep them.
 
-Exit code: 0; 2 wrong arguments, or no table of this name; 3 output that cannot be written.)";
+Exit code: 0 done; 2 wrong arguments, or an unknown table; 3 the output cannot be written.)";
 
 struct Options {
     ListingOptions listing;
@@ -42,7 +42,7 @@ Listing::Cell CellOf(Number number) {
     return static_cast<std::int64_t>(number);
 }
 
-// Lists rows, of which each member becomes a column.
+// Lists `rows`; each of `members` becomes a column.
 template <class Row, class... Members>
 void ListRows(const ListingOptions& options, std::vector<std::string> columns, std::span<const Row> rows,
               Members Row::*... members) {
@@ -80,12 +80,11 @@ const std::array<ConstantTable, 10> TABLES{{
          ListRows(options, {"fbType", "name"}, NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType,
                   &NS_UTIL::FbTypeNameRow::name);
      }},
-    {"ptn-aid-fb-types", "FB types that have a PTN AID; one stands twice", CountOf<NS_UTIL::GetPtnAidFbTypes>,
+    {"ptn-aid-fb-types", "FB types that have a PTN AID; one is listed twice", CountOf<NS_UTIL::GetPtnAidFbTypes>,
      [](const ListingOptions& options) { ListNumbers(options, "fbType", NS_UTIL::GetPtnAidFbTypes()); }},
-    {"port-object-fb-types", "FB types that are port objects whatever their kind",
-     CountOf<NS_UTIL::GetPortObjectFbTypes>,
+    {"port-object-fb-types", "FB types that are port objects of any kind", CountOf<NS_UTIL::GetPortObjectFbTypes>,
      [](const ListingOptions& options) { ListNumbers(options, "fbType", NS_UTIL::GetPortObjectFbTypes()); }},
-    {"domain-names", "words of domain ids", CountOf<NS_UTIL::GetDomainNameRows>,
+    {"domain-names", "names of domain ids", CountOf<NS_UTIL::GetDomainNameRows>,
      [](const ListingOptions& options) {
          ListRows(options, {"domainId", "name"}, NS_UTIL::GetDomainNameRows(), &NS_UTIL::DomainNameRow::domainId,
                   &NS_UTIL::DomainNameRow::name);
@@ -115,7 +114,7 @@ const std::array<ConstantTable, 10> TABLES{{
          ListRows(options, {"name", "level"}, NS_UTIL::GetClientRateRows(), &NS_UTIL::ClientRateRow::name,
                   &NS_UTIL::ClientRateRow::level);
      }},
-    {"optical-boards", "board types that are optical boards of the ROADM kind", CountOf<NS_UTIL::GetOpticalBoards>,
+    {"optical-boards", "types of optical boards of the ROADM kind", CountOf<NS_UTIL::GetOpticalBoards>,
      [](const ListingOptions& options) { ListNumbers(options, "boardType", NS_UTIL::GetOpticalBoards()); }},
 }};
 
@@ -135,7 +134,7 @@ ExitCode Tables(const Options& options) {
     const auto* const table = std::find_if(TABLES.begin(), TABLES.end(),
                                            [&](const ConstantTable& known) { return options.table == known.name; });
     if (table == TABLES.end()) {
-        throw Failure(Cause::USAGE, "no table " + Quoted(options.table) + "; kxdu tables lists them");
+        throw Failure(Cause::USAGE, "unknown table " + Quoted(options.table) + "; for their names see kxdu tables");
     }
     table->list(options.listing);
     return ExitCode::OK;
@@ -144,9 +143,9 @@ ExitCode Tables(const Options& options) {
 }  // namespace
 
 void AddTables(CLI::App& app, Action& action) {
-    Verb verb(app, action, "tables", "The constant tables, whole");
+    Verb verb(app, action, "tables", "Print the constant tables");
     const auto options = std::make_shared<Options>();
-    verb.AddText("NAME", "", options->table, "Which table; without it, all are listed");
+    verb.AddText("NAME", "", options->table, "The table to print; without it, lists all tables");
     AddListingOptions(verb, options->listing);
     verb.SetAction(HELP, options, Tables);
 }
