@@ -164,4 +164,17 @@ void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>
     LevelCheck(fdn, report).Run();
 }
 
+void CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report) {
+    bool isGood = true;
+    CheckLevels(fdn, [&](const Problem& problem) {
+        isGood = false;
+        report(problem);
+    });
+    if (isGood && FindKind(fdn) == nullptr) {
+        const std::string_view tag = NS_UTIL::NS_FDN::LastTag(fdn);
+        report({static_cast<std::size_t>(tag.data() - fdn.data()) + 1,
+                "no kind of identifier ends in the level " + Quoted(tag)});
+    }
+}
+
 }  // namespace NS_KX

@@ -18,4 +18,8 @@ struct Problem {
 /// or a level twice. Of very many in one identifier only the first few are reported.
 void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
+/// The same, and where nothing of this is found, whether its last level means no kind of identifier: all that is wrong
+/// with `fdn` by itself.
+void CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
+
 }  // namespace NS_KX

@@ -22,6 +22,7 @@ kx_add_layer(catalogue
         kinds.cpp
         levelcheck.cpp
         oam.cpp
+        pieces.cpp
         ports.cpp
         readfields.cpp
         record.cpp

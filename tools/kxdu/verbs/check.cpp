@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include <kx_domain_util/fdnscanner.h>
-
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "catalogue/readfields.h"
@@ -58,30 +56,16 @@ public:
 
     void Convert(std::string_view line, LineResult& result) override {
         bool isGood = true;
-        CheckLevels(line, [&](const Problem& problem) {
+        CheckIdentifier(line, [&](const Problem& problem) {
             isGood = false;
             result.Report(problem.text, problem.column);
         });
-        if (isGood) {
-            CheckWhole(line, result);
+        if (isGood && !m_isLevelsOnly) {
+            CheckWriting(*FindKind(line), line, result);
         }
     }
 
 private:
-    void CheckWhole(std::string_view line, LineResult& result) {
-        const Kind* const kind = FindKind(line);
-        if (kind == nullptr) {
-            const std::string_view moc = NS_UTIL::NS_FDN::LastTag(line);
-            result.Report("no kind of identifier ends in the level " + Quoted(moc), ColumnOf(line, moc));
-        } else if (!m_isLevelsOnly) {
-            CheckWriting(*kind, line, result);
-        }
-    }
-
-    static std::size_t ColumnOf(std::string_view line, std::string_view part) {
-        return static_cast<std::size_t>(part.data() - line.data()) + 1;
-    }
-
     void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
         const NS_UTIL::Surroundings& surroundings = NS_UTIL::Surroundings::OfSystem();
         void* const record = m_records.Fresh(kind.layout);

@@ -1,25 +1,19 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include <kx_domain_util/fdnscanner.h>
-
+#include "catalogue/pieces.h"
 #include "cli/bulkoptions.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "lines/failure.h"
-#include "text/number.h"
 #include "text/text.h"
 
 namespace NS_KX::NS_KXDU {
-
-using NS_UTIL::NS_FDN::Level;
-using NS_UTIL::NS_FDN::LevelScanner;
-using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
 
@@ -35,11 +29,6 @@ in a column.
 Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read; 3 the
 output cannot be written.)";
 
-struct Column {
-    std::string tag;
-    std::optional<unsigned> index;
-};
-
 struct Options {
     BulkOptions bulk;
     std::vector<std::string> columns;
@@ -53,56 +42,36 @@ struct Options {
     throw Failure(Cause::USAGE, complaint);
 }
 
-Column ParseColumn(const std::string& text) {
+PieceName ParseColumn(const std::string& text) {
+    if (auto name = PieceName::Parse(text)) {
+        return *std::move(name);
+    }
     if (text.find(',') != std::string::npos) {
         RefuseColumn(text, "separate columns by blanks, not commas");
     }
-    const auto colon = text.find(':');
-    Column column{text.substr(0, colon), std::nullopt};
-    if (column.tag.empty()) {
+    const std::string tag = text.substr(0, text.find(':'));
+    if (tag.empty()) {
         RefuseColumn(text, "the TAG is missing");
     }
-    if (column.tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") != std::string::npos) {
+    if (tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") != std::string::npos) {
         RefuseColumn(text, "a TAG has only upper-case letters and digits");
     }
-    if (colon != std::string::npos) {
-        unsigned index = 0;
-        if (!ReadWhole(std::string_view(text).substr(colon + 1), index)) {
-            RefuseColumn(text, "INDEX must be a number, 0 for the first sub-value");
-        }
-        column.index = index;
-    }
-    return column;
-}
-
-std::string_view SubValue(std::string_view value, unsigned index) {
-    SubValueScanner scanner(value);
-    std::string_view subValue;
-    for (unsigned at = 0; scanner.Next(subValue); ++at) {
-        if (at == index) {
-            return subValue;
-        }
-    }
-    return {};
+    RefuseColumn(text, "INDEX must be a number, 0 for the first sub-value");
 }
 
 class Getter : public LineConverter {
 public:
-    explicit Getter(const std::vector<Column>& columns) : m_columns(columns), m_found(columns.size()) {}
+    explicit Getter(const PieceFinder& finder) : m_finder(finder), m_found(finder.Names().size()) {}
 
     void Convert(std::string_view line, LineResult& result) override {
-        FindLevels(line);
+        m_finder.Find(line, m_found);
         std::size_t size = 0;
-        for (std::size_t column = 0; column < m_columns.size(); ++column) {
-            std::string_view& value = m_found[column];
-            if (const auto index = m_columns[column].index) {
-                value = SubValue(value, *index);
-            }
-            if (value.find('\t') != std::string_view::npos) {
-                result.Report("the value of " + m_columns[column].tag + " holds a tab");
+        for (std::size_t column = 0; column < m_found.size(); ++column) {
+            if (m_found[column].find('\t') != std::string_view::npos) {
+                result.Report("the value of " + m_finder.Names()[column].tag + " holds a tab");
                 return;
             }
-            size += value.size() + 1;
+            size += m_found[column].size() + 1;
         }
         char* to = result.output.Push(size);  // one push for the whole line is faster than one for each column
         for (const std::string_view value : m_found) {
@@ -113,33 +82,18 @@ public:
     }
 
 private:
-    // A missing level leaves a view whose data is null.
-    void FindLevels(std::string_view line) {
-        std::fill(m_found.begin(), m_found.end(), std::string_view());
-        std::size_t missing = m_columns.size();
-        LevelScanner scanner(line);
-        Level level;
-        while (missing != 0 && scanner.Next(level)) {
-            for (std::size_t column = 0; column < m_columns.size(); ++column) {
-                if (m_found[column].data() == nullptr && level.tag == m_columns[column].tag) {
-                    m_found[column] = level.value;
-                    --missing;
-                }
-            }
-        }
-    }
-
-    const std::vector<Column>& m_columns;
+    const PieceFinder& m_finder;
     std::vector<std::string_view> m_found;
 };
 
 ExitCode Get(const Options& options) {
-    std::vector<Column> columns;
+    std::vector<PieceName> columns;
     for (const std::string& text : options.columns) {
         columns.push_back(ParseColumn(text));
     }
+    const PieceFinder finder(std::move(columns));
     LineWork work;
-    work.makeConverter = [&] { return std::make_unique<Getter>(columns); };
+    work.makeConverter = [&] { return std::make_unique<Getter>(finder); };
     work.mustBeUtf8 = false;
     return ExitCodeOf(RunLines(options.bulk, work));
 }

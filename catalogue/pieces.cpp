@@ -1,0 +1,178 @@
+#include "catalogue/pieces.h"
+
+#include <algorithm>
+
+#include <kx_domain_util/fdnscanner.h>
+#include <kx_platform/textutil.h>
+
+#include "catalogue/kinds.h"
+#include "text/number.h"
+
+namespace NS_KX {
+
+using NS_UTIL::NS_FDN::Level;
+using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::SubValueScanner;
+
+namespace {
+
+// A view without data if there is no such sub-value.
+std::string_view SubValueAt(std::string_view value, unsigned index) {
+    SubValueScanner scanner(value);
+    std::string_view subValue;
+    for (unsigned at = 0; scanner.Next(subValue); ++at) {
+        if (at == index) {
+            return subValue;
+        }
+    }
+    return {};
+}
+
+bool IsTagCharacter(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
+}
+
+// The level of `fdn` with this tag; its value has no data if there is none.
+Level LevelOf(std::string_view fdn, std::string_view tag) {
+    LevelScanner scanner(fdn);
+    Level level;
+    while (scanner.Next(level)) {
+        if (level.tag == tag) {
+            return level;
+        }
+    }
+    return {};
+}
+
+bool IsNumberAt(const Tag* tag, unsigned index) {
+    return tag != nullptr && index < tag->most && tag->subValues.at(index).kind != SubValueKind::TEXT;
+}
+
+bool AreEqualValues(std::string_view tag, std::string_view one, std::string_view other) {
+    if (one == other) {
+        return true;
+    }
+    const Tag* const known = FindTag(tag);
+    SubValueScanner ones(one);
+    SubValueScanner others(other);
+    std::string_view left;
+    std::string_view right;
+    for (unsigned index = 0;; ++index) {
+        const bool hasLeft = ones.Next(left);
+        if (hasLeft != others.Next(right)) {
+            return false;
+        }
+        if (!hasLeft) {
+            return true;
+        }
+        const bool areEqual = IsNumberAt(known, index) && left.empty() == right.empty()
+                                  ? NS_UTIL::Str2Int(left) == NS_UTIL::Str2Int(right)
+                                  : left == right;
+        if (!areEqual) {
+            return false;
+        }
+    }
+}
+
+}  // namespace
+
+std::optional<PieceName> PieceName::Parse(std::string_view text) {
+    const auto colon = text.find(':');
+    PieceName name{std::string(text.substr(0, colon)), std::nullopt};
+    if (name.tag.empty() || !std::all_of(name.tag.begin(), name.tag.end(), IsTagCharacter)) {
+        return std::nullopt;
+    }
+    if (colon != std::string_view::npos && !ReadWhole(text.substr(colon + 1), name.index.emplace())) {
+        return std::nullopt;
+    }
+    return name;
+}
+
+bool PieceName::IsKnown() const {
+    const Tag* const known = FindTag(tag);
+    if (known == nullptr) {
+        return false;
+    }
+    return !index || known->isOpen || *index < known->most + (known->mayEscape ? 1 : 0);
+}
+
+bool PieceName::IsNumber() const {
+    return IsNumberAt(FindTag(tag), index.value_or(0));
+}
+
+void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
+    std::fill(found.begin(), found.end(), std::string_view());
+    std::size_t missing = m_names.size();
+    LevelScanner scanner(fdn);
+    Level level;
+    while (missing != 0 && scanner.Next(level)) {
+        for (std::size_t place = 0; place < m_names.size(); ++place) {
+            if (found[place].data() == nullptr && level.tag == m_names[place].tag) {
+                found[place] = level.value;
+                --missing;
+            }
+        }
+    }
+    for (std::size_t place = 0; place < m_names.size(); ++place) {
+        if (const auto index = m_names[place].index) {
+            found[place] = SubValueAt(found[place], *index);
+        }
+    }
+}
+
+std::string_view FindPiece(std::string_view fdn, const PieceName& name) {
+    const std::string_view value = LevelOf(fdn, name.tag).value;
+    return name.index ? SubValueAt(value, *name.index) : value;
+}
+
+std::optional<std::int32_t> NumberOf(std::string_view piece) {
+    constexpr std::int32_t NONE = -1;
+    const std::int32_t number = piece.empty() ? NONE : NS_UTIL::Str2Int(piece);
+    return number != NONE ? std::optional(number) : std::nullopt;
+}
+
+std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::string_view value) {
+    const std::string_view piece = FindPiece(fdn, name);
+    std::string replaced(fdn);
+    if (piece.data() == nullptr) {
+        return replaced;
+    }
+    const auto at = static_cast<std::size_t>(piece.data() - fdn.data());
+    replaced.replace(at, piece.size(), value);
+    const Level level = LevelOf(fdn, name.tag);
+    if (!level.HasEquals()) {
+        replaced.insert(at, 1, '=');
+    }
+    return replaced;
+}
+
+bool LiesIn(std::string_view fdn, std::string_view container) {
+    LevelScanner scanner(container);
+    for (Level wanted; scanner.Next(wanted);) {
+        const Level level = LevelOf(fdn, wanted.tag);
+        if (level.value.data() == nullptr || !AreEqualValues(wanted.tag, level.value, wanted.value)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool AreSame(std::string_view one, std::string_view other, const NS_UTIL::Surroundings& surroundings, AnyRecord& first,
+             AnyRecord& second) {
+    const Kind* const kind = FindKind(one);
+    const Kind* const otherKind = FindKind(other);
+    if (kind == nullptr || otherKind == nullptr || kind->word != otherKind->word ||
+        &kind->layout != &otherKind->layout) {
+        return false;
+    }
+    void* const record = first.Fresh(kind->layout);
+    void* const otherRecord = second.Fresh(kind->layout);
+    kind->read(one, record, surroundings);
+    otherKind->read(other, otherRecord, surroundings);
+    return std::all_of(kind->layout.fields.begin(), kind->layout.fields.end(), [&](const Field& field) {
+        return VisitField(field, record,
+                          [&]<class Value>(const Value& value) { return value == field.In<Value>(otherRecord); });
+    });
+}
+
+}  // namespace NS_KX
