@@ -57,4 +57,4 @@ kx_add_layer(sample
         samplenetwork.cpp
         samplenetypes.cpp
         sampleservices.cpp
-    LIBRARIES kx::domain_util kx::standalone)
+    LIBRARIES kx_catalogue kx::standalone)

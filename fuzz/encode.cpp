@@ -1,7 +1,4 @@
 /// Lines of `kxdu encode`: what is written is one line, and it comes back by way of a record.
-#include <algorithm>
-#include <array>
-
 #include <kx_domain_util/processexception.h>
 
 #include "formats/recordformat.h"
@@ -61,12 +58,10 @@ void CompareWays(const std::string& fdn, const Kind& kind) {
     ExpectEqual(record.Fdn(), fdn, "the identifier in the line", decoded.View());
 }
 
-// Of records that keep their text nothing is written that would be read as another one.
-bool KeepsItsText(std::string_view type) {
-    static constexpr std::array<std::string_view, 8> TYPES{"GroupID",      "PWSwitchIndex", "ServiceIndex",
-                                                           "TunnelIndex",  "VPNTrailIndex", "TunnelTrailIndex",
-                                                           "PWTrailIndex", "TNPIndex_T"};
-    return std::find(TYPES.begin(), TYPES.end(), type) != TYPES.end();
+// Of records that keep their text nothing is written that would be read as another one. A pseudo-wire's text is what
+// follows its NE.
+bool KeepsItsText(const Kind& kind) {
+    return FindField(kind, "container") != nullptr || (FindField(kind, "resId") != nullptr && kind.type != "PWIndex");
 }
 
 }  // namespace
@@ -84,7 +79,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ExpectEqual(fdn.find_first_of(std::string_view("\0\n\r", 3)), std::string::npos, "the line end in what is written",
                 line);
     const Kind& kind = *FindKindByType(record.Type());
-    if (KeepsItsText(kind.type)) {
+    if (KeepsItsText(kind)) {
         std::string canonical;
         AnyRecord rewritten;
         Rewrite(kind, fdn, NS_UTIL::Surroundings::OfSystem(), rewritten, canonical);
