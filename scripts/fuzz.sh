@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-all=(scanner readers rewriting lines encode toml csv blockreader)
+all=(scanner readers rewriting lines encode toml csv blockreader c)
 seconds=${1:-}
 fuzzers=("${@:2}")
 if [ ${#fuzzers[@]} -eq 0 ]; then
@@ -32,10 +32,10 @@ TMPDIR=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
 trap 'rm -rf "$TMPDIR"' EXIT
 export TMPDIR
 
-# Identifiers are the input of three fuzzers.
+# Identifiers are the input of four fuzzers.
 seeds_of() {
     case $1 in
-        scanner | readers | rewriting) echo fuzz/corpus/fdn ;;
+        scanner | readers | rewriting | c) echo fuzz/corpus/fdn ;;
         *) echo "fuzz/corpus/$1" ;;
     esac
 }

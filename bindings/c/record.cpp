@@ -75,7 +75,7 @@ kx_status FailByType(const kx_record& record, const Field& field) {
 }
 
 kx_status FailByRange(const kx_record& record, const Field& field, std::string_view range, int64_t number) {
-    return Fail(record, KX_OUT_OF_RANGE, "field \"", field.name, "\" is ", range, ": ", std::to_string(number));
+    return Fail(record, KX_OUT_OF_RANGE, "field \"", field.name, "\" is not ", range, ": ", std::to_string(number));
 }
 
 // Finds the problem of this number.

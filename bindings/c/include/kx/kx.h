@@ -207,8 +207,7 @@ kx_status kx_problem(kx_record* scratch, const char* fdn, size_t size, size_t in
 
 /* ---- FB types, interface levels, CTP names --------------------------------------------------------------------- */
 
-/* Tables of constants. The texts that they give live as long as the library. KX_NOT_THERE: the table has no such row.
- */
+/* Tables of constants. Their texts live as long as the library. KX_NOT_THERE: the table has no such row. */
 
 /* The name of an FB type: 4151 gives "LAG". Three types share the name "COM". */
 kx_status kx_fb_name(int32_t fb_type, const char** name);
