@@ -1,12 +1,23 @@
 #include "bindings/c/facts.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <string>
 
 namespace NS_KX::NS_C {
 
+template <class... Parts>
+void FactSurroundings::Miss(const Parts&... parts) const {
+    if (m_areKnown) {
+        Fail(m_record, KX_NO_FACTS, parts...);
+    }
+    m_areKnown = false;
+}
+
 unsigned short FactSurroundings::NEType(int neId) const {
     if (m_facts.ne_type == nullptr) {
-        throw UnknownFact("the type of NE " + std::to_string(neId) + " is not known: ne_type of the facts is NULL");
+        Miss("the type of NE ", std::to_string(neId), " is not known: ne_type of the facts is NULL");
+        return 0;
     }
     std::uint16_t neType = 0;
     return m_facts.ne_type(m_facts.context, neId, &neType) ? neType : 0;
@@ -14,8 +25,8 @@ unsigned short FactSurroundings::NEType(int neId) const {
 
 bool FactSurroundings::SpellsOutSubSlot(int neId) const {
     if (m_facts.sub_slot_ne_types == nullptr) {
-        throw UnknownFact(
-            "it is not known which NE types spell out absent sub-slots: sub_slot_ne_types of the facts is NULL");
+        Miss("it is not known which NE types spell out absent sub-slots: sub_slot_ne_types of the facts is NULL");
+        return false;
     }
     const std::uint16_t* const end = m_facts.sub_slot_ne_types + m_facts.sub_slot_ne_type_count;
     return std::find(m_facts.sub_slot_ne_types, end, NEType(neId)) != end;
@@ -23,8 +34,9 @@ bool FactSurroundings::SpellsOutSubSlot(int neId) const {
 
 bool FactSurroundings::IsOamNumberOmitted(int neId) const {
     if (m_facts.oam_numbers_omitted == nullptr) {
-        throw UnknownFact("whether NE " + std::to_string(neId) +
-                          " leaves OAM numbers out is not known: oam_numbers_omitted of the facts is NULL");
+        Miss("whether NE ", std::to_string(neId),
+             " leaves OAM numbers out is not known: oam_numbers_omitted of the facts is NULL");
+        return false;
     }
     return m_facts.oam_numbers_omitted(m_facts.context, neId);
 }

@@ -1,29 +1,20 @@
 #pragma once
 
-#include <cstdint>
-#include <exception>
-#include <string>
-
 #include <kx_domain_util/surroundings.h>
 
-#include "bindings/c/guard.h"
+#include "bindings/c/record.h"
 
 namespace NS_KX::NS_C {
 
-/// A writer needs a fact that its caller does not know.
-class UnknownFact : public std::exception {
-public:
-    explicit UnknownFact(std::string text) : m_text(std::move(text)) {}
-    [[nodiscard]] const char* what() const noexcept override { return m_text.c_str(); }
-
-private:
-    std::string m_text;
-};
-
-/// Answers writers from the facts of a caller. Throws `UnknownFact`, and what the caller's functions throw.
+/// Answers the writer of a record from the facts of a caller. A fact that is not known becomes the record's error, and
+/// the writer goes on with any answer: an exception would cost more than the text that is thrown away. Throws
+/// std::bad_alloc, and what the caller's functions throw.
 class FactSurroundings final : public NS_UTIL::Surroundings {
 public:
-    explicit FactSurroundings(const kx_facts& facts) noexcept : m_facts(facts) {}
+    FactSurroundings(const kx_facts& facts, const kx_record& record) noexcept : m_facts(facts), m_record(record) {}
+
+    /// Whether all was known that the writer asked.
+    [[nodiscard]] bool AreKnown() const noexcept { return m_areKnown; }
 
     [[nodiscard]] int CarrierProfile() const override { return m_facts.carrier_profile; }
     [[nodiscard]] unsigned short NEType(int neId) const override;
@@ -32,9 +23,13 @@ public:
     [[nodiscard]] bool IsMaNumberOmitted(int neId) const override { return IsOamNumberOmitted(neId); }
 
 private:
+    template <class... Parts>
+    void Miss(const Parts&... parts) const;
     [[nodiscard]] bool IsOamNumberOmitted(int neId) const;
 
     const kx_facts& m_facts;
+    const kx_record& m_record;
+    mutable bool m_areKnown = true;
 };
 
 }  // namespace NS_KX::NS_C

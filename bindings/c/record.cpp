@@ -157,12 +157,14 @@ kx_status kx_encode(kx_record* record, const kx_facts* facts, kx_text* fdn) {
         if (record->kind == nullptr) {
             return Fail(*record, KX_BAD_RECORD, "the record holds nothing");
         }
+        const FactSurroundings surroundings(facts != nullptr ? *facts : NO_FACTS, *record);
         try {
-            record->kind->write(record->fields, record->fdn, FactSurroundings(facts != nullptr ? *facts : NO_FACTS));
+            record->kind->write(record->fields, record->fdn, surroundings);
         } catch (const BadRecord& bad) {
             return Fail(*record, KX_BAD_RECORD, bad.what());
-        } catch (const UnknownFact& unknown) {
-            return Fail(*record, KX_NO_FACTS, unknown.what());
+        }
+        if (!surroundings.AreKnown()) {
+            return KX_NO_FACTS;
         }
         *fdn = TextOf(record->fdn);
         return KX_OK;

@@ -183,6 +183,7 @@ bool AskAll(kx_record* record, const kx_plan* plan, const std::string& fdn, std:
         count(kx_field_type(record, place) == KX_TEXT ? kx_get_text(record, name, &text)
                                                       : kx_get_number(record, name, &value));
     }
+    count(kx_encode(record, nullptr, &text));
     count(kx_encode(record, &NetworkOfFacts::FACTS, &text));
     count(kx_decode_as(record, "PortIndex", fdn.data(), fdn.size()));
     count(kx_type(fdn.data(), fdn.size(), &word));

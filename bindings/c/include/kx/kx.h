@@ -68,7 +68,7 @@ typedef struct {
 /* ---- Records --------------------------------------------------------------------------------------------------- */
 
 /* What an identifier says, field by field. A record holds one type at a time, and nothing at first. Used again and
-   again, it allocates nothing once it has room. */
+   again, it allocates nothing once it has room, save for the words of KX_BAD_RECORD and of kx_problem. */
 typedef struct kx_record kx_record;
 
 /* NULL: no memory. */
