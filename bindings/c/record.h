@@ -49,15 +49,16 @@ kx_status Using(const kx_record* record, Work work) noexcept {
         return KX_BAD_ARGUMENT;
     }
     record->error = {};
-    const kx_status status = Guarded([&]() -> kx_status {
-        try {
-            return work();
-        } catch (const std::bad_alloc&) {
-            throw;
-        } catch (const std::exception& failure) {
-            return Fail(*record, KX_FAILED, failure.what());
-        }
-    });
+    kx_status status = KX_OK;
+    try {
+        status = work();
+    } catch (const std::bad_alloc&) {
+        status = KX_NO_MEMORY;
+    } catch (const std::exception& failure) {
+        status = Guarded([&] { return Fail(*record, KX_FAILED, failure.what()); });
+    } catch (...) {
+        status = KX_FAILED;
+    }
     if (status != KX_OK && record->error.empty()) {
         record->error = kx_status_text(status);
     }
