@@ -19,7 +19,8 @@
              not even to read its fields. All other functions may be called by any thread.
    Failures  Any function may give KX_NO_MEMORY, and KX_FAILED for a failure that has no status of its own. No C++
              exception leaves a function.
-   Services  Reading depends on the text alone. It asks no service of the process, and its carrier profile is 0. */
+   Services  Reading depends on the text alone. It asks no service of the process, and its carrier profile is 0. Only
+             the log service of a management system in the process gets what the readers of OAM identifiers log. */
 #ifndef KX_KX_H
 #define KX_KX_H
 
