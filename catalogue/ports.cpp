@@ -26,7 +26,7 @@ inline constexpr std::array FIELDS<PortIndex>{
     KX_FIELD(PortIndex, reserved),      KX_FIELD(PortIndex, reserved2), KX_FIELD(PortIndex, neId),
     KX_FIELD(PortIndex, shelfId),       KX_FIELD(PortIndex, slotId),    KX_FIELD(PortIndex, subSlotId),
     KX_FIELD(PortIndex, portId),        KX_FIELD(PortIndex, ppType),    KX_FIELD(PortIndex, fbType),
-    KX_FIELD(PortIndex, portLabel),     KX_FIELD(PortIndex, isLogical), KX_FIELD(PortIndex, reservedFlag),
+    KX_NAME(PortIndex, portLabel),      KX_FIELD(PortIndex, isLogical), KX_FIELD(PortIndex, reservedFlag),
     KX_FIELD(PortIndex, reservedValue),
 };
 
@@ -46,7 +46,7 @@ inline constexpr std::array FIELDS<CtpKey_T>{
     KX_FIELD(CtpKey_T, port.portId),
     KX_FIELD(CtpKey_T, port.ppType),
     KX_FIELD(CtpKey_T, port.fbType),
-    KX_FIELD(CtpKey_T, port.portLabel),
+    KX_NAME(CtpKey_T, port.portLabel),
     KX_FIELD(CtpKey_T, port.isLogical),
     KX_FIELD(CtpKey_T, port.reservedFlag),
     KX_FIELD(CtpKey_T, port.reservedValue),
@@ -59,7 +59,7 @@ template <>
 inline constexpr std::array FIELDS<TPIndex>{
     KX_FIELD(TPIndex, reserved),  KX_FIELD(TPIndex, neId),      KX_FIELD(TPIndex, shelfId),   KX_FIELD(TPIndex, slotId),
     KX_FIELD(TPIndex, subSlotId), KX_FIELD(TPIndex, portId),    KX_FIELD(TPIndex, ppType),    KX_FIELD(TPIndex, fbType),
-    KX_FIELD(TPIndex, portLabel), KX_FIELD(TPIndex, reserved2), KX_FIELD(TPIndex, vc4Id),     KX_FIELD(TPIndex, vc12Id),
+    KX_NAME(TPIndex, portLabel),  KX_FIELD(TPIndex, reserved2), KX_FIELD(TPIndex, vc4Id),     KX_FIELD(TPIndex, vc12Id),
     KX_FIELD(TPIndex, vc3Id),     KX_FIELD(TPIndex, vc11Id),    KX_FIELD(TPIndex, isLogical),
 };
 

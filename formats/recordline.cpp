@@ -51,7 +51,7 @@ void Set(const Field& field, ondemand::value value, std::string& text) {
     if (value.get_string().get(view) != simdjson::SUCCESS) {
         Refuse(field, "is not a text");
     }
-    if (field.IsSubValue() && view.find_first_of(",|") != std::string_view::npos) {
+    if (field.isName && view.find_first_of(",|") != std::string_view::npos) {
         Refuse(field, "holds \",\" or \"|\", where it would end");
     }
     // An identifier that held one of these would not be one line any more.
