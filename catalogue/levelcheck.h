@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/kind.h"
+
 namespace NS_KX {
 
 /// Something wrong in an identifier.
@@ -19,7 +21,7 @@ struct Problem {
 void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
 /// The same, and where nothing of this is found, whether its last level means no kind of identifier: all that is wrong
-/// with `fdn` by itself.
-void CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
+/// with `fdn` by itself. Returns the kind of `fdn`; null if something was reported.
+const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
 }  // namespace NS_KX
