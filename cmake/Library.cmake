@@ -23,7 +23,6 @@ add_library(kx_domain_util_objects OBJECT
     resid/grammar.cpp
     resid/oam.cpp
     resid/port.cpp
-    resid/separatorfinder.cpp
     resid/service.cpp)
 target_include_directories(kx_domain_util_objects
     PUBLIC

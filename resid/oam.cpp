@@ -152,10 +152,7 @@ void ReadNumberOrName(std::string_view value, std::int32_t& number, std::string&
 // What the text of an end point turned out to be.
 enum class EndPointText { WHOLE, SHORT, NOT_READABLE };
 
-EndPointText ReadEndPoint(std::string_view fdn, MEPIndex& mep) {
-    if (LiesIn(mep.mdName, fdn) || LiesIn(mep.maName, fdn)) [[unlikely]] {
-        return ReadEndPoint(std::string(fdn), mep);
-    }
+EndPointText ReadLevelsOfEndPoint(std::string_view fdn, MEPIndex& mep) {
     constexpr int LAST_PLACE = 3;
     LevelScanner scanner(fdn);
     Level level;
@@ -189,25 +186,27 @@ EndPointText ReadEndPoint(std::string_view fdn, MEPIndex& mep) {
     return EndPointText::NOT_READABLE;  // an empty text has not even a last level
 }
 
+EndPointText ReadEndPoint(std::string_view fdn, MEPIndex& mep) {
+    return ReadApart(fdn, LiesIn(mep.mdName, fdn) || LiesIn(mep.maName, fdn),
+                     [&mep](std::string_view text) { return ReadLevelsOfEndPoint(text, mep); });
+}
+
 }  // namespace
 
 bool Conversion<MDIndex>::Read(std::string_view fdn, MDIndex& md, const Surroundings& /*surroundings*/) {
     return ReadMd(TextLevels(fdn), md);
 }
 
-bool Conversion<MAIndex>::Read(std::string_view fdn, MAIndex& ma, const Surroundings& surroundings) {
-    if (LiesIn(ma.mdName, fdn) || LiesIn(ma.maName, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), ma, surroundings);
-    }
-    return ReadMa(TextLevels(fdn), ma);
+bool Conversion<MAIndex>::Read(std::string_view fdn, MAIndex& ma, const Surroundings& /*surroundings*/) {
+    return ReadApart(fdn, LiesIn(ma.mdName, fdn) || LiesIn(ma.maName, fdn),
+                     [&ma](std::string_view text) { return ReadMa(TextLevels(text), ma); });
 }
 
-bool Conversion<MIPIndex>::Read(std::string_view fdn, MIPIndex& mip, const Surroundings& surroundings) {
-    if (LiesIn(mip.mdName, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), mip, surroundings);
-    }
-    const TextLevels levels(fdn);
-    return ReadMip(levels, mip) && !levels.Value<"NE">().empty();
+bool Conversion<MIPIndex>::Read(std::string_view fdn, MIPIndex& mip, const Surroundings& /*surroundings*/) {
+    return ReadApart(fdn, LiesIn(mip.mdName, fdn), [&mip](std::string_view text) {
+        const TextLevels levels(text);
+        return ReadMip(levels, mip) && !levels.Value<"NE">().empty();
+    });
 }
 
 bool Conversion<MEPIndex>::Read(std::string_view fdn, MEPIndex& mep, const Surroundings& /*surroundings*/) {

@@ -162,8 +162,9 @@ bool StandsForNoPort(const Levels& levels, std::string_view fdn) {
     return (levels.MayRepeat() || levels.template Value<"S">() == "0") && fdn.find(NO_PORT) != std::string_view::npos;
 }
 
-// Reads the port in `fdn`, which does not lie in the record.
-bool ReadPortIndex(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
+// Reads the port in `fdn`, which does not lie in the record. Flattened (an attribute of GNU compilers), since ports are
+// the commonest of all identifiers.
+[[gnu::flatten]] bool ReadPortIndex(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
     const PortLevels levels(fdn);
     return !StandsForNoPort(levels, fdn) && ReadPort(levels, port, surroundings);
 }
@@ -177,28 +178,15 @@ bool LiesIn(const CtpKey_T& key, std::string_view fdn) {
            NS_FDN::LiesIn(key.fdnText, fdn);
 }
 
-// Returns the position of `word`, which begins with "SU", or npos. Many levels begin with an "S", hardly any text has a
-// "U".
-std::size_t FindSubIf(std::string_view text, std::string_view word) noexcept {
-    auto at = text.find('U', 1);
-    while (at != std::string_view::npos && !text.substr(at - 1).starts_with(word)) {
-        at = text.find('U', at + 1);
-    }
-    return at == std::string_view::npos ? at : at - 1;
-}
-
 struct PortAndSubInterface {
     bool hasPort;
     bool hasSubInterface;
 };
 
 PortAndSubInterface ReadSubInterface(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    if (LiesIn(key, fdn)) [[unlikely]] {
-        return ReadSubInterface(std::string(fdn), key, surroundings);
-    }
     const bool hasPort = ReadPortIndex(fdn, key.port, surroundings);
     constexpr std::string_view SUBIF = "SUBIF=";
-    const auto subIf = FindSubIf(fdn, SUBIF);
+    const auto subIf = fdn.find(SUBIF);
     const bool hasSubInterface = subIf != std::string_view::npos;
     if (hasSubInterface) {
         key.subIfId = Str2Int(fdn.substr(subIf + SUBIF.size()));
@@ -209,7 +197,7 @@ PortAndSubInterface ReadSubInterface(std::string_view fdn, CtpKey_T& key, const 
 // The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
 // turned into an access point, in `key.fdnText`.
 std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
-    if (const auto subIf = FindSubIf(fdn, "SUBIF"); subIf != std::string_view::npos) {
+    if (const auto subIf = fdn.find("SUBIF"); subIf != std::string_view::npos) {
         return fdn.substr(subIf);
     }
     const auto channelSet = fdn.find("CHANNELSET");
@@ -229,29 +217,71 @@ std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     return key.fdnText;
 }
 
-// Reads what is on the port that `key` names. False when there is nothing.
-bool ReadOnPort(std::string_view fdn, CtpKey_T& key) {
-    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
-    const LevelFinder<"VR", "AP", "SUBIF"> levels(text);
+// Reads what is on the port that `key` names from the levels of `text`. False when there is nothing.
+template <class Levels>
+bool ReadOnPort(const Levels& levels, CtpKey_T& key) {
     key.neId = key.port.neId;
-    bool isThere = levels.ReadNumber<"VR">(key.vrId);
+    bool isThere = levels.template ReadNumber<"VR">(key.vrId);
     key.fbType = key.port.fbType;
-    const SubValues<3> accessPoint(levels.Value<"AP">());
+    const SubValues<3> accessPoint(levels.template Value<"AP">());
     if (accessPoint.Count() == 3) {
         key.apValue1 = Str2Int(accessPoint[0]);
         key.apValue2 = Str2Int(accessPoint[1]);
         key.apText = accessPoint[1];
         key.subIfId = Str2Int(accessPoint[2]);
-        isThere = true;
-    } else {
-        isThere |= levels.ReadNumber<"SUBIF">(key.subIfId);
+        return true;
     }
+    return levels.template ReadNumber<"SUBIF">(key.subIfId) || isThere;
+}
+
+// The same from `fdn`, whose levels were found already.
+template <class Levels>
+bool ReadOnPort(const Levels& levels, std::string_view fdn, CtpKey_T& key) {
+    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
+    const bool isWhole = text.data() == fdn.data();
+    const bool isThere = isWhole ? ReadOnPort(levels, key) : ReadOnPort(LevelFinder<"VR", "AP", "SUBIF">(text), key);
     if (text.empty()) {
         key.fdnText = fdn;
     } else if (text.data() != key.fdnText.data()) {
         key.fdnText = text;
     }
     return isThere;
+}
+
+// Reads the port of `key`, unless it has one, and what is on it.
+bool ReadAccessPoint(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
+    const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "VR", "AP", "SUBIF"> levels(fdn);
+    if (key.port.neId != -1) {
+        return ReadOnPort(levels, fdn, key);
+    }
+    try {
+        const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, key.port, surroundings);
+        return ReadOnPort(levels, fdn, key) && hasPort;
+    } catch (...) {
+        key.port.neId = -1;  // the port may be half read: the next call reads it again
+        throw;
+    }
+}
+
+// ---- Reading of termination points ----------------------------------------------------------------------------------
+
+bool ReadTerminationPoint(std::string_view fdn, TPIndex& tp, const Surroundings& surroundings) {
+    tp.reserved = 0;
+    tp.neId = -1;
+    tp.shelfId = -1;
+    tp.slotId = -1;
+    tp.subSlotId = -1;
+    tp.portId = -1;
+    tp.ppType = 0;
+    tp.fbType = 0;
+    tp.portLabel.clear();
+    tp.isLogical = false;
+    const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
+    std::int32_t number = -1;
+    const std::string subIf = levels.ReadNumber<"SUBIF">(number) && number != -1 ? "." + Int2Str(number) : "";
+    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, subIf.size());
+    tp.portLabel.append(subIf);
+    return hasPort;
 }
 
 // ---- Writing of keys ------------------------------------------------------------------------------------------------
@@ -270,10 +300,8 @@ void WriteKey(const CtpKey_T& key, bool withSubIf, std::string& fdn, const Surro
 // ---- Ports ----------------------------------------------------------------------------------------------------------
 
 bool Conversion<PortIndex>::Read(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
-    if (LiesIn(port.portLabel, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), port, surroundings);
-    }
-    return ReadPortIndex(fdn, port, surroundings);
+    return ReadApart(fdn, LiesIn(port.portLabel, fdn),
+                     [&](std::string_view text) { return ReadPortIndex(text, port, surroundings); });
 }
 
 void Conversion<PortIndex>::Write(const PortIndex& port, std::string& fdn, const Surroundings& surroundings) {
@@ -325,7 +353,8 @@ bool Conversion<LoopBackPort>::Read(std::string_view fdn, PortIndex& port, const
 // ---- Sub-interfaces, access points, termination points --------------------------------------------------------------
 
 bool Conversion<PortOfKey>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    return ReadSubInterface(fdn, key, surroundings).hasPort;
+    return ReadApart(fdn, LiesIn(key, fdn),
+                     [&](std::string_view text) { return ReadSubInterface(text, key, surroundings).hasPort; });
 }
 
 void Conversion<PortOfKey>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
@@ -333,8 +362,10 @@ void Conversion<PortOfKey>::Write(const CtpKey_T& key, std::string& fdn, const S
 }
 
 bool Conversion<SubInterface>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    const auto [hasPort, hasSubInterface] = ReadSubInterface(fdn, key, surroundings);
-    return hasPort && hasSubInterface;
+    return ReadApart(fdn, LiesIn(key, fdn), [&](std::string_view text) {
+        const auto [hasPort, hasSubInterface] = ReadSubInterface(text, key, surroundings);
+        return hasPort && hasSubInterface;
+    });
 }
 
 void Conversion<SubInterface>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
@@ -342,19 +373,8 @@ void Conversion<SubInterface>::Write(const CtpKey_T& key, std::string& fdn, cons
 }
 
 bool Conversion<CtpKey_T>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    if (LiesIn(key, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), key, surroundings);
-    }
-    if (key.port.neId != -1) {
-        return ReadOnPort(fdn, key);
-    }
-    try {
-        const bool hasPort = ReadPortIndex(fdn, key.port, surroundings);
-        return ReadOnPort(fdn, key) && hasPort;
-    } catch (...) {
-        key.port.neId = -1;  // the port may be half read: the next call reads it again
-        throw;
-    }
+    return ReadApart(fdn, LiesIn(key, fdn),
+                     [&](std::string_view text) { return ReadAccessPoint(text, key, surroundings); });
 }
 
 void Conversion<CtpKey_T>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
@@ -373,25 +393,8 @@ void Conversion<CtpKey_T>::WriteAs(bool asLogical, const CtpKey_T& key, std::str
 }
 
 bool Conversion<TPIndex>::Read(std::string_view fdn, TPIndex& tp, const Surroundings& surroundings) {
-    if (LiesIn(tp.portLabel, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), tp, surroundings);
-    }
-    tp.reserved = 0;
-    tp.neId = -1;
-    tp.shelfId = -1;
-    tp.slotId = -1;
-    tp.subSlotId = -1;
-    tp.portId = -1;
-    tp.ppType = 0;
-    tp.fbType = 0;
-    tp.portLabel.clear();
-    tp.isLogical = false;
-    const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
-    std::int32_t number = -1;
-    const std::string subIf = levels.ReadNumber<"SUBIF">(number) && number != -1 ? "." + Int2Str(number) : "";
-    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, subIf.size());
-    tp.portLabel.append(subIf);
-    return hasPort;
+    return ReadApart(fdn, LiesIn(tp.portLabel, fdn),
+                     [&](std::string_view text) { return ReadTerminationPoint(text, tp, surroundings); });
 }
 
 void Conversion<TPIndex>::Write(const TPIndex& tp, std::string& fdn, const Surroundings& surroundings) {
@@ -440,8 +443,7 @@ void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
     Conversion<TPIndex>::Write(tp, fdn, SYSTEM);
 }
 
-// Flattened (an attribute of GNU compilers), since ports are the commonest of all identifiers.
-[[gnu::flatten]] void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
+void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
     Conversion<PortIndex>::Read(fdn, port, SYSTEM);
 }
 

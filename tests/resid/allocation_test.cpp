@@ -35,6 +35,7 @@ using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
 using NS_UTIL::MocLvlValueMap;
 using NS_UTIL::ResIDUtil;
+using NS_UTIL::Surroundings;
 
 class NoFile : public NS_SERVICE::DAWSvcInterface {
 public:
@@ -97,6 +98,22 @@ TEST_F(Allocations, AreNotMadeByReaders) {
         ResIDUtil::Fdn2MocLvlValueMap(fdn, map);
         ForEachReaderOfText([&](const auto& reader) { expectNone(reader, fdn); });
         ForEachReaderOfMap([&](const auto& reader) { expectNone(reader, map); });
+    }
+}
+
+TEST_F(Allocations, AreNotMadeByTypedReaders) {
+    IdentifierGenerator identifiers(65);
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        const std::string fdn = identifiers.Next();
+        ForEachReaderOfText([&fdn]<class Record>(const Reader<Record>& reader) {
+            Record record;
+            MakeRoom(record);
+
+            const AllocationCount count;
+            reader.typed(fdn, record, Surroundings::OfSystem());
+
+            EXPECT_EQ(count.Get(), 0U) << reader.name << " of " << testing::PrintToString(fdn);
+        });
     }
 }
 
