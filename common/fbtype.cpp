@@ -8,10 +8,7 @@
 #include <kx_platform/textutil.h>
 
 #include "common/loadonce.h"
-#include "common/tables/domainname.h"
-#include "common/tables/fbtypename.h"
-#include "common/tables/portobjectfbtype.h"
-#include "common/tables/ptnaidfbtype.h"
+#include "common/tables.h"
 
 namespace NS_UTIL {
 
