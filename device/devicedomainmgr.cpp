@@ -19,7 +19,7 @@ void StoreSorted(DomainCache& cache, const std::string& domain, const std::list<
 }
 
 bool IsMember(DomainCache& cache, const std::string& domain, int neType) {
-    const std::list<int>& neTypes = cache[domain];  // an unknown domain leaves an empty list behind, on purpose
+    const std::list<int>& neTypes = cache[domain];  // adds an empty list for an unknown domain, on purpose
     const auto found = std::lower_bound(neTypes.begin(), neTypes.end(), neType);
     return found != neTypes.end() && *found == neType;
 }

@@ -1,5 +1,5 @@
-/// Finding separators in text. Blocks of 64 characters become a word with one bit for each character, so that going from
-/// one separator to the next takes a few steps, however many characters lie between them.
+/// Finding separators in text. Blocks of 64 characters become a word with one bit for each character, so that going
+/// from one separator to the next takes a few steps, however many characters lie between them.
 ///
 /// Nothing here reads a byte outside the text, allocates or throws. Any thread.
 #pragma once
@@ -101,8 +101,8 @@ public:
         if (m_found == 0) [[unlikely]] {
             LoadBlock();
         }
-        const Piece piece{
-            m_begin, m_found != 0 ? m_block + static_cast<unsigned>(std::countr_zero(m_found)) : FindAfterBlock()};
+        const Piece piece{m_begin,
+                          m_found != 0 ? m_block + static_cast<unsigned>(std::countr_zero(m_found)) : FindAfterBlock()};
         m_found &= m_found - 1;
         m_begin = piece.end + 1;
         return piece;
