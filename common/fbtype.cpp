@@ -14,8 +14,7 @@ namespace NS_UTIL {
 
 namespace {
 
-// A table that is built on first use and lives until the process ends: threads may ask while the process is ending, so
-// nothing destroys it.
+// A table that is built on first use. It is never destroyed, since threads may ask while the process ends.
 template <class Table>
 class LazyTable {
 public:

@@ -22,15 +22,14 @@ namespace NS_UTIL {
 
 namespace {
 
-// Whether `text` is `name` but for small letters, of which `name` has none. As `SelfUtilCommon::upperStr`, it looks at
-// "a" to "z" only.
+// Whether `text` in capitals is `name`. Only "a" to "z" count as small letters.
 bool IsNameInAnyCase(std::string_view text, std::string_view name) {
     return std::equal(text.begin(), text.end(), name.begin(), name.end(), [](char character, char capital) {
         return (character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character) == capital;
     });
 }
 
-// What is mapped from key; key itself when nothing is.
+// Returns the value under `key`, or `key` itself if there is none.
 template <class Number>
 Number FindOrPass(const std::map<Number, Number>& map, Number key) {
     const auto entry = map.find(key);
@@ -132,7 +131,7 @@ std::string UtilCommon::GetMoc(const std::string& fdn) const {
     if (!hasComma && hasEquals) {
         return std::string(head);
     }
-    // What is left is an object that is named without a level, or no identifier.
+    // The last level has no "=": the text names the management system, or is no identifier.
     return head == "OS" || head == "SYSTEM" ? "OS" : "";
 }
 
@@ -223,7 +222,7 @@ bool UtilCommon::SetTpNoToLocation(int& location, const int& level, const int& t
     }
     int fbType = 0;
     InterfaceLevel2FBType(fbType, level);
-    // Added to what the word holds, not put in its place: a free word is expected to be 0.
+    // The bits of a negative word stay, on purpose: callers keep free words at 0.
     location =
         static_cast<int>(static_cast<std::uint32_t>(location) | static_cast<std::uint32_t>(fbType) << FB_TYPE_SHIFT |
                          (static_cast<std::uint32_t>(tpNo) & TP_NUMBER_MASK));
@@ -245,7 +244,7 @@ bool UtilCommon::SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tp
     if (tpNo < 1) {
         return false;
     }
-    // NOLINTNEXTLINE(readability-use-anyofallof): what is asked writes, and std::any_of promises no order
+    // NOLINTNEXTLINE(readability-use-anyofallof): the condition writes, and std::any_of promises no order
     for (const auto word : LOCATION_WORDS) {
         if (SetTpNoToLocation(tp.*word, level, tpNo)) {
             return true;

@@ -12,7 +12,7 @@ namespace {
 using DomainCache = std::map<std::string, std::list<int>>;
 
 void StoreSorted(DomainCache& cache, const std::string& domain, const std::list<int>& neTypes) {
-    // Apart from the cache, which keeps what it had when memory runs out.
+    // Built apart from the cache, so that the cache keeps its list if memory runs out.
     std::list<int> sorted = neTypes;
     sorted.sort();
     cache[domain] = std::move(sorted);

@@ -11,17 +11,17 @@ namespace NS_UTIL::NS_FRAME {
 /// The carrier profile switch, item "Telvandaire"; 0 when it is missing or no number.
 int ReadCarrierProfile();
 
-/// The bytes of performance data that are read at a time, item "PfmFrameRdSize", as it was set. False, and
-/// `size` untouched, when the item is missing or no number.
+/// Reads how many bytes of performance data are read at a time, item "PfmFrameRdSize", unchecked. Returns false and
+/// leaves `size` alone if the item is missing or no number.
 bool ReadPfmFrameSize(int& size);
 
-/// The NE types that spell out an absent sub-slot, item "NETypeListForSubSlot" (decimal numbers separated by ","), as
-/// the item stands when this object is made. A local variable.
+/// The NE types that spell out an absent sub-slot: item "NETypeListForSubSlot", decimal numbers separated by ",". Holds
+/// the list as it is when this object is made. A local variable.
 class SubSlotNETypes {
 public:
     SubSlotNETypes();
 
-    /// Whether `neType` is in the list; false when the item is missing or empty.
+    /// Whether `neType` is in the list. Returns false if the item is missing or empty.
     [[nodiscard]] bool Contains(unsigned short neType) const noexcept;
 
 private:

@@ -33,7 +33,7 @@ constexpr int CHANNELLED_PORT = 16;
 
 // ---- Writing --------------------------------------------------------------------------------------------------------
 
-// What is written of a port, whichever record it comes from.
+// The fields that a port writer needs, from any record.
 struct PortFields {
     std::int32_t neId;
     std::int32_t shelfId;
@@ -92,7 +92,7 @@ void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical, const
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-// False without an NE.
+// Returns whether there is an NE.
 template <class Levels, class Record>
 bool ReadContainers(const Levels& levels, Record& record) {
     const bool hasNE = levels.template ReadNumber<"NE">(record.neId);
@@ -104,8 +104,8 @@ bool ReadContainers(const Levels& levels, Record& record) {
 
 enum class Escapes { TAKEN, LEFT };
 
-// False without a level of four sub-values. Leaves room after the label for what the caller appends, so that the label
-// grows once.
+// Returns whether there is a port level with four sub-values. Leaves `room` bytes after the label for what the caller
+// appends, so that the label grows once.
 template <class Levels, class Record>
 bool ReadPortLevel(const Levels& levels, Record& record, Escapes escapes, std::size_t room = 0) {
     record.portId = -1;
@@ -156,7 +156,7 @@ bool ReadPort(const Levels& levels, Record& record, const Surroundings& surround
 
 using PortLevels = LevelFinder<"NE", "FR", "S", "SS", "PP", "LP">;
 
-// Searching the text would take as long as reading it. Only one with a level "S=0" can hold the words.
+// Plain text: it counts wherever it stands. Only a text with a level "S=0" can hold it; others are not searched.
 template <class Levels>
 bool StandsForNoPort(const Levels& levels, std::string_view fdn) {
     return (levels.MayRepeat() || levels.template Value<"S">() == "0") && fdn.find(NO_PORT) != std::string_view::npos;
@@ -194,8 +194,8 @@ PortAndSubInterface ReadSubInterface(std::string_view fdn, CtpKey_T& key, const 
     return {hasPort, hasSubInterface};
 }
 
-// The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
-// turned into an access point, in `key.fdnText`.
+// Returns the text whose levels say what is on a channelled port. It begins at a sub-interface's tag, or is made of a
+// channel set, in `key.fdnText`.
 std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     if (const auto subIf = fdn.find("SUBIF"); subIf != std::string_view::npos) {
         return fdn.substr(subIf);
@@ -208,8 +208,8 @@ std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     if (equals == std::string_view::npos) {
         return {};
     }
-    // The "=" is counted from the channel set, yet the identifier is cut there from its own start, on purpose. All
-    // between that cut and the channel set's number gives way to the access point.
+    // The position of "=" is counted from the channel set, yet the identifier is cut at that position from its own
+    // start, on purpose. The access point replaces everything between that cut and the channel set's number.
     constexpr std::string_view ACCESS_POINT = "AP=||1000";
     key.fdnText.reserve(fdn.size() + ACCESS_POINT.size());  // so that it grows once
     key.fdnText = fdn;
@@ -217,7 +217,7 @@ std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     return key.fdnText;
 }
 
-// Reads what is on the port that `key` names from the levels of `text`. False when there is nothing.
+// Reads what is on the port of `key`. Returns whether there is anything.
 template <class Levels>
 bool ReadOnPort(const Levels& levels, CtpKey_T& key) {
     key.neId = key.port.neId;
@@ -234,7 +234,7 @@ bool ReadOnPort(const Levels& levels, CtpKey_T& key) {
     return levels.template ReadNumber<"SUBIF">(key.subIfId) || isThere;
 }
 
-// The same from `fdn`, whose levels were found already.
+// The same for `fdn`, whose levels are `levels`; a channelled port may need another text's levels.
 template <class Levels>
 bool ReadOnPort(const Levels& levels, std::string_view fdn, CtpKey_T& key) {
     const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
@@ -248,7 +248,7 @@ bool ReadOnPort(const Levels& levels, std::string_view fdn, CtpKey_T& key) {
     return isThere;
 }
 
-// Reads the port of `key`, unless it has one, and what is on it.
+// Reads the port, unless `key` has one already, and what is on it.
 bool ReadAccessPoint(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
     const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "VR", "AP", "SUBIF"> levels(fdn);
     if (key.port.neId != -1) {
@@ -344,7 +344,7 @@ void Conversion<PortByNEType>::WriteAs(bool asLogical, const PortIndex& port, st
 bool Conversion<LoopBackPort>::Read(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
     const PortLevels levels(fdn);
     const bool hasNE = ReadContainers(levels, port);
-    // The answer is not used, but callers observe the question: it throws when there is no data-access service.
+    // The answer is not used, but callers see the question: it throws if there is no data-access service.
     surroundings.AgentCarrierProfile();
     const bool hasPort = ReadPortLevel(levels, port, Escapes::LEFT);
     return hasNE && hasPort;

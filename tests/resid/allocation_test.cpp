@@ -1,4 +1,4 @@
-// Conversions whose texts have room allocate nothing, others no more than their texts need.
+// Conversions allocate nothing if their texts have room, and otherwise only what the texts need.
 #include <string>
 #include <type_traits>
 
@@ -44,7 +44,7 @@ public:
 
 class Allocations : public testing::Test {
 protected:
-    // The first call of each thread and of each source makes what stays.
+    // First calls allocate what later calls reuse.
     Allocations() {
         std::string fdn;
         ForEachWriter([&fdn]<class Record>(const Writer<Record>& writer) {
@@ -134,7 +134,7 @@ TEST_F(Allocations, AreNotMadeByWriters) {
     }
 }
 
-// Texts without room grow once, to what they need.
+// Texts without room grow once.
 TEST_F(Allocations, AreMadeByReadersOnceForEachTextWithoutRoom) {
     IdentifierGenerator identifiers(63);
     const std::string name(100, 'n');

@@ -105,7 +105,7 @@ std::vector<std::string*> TextsOf(Record& record) {
     return texts;
 }
 
-// Every reader, every text of its record, and the text as a whole and from its third character on.
+// Every reader, every text of its record; the whole text, and from its third character on.
 TEST(ReadersOfATextInTheirRecord, ReadWhatTheyReadOfACopy) {
     IdentifierGenerator identifiers(7);
     RecordGenerator records(8);
@@ -162,7 +162,7 @@ TEST(ReadersOfATextInTheirRecord, ReadTheLabelThatTheyReplace) {
 
 // ---- What the answer says -------------------------------------------------------------------------------------------
 
-// Each kind with a text that has all that it needs and nothing else; `gone` are those texts without one of its needs.
+// `whole` has all that the kind needs; each text of `gone` lacks something.
 template <class Kind>
 void ExpectNeeds(const std::string& whole, const std::vector<std::string>& gone) {
     NoFile dataAccess;
@@ -251,7 +251,7 @@ TEST(Answers, SayWhetherAMaintenancePointIsNamed) {
     ExpectNeeds<RemoteMEP>("NE=1,MD=2,MA=3,RMEP=4", gone);
 }
 
-// ---- Kinds that ResIDUtil has no reader or writer of ----------------------------------------------------------------
+// ---- Kinds and variants without a ResIDUtil function of their own ---------------------------------------------------
 
 TEST(ContainedNEs, AreReadAndWritten) {
     const auto ne = Read<ContainedNE>("ONE=3,NE=7");

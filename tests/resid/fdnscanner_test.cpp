@@ -122,7 +122,7 @@ TEST(SubValuesOfALevel, StopAtTheLastPlace) {
     EXPECT_EQ(two[1], "b");
 }
 
-TEST(SubValuesOfALevel, AreEmptyBehindTheLast) {
+TEST(SubValuesOfALevel, AreEmptyAfterTheLast) {
     const SubValues<3> one("a");
     EXPECT_EQ(one.Count(), 1U);
     EXPECT_EQ(one[0], "a");

@@ -33,7 +33,7 @@ using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
 using NS_UTIL::ResIDUtil;
 
-// The code of the exception that convert threw; 0: none.
+// Returns the code of the exception that `convert` throws; 0: none.
 template <class Convert>
 std::uint32_t ThrownCode(Convert convert) {
     try {
@@ -284,7 +284,7 @@ INSTANTIATE_TEST_SUITE_P(OfResId, Vectors,
                                          Suite{"oamwriters", &RunWriterCase}),
                          [](const auto& suite) { return std::string(suite.param.file); });
 
-// A conversion that no vector names would go untested by other implementations.
+// The vectors are shared with other implementations, so they must name every conversion.
 TEST(VectorsOfResId, NameEveryConversion) {
     std::set<std::pair<std::string, std::string>> named;
     for (const char* file : {"equipmentreaders", "portreaders", "servicereaders", "oamreaders", "equipmentwriters",
