@@ -8,17 +8,13 @@
 #include <kx_platform/textutil.h>
 
 #include "common/loadonce.h"
-#include "common/tables/domainname.h"
-#include "common/tables/fbtypename.h"
-#include "common/tables/portobjectfbtype.h"
-#include "common/tables/ptnaidfbtype.h"
+#include "common/tables.h"
 
 namespace NS_UTIL {
 
 namespace {
 
-// A table that is built on first use and lives until the process ends: threads may ask while the process is ending, so
-// nothing destroys it.
+// A table that is built on first use. It is never destroyed, since threads may ask while the process ends.
 template <class Table>
 class LazyTable {
 public:

@@ -9,9 +9,9 @@
 
 namespace NS_UTIL {
 
-/// Calls `load` once: does nothing when `loaded` is set; otherwise takes `lock`, which is of one of the types below,
-/// looks at `loaded` again, calls `load` and sets `loaded`. When the lock cannot be taken, it goes on without.
-/// Exceptions thrown by `load` propagate; the lock is released, and the next call tries again.
+/// Calls `load` once, by double-checked locking. Does nothing if `loaded` is set. Otherwise takes `lock`, which is of
+/// one of the types below, checks `loaded` again, calls `load` and sets `loaded`. If the lock cannot be taken, goes on
+/// without it. Exceptions thrown by `load` propagate; the lock is released, and the next call tries again.
 template <class Lock, class Load>
 void LoadOnce(std::atomic<bool>& loaded, Lock lock, Load load) {
     if (loaded.load(std::memory_order_acquire)) {
@@ -34,8 +34,7 @@ void LoadOnce(std::atomic<bool>& loaded, Lock lock, Load load) {
     }
 }
 
-// Each table has a lock of its own, of the kind that the system gave it; bundles rely on how each behaves when it
-// fails.
+// Each table has a lock of its own. The kinds differ on purpose: bundles rely on how each of them fails.
 
 /// A mutex, as `LoadOnce` takes it.
 struct MutexLock {
@@ -53,7 +52,7 @@ struct WriteLock {
     void Release() const { mutex.release(); }
 };
 
-/// A POSIX read-write lock taken for writing; a failure is left in errno.
+/// A POSIX read-write lock taken for writing; a failure sets errno.
 struct PosixWriteLock {
     pthread_rwlock_t& lock;
 

@@ -48,7 +48,7 @@ NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {}
 NtfFilter::~NtfFilter() = default;
 
 void NtfFilter::Load() {
-    // An earlier load may have run out of memory half-way.
+    // An earlier load may have run out of memory halfway.
     m_nEventSwitch = 0;
     m_setWhiteList.clear();
     m_setBlackList.clear();
@@ -69,7 +69,7 @@ void NtfFilter::Load() {
 
 bool NtfFilter::IsFilteNtf(int notificationId) {
     LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
-    // The two messages name another class. They are texts as operators search for them; not to be corrected.
+    // Do not correct the two messages, which name another class: operators search for them as they are.
     if (m_nEventSwitch == EVENT_SWITCH_WHITE_LIST && !m_setWhiteList.contains(notificationId)) {
         NS_FRAME::UTIL_COMMON_LOG.Write(
             1069, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by WhiteList", notificationId);

@@ -9,6 +9,13 @@ namespace NS_UTIL::NS_FRAME {
 using NS_BUNDLEMGR1::ConfigItem;
 using NS_BUNDLEMGR1::CorbaConfigItems;
 
+int ReadCarrierProfile() {
+    static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("Telvandaire");
+    int profile = 0;
+    item.GetInt(profile);
+    return profile;
+}
+
 bool ReadPfmFrameSize(int& size) {
     static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("PfmFrameRdSize");
     return item.GetInt(size);

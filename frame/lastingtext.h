@@ -17,9 +17,8 @@ struct TextArgument {
     [[nodiscard]] constexpr std::string_view View() const { return {characters, Size - 1}; }
 };
 
-/// Text as a string, made at the first call: 12 % fewer instructions of ResID2LoopBackPortIndex than to make it at each
-/// call, and no allocation. It is never destroyed, since threads may ask while the process is ending.
-/// Throws std::bad_alloc at the first call when there is no memory.
+/// Text as a string, made at the first call, so that later calls allocate nothing. It is never destroyed, since threads
+/// may ask while the process ends. Throws std::bad_alloc if the first call finds no memory.
 template <TextArgument Text>
 const std::string& LastingText() {
     static const std::string& text = *new std::string(Text.View());

@@ -28,7 +28,7 @@ PARTS = [
     Part("scanners", ("resid/*.h", "include/kx_domain_util/*finder.h", "include/kx_domain_util/fdnscanner.h"), 36,
          ("fdnwriter", "separatorfinder", "resid", "plain", "sse2")),
     Part("common", ("common/*.cpp", "common/*.h"), 56, ("common", "loadonce", "exhaustion")),
-    Part("tables", ("common/tables/*.h",), 30, ("common",)),
+    Part("tables", ("common/tables.h",), 30, ("common",)),
     Part("platform", ("platform/src/*.cpp",), 66, ("platform", "frame")),
     Part("platform's headers", ("platform/include/kx_platform/*.h",), 26, ("platform", "frame")),
 ]
@@ -78,7 +78,7 @@ def places(path, source):
     """Gives (kind, begin, end, replacement) for every small change that is worth a try."""
     code = TOKEN.sub(blanked, source)
     code = SKIPPED.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), code)
-    in_table = "common/tables/" in path
+    in_table = "common/tables.h" in path
     logging = [match.span() for match in re.finditer(r"\bWrite(?:Log)?\([^;]*;", code)]
 
     for match in OPERATOR.finditer(code):
