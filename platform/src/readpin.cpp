@@ -5,6 +5,8 @@
 
 #include <kx_platform/readpin.h>
 
+#include "forks.h"
+
 namespace NS_BUNDLEMGR1 {
 
 namespace {
@@ -116,6 +118,20 @@ bool ThreadIsInsideService() noexcept {
 }
 
 }  // namespace
+
+void ReleasePinsOfOtherThreads() noexcept {
+    for (Block* block = allBlocks.load(); block != nullptr; block = block->next) {
+        if (block->owner.load() == nullptr || block->owner.load() == threadWords.first) {
+            continue;
+        }
+        for (auto& word : block->words) {
+            word.store(nullptr);
+        }
+        block->waiting.store(false);
+        block->outer = nullptr;
+        block->owner.store(nullptr);
+    }
+}
 
 ReadPin::ReadPin() {
     if (threadWords.first == nullptr || threadWords.used == WORDS_IN_BLOCK) {

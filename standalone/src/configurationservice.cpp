@@ -10,6 +10,8 @@
 
 #include <kx_platform/configitems.h>
 
+#include "forks.h"
+
 namespace NS_STANDALONE {
 
 namespace fs = std::filesystem;
@@ -60,7 +62,7 @@ ConfigurationService::~ConfigurationService() {
 }
 
 void ConfigurationService::Reload() {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(ConfigurationMutex());
     Files files;
     for (const auto& [path, file] : m_files) {
         if (path == BUNDLE_FILE) {
@@ -129,7 +131,7 @@ bool ConfigurationService::TryRead(const std::string& path) {
     if (!StaysInside(path) || !fs::is_regular_file(m_folder / path, ignored)) {
         return false;
     }
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(ConfigurationMutex());
     if (!m_files.contains(path)) {
         try {
             m_files.emplace(path, ReadTomlFile(m_folder / path));
@@ -141,7 +143,7 @@ bool ConfigurationService::TryRead(const std::string& path) {
     return true;
 }
 
-// Shows what m_files holds. The caller holds m_mutex.
+// Shows what m_files holds. The caller holds ConfigurationMutex.
 void ConfigurationService::Publish() {
     auto published = std::make_unique<PublishedFiles>();
     for (const auto& [path, file] : m_files) {

@@ -105,6 +105,8 @@ public:
     const ConfigItem& GetItem(std::string_view key);
 
 private:
+    friend class ForkHandlers;
+
     CorbaConfigItems() = default;
     ~CorbaConfigItems() = default;
 
