@@ -448,6 +448,9 @@ void WhileLocked(const fs::path& file, Action action) {
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::milliseconds{BUSY_TIMEOUT_MS};
     while (true) {
         SQLite::Database database = Open(file);
+        if (sqlite3_db_readonly(database.getHandle(), "main") == 1) {
+            Place{file}.Fail("cannot be changed: it is read-only");  // else it would be replaced all the same
+        }
         if (HasWriteAheadLog(database)) {
             const bool isOff = database.tryExec("PRAGMA journal_mode = DELETE") == SQLITE_OK;
             if (!isOff && std::chrono::steady_clock::now() > giveUp) {

@@ -121,7 +121,7 @@ TEST(Forks, UnderLoadLeaveChildrenThatCanDoAll) {
         [] { UtilCommon::Instance()->GetBidirFBType(918); },
         [] { NtfFilter::Instance()->IsFilteNtf(5); },
     });
-    for (int round = 0; round < 400; ++round) {
+    for (int round = 0; round < 200; ++round) {
         ASSERT_EQ(EndOfChild([&] {
                       CorbaConfigItems::Instance()->SetItem("Telvandaire", "0");
                       const bool isRight =
@@ -219,7 +219,7 @@ TEST_F(ForksOfAHost, UnderLoadLeaveChildrenThatCanDoAll) {
             [&host] { host->ReloadInventory(); },
             [&host] { host->ReloadConfiguration(); },
         });
-        for (int round = 0; round < 200; ++round) {
+        for (int round = 0; round < 100; ++round) {
             ASSERT_EQ(EndOfChild([&host] {
                           Log("of a child");
                           host->ReloadInventory();

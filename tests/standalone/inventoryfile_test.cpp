@@ -595,6 +595,11 @@ TEST_F(InventoryFileWithoutRights, SaysWhatIsForbidden) {
     permissions(m_folder.Path(), perms{0755});
     EXPECT_EQ(ErrorWithoutRights([&] { CreateInventory(m_folder / "b.db"); }),
               (m_folder / "b.db").string() + ": cannot be written in its folder: Permission denied");
+    permissions(m_folder.Path(), perms{0777});
+    permissions(m_file, perms{0444});
+    EXPECT_EQ(ErrorWithoutRights([&] { ReplaceInventory(m_file, {}); }),
+              m_file.string() + ": cannot be changed: it is read-only");
+    permissions(m_folder.Path(), perms{0755});
     permissions(m_file, perms{0});
     EXPECT_EQ(ErrorWithoutRights([&] { ReadInventory(m_file); }),
               m_file.string() + ": cannot be opened: Permission denied");

@@ -16,8 +16,8 @@
 
 namespace NS_BUNDLEMGR1 {
 
-/// One configuration item. It lives as long as the process, also while it has no value, so that a reader may look it up
-/// once and then ask it at every call. Reading takes no lock (how that is safe: `readpin.h`). Any thread.
+/// One configuration item. It lives as long as the process, also while it has no value: a reader may look it up once
+/// and then ask it at every call. Reading takes no lock (`readpin.h` says how that is safe). Any thread.
 class KX_PLATFORM_API ConfigItem {
 public:
     /// An item without a value. Users get theirs from `CorbaConfigItems::GetItem`.
@@ -57,8 +57,7 @@ public:
 private:
     friend class CorbaConfigItems;
 
-    // The numbers are read when the item is set: 20 % fewer instructions of PortIndex2ResID than to go through the text
-    // at every call, which would allocate nothing either.
+    // The numbers are read when the item is set: going through the text at every call is slower.
     struct Value {
         std::string text;
         std::vector<int> numbers;
@@ -69,8 +68,7 @@ private:
     std::string m_key;
     std::list<Value> m_value;  // one or none; a list, so that it can be retired without any memory
     std::atomic<const Value*> m_published{nullptr};
-    // The low half is the number. One word, so that reading it needs no pin: 8 % fewer instructions of ResID2PortIndex
-    // than as a field of `Value`, 12 % fewer than to read the text at every call.
+    // The low half is the number. One word, so that reading it needs no pin.
     std::atomic<std::uint64_t> m_number{0};
     std::array<std::atomic<ConfigItem*>, 4> m_children{};  // in the trie of `CorbaConfigItems`
     ConfigItem* m_next = nullptr;                          // in its list of all items
