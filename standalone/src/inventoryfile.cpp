@@ -5,12 +5,14 @@
 #include <fstream>
 #include <limits>
 #include <new>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -34,23 +36,61 @@ constexpr int SCHEMA_VERSION = 1;
 constexpr int BUSY_TIMEOUT_MS = 5000;
 constexpr const char* TEXT_RULE = "a text in UTF-8 without NUL";
 
-struct Table {
+struct Column {
     std::string_view name;
-    std::string_view columns;  // in the order of the row structs
-    std::string_view values;   // one parameter for each column
-    std::string_view key;
-    int keyColumns;  // the first ones
+    std::string_view definition;
 };
 
-constexpr Table NE_TYPE_TABLE{"ne_type", "ne_type, name, ip_service, klv", "?, ?, ?, ?", "ne_type", 1};
-constexpr Table NE_TABLE{"ne", "ne_id, ne_type, multi_sub_shelf, oam_number_omitted", "?, ?, ?, ?", "ne_id", 1};
-constexpr Table DOMAIN_MEMBER_TABLE{"domain_member", "cache, domain, ne_type", "?, ?, ?", "cache, domain, ne_type", 3};
+struct Table {
+    std::string_view name;
+    std::array<Column, 4> columns;  // in the order of the row structs; the rest have no name
+    std::size_t keyColumns;         // the first ones
+    std::string_view options;
+};
 
-// The names of all caches, each between quotes.
-std::string CacheNames(std::string_view quote, std::string_view separator) {
+constexpr Table NE_TYPE_TABLE{"ne_type",
+                              {{{"ne_type", "INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535)"},
+                                {"name", "TEXT NOT NULL"},
+                                {"ip_service", "INTEGER NOT NULL CHECK (ip_service IN (0, 1))"},
+                                {"klv", "INTEGER NOT NULL CHECK (klv IN (0, 1))"}}},
+                              1,
+                              "STRICT"};
+constexpr Table NE_TABLE{"ne",
+                         {{{"ne_id", "INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647)"},
+                           {"ne_type", "INTEGER NOT NULL REFERENCES ne_type (ne_type)"},
+                           {"multi_sub_shelf", "INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1))"},
+                           {"oam_number_omitted", "INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))"}}},
+                         1,
+                         "STRICT"};
+constexpr Table DOMAIN_MEMBER_TABLE{
+    "domain_member",
+    {{{"cache", "TEXT NOT NULL CHECK (cache IN ('NE_TYPE_LIST', 'EQUIPMENT_TYPE'))"},
+      {"domain", "TEXT NOT NULL CHECK (domain <> '')"},
+      {"ne_type", "INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535), PRIMARY KEY (cache, domain, ne_type)"}}},
+    3,
+    "STRICT, WITHOUT ROWID"};
+constexpr std::array TABLES{NE_TYPE_TABLE, NE_TABLE, DOMAIN_MEMBER_TABLE};
+
+// What text says of the first `count` columns of a table, separated by commas.
+template <class Text>
+std::string OfColumns(const Table& table, std::size_t count, Text text) {
+    std::string all;
+    for (const Column& column : std::span(table.columns).first(count)) {
+        if (!column.name.empty()) {
+            all.append(all.empty() ? "" : ", ").append(text(column));
+        }
+    }
+    return all;
+}
+
+std::string NamesOf(const Table& table, std::size_t count = std::tuple_size_v<decltype(Table::columns)>) {
+    return OfColumns(table, count, [](const Column& column) { return column.name; });
+}
+
+std::string NamesOfCaches() {
     std::string names;
     for (const DomainCache cache : DOMAIN_CACHES) {
-        names.append(names.empty() ? "" : separator).append(quote).append(NameOf(cache)).append(quote);
+        names.append(names.empty() ? "" : " or ").append(NameOf(cache));
     }
     return names;
 }
@@ -142,7 +182,7 @@ public:
 
     [[noreturn]] void FailAtRow(const std::string& what) {
         std::string row;
-        for (int column = 0; column < m_keyColumns; ++column) {
+        for (int column = 0; column < static_cast<int>(m_keyColumns); ++column) {
             row.append(column == 0 ? "row " : ", ").append(m_statement.getColumn(column).getName());
             row.append("=").append(GetValueText(column));
         }
@@ -152,8 +192,8 @@ public:
 private:
     static std::string SelectText(const Table& table) {
         std::string text = "SELECT ";
-        text.append(table.columns).append(" FROM ").append(table.name).append(" ORDER BY ").append(table.key);
-        return text;
+        text.append(NamesOf(table)).append(" FROM ").append(table.name);
+        return text.append(" ORDER BY ").append(NamesOf(table, table.keyColumns));
     }
 
     std::string GetValueText(int column) {
@@ -168,7 +208,7 @@ private:
     }
 
     Place m_place;
-    int m_keyColumns;
+    std::size_t m_keyColumns;
     SQLite::Statement m_statement;
 };
 
@@ -176,7 +216,7 @@ private:
 class RowWriter {
 public:
     RowWriter(const SQLite::Database& database, Place place, const Table& table)
-        : m_place(place), m_columns(table.columns), m_statement(database, InsertText(table)) {}
+        : m_place(place), m_columns(NamesOf(table)), m_statement(database, InsertText(table)) {}
 
     void CheckText(const std::string& text, std::string_view column, std::uint16_t neType) const {
         if (!IsUtf8Text(text)) {
@@ -195,19 +235,19 @@ public:
             row.exceptions(std::ios::badbit);  // memory that runs out is told, not left out of the text
             const char* separator = "";
             ((row << separator << values, separator = ", "), ...);
-            m_place.Fail("row (" + std::string(m_columns) + ") = (" + row.str() + "): " + error.what());
+            m_place.Fail("row (" + m_columns + ") = (" + row.str() + "): " + error.what());
         }
     }
 
 private:
     static std::string InsertText(const Table& table) {
         std::string text = "INSERT INTO ";
-        text.append(table.name).append(" (").append(table.columns).append(") VALUES (").append(table.values);
-        return text.append(")");
+        text.append(table.name).append(" (").append(NamesOf(table)).append(") VALUES (");
+        return text.append(OfColumns(table, table.columns.size(), [](const Column&) { return "?"; })).append(")");
     }
 
     Place m_place;
-    std::string_view m_columns;
+    std::string m_columns;
     SQLite::Statement m_statement;
 };
 
@@ -248,10 +288,15 @@ void CheckSchema(const SQLite::Database& database, const fs::path& file) {
         Place{file}.Fail("is an inventory of schema version " + std::to_string(version) + ", not " +
                          std::to_string(SCHEMA_VERSION));
     }
-    const std::string stranger =
-        QueryText(database,
-                  "SELECT type || ' ' || name FROM sqlite_schema WHERE name NOT LIKE 'sqlite\\_%' ESCAPE '\\' AND NOT "
-                  "(type = 'table' AND name IN ('ne_type', 'ne', 'domain_member')) LIMIT 1");
+    std::string tables;
+    for (const Table& table : TABLES) {
+        tables.append(tables.empty() ? "'" : ", '").append(table.name).append("'");
+    }
+    const std::string query =
+        R"(SELECT type || ' ' || name FROM sqlite_schema WHERE name NOT LIKE 'sqlite\_%' ESCAPE '\' AND NOT )"
+        "(type = 'table' AND name IN (" +
+        tables + ")) LIMIT 1";
+    const std::string stranger = QueryText(database, query.c_str());
     if (!stranger.empty()) {
         Place{file}.Fail("is not an inventory: it has a " + stranger);
     }
@@ -272,7 +317,7 @@ void ReadTable(const SQLite::Database& database, const fs::path& file, const Tab
 DomainCache ReadCache(RowReader& reader) {
     const auto cache = FindDomainCache(reader.GetText(0));
     if (!cache) {
-        reader.FailAtValue(0, CacheNames("", " or "));
+        reader.FailAtValue(0, NamesOfCaches());
     }
     return *cache;
 }
@@ -363,28 +408,15 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
 }
 
 std::string Schema() {
-    return R"(
-CREATE TABLE ne_type (
-    ne_type INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535),
-    name TEXT NOT NULL,
-    ip_service INTEGER NOT NULL CHECK (ip_service IN (0, 1)),
-    klv INTEGER NOT NULL CHECK (klv IN (0, 1))
-) STRICT;
-CREATE TABLE ne (
-    ne_id INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647),
-    ne_type INTEGER NOT NULL REFERENCES ne_type (ne_type),
-    multi_sub_shelf INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1)),
-    oam_number_omitted INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))
-) STRICT;
-CREATE TABLE domain_member (
-    cache TEXT NOT NULL CHECK (cache IN ()" +
-           CacheNames("'", ", ") +
-           R"()),
-    domain TEXT NOT NULL CHECK (domain <> ''),
-    ne_type INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535),
-    PRIMARY KEY (cache, domain, ne_type)
-) STRICT, WITHOUT ROWID;
-)";
+    std::string schema;
+    for (const Table& table : TABLES) {
+        schema.append("CREATE TABLE ").append(table.name).append(" (\n    ");
+        schema.append(OfColumns(table, table.columns.size(), [](const Column& column) {
+            return std::string(column.name).append(" ").append(column.definition);
+        }));
+        schema.append("\n) ").append(table.options).append(";\n");
+    }
+    return schema;
 }
 
 // The bytes of an inventory file. It is made in memory: so no journal is ever left beside it, which the next one who
