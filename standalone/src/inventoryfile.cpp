@@ -260,9 +260,7 @@ SQLite::Database Open(const fs::path& file) {
         Place{file}.Fail(error.message());
     }
     if (!fs::is_regular_file(status)) {
-        Place{file}.Fail(!fs::exists(status)        ? "no such file"
-                         : fs::is_directory(status) ? "is a folder, not a regular file"
-                                                    : "is not a regular file");
+        Place{file}.Fail(fs::exists(status) ? "is not a regular file" : "no such file");
     }
     // An absolute name is never one of those to which SQLite gives a meaning of its own.
     return {fs::absolute(file).string(), SQLite::OPEN_READWRITE, BUSY_TIMEOUT_MS};
