@@ -75,6 +75,7 @@ public:
     /// Returns a word in which `user` (any address of the caller's own) remembers something that the service gave it,
     /// such as a logger. The word is null at first, the same at every call, and goes away with the object: nothing
     /// remembered in it outlives the service. Null when all words are taken: then the user remembers nothing.
+    /// Loggers are remembered so: looking one up at each record would take the log service's lock.
     std::atomic<void*>* GetMemory(const void* user) noexcept;
 
 private:
