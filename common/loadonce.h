@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <new>
 
 #include <ace/RW_Thread_Mutex.h>
 #include <ace/Thread_Mutex.h>
@@ -34,6 +35,33 @@ void LoadOnce(std::atomic<bool>& loaded, Lock lock, Load load) {
     }
 }
 
+/// Holds the `lock` of a table that is not loaded yet while the process forks: so the child, which has no other thread,
+/// finds the lock free, and the table not begun or loaded.
+class LockOverFork {
+public:
+    template <class Lock>
+    void BeforeFork(const std::atomic<bool>& loaded, Lock lock) {
+        m_isHeld.store(!loaded.load() && lock.Take());
+    }
+
+    template <class Lock>
+    void AfterForkInParent(Lock lock) {
+        if (m_isHeld.exchange(false)) {
+            lock.Release();
+        }
+    }
+
+    template <class Lock>
+    void AfterForkInChild(Lock lock) {
+        if (m_isHeld.exchange(false)) {
+            lock.ReleaseInChild();
+        }
+    }
+
+private:
+    std::atomic<bool> m_isHeld{false};
+};
+
 // Each table has a lock of its own. The kinds differ on purpose: bundles rely on how each of them fails.
 
 /// A mutex, as `LoadOnce` takes it.
@@ -42,6 +70,7 @@ struct MutexLock {
 
     bool Take() const { return mutex.acquire() != -1; }
     void Release() const { mutex.release(); }
+    void ReleaseInChild() const { Release(); }
 };
 
 /// A reader-writer mutex taken for writing.
@@ -50,6 +79,8 @@ struct WriteLock {
 
     bool Take() const { return mutex.acquire_write() != -1; }
     void Release() const { mutex.release(); }
+    // It belongs to the forking thread of the parent, which nobody is in the child.
+    void ReleaseInChild() const { new (&mutex) ACE_RW_Thread_Mutex; }
 };
 
 /// A POSIX read-write lock taken for writing; a failure sets errno.
@@ -58,6 +89,7 @@ struct PosixWriteLock {
 
     bool Take() const { return NoError(pthread_rwlock_wrlock(&lock)); }
     void Release() const { NoError(pthread_rwlock_unlock(&lock)); }
+    void ReleaseInChild() const { lock = PTHREAD_RWLOCK_INITIALIZER; }  // as above
 
     static bool NoError(int error) {
         if (error != 0) {

@@ -35,6 +35,63 @@ void GetEventFilterList(std::set<int>& list, const std::string& item) {
 
 std::atomic<NtfFilter*> NtfFilter::m_pInstance{nullptr};
 
+// The filter's lock is taken before that of the singletons, which a filter that loads its items needs too.
+class NtfFilterOverFork {
+public:
+    static void BeforeFork() {
+        NtfFilter* const filter = NtfFilter::m_pInstance.load();
+        if (filter != nullptr && !isLoading) {
+            overFork.BeforeFork(filter->m_bInit, WriteLock{*filter->m_rwLock});
+        }
+        NS_FRAME::StaticObjectLock::BeforeFork();
+    }
+
+    static void AfterForkInParent() {
+        NS_FRAME::StaticObjectLock::AfterForkInParent();
+        NtfFilter* const filter = NtfFilter::m_pInstance.load();
+        if (filter != nullptr && !isLoading) {
+            overFork.AfterForkInParent(WriteLock{*filter->m_rwLock});
+        }
+    }
+
+    static void AfterForkInChild() {
+        NS_FRAME::StaticObjectLock::AfterForkInChild();
+        NtfFilter* const filter = NtfFilter::m_pInstance.load();
+        if (filter == nullptr) {
+            return;
+        }
+        const WriteLock lock{*filter->m_rwLock};
+        if (isLoading) {
+            lock.ReleaseInChild();
+            static_cast<void>(lock.Take());  // in the name of the child's thread, which releases it after loading
+        } else {
+            overFork.AfterForkInChild(lock);
+        }
+    }
+
+    // While the calling thread loads the items: a log service that it calls may fork.
+    struct Loading {
+        Loading() { isLoading = true; }
+        ~Loading() { isLoading = false; }
+        Loading(const Loading&) = delete;
+        Loading& operator=(const Loading&) = delete;
+    };
+
+private:
+    static thread_local constinit bool isLoading;
+    static LockOverFork overFork;
+};
+
+thread_local constinit bool NtfFilterOverFork::isLoading = false;
+LockOverFork NtfFilterOverFork::overFork;
+
+namespace {
+
+[[maybe_unused]] const int atFork = pthread_atfork(NtfFilterOverFork::BeforeFork, NtfFilterOverFork::AfterForkInParent,
+                                                   NtfFilterOverFork::AfterForkInChild);
+
+}  // namespace
+
 NtfFilter* NtfFilter::Instance() {
     return NS_FRAME::GetInstance(m_pInstance, [] { return new NtfFilter; });
 }
@@ -68,7 +125,10 @@ void NtfFilter::Load() {
 }
 
 bool NtfFilter::IsFilteNtf(int notificationId) {
-    LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
+    LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] {
+        const NtfFilterOverFork::Loading loading;
+        Load();
+    });
     // Do not correct the two messages, which name another class: operators search for them as they are.
     if (m_nEventSwitch == EVENT_SWITCH_WHITE_LIST && !m_setWhiteList.contains(notificationId)) {
         NS_FRAME::UTIL_COMMON_LOG.Write(

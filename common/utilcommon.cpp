@@ -36,11 +36,20 @@ Number FindOrPass(const std::map<Number, Number>& map, Number key) {
     return entry != map.end() ? entry->second : key;
 }
 
+std::atomic<bool> isBidirBuilt{false};
+pthread_rwlock_t bidirLock = PTHREAD_RWLOCK_INITIALIZER;
+LockOverFork bidirOverFork;
+// Made when the library is loaded, not by a first call, in the middle of which another thread may fork; lives until the
+// process ends.
+auto& bidirFbTypes = *new std::map<unsigned short, unsigned short>;
+
+[[maybe_unused]] const int atFork =
+    pthread_atfork([] { bidirOverFork.BeforeFork(isBidirBuilt, PosixWriteLock{bidirLock}); },
+                   [] { bidirOverFork.AfterForkInParent(PosixWriteLock{bidirLock}); },
+                   [] { bidirOverFork.AfterForkInChild(PosixWriteLock{bidirLock}); });
+
 const std::map<unsigned short, unsigned short>& BidirFbTypes() {
-    static std::atomic<bool> built{false};
-    static pthread_rwlock_t lock = PTHREAD_RWLOCK_INITIALIZER;
-    static auto& bidirFbTypes = *new std::map<unsigned short, unsigned short>;  // lives until the process ends
-    LoadOnce(built, PosixWriteLock{lock}, [] {
+    LoadOnce(isBidirBuilt, PosixWriteLock{bidirLock}, [] {
         std::map<unsigned short, unsigned short> filled;  // put there whole, or not at all when memory runs out
         for (const BidirFbTypeRow& row : NS_TABLE::BIDIR_FB_TYPES) {
             filled[row.fbType] = row.bidirFbType;

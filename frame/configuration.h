@@ -2,11 +2,28 @@
 /// call, without a lock.
 #pragma once
 
+#include <atomic>
 #include <vector>
 
+#include <kx_platform/configitems.h>
 #include <kx_platform/readpin.h>
 
+#include "frame/lastingtext.h"
+
 namespace NS_UTIL::NS_FRAME {
+
+/// The configuration item called `Key`, looked up at the first call. Not a static variable with an initializer: see
+/// `LastingText`.
+template <TextArgument Key>
+const NS_BUNDLEMGR1::ConfigItem& LastingItem() {
+    static std::atomic<const NS_BUNDLEMGR1::ConfigItem*> known{nullptr};
+    const NS_BUNDLEMGR1::ConfigItem* item = known.load(std::memory_order_acquire);
+    if (item == nullptr) {
+        item = &NS_BUNDLEMGR1::CorbaConfigItems::Instance()->GetItem(Key.View());
+        known.store(item, std::memory_order_release);
+    }
+    return *item;
+}
 
 /// The carrier profile switch, item "Telvandaire"; 0 when it is missing or no number.
 int ReadCarrierProfile();

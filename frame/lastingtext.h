@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -18,11 +20,19 @@ struct TextArgument {
 };
 
 /// Text as a string, made at the first call, so that later calls allocate nothing. It is never destroyed, since threads
-/// may ask while the process ends. Throws std::bad_alloc if the first call finds no memory.
+/// may ask while the process ends. Not a static variable with an initializer: a fork in the middle of that would leave
+/// the child waiting for ever. Throws std::bad_alloc if the first call finds no memory.
 template <TextArgument Text>
 const std::string& LastingText() {
-    static const std::string& text = *new std::string(Text.View());
-    return text;
+    static std::atomic<const std::string*> made{nullptr};
+    const std::string* text = made.load(std::memory_order_acquire);
+    if (text == nullptr) {
+        auto own = std::make_unique<const std::string>(Text.View());
+        if (made.compare_exchange_strong(text, own.get())) {
+            text = own.release();
+        }
+    }
+    return *text;
 }
 
 }  // namespace NS_UTIL::NS_FRAME

@@ -6,15 +6,46 @@
 
 namespace NS_UTIL::NS_FRAME {
 
+namespace {
+
+thread_local constinit int timesHeld = 0;
+thread_local constinit bool isHeldForFork = false;
+
+ACE_recursive_thread_mutex_t& Mutex() {
+    return ACE_Static_Object_Lock::instance()->lock();
+}
+
+}  // namespace
+
 StaticObjectLock::StaticObjectLock() : m_held(ACE_Static_Object_Lock::instance()) {
     if (ACE_OS::mutex_lock(&m_held->lock()) != 0) {
         m_held = nullptr;
+    } else {
+        ++timesHeld;
     }
 }
 
 StaticObjectLock::~StaticObjectLock() {
     if (m_held != nullptr) {
+        --timesHeld;
         ACE_OS::mutex_unlock(&m_held->lock());
+    }
+}
+
+void StaticObjectLock::BeforeFork() noexcept {
+    isHeldForFork = ACE_OS::mutex_lock(&Mutex()) == 0;
+}
+
+void StaticObjectLock::AfterForkInParent() noexcept {
+    if (isHeldForFork) {
+        ACE_OS::mutex_unlock(&Mutex());
+    }
+}
+
+void StaticObjectLock::AfterForkInChild() noexcept {
+    ACE_OS::recursive_mutex_init(&Mutex());
+    for (int time = 0; time < timesHeld; ++time) {
+        ACE_OS::mutex_lock(&Mutex());
     }
 }
 

@@ -14,6 +14,12 @@ public:
     StaticObjectLock(const StaticObjectLock&) = delete;
     StaticObjectLock& operator=(const StaticObjectLock&) = delete;
 
+    /// What a fork does with the lock: it is held meanwhile. In the child, where a recursive mutex does not know its
+    /// owner any more, it is made anew and taken again as often as the forking thread has it.
+    static void BeforeFork() noexcept;
+    static void AfterForkInParent() noexcept;
+    static void AfterForkInChild() noexcept;
+
     /// Returns false if the lock could not be taken.
     [[nodiscard]] bool IsHeld() const { return m_held != nullptr; }
 

@@ -30,7 +30,7 @@ class KX_DOMAIN_UTIL_API NtfFilter {
 public:
     /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.
     static NtfFilter* Instance();
-    /// Deletes the instance. Does not wait for threads that still ask it.
+    /// Deletes the instance. Does not wait for threads that still ask it, or fork.
     static void Destroy();
 
     NtfFilter(const NtfFilter&) = delete;
@@ -45,6 +45,8 @@ public:
     bool IsFilteNtf(int notificationId);
 
 private:
+    friend class NtfFilterOverFork;
+
     NtfFilter();
     ~NtfFilter();
 

@@ -27,6 +27,7 @@ mv "$work/first" "$work/prefix"
 libraries=$(dirname "$(find "$work/prefix" -name libkx_domain_util.so)")
 "$work/prefix/bin/kxdu" --version >>"$work/log"
 [ -s "$work/prefix/share/doc/kx_domain_util/docs/guide.md" ]
+[ -x "$work/prefix/share/doc/kx_domain_util/examples/many_hosts.sh" ]
 
 numbers=$'NE=7,S=0,CP=-1,PP=||4294967295|\n41180004'
 examples=$work/prefix/share/doc/kx_domain_util/examples
