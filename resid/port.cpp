@@ -1,3 +1,6 @@
+#include <array>
+#include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -278,9 +281,14 @@ bool ReadTerminationPoint(std::string_view fdn, TPIndex& tp, const Surroundings&
     tp.isLogical = false;
     const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
     std::int32_t number = -1;
-    const std::string subIf = levels.ReadNumber<"SUBIF">(number) && number != -1 ? "." + Int2Str(number) : "";
-    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, subIf.size());
-    tp.portLabel.append(subIf);
+    std::array<char, std::string_view(".-2147483648").size()> subIf{'.'};
+    std::size_t size = 0;
+    if (levels.ReadNumber<"SUBIF">(number) && number != -1) {
+        size =
+            static_cast<std::size_t>(std::to_chars(&subIf[1], subIf.data() + subIf.size(), number).ptr - subIf.data());
+    }
+    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, size);
+    tp.portLabel.append(subIf.data(), size);
     return hasPort;
 }
 
