@@ -80,7 +80,10 @@ struct WriteLock {
     bool Take() const { return mutex.acquire_write() != -1; }
     void Release() const { mutex.release(); }
     // It belongs to the forking thread of the parent, which nobody is in the child.
-    void ReleaseInChild() const { new (&mutex) ACE_RW_Thread_Mutex; }
+    void ReleaseInChild() const {
+        Release();  // for the thread sanitizer
+        new (&mutex) ACE_RW_Thread_Mutex;
+    }
 };
 
 /// A POSIX read-write lock taken for writing; a failure sets errno.
@@ -89,7 +92,10 @@ struct PosixWriteLock {
 
     bool Take() const { return NoError(pthread_rwlock_wrlock(&lock)); }
     void Release() const { NoError(pthread_rwlock_unlock(&lock)); }
-    void ReleaseInChild() const { lock = PTHREAD_RWLOCK_INITIALIZER; }  // as above
+    void ReleaseInChild() const {  // as above
+        Release();
+        lock = PTHREAD_RWLOCK_INITIALIZER;
+    }
 
     static bool NoError(int error) {
         if (error != 0) {

@@ -1,4 +1,6 @@
+#include <atomic>
 #include <bitset>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -35,19 +37,27 @@ void GetEventFilterList(std::set<int>& list, const std::string& item) {
 
 std::atomic<NtfFilter*> NtfFilter::m_pInstance{nullptr};
 
-// The filter's lock is taken before that of the singletons, which a filter that loads its items needs too.
+// Registered with the first filter, not when the library is loaded: handlers run before those that were registered
+// earlier. So the filter's lock is taken before the locks of a log service and of the singletons, in the order in which
+// a filter takes them that loads its items.
 class NtfFilterOverFork {
 public:
+    static void RegisterOnce() {
+        static std::atomic<bool> isRegistered{false};
+        if (!isRegistered.exchange(true) && pthread_atfork(BeforeFork, AfterForkInParent, AfterForkInChild) != 0) {
+            isRegistered.store(false);
+            throw std::bad_alloc();
+        }
+    }
+
     static void BeforeFork() {
         NtfFilter* const filter = NtfFilter::m_pInstance.load();
         if (filter != nullptr && !isLoading) {
             overFork.BeforeFork(filter->m_bInit, WriteLock{*filter->m_rwLock});
         }
-        NS_FRAME::StaticObjectLock::BeforeFork();
     }
 
     static void AfterForkInParent() {
-        NS_FRAME::StaticObjectLock::AfterForkInParent();
         NtfFilter* const filter = NtfFilter::m_pInstance.load();
         if (filter != nullptr && !isLoading) {
             overFork.AfterForkInParent(WriteLock{*filter->m_rwLock});
@@ -55,7 +65,6 @@ public:
     }
 
     static void AfterForkInChild() {
-        NS_FRAME::StaticObjectLock::AfterForkInChild();
         NtfFilter* const filter = NtfFilter::m_pInstance.load();
         if (filter == nullptr) {
             return;
@@ -85,13 +94,6 @@ private:
 thread_local constinit bool NtfFilterOverFork::isLoading = false;
 LockOverFork NtfFilterOverFork::overFork;
 
-namespace {
-
-[[maybe_unused]] const int atFork = pthread_atfork(NtfFilterOverFork::BeforeFork, NtfFilterOverFork::AfterForkInParent,
-                                                   NtfFilterOverFork::AfterForkInChild);
-
-}  // namespace
-
 NtfFilter* NtfFilter::Instance() {
     return NS_FRAME::GetInstance(m_pInstance, [] { return new NtfFilter; });
 }
@@ -100,7 +102,9 @@ void NtfFilter::Destroy() {
     NS_FRAME::DestroyInstance(m_pInstance, [](NtfFilter* instance) { delete instance; });
 }
 
-NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {}
+NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {
+    NtfFilterOverFork::RegisterOnce();
+}
 
 NtfFilter::~NtfFilter() = default;
 

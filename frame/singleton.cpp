@@ -3,6 +3,7 @@
 #include <ace/OS_NS_Thread.h>
 #include <ace/Recursive_Thread_Mutex.h>
 #include <ace/Static_Object_Lock.h>
+#include <pthread.h>
 
 namespace NS_UTIL::NS_FRAME {
 
@@ -32,6 +33,13 @@ StaticObjectLock::~StaticObjectLock() {
     }
 }
 
+namespace {
+
+[[maybe_unused]] const int atFork = pthread_atfork(StaticObjectLock::BeforeFork, StaticObjectLock::AfterForkInParent,
+                                                   StaticObjectLock::AfterForkInChild);
+
+}  // namespace
+
 void StaticObjectLock::BeforeFork() noexcept {
     isHeldForFork = ACE_OS::mutex_lock(&Mutex()) == 0;
 }
@@ -43,6 +51,10 @@ void StaticObjectLock::AfterForkInParent() noexcept {
 }
 
 void StaticObjectLock::AfterForkInChild() noexcept {
+    // Fails, since the child's thread is not the owner, but tells the thread sanitizer that the lock is free.
+    for (int time = isHeldForFork ? -1 : 0; time < timesHeld; ++time) {
+        ACE_OS::mutex_unlock(&Mutex());
+    }
     ACE_OS::recursive_mutex_init(&Mutex());
     for (int time = 0; time < timesHeld; ++time) {
         ACE_OS::mutex_lock(&Mutex());

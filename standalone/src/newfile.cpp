@@ -79,6 +79,13 @@ NewFile::~NewFile() {
 }
 
 void NewFile::Create(const fs::path& file) {
+    // A link, unlike a rename, leaves a file that is there alone, and needs no hidden name before.
+    if (m_hidden.empty() && Link(file)) {
+        return SyncFolder();
+    }
+    if (m_hidden.empty() && errno == EEXIST) {
+        Fail(EEXIST);
+    }
     const SignalsBlocked blocked;
     TakeHiddenName();
     if (renameat2(AT_FDCWD, m_hidden.c_str(), AT_FDCWD, file.c_str(), RENAME_NOREPLACE) == 0) {
@@ -134,16 +141,19 @@ void NewFile::Write() {
     }
 }
 
+// Gives a file without a name its first one; false, and errno says why, if it cannot.
+bool NewFile::Link(const fs::path& name) const {
+    const std::string descriptor = "/proc/self/fd/" + std::to_string(m_descriptor);
+    return linkat(AT_FDCWD, descriptor.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
 // Where a file without a name cannot be given one (no hard links, no /proc), it is written once more under one.
 void NewFile::TakeHiddenName() {
     if (!m_hidden.empty()) {
         return;
     }
-    const std::string descriptor = "/proc/self/fd/" + std::to_string(m_descriptor);
     try {
-        m_hidden = FindHiddenName(m_folder, [&descriptor](const std::string& name) {
-            return linkat(AT_FDCWD, descriptor.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
-        });
+        m_hidden = FindHiddenName(m_folder, [this](const std::string& name) { return Link(name); });
     } catch (const std::system_error&) {
         Discard();
         OpenHidden();

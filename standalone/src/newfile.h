@@ -26,6 +26,7 @@ public:
 private:
     void OpenHidden();
     void Write();
+    [[nodiscard]] bool Link(const std::filesystem::path& name) const;
     void TakeHiddenName();
     void Rename(const std::filesystem::path& file);
     void SyncFolder();

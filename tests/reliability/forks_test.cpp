@@ -216,6 +216,7 @@ TEST_F(ForksOfAHost, UnderLoadLeaveChildrenThatCanDoAll) {
             [] { Log("of the parent"); },
             [] { Log("of the parent"); },
             [] { HasItem(); },
+            [] { NtfFilter::Instance()->IsFilteNtf(5); },  // the first time it logs while it holds its lock
             [&host] { host->ReloadInventory(); },
             [&host] { host->ReloadConfiguration(); },
         });

@@ -190,7 +190,9 @@ TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeldAndSpoilsNoBackup) {
         const bool isHit = ended.out == std::string(GetParam()) + "\n";
         hits += isHit ? 1 : 0;
         EXPECT_TRUE(Holds("old") || (!isHit && Holds("new"))) << "in round " << round;
-        EXPECT_EQ(Shell("ls -A | grep -e '-journal$' -e '-wal$' -e '^\\.inventory'").code, 1) << "in round " << round;
+        EXPECT_EQ(Shell("ls -A | grep -e '-journal$' -e '-wal$'").code, 1) << "in round " << round;
+        EXPECT_TRUE(GetParam() == std::string("KILL") || Shell("ls -d .inventory.*").code != 0)
+            << "KILL alone may come between the hidden name and the final one";
         ASSERT_EQ(Shell("cp saved.db n.db").code, 0);
         EXPECT_TRUE(Holds("saved")) << "in round " << round;
     }
