@@ -23,6 +23,7 @@
 #include <kx_platform/selfutilcommon.h>
 #include <kx_platform/textutil.h>
 
+#include "support/conversionlists.h"
 #include "support/conversions.h"
 #include "support/generated.h"
 #include "support/services.h"
@@ -428,45 +429,15 @@ void AddWriting(Table& add, const std::string& kind) {
     }
 }
 
-template <class Kind>
-void AddBoth(Table& add, const std::string& kind) {
-    AddReading<Kind>(add, kind);
-    AddWriting<Kind>(add, kind);
-}
-
 void AddTypedCalls(Table& add) {
-    using namespace NS_DOMAIN;
-    using namespace NS_UTIL::NS_FDN;
-    AddBoth<OSIndex>(add, "NS_DOMAIN::OSIndex");
-    AddBoth<ONEIndex>(add, "NS_DOMAIN::ONEIndex");
-    AddBoth<NEIndex>(add, "NS_DOMAIN::NEIndex");
-    AddBoth<ContainedNE>(add, "NS_UTIL::NS_FDN::ContainedNE");
-    AddBoth<ShelfIndex>(add, "NS_DOMAIN::ShelfIndex");
-    AddBoth<SlotIndex>(add, "NS_DOMAIN::SlotIndex");
-    AddBoth<SubSlot>(add, "NS_UTIL::NS_FDN::SubSlot");
-    AddBoth<CardIndex>(add, "NS_DOMAIN::CardIndex");
-    AddBoth<PortIndex>(add, "NS_DOMAIN::PortIndex");
-    AddWriting<PortByNEType>(add, "NS_UTIL::NS_FDN::PortByNEType");
-    AddReading<LoopBackPort>(add, "NS_UTIL::NS_FDN::LoopBackPort");
-    AddBoth<PortOfKey>(add, "NS_UTIL::NS_FDN::PortOfKey");
-    AddBoth<SubInterface>(add, "NS_UTIL::NS_FDN::SubInterface");
-    AddBoth<CtpKey_T>(add, "NS_DOMAIN::CtpKey_T");
-    AddBoth<TPIndex>(add, "NS_DOMAIN::TPIndex");
-    AddBoth<PWIndex>(add, "NS_DOMAIN::PWIndex");
-    AddReading<PWSwitchIndex>(add, "NS_DOMAIN::PWSwitchIndex");
-    AddReading<GroupId>(add, "NS_UTIL::NS_FDN::GroupId");
-    AddReading<VPNTrailIndex>(add, "NS_DOMAIN::VPNTrailIndex");
-    AddReading<TunnelTrailIndex>(add, "NS_DOMAIN::TunnelTrailIndex");
-    AddReading<PWTrailIndex>(add, "NS_DOMAIN::PWTrailIndex");
-    AddReading<TNPIndex_T>(add, "NS_DOMAIN::TNPIndex_T");
-    AddReading<ServiceIndex>(add, "NS_DOMAIN::ServiceIndex");
-    AddReading<TunnelIndex>(add, "NS_DOMAIN::TunnelIndex");
-    AddReading<TDIndex>(add, "NS_DOMAIN::TDIndex");
-    AddBoth<MDIndex>(add, "NS_DOMAIN::MDIndex");
-    AddBoth<MAIndex>(add, "NS_DOMAIN::MAIndex");
-    AddBoth<MIPIndex>(add, "NS_DOMAIN::MIPIndex");
-    AddBoth<MEPIndex>(add, "NS_DOMAIN::MEPIndex");
-    AddWriting<RemoteMEP>(add, "NS_UTIL::NS_FDN::RemoteMEP");
+    ForEachConversion([&add]<class Kind, bool hasRead, bool hasWrite>(const std::string& kind) {
+        if constexpr (hasRead) {
+            AddReading<Kind>(add, kind);
+        }
+        if constexpr (hasWrite) {
+            AddWriting<Kind>(add, kind);
+        }
+    });
 }
 
 // The code of the exception with which `ask` says that nothing is known.
