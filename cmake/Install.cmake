@@ -27,7 +27,7 @@ install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
     PATTERN CMakeLists.txt EXCLUDE)
 
-# The pkg-config files find their prefix from where they lie, so that an installed tree can be moved.
+# The pkg-config files derive their prefix from their own place, so that an installed tree can be moved.
 file(RELATIVE_PATH KX_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 foreach(package kx_domain_util kx_standalone)
     configure_file(cmake/${package}.pc.in ${package}.pc @ONLY)
