@@ -36,7 +36,7 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
     USE_SOURCE_PERMISSIONS
     PATTERN CMakeLists.txt EXCLUDE)
 
-# The pkg-config files find their prefix from where they lie, so that an installed tree can be moved.
+# The pkg-config files derive their prefix from their own place, so that an installed tree can be moved.
 file(RELATIVE_PATH KX_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 foreach(package ${KX_PKGCONFIG_FILES})
     configure_file(cmake/${package}.pc.in ${package}.pc @ONLY)
