@@ -1,7 +1,7 @@
 # The layers between the library and whoever shows identifiers to the world: static libraries, linked into the tool, the
 # bindings, tests, benchmarks and fuzzers. Each names its headers by folder: "catalogue/kinds.h".
+find_package(simdjson REQUIRED)
 find_package(TBB REQUIRED)
-include(cmake/RapidJson.cmake)
 
 # kx_add_layer(NAME SOURCES file... LIBRARIES target...): the layer in the folder NAME.
 function(kx_add_layer name)
@@ -14,6 +14,7 @@ endfunction()
 
 kx_add_layer(text
     SOURCES displaytext.cpp text.cpp)
+target_link_libraries(kx_text PRIVATE simdjson::simdjson)
 
 kx_add_layer(catalogue
     SOURCES
@@ -39,7 +40,8 @@ kx_add_layer(formats
         recordformat.cpp
         recordline.cpp
         texttable.cpp
-    LIBRARIES kx_catalogue kx_rapidjson)
+    LIBRARIES kx_catalogue)
+target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 
 kx_add_layer(lines
     SOURCES
@@ -51,10 +53,12 @@ kx_add_layer(lines
         temporaryfile.cpp
     LIBRARIES kx_text TBB::tbb)
 
-kx_add_layer(sample
-    SOURCES
-        sampleidentifiers.cpp
-        samplenetwork.cpp
-        samplenetypes.cpp
-        sampleservices.cpp
-    LIBRARIES kx_catalogue kx::standalone)
+if(KX_BUILD_STANDALONE)
+    kx_add_layer(sample
+        SOURCES
+            sampleidentifiers.cpp
+            samplenetwork.cpp
+            samplenetypes.cpp
+            sampleservices.cpp
+        LIBRARIES kx_catalogue kx::standalone)
+endif()

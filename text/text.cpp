@@ -1,17 +1,8 @@
 #include "text/text.h"
 
-#include <rapidjson/encodings.h>
-#include <rapidjson/memorystream.h>
+#include <simdjson.h>
 
 namespace NS_KX {
-
-namespace {
-
-struct Nowhere {
-    void Put(char) const noexcept {}
-};
-
-}  // namespace
 
 bool IsAscii(std::string_view text) noexcept {
     unsigned char bits = 0;
@@ -22,13 +13,18 @@ bool IsAscii(std::string_view text) noexcept {
 }
 
 std::size_t FindInvalidUtf8(std::string_view text) {
-    rapidjson::MemoryStream stream(text.data(), text.size());
-    Nowhere nowhere;
-    while (stream.Tell() < text.size()) {
-        const std::size_t begin = stream.Tell();
-        if (!rapidjson::UTF8<>::Validate(stream, nowhere) || stream.Tell() > text.size()) {
+    if (simdjson::validate_utf8(text.data(), text.size())) {
+        return text.size();
+    }
+    // Sequence by sequence: the first that is not UTF-8 by itself.
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto lead = static_cast<unsigned char>(text[begin]);
+        const std::size_t size = lead < 0x80U ? 1 : lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;
+        const std::string_view sequence = text.substr(begin, size);
+        if (!simdjson::validate_utf8(sequence.data(), sequence.size())) {
             return begin;
         }
+        begin += size;
     }
     return text.size();
 }

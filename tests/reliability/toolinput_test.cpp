@@ -433,7 +433,7 @@ TEST_F(ToolWithoutRights, NamesWhatItCannotWrite) {
     ExpectDenied(3, "tables client-rates -o closed/out", "kxdu: closed/out: Permission denied\n");
     ExpectDenied(3, "sample --ne 1 -o one --inventory-csv closed", "kxdu: closed/ne.csv: Permission denied\n");
     ExpectDenied(3, "inventory export n.db closed", "kxdu: closed/ne.csv: Permission denied\n");
-    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: Permission denied\n");
+    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: cannot be written in its folder: Permission denied\n");
     EXPECT_FALSE(Exists("one"));
 }
 

@@ -35,7 +35,7 @@ using NS_UTIL::ResIDUtil;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The writers that ask the inventory, with the text that they give for SampleEndPoint() or its part.
+// The writers that ask the inventory, with what they write of SampleEndPoint().
 struct Writer {
     const char* name;
     std::function<void(std::string&)> write;
@@ -82,7 +82,7 @@ std::vector<Writer> Writers() {
     };
 }
 
-// What the text holds when the question of this number, from 1, was not answered.
+// The text that is written if the question of this number, from 1, gets no answer.
 const char* TextUpTo(std::size_t question) {
     return question == 1 ? "NE=5,MD=" : "NE=5,MD=3|md1,MA=";
 }
@@ -151,7 +151,7 @@ TEST(OamWriters, ThrowWhenTheInventoryGoesBetweenTwoQuestions) {
     }
 }
 
-// What the inventory itself throws is no failure to find it.
+// Exceptions of the inventory itself propagate.
 TEST(OamWriters, LetPassWhatTheInventoryThrows) {
     for (const Writer& writer : Writers()) {
         for (std::size_t failing = 1; failing <= writer.questions; ++failing) {
@@ -233,7 +233,7 @@ TEST(OamReaders, TellAnUnreadableEndPointByOneNumber) {
     EXPECT_EQ(ResIDUtil::ResID2MepIndex(ExactText("MEP"), mep), 0x411800BA);
 }
 
-// An MD number that is 0 only in the 32 bits that the record keeps counts as none, too.
+// An MD number that is 0 in its low 32 bits counts as none, too.
 TEST(OamReaders, OfEndPointsLookAtTheNumberAsItIsKept) {
     MEPIndex mep;
     EXPECT_EQ(ResIDUtil::ResID2MepIndex(ExactText("NE=5,MD=4294967296|md1,MEP=7"), mep), 0);

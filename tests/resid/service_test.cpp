@@ -44,7 +44,7 @@ void ForEachText(Record& record, Visit visit) {
     });
 }
 
-// A record is read again from the identifier that it keeps, or from any other of its texts.
+// A record may be read again from the identifier that it keeps, or from any other of its texts.
 TEST(ServiceReaders, MayBeGivenATextOfTheirRecord) {
     IdentifierGenerator identifiers(71);
     RecordGenerator records(72);
@@ -72,7 +72,7 @@ TEST(ServiceReaders, MayBeGivenATextOfTheirRecord) {
     EXPECT_GT(changed, Scaled(20000)) << "too little was read for this to say anything";
 }
 
-// Reading keeps the whole identifier, and writing puts an NE level in front of what is kept.
+// Reading keeps the whole identifier, and writing puts an NE level in front of it.
 TEST(PseudoWires, GainAnNeLevelOnEveryRoundTrip) {
     PWIndex pw;
     ResIDUtil::ResID2PWIndex(ExactText("NE=12,PW=4"), pw);
