@@ -6,6 +6,7 @@
 
 #include <kx_domain_util/domainindex.h>
 #include <kx_domain_util/fdn.h>
+#include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
 
 #include "bindings/sqlite/extension.h"
@@ -55,7 +56,7 @@ constexpr unsigned ALL_COLUMNS = BitOf(PATH) * 2 - 1;
 // What the columns from NE to IS_LOGICAL show.
 struct Place {
     PortIndex port;
-    bool isPort = false;  // otherwise only the containers are known
+    bool isWholePort = false;  // it has an NE and a port level
 };
 
 template <class Levels>
@@ -78,11 +79,23 @@ void ReadContainers(std::string_view fdn, Place& place) {
 
 void ReadPort(std::string_view fdn, Place& place) {
     static constexpr NS_UTIL::Surroundings KNOWS_NOTHING;
-    place.isPort = NS_UTIL::NS_FDN::Conversion<PortIndex>::Read(fdn, place.port, KNOWS_NOTHING);
+    place.isWholePort = NS_UTIL::NS_FDN::Conversion<PortIndex>::Read(fdn, place.port, KNOWS_NOTHING);
     // The library reads nothing from the text that stands for no port, not even its containers.
-    if (!place.isPort && place.port.neId == -1) {
+    if (!place.isWholePort && place.port.neId == -1) {
         ReadContainers(fdn, place);
     }
+}
+
+// Whether a port is read from `fdn`, maybe without its NE.
+bool HasPort(std::string_view fdn, const Place& place) {
+    constexpr std::size_t SUB_VALUES = 4;
+    if (place.isWholePort) {
+        return true;
+    }
+    const LevelFinder<"PP", "LP"> levels(fdn);
+    const std::string_view port = levels.Has<"PP">() ? levels.Value<"PP">() : levels.Value<"LP">();
+    const bool hasLevel = NS_UTIL::NS_FDN::SubValues<SUB_VALUES>(port).Count() == SUB_VALUES;
+    return hasLevel && (place.port.portId != -1 || place.port.ppType != 0 || place.port.fbType != 0);
 }
 
 using PlaceReader = void (*)(std::string_view fdn, Place& place);
@@ -235,25 +248,21 @@ private:
                 return GiveKnown(ThePlace().port.slotId, context);
             case SUB_SLOT:
                 return GiveKnown(ThePlace().port.subSlotId, context);
-            default:
-                if (ThePlace().isPort) {
-                    GiveOfPort(ThePlace().port, column, context);
-                }
-        }
-    }
-
-    static void GiveOfPort(const PortIndex& port, int column, sqlite3_context* context) {
-        switch (column) {
             case PP_TYPE:
-                return GiveKnownType(port.ppType, context);
+                return GiveKnownType(ThePlace().port.ppType, context);
             case FB_TYPE:
-                return GiveKnownType(port.fbType, context);
+                return GiveKnownType(ThePlace().port.fbType, context);
             case PORT:
-                return GiveKnown(port.portId, context);
+                return GiveKnown(ThePlace().port.portId, context);
             case NAME:
-                return GiveText(context, port.portLabel);
+                if (const std::string& name = ThePlace().port.portLabel; !name.empty()) {
+                    GiveText(context, name);
+                }
+                return;
             default:
-                sqlite3_result_int(context, port.isLogical ? 1 : 0);
+                if (HasPort(m_lines->Text(), ThePlace())) {
+                    sqlite3_result_int(context, m_place.port.isLogical ? 1 : 0);
+                }
         }
     }
 
