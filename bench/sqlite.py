@@ -78,6 +78,7 @@ def main():
     parser.add_argument("--lines", type=int, default=2_000_000)
     parser.add_argument("--rows", type=int, default=1_000_000)
     parser.add_argument("--rounds", type=int, default=9)
+    parser.add_argument("--no-limits", action="store_true", help="missed limits do not count: only show that it runs")
     options = parser.parse_args()
     limits = []
     with tempfile.TemporaryDirectory(prefix="kx-bench-") as folder:
@@ -103,7 +104,7 @@ def main():
             limits.append((f"{expression}: {ratio:.2f} times length(fdn), at most {MOST_FUNCTION}",
                            ratio <= MOST_FUNCTION))
     print("the table and the column, taken off".ljust(40) + f"{scan / options.rows * 1e9:.0f}".rjust(12))
-    return tell(limits)
+    return 0 if tell(limits) == 0 or options.no_limits else 1
 
 
 if __name__ == "__main__":
