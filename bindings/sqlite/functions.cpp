@@ -14,7 +14,6 @@
 #include "catalogue/vocabulary.h"
 #include "formats/recordformat.h"
 #include "formats/recordshape.h"
-#include "text/number.h"
 #include "text/text.h"
 
 namespace NS_KX::NS_SQLITE {
@@ -205,18 +204,25 @@ void GiveField(const Call& call) {
     });
 }
 
+bool IsUtf8(std::string_view text) {
+    return IsAscii(text) || FindInvalidUtf8(text) == text.size();
+}
+
 void GiveRecord(const Call& call) {
     const std::string_view fdn = call.Text(0);
     const Kind* const kind = FindKind(fdn);
     if (kind == nullptr) {
         return;
     }
-    if (!IsAscii(fdn) && FindInvalidUtf8(fdn) != fdn.size()) {
+    if (!IsUtf8(fdn)) {
         call.Refuse("fdn is not UTF-8: " + Quoted(fdn));
     }
     TextBuffer& json = TheScratch().text;
     json.Clear();
     AppendJsonRecord(*kind, ReadRecord(*kind, fdn), json);
+    if (!IsUtf8(json.View())) {
+        call.Refuse("a field of the record of fdn begins or ends inside a character: " + Quoted(fdn));
+    }
     GiveText(call.Context(), json.View());
 }
 
@@ -296,8 +302,7 @@ void AddFunctions(sqlite3* connection) {
     constexpr int FLAGS = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     for (const Function& function : FUNCTIONS) {
         Registered(sqlite3_create_function_v2(connection, function.name, function.argumentCount, FLAGS,
-                                              const_cast<char*>(function.name), function.run, nullptr, nullptr,
-                                              nullptr));
+                                              Given(function.name), function.run, nullptr, nullptr, nullptr));
     }
 }
 

@@ -33,6 +33,11 @@ inline void Registered(int code) {
     }
 }
 
+/// What SQLite gives back, just as it is, to a function or table.
+inline void* Given(const void* data) noexcept {
+    return const_cast<void*>(data);  // NOLINT(cppcoreguidelines-pro-type-const-cast): SQLite's interface has no const
+}
+
 /// A value as text, until it is asked for in another form. Throws std::bad_alloc.
 inline std::string_view TextOf(sqlite3_value* value) {
     const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));

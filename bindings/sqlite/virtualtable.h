@@ -25,7 +25,7 @@ class ReadOnlyModule {
 public:
     /// Adds it to a connection. `given` outlives the connection. Throws `RegistrationFailure`.
     static void Add(sqlite3* connection, const std::string& name, const void* given = nullptr) {
-        Registered(sqlite3_create_module_v2(connection, name.c_str(), &MODULE, const_cast<void*>(given), nullptr));
+        Registered(sqlite3_create_module_v2(connection, name.c_str(), &MODULE, Given(given), nullptr));
     }
 
 private:

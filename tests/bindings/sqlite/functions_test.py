@@ -83,6 +83,11 @@ class Functions(ExtensionTest):
         self.assertIn("fdn_record: fdn is not UTF-8",
                       self.refused("SELECT fdn_record(CAST(x'4E453D312C50503D7C7C317CC5' AS TEXT))"))
 
+    def test_a_record_that_cuts_a_character_is_refused(self):
+        fdn = "NE=5,LP=16||3|ÅÅÅÅÅCHANNELSETÅ=4,VR=1,CHANNELSET=2,AP=Å"
+        self.assertIn("fdn_record: a field of the record of fdn begins or ends inside a character",
+                      self.refused("SELECT fdn_record(?)", fdn))
+
     def test_the_first_problem_has_its_column(self):
         self.assertIsNone(self.value("fdn_problem(?)", PORT))
         self.assertEqual(self.value("fdn_problem('NE=12,SLOT=3')"), '7: unknown tag "SLOT"')
