@@ -44,7 +44,6 @@ private:
     bool m_isTextAsked;
     InputBlock m_block;
     std::string_view m_rest;  // of the block
-    const char* m_suspect = nullptr;
     std::size_t m_number = 0;
     std::string_view m_line;
     LineState m_state = LineState::TEXT;
