@@ -141,14 +141,19 @@ struct Table : sqlite3_vtab {
             info.idxNum = static_cast<int>(info.colUsed & ALL_COLUMNS);
             info.estimatedCost = LINES;
             info.estimatedRows = LINES;
-            const auto& order = info.aOrderBy[0];
-            info.orderByConsumed = info.nOrderBy == 1 && order.iColumn <= LINE && order.desc == 0 ? 1 : 0;
+            info.orderByConsumed = IsOrderOfLines(info) ? 1 : 0;
             return SQLITE_OK;
         }
         if (isPathToCome) {
             return SQLITE_CONSTRAINT;  // the tables must be joined in another order
         }
         throw std::invalid_argument("fdn_file: the path is missing; name a file: fdn_file('network.fdn')");
+    }
+
+private:
+    // The row id is the number of the line too.
+    static bool IsOrderOfLines(const sqlite3_index_info& info) {
+        return info.nOrderBy == 1 && info.aOrderBy[0].iColumn <= LINE && info.aOrderBy[0].desc == 0;
     }
 };
 
@@ -212,15 +217,19 @@ public:
     }
 
 private:
-    // A line that is no text is shown byte for byte.
+    // What is no text is shown byte for byte.
     void GiveLine(sqlite3_context* context) const {
         const std::string_view line = m_lines->Text();
-        if (m_lines->State() == LineState::TEXT || line.empty()) {
-            if (m_lines->State() != LineState::TOO_LONG) {
+        switch (m_lines->State()) {
+            case LineState::TOO_LONG:
+                return;
+            case LineState::NO_TEXT:
+                if (!line.empty()) {
+                    return sqlite3_result_blob64(context, line.data(), line.size(), SQLITE_TRANSIENT);
+                }
+                [[fallthrough]];
+            case LineState::TEXT:
                 GiveText(context, line);
-            }
-        } else {
-            sqlite3_result_blob64(context, line.data(), line.size(), SQLITE_TRANSIENT);
         }
     }
 
