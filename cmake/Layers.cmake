@@ -28,6 +28,7 @@ kx_add_layer(catalogue
         readfields.cpp
         record.cpp
         services.cpp
+        tables.cpp
         vocabulary.cpp
     LIBRARIES kx_text kx::domain_util)
 
@@ -53,10 +54,12 @@ kx_add_layer(lines
         temporaryfile.cpp
     LIBRARIES kx_text TBB::tbb)
 
-kx_add_layer(sample
-    SOURCES
-        sampleidentifiers.cpp
-        samplenetwork.cpp
-        samplenetypes.cpp
-        sampleservices.cpp
-    LIBRARIES kx_catalogue kx::standalone)
+if(KX_BUILD_STANDALONE)
+    kx_add_layer(sample
+        SOURCES
+            sampleidentifiers.cpp
+            samplenetwork.cpp
+            samplenetypes.cpp
+            sampleservices.cpp
+        LIBRARIES kx_catalogue kx::standalone)
+endif()
