@@ -46,7 +46,7 @@ shared=$("$pg_config" --sharedir)
 tree=$folder/tree
 mkdir -p "$tree$programs" "$tree$modules" "$tree$(dirname "$shared")"
 cp "$programs"/{initdb,pg_ctl,postgres} "$tree$programs"
-ln -s "$modules"/*.so "$tree$modules"
+ln -s "$modules"/* "$tree$modules"
 cp -rs "$shared" "$tree$shared"
 
 root=$shared  # what server and extension have in common

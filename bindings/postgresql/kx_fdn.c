@@ -1,12 +1,12 @@
 /* The functions of the extension as the server calls them. What they answer is computed in answers.cpp; whatever may
  * jump out of a function stands here, where nothing needs a destructor. */
+#include <postgres.h> /* the server's other headers need it first */
+
 #include "access/htup_details.h"
 #include "answers.h"
-#include "catalog/pg_type_d.h"
 #include "fmgr.h"
 #include "funcapi.h"
 #include "mb/pg_wchar.h"
-#include "postgres.h"
 #include "utils/builtins.h"
 #include "utils/jsonb.h"
 #include "utils/lsyscache.h"
