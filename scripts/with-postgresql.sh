@@ -62,8 +62,8 @@ cat >"$folder/bin/pg_ctlcluster" <<END
 #!/usr/bin/env bash
 # pg_ctlcluster VERSION NAME start|stop
 cd "$folder/work"
-exec ${as_server[*]} env LD_LIBRARY_PATH="$tree/lib" "$tree$programs/pg_ctl" -D "$folder/data/\$2" \\
-    -l "$folder/data/\$2.log" -m fast -w -s "\$3"
+exec ${as_server[*]} env LD_LIBRARY_PATH="$tree/lib" PGHOST="$folder/sockets" \\
+    "$tree$programs/pg_ctl" -D "$folder/data/\$2" -l "$folder/data/\$2.log" -m fast -w -s "\$3"
 END
 chmod +x "$folder/bin/pg_ctlcluster"
 
@@ -81,6 +81,7 @@ port = $port
 listen_addresses = ''
 unix_socket_directories = '$folder/sockets'
 fsync = off
+autovacuum = off  # so that plans do not change by themselves
 END
     "$folder/bin/pg_ctlcluster" 15 "$cluster" start || { cat "$folder/data/$cluster.log" >&2; exit 1; }
     port=$((port + 1))
