@@ -38,6 +38,10 @@ std::string_view View(KxText text) {
     return {text.data, text.size};
 }
 
+bool IsUtf8(std::string_view text) {
+    return IsAscii(text) || FindInvalidUtf8(text) == text.size();
+}
+
 // ---- Answers --------------------------------------------------------------------------------------------------------
 
 // An argument that means nothing. The message follows "argument ... of ...:".
@@ -106,7 +110,8 @@ struct KnownPiece {
 KnownPiece ReadPiece(std::string_view text) {
     auto name = PieceName::Parse(text);
     if (!name || !name->IsKnown()) {
-        throw BadArgument("piece", "no identifier has a piece " + Quoted(text));
+        throw BadArgument("piece", "unknown piece " + Quoted(text) +
+                                       "; a piece is a level or one of its sub-values, from 0, such as NE or PP:2");
     }
     const bool isNumber = name->IsNumber();
     return {std::string(text), *std::move(name), isNumber};
@@ -145,7 +150,8 @@ void CheckReplacement(std::string_view value, const PieceName& name) {
     const bool endsAtBar = name.index && !tag->isOpen;
     const auto wrong = value.find_first_of(std::string_view("\0\r\n,|", endsAtBar ? 5 : 4));
     if (wrong != std::string_view::npos) {
-        throw BadArgument("value", "a piece cannot hold " + Quoted(value.substr(wrong, 1)) + ": " + Quoted(value));
+        throw BadArgument("value",
+                          Quoted(value) + " holds " + Quoted(value.substr(wrong, 1)) + ", which would end the piece");
     }
 }
 
@@ -239,7 +245,7 @@ KxAnswer KxField(KxText fdn, KxText field) {
             return AnswerField(*found, ReadRecordOf(View(fdn))->fields.get());
         }
         if (!IsFieldOfAnyKind(name)) {
-            throw BadArgument("field", "no record has a field " + Quoted(name));
+            throw BadArgument("field", "unknown field " + Quoted(name) + "; for the fields of a record see fdn_record");
         }
         return NoAnswer(KX_NONE);
     });
@@ -251,24 +257,23 @@ KxAnswer KxRecord(KxText fdn) {
         if (!record) {
             return NoAnswer(KX_NONE);
         }
+        if (!IsUtf8(View(fdn))) {
+            throw BadArgument("fdn", "the text is not UTF-8: " + Quoted(View(fdn)));
+        }
         TextBuffer json;
         AppendJsonRecord(*record->kind, record->fields.get(), json);
+        if (!IsUtf8(json.View())) {
+            throw BadArgument("fdn", "a field of its record begins or ends inside a character: " + Quoted(View(fdn)));
+        }
         return Answer(json.View());
     });
 }
 
 KxAnswer KxProblem(KxText fdn) {
     return Guarded([&] {
-        if (fdn.size == 0) {
-            return Answer(std::string_view("1: the line is empty"));
-        }
-        std::optional<std::string> first;
-        CheckIdentifier(View(fdn), [&](const Problem& problem) {
-            if (!first) {
-                first = std::to_string(problem.column) + ": " + problem.text;
-            }
-        });
-        return Answer(first);
+        const auto problem = FindFirstProblem(View(fdn));
+        return problem ? Answer(std::string_view(std::to_string(problem->column) + ": " + problem->text))
+                       : NoAnswer(KX_NONE);
     });
 }
 

@@ -52,21 +52,15 @@ static const char* NameOf(FunctionCallInfo fcinfo) {
     return name != NULL ? name : "a function of kx_fdn";
 }
 
-/* The argument at `place` in UTF-8. */
-static KxText Utf8Argument(FunctionCallInfo fcinfo, int place, const char* argument) {
-    const KxText view = TEXT_ARGUMENT(place);
-    KxText utf8 = view;
-    if (GetDatabaseEncoding() == PG_SQL_ASCII) {
-        if (!pg_verify_mbstr(PG_UTF8, view.data, (int)view.size, true)) {
-            ereport(ERROR, errcode(ERRCODE_CHARACTER_NOT_IN_REPERTOIRE),
-                    errmsg("argument \"%s\" of %s: the text is not UTF-8", argument, NameOf(fcinfo)),
-                    errhint("The encoding of this database is SQL_ASCII, so it accepts any bytes."));
+/* The text argument at `place` in UTF-8. In a database of encoding SQL_ASCII, which is none, it may be any bytes. */
+static KxText Utf8Argument(FunctionCallInfo fcinfo, int place) {
+    const KxText given = TEXT_ARGUMENT(place);
+    KxText utf8 = given;
+    if (GetDatabaseEncoding() != PG_SQL_ASCII) {
+        utf8.data = pg_server_to_any(given.data, (int)given.size, PG_UTF8);
+        if (utf8.data != given.data) {
+            utf8.size = strlen(utf8.data);
         }
-        return utf8;
-    }
-    utf8.data = pg_server_to_any(view.data, (int)view.size, PG_UTF8);
-    if (utf8.data != view.data) {
-        utf8.size = strlen(utf8.data);
     }
     return utf8;
 }
@@ -153,12 +147,20 @@ Datum fdn_number(PG_FUNCTION_ARGS) {
 
 PG_FUNCTION_INFO_V1(fdn_field);
 Datum fdn_field(PG_FUNCTION_ARGS) {
-    return TextDatum(fcinfo, KxField(TEXT_ARGUMENT(0), TEXT_ARGUMENT(1)));
+    const KxAnswer answer = KxField(TEXT_ARGUMENT(0), TEXT_ARGUMENT(1));
+    if (!IsGiven(fcinfo, &answer)) {
+        PG_RETURN_NULL();
+    }
+    if (!pg_verifymbstr(answer.text, (int)strlen(answer.text), true)) {
+        ereport(ERROR, errcode(ERRCODE_CHARACTER_NOT_IN_REPERTOIRE),
+                errmsg("argument \"fdn\" of %s: the field begins or ends inside a character", NameOf(fcinfo)));
+    }
+    PG_RETURN_TEXT_P(VarlenaOf(answer.text));
 }
 
 PG_FUNCTION_INFO_V1(fdn_record);
 Datum fdn_record(PG_FUNCTION_ARGS) {
-    const KxAnswer answer = KxRecord(Utf8Argument(fcinfo, 0, "fdn"));
+    const KxAnswer answer = KxRecord(Utf8Argument(fcinfo, 0));
     if (!IsGiven(fcinfo, &answer)) {
         PG_RETURN_NULL();
     }
@@ -167,7 +169,7 @@ Datum fdn_record(PG_FUNCTION_ARGS) {
 
 PG_FUNCTION_INFO_V1(fdn_problem);
 Datum fdn_problem(PG_FUNCTION_ARGS) {
-    const KxAnswer answer = KxProblem(Utf8Argument(fcinfo, 0, "fdn"));
+    const KxAnswer answer = KxProblem(Utf8Argument(fcinfo, 0));
     if (!IsGiven(fcinfo, &answer)) {
         PG_RETURN_NULL();
     }

@@ -28,6 +28,9 @@ SELECT fdn_field(fdn, 'neId') AS ne, fdn_field(fdn, 'port.neId') AS nested, fdn_
     ('XY=1')) AS texts (fdn);
 SELECT fdn_field('NE=5', 'nePort');
 SELECT fdn_field('XY=1', '');
+-- A channel set is read at a place that may be inside a character; half a character is no text.
+SELECT fdn_record('NE=5,LP=16||3|ÅÅÅÅÅCHANNELSETÅ=4,VR=1,CHANNELSET=2,AP=Å');
+SELECT fdn_field('NE=5,LP=16||3|ÅÅÅÅÅCHANNELSETÅ=4,VR=1,CHANNELSET=2,AP=Å', 'fdnText');
 -- Ports; NULL stands for none.
 SELECT fdn, p.*, p IS NULL AS none
   FROM (VALUES
