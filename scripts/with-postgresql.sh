@@ -28,7 +28,7 @@ mkdir -p "$folder"/{bin,data,log,sockets,tree,work}
 cleanup() {
     local cluster
     for cluster in "$folder"/data/*/postmaster.pid; do
-        [ -e "$cluster" ] && "$folder/bin/pg_ctlcluster" 15 "$(basename "$(dirname "$cluster")")" stop
+        [ ! -e "$cluster" ] || "$folder/bin/pg_ctlcluster" 15 "$(basename "$(dirname "$cluster")")" stop || true
     done
     rm -rf "$folder"
 }

@@ -34,7 +34,7 @@ COMMENT ON FUNCTION fdn_number(text, text) IS 'piece of the identifier as a numb
 
 CREATE FUNCTION fdn_set(fdn text, piece text, value text) RETURNS text
     LANGUAGE c IMMUTABLE STRICT PARALLEL SAFE COST 10 AS 'MODULE_PATHNAME';
-COMMENT ON FUNCTION fdn_set(text, text, text) IS 'identifier with this piece replaced; unchanged if it has no such piece';
+COMMENT ON FUNCTION fdn_set(text, text, text) IS 'identifier with this piece replaced; unchanged if it has none';
 
 -- Two identifiers.
 

@@ -18,12 +18,10 @@ PG_MODULE_MAGIC;
 
 /* The room is that of a varlena, so that the filled one is an answer without a copy. */
 char* KxRoom(size_t size) {
-    const Size whole = size + VARHDRSZ + 1;
-    text* room;
     if (size > MaxAllocSize - VARHDRSZ - 1) {
         return NULL; /* palloc_extended would report this by a jump */
     }
-    room = palloc_extended(whole, MCXT_ALLOC_NO_OOM);
+    text* const room = palloc_extended(size + VARHDRSZ + 1, MCXT_ALLOC_NO_OOM);
     if (room == NULL) {
         return NULL;
     }
@@ -117,6 +115,7 @@ static Datum TruthDatum(FunctionCallInfo fcinfo, KxAnswer answer) {
 
 PG_FUNCTION_INFO_V1(fdn_version);
 Datum fdn_version(PG_FUNCTION_ARGS) {
+    (void)fcinfo;
     PG_RETURN_TEXT_P(cstring_to_text(KX_VERSION));
 }
 
@@ -210,13 +209,12 @@ enum { NE, SHELF, SLOT, SUB_SLOT, PP_TYPE, FB_TYPE, PORT, NAME, IS_LOGICAL, COLU
 /* The row type of the call, looked up at its first row. */
 static TupleDesc RowType(FunctionCallInfo fcinfo) {
     if (fcinfo->flinfo->fn_extra == NULL) {
-        TupleDesc type;
-        MemoryContext before;
+        TupleDesc type = NULL;
         if (get_call_result_type(fcinfo, NULL, &type) != TYPEFUNC_COMPOSITE || type->natts != COLUMNS) {
             ereport(ERROR, errcode(ERRCODE_DATATYPE_MISMATCH),
                     errmsg("%s: the type fdn_port is not that of the extension", NameOf(fcinfo)));
         }
-        before = MemoryContextSwitchTo(fcinfo->flinfo->fn_mcxt);
+        const MemoryContext before = MemoryContextSwitchTo(fcinfo->flinfo->fn_mcxt);
         fcinfo->flinfo->fn_extra = BlessTupleDesc(CreateTupleDescCopy(type));
         MemoryContextSwitchTo(before);
     }
