@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh
 
-all=(scanner readers rewriting lines encode toml csv blockreader)
+all=(scanner readers rewriting lines encode toml csv blockreader c)
 seconds=${1:-}
 fuzzers=("${@:2}")
 if [ ${#fuzzers[@]} -eq 0 ]; then
@@ -35,10 +35,10 @@ for corpus in fuzz/corpus/*.txt; do
     fuzz/seeds.py "$corpus" "$TMPDIR/seeds/$(basename "$corpus" .txt)"
 done
 
-# Three fuzzers take identifiers.
+# Four fuzzers take identifiers.
 seeds_of() {
     case $1 in
-        scanner | readers | rewriting) echo "$TMPDIR/seeds/fdn" ;;
+        scanner | readers | rewriting | c) echo "$TMPDIR/seeds/fdn" ;;
         *) echo "$TMPDIR/seeds/$1" ;;
     esac
 }

@@ -29,21 +29,20 @@ std::size_t FindInvalidUtf8(std::string_view text) {
     return text.size();
 }
 
-std::string Quoted(std::string_view text, std::size_t longest) {
+void AppendQuoted(std::string& message, std::string_view text, std::size_t longest) {
     constexpr std::string_view DIGITS = "0123456789abcdef";
     const std::string_view shown = text.substr(0, longest);
     const std::size_t validEnd = FindInvalidUtf8(shown);
-    std::string quoted = "\"";
+    message += '"';
     for (std::size_t at = 0; at < shown.size(); ++at) {
         const auto byte = static_cast<unsigned char>(shown[at]);
         if (byte < 0x20U || byte == 0x7FU || at >= validEnd) {
-            quoted.append("\\x").append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
+            message.append("\\x").append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
         } else {
-            quoted += shown[at];
+            message += shown[at];
         }
     }
-    quoted += shown.size() < text.size() ? "...\"" : "\"";
-    return quoted;
+    message += shown.size() < text.size() ? "...\"" : "\"";
 }
 
 std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width) {
