@@ -1,7 +1,5 @@
 include(CMakePackageConfigHelpers)
 
-set(KX_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kx_domain_util)
-
 # What find_package(kx_domain_util COMPONENTS ...) may ask for: the libraries that are installed.
 set(KX_COMPONENTS domain_util platform)
 set(KX_PKGCONFIG_FILES kx_domain_util)

@@ -28,6 +28,7 @@ kx_add_layer(catalogue
         readfields.cpp
         record.cpp
         services.cpp
+        tables.cpp
         vocabulary.cpp
     LIBRARIES kx_text kx::domain_util)
 

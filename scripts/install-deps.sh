@@ -9,7 +9,9 @@ declare -A groups=(
             libtbb-dev libtomlplusplus-dev libsimdjson-dev
             rapidjson-dev"
     # Builds and runs the tests, together with "tool".
-    [test]="libgmock-dev libgtest-dev mawk parallel"
+    [test]="libgmock-dev libgtest-dev mawk parallel python3 sqlite3"
+    # Builds and tests the extension for PostgreSQL.
+    [postgresql]="postgresql-15 postgresql-server-dev-15 python3 sqlite3"
     # The rest is for those who work on the sources.
     [abi]="abigail-tools"
     [bare]="mmdebstrap"

@@ -36,7 +36,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 // The writers that ask the inventory, with what they write of SampleEndPoint().
-struct Writer {
+struct OamWriter {
     const char* name;
     std::function<void(std::string&)> write;
     const char* whole;
@@ -64,7 +64,7 @@ Record SamplePart() {
     return record;
 }
 
-std::vector<Writer> Writers() {
+std::vector<OamWriter> Writers() {
     auto ma = SamplePart<MAIndex>();
     ma.maId = 4;
     ma.maName = "ma1";
@@ -102,7 +102,7 @@ public:
 // ---- Writers --------------------------------------------------------------------------------------------------------
 
 TEST(OamWriters, AskTheInventoryForEachMdAndMaLevel) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         RecordingInventory inventory;
         const Registration registration("InventoryBufif", inventory);
         std::string fdn = "what stood here before";
@@ -114,7 +114,7 @@ TEST(OamWriters, AskTheInventoryForEachMdAndMaLevel) {
 }
 
 TEST(OamWriters, ThrowWhenThereIsNoInventory) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         std::string fdn = "what stood here before";
         try {
             writer.write(fdn);
@@ -128,7 +128,7 @@ TEST(OamWriters, ThrowWhenThereIsNoInventory) {
 
 // The inventory answers the question about the MD and is gone before the one about the MA.
 TEST(OamWriters, ThrowWhenTheInventoryGoesBetweenTwoQuestions) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         EventfulInventory inventory;
         inventory.m_event = [](std::size_t) {
             NS_BUNDLEMGR1::BundleMgr::Instance()->UnregisterService("InventoryBufif");
@@ -153,7 +153,7 @@ TEST(OamWriters, ThrowWhenTheInventoryGoesBetweenTwoQuestions) {
 
 // Exceptions of the inventory itself propagate.
 TEST(OamWriters, LetPassWhatTheInventoryThrows) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         for (std::size_t failing = 1; failing <= writer.questions; ++failing) {
             EventfulInventory inventory;
             inventory.m_event = [failing](std::size_t question) {
