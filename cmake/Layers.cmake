@@ -40,7 +40,10 @@ kx_add_layer(formats
 kx_add_layer(lines
     SOURCES
         blockreader.cpp
+        descriptor.cpp
+        failure.cpp
         fileinuse.cpp
+        interruptions.cpp
         lines.cpp
         output.cpp
         progress.cpp

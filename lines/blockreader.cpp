@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "text/text.h"
 
@@ -96,17 +97,13 @@ void BlockReader::CloseInput() noexcept {
 }
 
 std::size_t BlockReader::Read(char* memory, std::size_t size) {
-    for (;;) {
-        const ssize_t count = read(m_descriptor, memory, size);
-        if (count >= 0) {
-            m_isAtEnd = count == 0;
-            m_bytesRead += static_cast<std::uint64_t>(count);
-            return static_cast<std::size_t>(count);
-        }
-        if (errno != EINTR) {
-            FailByErrno(Cause::USAGE, m_names.back());
-        }
+    const ssize_t count = ReadSome(m_descriptor, memory, size);
+    if (count == -1) {
+        FailByErrno(Cause::USAGE, m_names.back());
     }
+    m_isAtEnd = count == 0;
+    m_bytesRead += static_cast<std::uint64_t>(count);
+    return static_cast<std::size_t>(count);
 }
 
 bool BlockReader::Next(InputBlock& block) {

@@ -14,7 +14,8 @@ namespace NS_KX {
 /// to a file: what is in it stays.
 class Output {
 public:
-    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`.
+    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
+    /// `Cause::USAGE` for the journal of a database.
     explicit Output(const std::filesystem::path& file);
     ~Output();
     Output(const Output&) = delete;

@@ -11,6 +11,7 @@
 #include "cli/bulkoptions.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "lines/blockreader.h"
 #include "lines/failure.h"
 #include "text/number.h"
 #include "text/text.h"
@@ -29,7 +30,8 @@ constexpr auto HELP = R"(Examples:
 
 TAG is a level's tag, INDEX one of its sub-values, from 0; without INDEX the whole value is given, with its "|". What an
 identifier does not have is an empty column. Of a repeated level the first counts. Bytes pass as they are, except that
-a line with a tab in a column is rejected, as are empty lines, lines with a NUL byte and lines longer than 1 MiB.
+a line with a tab in a column is rejected, as are empty lines, lines with a NUL byte, and lines that are or would become
+longer than 1 MiB.
 
 Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read;
 3 output that cannot be written.)";
@@ -60,6 +62,10 @@ Column ParseColumn(const std::string& text) {
     Column column{text.substr(0, colon), std::nullopt};
     if (column.tag.empty()) {
         RefuseColumn(text, "there is no TAG");
+    }
+    constexpr std::size_t LONGEST_TAG = 60;
+    if (column.tag.size() > LONGEST_TAG) {
+        RefuseColumn(text, "a TAG is short");
     }
     if (column.tag.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789") != std::string::npos) {
         RefuseColumn(text, "a TAG is of upper-case letters and digits, as in the identifier");
@@ -103,7 +109,11 @@ public:
             }
             size += value.size() + 1;
         }
-        char* to = result.output.Push(size);  // for all at once: 3 % fewer instructions of `kxdu get`
+        if (size > LONGEST_LINE + 1) {
+            result.Report("the columns would be longer than 1 MiB");
+            return;
+        }
+        char* to = result.Room(size);  // for all columns at once
         for (const std::string_view value : m_found) {
             to = std::copy(value.begin(), value.end(), to);
             *to++ = '\t';
