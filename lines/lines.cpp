@@ -366,6 +366,7 @@ private:
     void WriteResult(const Piece& piece) {
         const LineResult& result = piece.result;
         const std::string_view name = piece.input.inputName;
+        m_counts.isFound = m_counts.isFound || result.m_findings != 0;
         m_isStopped = m_options.isStrict && result.m_findings != 0;
         if (m_isStopped) {
             m_output.Write(ViewOf(result.output).substr(0, result.m_outputBeforeFirst));

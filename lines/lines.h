@@ -96,6 +96,7 @@ struct LineCounts {
     std::uint64_t lines = 0;
     std::uint64_t findings = 0;
     Tallies tallies{};
+    bool isFound = false;    ///< there was a finding, maybe in what could not be written
     bool isStopped = false;  ///< ended at the first finding, as asked
 };
 
