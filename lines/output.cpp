@@ -53,6 +53,7 @@ Output::Output(const std::filesystem::path& file) {
         m_name = file;
         const std::filesystem::path target = Target(file);
         RefuseJournalOfDatabase(target);
+        m_encoder = MakeEncoder(m_name);
         m_file.emplace(target);
         m_descriptor = m_file->Descriptor();
     }
@@ -65,7 +66,22 @@ Output::~Output() {
 }
 
 void Output::Write(std::string_view text) {
-    if (!WriteAll(m_descriptor, text)) {
+    if (!m_encoder) {
+        WriteRaw(text);
+        return;
+    }
+    constexpr std::size_t MOST_AT_ONCE = std::size_t{256} << 10U;
+    while (!text.empty()) {
+        const std::string_view part = text.substr(0, MOST_AT_ONCE);
+        text.remove_prefix(part.size());
+        m_compressed.clear();
+        m_encoder->Encode(part, false, m_compressed);
+        WriteRaw(m_compressed);
+    }
+}
+
+void Output::WriteRaw(std::string_view bytes) {
+    if (!WriteAll(m_descriptor, bytes)) {
         if (errno == EPIPE) {
             throw ClosedPipe();
         }
@@ -74,6 +90,11 @@ void Output::Write(std::string_view text) {
 }
 
 void Output::Complete() {
+    if (m_encoder) {
+        m_compressed.clear();
+        m_encoder->Encode({}, true, m_compressed);
+        WriteRaw(m_compressed);
+    }
     if (m_file) {
         m_file->Keep();
     }

@@ -3,10 +3,10 @@
 set -euo pipefail
 
 build=(cmake g++ git ninja-build pkg-config)
-libraries=(libace-dev libcli11-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev libtbb-dev libtomlplusplus-dev
-           rapidjson-dev)
+libraries=(libace-dev libcli11-dev liblzma-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev libtbb-dev
+           libtomlplusplus-dev libzstd-dev rapidjson-dev zlib1g-dev)
 tests=(abigail-tools ccache clang-14 clang-format-14 clang-tidy-14 cppcheck libbenchmark-dev libclang-rt-14-dev
-       gcovr libgmock-dev libgtest-dev mawk parallel python3 time valgrind)
+       gcovr libgmock-dev libgtest-dev mawk parallel python3 time valgrind xz-utils zstd)
 
 missing=()
 for package in "${build[@]}" "${libraries[@]}" "${tests[@]}"; do
