@@ -222,7 +222,7 @@ public:
     XzDecoder& operator=(const XzDecoder&) = delete;
 
     std::size_t Decode(std::string_view& input, char* room, std::size_t size) override {
-        // Only the end of the input tells the decoder that no further stream follows.
+        // The decoder learns from the end of the input that no further stream follows.
         return Step(input, room, size, LZMA_RUN);
     }
 

@@ -1,4 +1,4 @@
-/// Compressed files: which there are, and how they are told apart.
+/// Compressed files: their formats, how to recognize and read them, and how to write them.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +16,6 @@ struct Recognized {
     bool isSure = true;
 };
 Recognized RecognizeCompression(std::string_view head) noexcept;
-
-/// The longest head that is needed to be sure.
-inline constexpr std::size_t LONGEST_HEAD = 6;
 
 /// Makes text of compressed bytes, a part at a time.
 class Decoder {

@@ -23,6 +23,13 @@
 
 namespace NS_KX {
 
+namespace {
+
+// As much as a pipe holds: what is there already comes at once.
+constexpr std::size_t FIRST_READ = std::size_t{64} << 10U;
+
+}  // namespace
+
 // A thread that reads and decompresses, and the text that it has made and that no one has taken yet.
 class Decompression {
 public:
@@ -152,13 +159,11 @@ private:
 Input::Input(int descriptor, std::string name, std::atomic<std::uint64_t>& bytesRead)
     : m_descriptor(descriptor), m_name(std::move(name)), m_bytesRead(bytesRead) {
     Recognized recognized{Compression::NONE, false};
-    while (!recognized.isSure) {
-        std::array<char, LONGEST_HEAD> more{};
-        const std::size_t size = ReadRaw(more.data(), more.size() - m_head.size());
-        if (size == 0) {
-            break;
-        }
-        m_head.append(more.data(), size);
+    for (std::size_t size = 1; !recognized.isSure && size != 0;) {
+        const std::size_t before = m_head.size();
+        m_head.resize(before + FIRST_READ);
+        size = ReadRaw(m_head.data() + before, FIRST_READ);
+        m_head.resize(before + size);
         recognized = RecognizeCompression(m_head);
     }
     if (auto decoder = MakeDecoder(recognized.compression, m_name)) {
@@ -178,10 +183,10 @@ std::size_t Input::Read(char* memory, std::size_t size) {
     if (m_decompression) {
         return m_decompression->Read(memory, size);
     }
-    if (!m_head.empty()) {
-        const std::size_t count = std::min(size, m_head.size());
-        std::memcpy(memory, m_head.data(), count);
-        m_head.erase(0, count);
+    if (m_givenOfHead != m_head.size()) {
+        const std::size_t count = std::min(size, m_head.size() - m_givenOfHead);
+        std::memcpy(memory, m_head.data() + m_givenOfHead, count);
+        m_givenOfHead += count;
         return count;
     }
     return ReadRaw(memory, size);

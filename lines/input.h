@@ -31,7 +31,8 @@ private:
     int m_descriptor;
     std::string m_name;
     std::atomic<std::uint64_t>& m_bytesRead;
-    std::string m_head;  // read to recognize the compression, and not given yet
+    std::string m_head;  // read to recognize the compression
+    std::size_t m_givenOfHead = 0;
     std::unique_ptr<Decompression> m_decompression;
 };
 

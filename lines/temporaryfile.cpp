@@ -26,7 +26,7 @@ std::string HiddenName() {
     return name;
 }
 
-// The number of tries for a name that nobody else has.
+// The number of tries for a name that no other file has.
 constexpr int MOST_TRIES = 100;
 
 std::string NameOf(int descriptor) {

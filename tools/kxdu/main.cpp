@@ -105,8 +105,8 @@ void HoldStandardStreams() {
 }
 
 int Main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN);  // write tells us, and we end quietly
-    std::signal(SIGXFSZ, SIG_IGN);  // write tells us of a file that may not grow, too
+    std::signal(SIGPIPE, SIG_IGN);  // write fails instead, and the run ends quietly
+    std::signal(SIGXFSZ, SIG_IGN);  // the same for a file that may not grow
     HoldStandardStreams();
     CLI::App app("Reads, writes, checks and explains the identifiers of a telecom network", "kxdu");
     app.set_version_flag("--version", "kxdu " KX_VERSION);

@@ -10,7 +10,7 @@
 
 namespace NS_KX::NS_KXDU {
 
-/// The NEs that the inventory was asked about and does not have, which the user is told once. Any thread.
+/// The NEs that the inventory was asked about and does not have. The user gets one message for all of them. Any thread.
 class MissingNes {
 public:
     /// At most this many are remembered.

@@ -27,7 +27,7 @@ public:
     VerbOption& Excludes(const VerbOption& other);
     /// Has the value of a variable of the environment when the command line does not give one.
     VerbOption& FromEnvironment(const std::string& variable);
-    /// Of a list: each value stands behind the option's name, so that what follows is an argument again.
+    /// For a list: the option's name stands before each value, so that what follows a value is an argument again.
     VerbOption& OneValueEachTime();
 
 private:
@@ -99,7 +99,7 @@ public:
     /// Adds `--output`, for verbs that write one file; standard output when it is not given.
     void AddOutput(std::string& output);
 
-    /// The text that stands behind the options in the help.
+    /// Sets the text that follows the options in the help.
     void SetHelp(const std::string& help);
     /// What the verb does, and the help.
     template <class Options>

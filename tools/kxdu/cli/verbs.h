@@ -21,7 +21,7 @@ enum class ExitCode : int {
 /// What a verb does once its arguments are parsed.
 using Action = std::function<ExitCode()>;
 
-/// Stands behind every complaint about the command line.
+/// Ends every complaint about the command line.
 inline constexpr auto HELP_HINT = "\nRun with --help to see what there is.";
 
 /// What to tell somebody who asked `app` for a verb that it does not have.
