@@ -1,7 +1,11 @@
 # The layers between the library and whoever shows identifiers to the world: static libraries, linked into the tool, the
 # bindings, tests, benchmarks and fuzzers. Each names its headers by folder: "catalogue/kinds.h".
+find_package(PkgConfig REQUIRED)
 find_package(simdjson REQUIRED)
 find_package(TBB REQUIRED)
+pkg_check_modules(zlib REQUIRED IMPORTED_TARGET zlib)
+pkg_check_modules(zstd REQUIRED IMPORTED_TARGET libzstd)
+pkg_check_modules(lzma REQUIRED IMPORTED_TARGET liblzma)
 
 # kx_add_layer(NAME SOURCES file... LIBRARIES target...): the layer in the folder NAME.
 function(kx_add_layer name)
@@ -47,12 +51,17 @@ target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 kx_add_layer(lines
     SOURCES
         blockreader.cpp
+        compression.cpp
+        descriptor.cpp
+        failure.cpp
         fileinuse.cpp
+        input.cpp
+        interruptions.cpp
         lines.cpp
         output.cpp
         progress.cpp
         temporaryfile.cpp
-    LIBRARIES kx_text TBB::tbb)
+    LIBRARIES kx_text TBB::tbb PkgConfig::zlib PkgConfig::zstd PkgConfig::lzma Threads::Threads)
 
 if(KX_BUILD_STANDALONE)
     kx_add_layer(sample

@@ -6,10 +6,9 @@ set -euo pipefail
 declare -A groups=(
     # Builds the libraries and kxdu.
     [tool]="cmake g++ git ninja-build pkg-config libace-dev libcli11-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev
-            libtbb-dev libtomlplusplus-dev libsimdjson-dev
-            rapidjson-dev"
+            liblzma-dev libsimdjson-dev libtbb-dev libtomlplusplus-dev libzstd-dev rapidjson-dev zlib1g-dev"
     # Builds and runs the tests, together with "tool".
-    [test]="libgmock-dev libgtest-dev mawk parallel python3 sqlite3"
+    [test]="libgmock-dev libgtest-dev mawk parallel python3 sqlite3 xz-utils zstd"
     # Builds and tests the extension for PostgreSQL.
     [postgresql]="postgresql-15 postgresql-server-dev-15 python3 sqlite3"
     # The rest is for those who work on the sources.

@@ -7,7 +7,7 @@
 
 namespace NS_KX {
 
-/// What some programs write at the beginning of a UTF-8 file. It belongs to the file, not to its text.
+/// Some programs write it at the beginning of a UTF-8 file. It belongs to the file, not to its text.
 inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 inline std::string_view WithoutByteOrderMark(std::string_view text) noexcept {
@@ -38,7 +38,7 @@ inline std::string QuotedWhole(std::string_view text) {
 inline constexpr std::size_t HELP_WIDTH = 120;
 
 /// The words, a blank between two, on lines of at most width columns. The first line begins with `head`, the others
-/// with as many blanks; no line end behind the last.
+/// with as many blanks; no line end after the last.
 std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width = HELP_WIDTH);
 
 }  // namespace NS_KX
