@@ -22,7 +22,10 @@ bool IsFoundByItsLastLevel(const Kind& kind) {
 std::set<std::string_view> TypesIn(std::string_view json) {
     std::set<std::string_view> types;
     for (auto begin = json.find('"'); begin != std::string_view::npos;) {
-        const auto end = json.find('"', begin + 1);
+        auto end = json.find('"', begin + 1);
+        while (end != std::string_view::npos && json[end - 1] == '\\') {
+            end = json.find('"', end + 1);
+        }
         if (const Kind* const kind = FindKind(json.substr(begin + 1, end - begin - 1))) {
             types.insert(kind->type);
         }
