@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a command in a bare Debian 12 that has git and nothing else, in a clean clone of the last commit. The machine's
+# Runs a command in a bare Debian 12 that has git and nothing else, in a clean clone of the last commit, /clone. The machine's
 # own package sources are used. Nothing is left of it afterwards. Wants to be root.
 #   scripts/bare.sh [--with PATH]... COMMAND [ARGUMENT...]      --with PATH: copies a file or folder into /with
 set -euo pipefail
@@ -35,7 +35,7 @@ apt-config dump | grep -iE '^Acquire::https?::(Proxy|No-Cache)' >"$root/etc/apt/
 cp /etc/resolv.conf /etc/hosts "$root/etc/"
 chmod 755 "$root"
 
-git clone -q --no-hardlinks . "$root/kx_domain_util"
+git clone -q --no-hardlinks . "$root/clone"
 mkdir "$root/with"
 if [ ${#given[@]} -gt 0 ]; then
     cp -a -- "${given[@]}" "$root/with/"
@@ -50,5 +50,5 @@ unshare --mount --pid --fork --kill-child --propagation private bash -euc '
     mount --bind /dev/pts "$root/dev/pts"
     exec chroot "$root" env -i HOME=/root LANG=C.UTF-8 TERM="${TERM:-dumb}" PATH=/usr/sbin:/usr/bin:/sbin:/bin \
          ${http_proxy:+http_proxy="$http_proxy"} ${https_proxy:+https_proxy="$https_proxy"} \
-         bash -c '\''cd /kx_domain_util && exec "$@"'\'' bash "${@:2}"
+         bash -c '\''cd /clone && exec "$@"'\'' bash "${@:2}"
 ' bash "$root" "$@"

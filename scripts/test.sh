@@ -39,6 +39,7 @@ for preset in "${presets[@]}"; do
     bad=$(attribute failures)
     left_out=$(($(attribute skipped) + $(attribute disabled)))
     if [ "$bad" -gt 0 ]; then
+        sed -n '/\*\*\*/,/^ *Start /p' "$log" | tail -n 100  # what failing tests print
         sed -n '/The following tests FAILED/,$p' "$log"
         echo "== $preset: $bad failed (whole log: $log)"
     fi
