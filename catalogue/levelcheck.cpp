@@ -177,4 +177,29 @@ void CheckIdentifier(std::string_view fdn, const std::function<void(const Proble
     }
 }
 
+std::optional<Problem> FindNoText(std::string_view text) {
+    if (text.empty()) {
+        return Problem{1, "the line is empty"};
+    }
+    if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
+        return Problem{nul + 1, "NUL byte"};
+    }
+    if (const auto invalid = IsAscii(text) ? text.size() : FindInvalidUtf8(text); invalid != text.size()) {
+        return Problem{invalid + 1, "not UTF-8"};
+    }
+    return std::nullopt;
+}
+
+std::optional<Problem> FindFirstProblem(std::string_view text) {
+    std::optional<Problem> first = FindNoText(text);
+    if (!first) {
+        CheckIdentifier(text, [&](const Problem& problem) {
+            if (!first) {
+                first = problem;
+            }
+        });
+    }
+    return first;
+}
+
 }  // namespace NS_KX

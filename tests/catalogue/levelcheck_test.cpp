@@ -88,5 +88,28 @@ TEST(LevelCheck, OfVeryManyProblemsTheFirstAreTold) {
     EXPECT_EQ(problems[7], "8: and more");
 }
 
+std::string FirstProblem(std::string_view text) {
+    const auto problem = FindFirstProblem(text);
+    return problem ? std::to_string(problem->column) + ": " + problem->text : "none";
+}
+
+TEST(FirstProblem, IsNoneForAGoodIdentifier) {
+    EXPECT_EQ(FirstProblem("NE=1,PP=|1025|3|Åre"), "none");
+    EXPECT_FALSE(FindNoText("anything that is a text"));
+}
+
+TEST(FirstProblem, IsWhyATextCannotBeAnIdentifier) {
+    using namespace std::string_view_literals;
+    EXPECT_EQ(FirstProblem(""), "1: the line is empty");
+    EXPECT_EQ(FirstProblem("NE=\0,XX=1"sv), "4: NUL byte");
+    EXPECT_EQ(FirstProblem("NE=1,PP=||3|\xC5"), "13: not UTF-8");
+}
+
+TEST(FirstProblem, IsTheFirstOfSeveralInTheLevels) {
+    EXPECT_EQ(FirstProblem("NE=x,fr=2"), "4: NE is not a decimal number: \"x\"");
+    EXPECT_EQ(FirstProblem("NE=1,CP=-1,AS=3"), "12: unknown tag \"AS\"");
+    EXPECT_EQ(FirstProblem("NE=1,SC=-1"), "6: no kind of identifier ends in the level \"SC\"");
+}
+
 }  // namespace
 }  // namespace NS_KX
