@@ -157,11 +157,8 @@ void RecordLine::Fill(const Kind& kind, void* record) {
 }
 
 RecordLine::Member& RecordLine::Take(const Field& field) {
-    const auto dot = field.name.find('.');
-    const std::string_view nested = field.name.substr(0, dot == std::string_view::npos ? 0 : dot);
-    const std::string_view name = field.name.substr(nested.empty() ? 0 : nested.size() + 1);
     for (Member& member : m_members) {
-        if (member.name == name && member.nested == nested) {
+        if (member.name == field.Member() && member.nested == field.Nest()) {
             member.isTaken = true;
             return member;
         }
@@ -195,13 +192,7 @@ void RecordLine::Set(const Field& field, bool& flag) {
 
 void RecordLine::Set(const Field& field, std::string& text) {
     const auto value = ValueOf<std::string_view>(Take(field), field, "a text");
-    if (field.IsSubValue() && value.find_first_of(",|") != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(field.name) + " holds \",\" or \"|\", where it would end");
-    }
-    // An identifier that held one of these would not be one line any more.
-    if (value.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(field.name) + " holds a line end or NUL");
-    }
+    RequireWritable(field, value);
     // The parser lets one half of a pair of escapes pass when it is the second.
     if (!IsAscii(value) && FindInvalidUtf8(value) != value.size()) {
         throw BadRecord("field " + Quoted(field.name) + " holds half a surrogate pair");
