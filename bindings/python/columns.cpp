@@ -51,8 +51,8 @@ ColumnType ReadColumnType(const py::handle& name) {
 
 std::vector<Request> ReadRequests(const py::object& pieces) {
     std::vector<Request> requests;
-    if (py::isinstance<py::dict>(pieces)) {
-        for (const auto& [piece, type] : py::reinterpret_borrow<py::dict>(pieces)) {
+    if (py::hasattr(pieces, "items")) {
+        for (const auto& [piece, type] : py::dict(pieces)) {
             requests.push_back({py::reinterpret_borrow<py::object>(piece), ReadPieceName(piece), ReadColumnType(type)});
         }
         return requests;
@@ -104,11 +104,28 @@ private:
     Py_buffer m_view{};
 };
 
+// The objects of a list, each None or the owner of a text's bytes: neither changes, so that no lock is needed.
+class ItemRows : public CountedIdentifiers {
+public:
+    explicit ItemRows(std::span<const py::object> items) : CountedIdentifiers(items.size()), m_items(items) {}
+
+    std::span<const std::string_view> Read(std::size_t chunk, std::vector<std::string_view>& room) const override {
+        room.clear();
+        for (const py::object& item : m_items.subspan(FirstRow(chunk), RowsOf(chunk))) {
+            room.push_back(item.ptr() != Py_None ? TextBytes::ViewOf(item) : std::string_view());
+        }
+        return room;
+    }
+
+private:
+    std::span<const py::object> m_items;
+};
+
 // The identifiers in the caller's objects, with what keeps them alive.
 struct Input {
     std::optional<Buffer> buffer;
     std::optional<Buffer> offsets;
-    std::vector<py::object> owners;
+    std::vector<py::object> items;
     std::unique_ptr<Identifiers> identifiers;
 };
 
@@ -130,27 +147,20 @@ void ReadOffsetRows(const py::object& offsets, Input& input) {
     }
 }
 
-void ReadTextRows(const py::object& data, Input& input) {
-    // A tuple of our own, since other threads may change a list.
-    const auto items = py::reinterpret_steal<py::tuple>(PySequence_Tuple(data.ptr()));
-    if (!items) {
+// A copy of the list, since other threads may change it; a text is copied only if it is not ASCII.
+std::vector<py::object> ReadItems(const py::object& data) {
+    const auto sequence =
+        py::reinterpret_steal<py::object>(PySequence_Fast(data.ptr(), "data cannot be iterated over"));
+    if (!sequence) {
         throw py::error_already_set();
     }
-    std::vector<std::string_view> texts;
-    texts.reserve(items.size());
-    for (const py::handle item : items) {
-        if (item.is_none()) {
-            texts.emplace_back();
-            continue;
-        }
-        const TextBytes text(item, "an identifier");
-        texts.push_back(text.View());
-        if (!text.Owner().is(item)) {
-            input.owners.push_back(text.Owner());
-        }
+    std::vector<py::object> items;
+    items.reserve(static_cast<std::size_t>(PySequence_Fast_GET_SIZE(sequence.ptr())));
+    for (py::ssize_t place = 0; place < PySequence_Fast_GET_SIZE(sequence.ptr()); ++place) {
+        const py::handle item = PySequence_Fast_GET_ITEM(sequence.ptr(), place);
+        items.push_back(item.is_none() ? py::none() : TextBytes(item, "an identifier").Owner());
     }
-    input.owners.push_back(items);
-    input.identifiers = std::make_unique<TextRows>(std::move(texts));
+    return items;
 }
 
 void ReadInput(const py::object& data, const py::object& offsets, Input& input) {
@@ -170,7 +180,8 @@ void ReadInput(const py::object& data, const py::object& offsets, Input& input) 
         const py::gil_scoped_release unlocked;
         input.identifiers = std::make_unique<LineRows>(input.buffer->Bytes());
     } else {
-        ReadTextRows(data, input);
+        input.items = ReadItems(data);
+        input.identifiers = std::make_unique<ItemRows>(input.items);
     }
 }
 

@@ -22,9 +22,14 @@ std::string_view TakeLine(std::string_view& text) {
     return line;
 }
 
+// Like std::count, which is slower here: it adds up 64 bits for each character.
 std::size_t CountLines(std::string_view text) {
-    const auto ends = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    return ends + (text.empty() || text.ends_with('\n') ? 0 : 1);
+    std::size_t lines = 0;
+    for (; !text.empty(); ++lines) {
+        const auto end = text.find('\n');
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return lines;
 }
 
 }  // namespace
@@ -33,10 +38,6 @@ std::size_t CountLines(std::string_view text) {
 
 std::size_t CountedIdentifiers::RowsOf(std::size_t chunk) const {
     return std::min(ROWS, m_count - FirstRow(chunk));
-}
-
-std::span<const std::string_view> TextRows::Read(std::size_t chunk, std::vector<std::string_view>& /*room*/) const {
-    return std::span(m_texts).subspan(FirstRow(chunk), RowsOf(chunk));
 }
 
 template <class Offset>

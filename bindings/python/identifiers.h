@@ -1,4 +1,4 @@
-/// Very many identifiers in memory, cut into chunks that threads read at the same time. Nothing here needs Python.
+/// Very many identifiers in memory, cut into chunks that threads read at the same time, without the interpreter's lock.
 #pragma once
 
 #include <cstddef>
@@ -45,18 +45,6 @@ private:
     static constexpr std::size_t ROWS = 8192;
 
     std::size_t m_count;
-};
-
-/// Texts, wherever they are.
-class TextRows : public CountedIdentifiers {
-public:
-    explicit TextRows(std::vector<std::string_view> texts)
-        : CountedIdentifiers(texts.size()), m_texts(std::move(texts)) {}
-
-    std::span<const std::string_view> Read(std::size_t chunk, std::vector<std::string_view>& room) const override;
-
-private:
-    std::vector<std::string_view> m_texts;
 };
 
 /// The text of row i is what `text` holds from offset i to offset i + 1.

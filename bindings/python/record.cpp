@@ -1,5 +1,6 @@
 #include "bindings/python/record.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <type_traits>
@@ -76,12 +77,18 @@ void RefuseOtherMembers(const py::dict& decoded) {
     }
 }
 
+bool HasNest(const Kind& kind, std::string_view name) {
+    const auto fields = kind.layout.fields;
+    return std::any_of(fields.begin(), fields.end(), [&](const Field& field) { return field.Nest() == name; });
+}
+
 // Refuses keys that are no fields of `kind`. `nest` is the name of the nested record that `fields` are; empty: of none.
 void RefuseOtherFields(const Kind& kind, const std::string& nest, const py::dict& fields) {
     for (const auto& [key, value] : fields) {
         const TextBytes name(key, "a key");
-        if (nest.empty() && py::isinstance<py::dict>(value)) {
-            RefuseOtherFields(kind, std::string(name.View()), py::reinterpret_borrow<py::dict>(value));
+        if (nest.empty() && HasNest(kind, name.View())) {
+            const std::string nested(name.View());
+            RefuseOtherFields(kind, nested, RequireDict(value, Describe(nested)));
             continue;
         }
         std::string whole(nest);
@@ -119,8 +126,7 @@ void Fill(const Kind& kind, const py::dict& fields, void* record) {
     for (const Field& field : kind.layout.fields) {
         py::dict holder = fields;
         if (!field.Nest().empty()) {
-            const std::string nest = Describe(field.Nest());
-            holder = RequireDict(Require(fields, field.Nest(), nest), nest);
+            holder = Require(fields, field.Nest(), Describe(field.Nest()));  // a dict, as was seen just now
         }
         const py::object value = Require(holder, field.Member(), Describe(field.name));
         VisitField(field, record, [&](auto& member) { Set(field, value, member); });
