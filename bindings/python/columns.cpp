@@ -243,6 +243,32 @@ py::object MakeBytes(std::string_view bytes) {
     return py::reinterpret_steal<py::object>(object);
 }
 
+// Makes objects of texts. A text that was seen not long ago gets the object that it had then: many columns hold few
+// texts, each very often. Needs the interpreter's lock.
+class ObjectMaker {
+public:
+    explicit ObjectMaker(py::object (*make)(std::string_view)) : m_make(make), m_seen(PLACES) {}
+
+    py::object Make(std::string_view text) {
+        Seen& seen = m_seen[std::hash<std::string_view>()(text) % PLACES];
+        if (!seen.object || seen.text != text) {
+            seen = {text, m_make(text)};
+        }
+        return seen.object;
+    }
+
+private:
+    static constexpr std::size_t PLACES = 4096;
+
+    struct Seen {
+        std::string_view text;
+        py::object object;
+    };
+
+    py::object (*m_make)(std::string_view);
+    std::vector<Seen> m_seen;
+};
+
 // An array of objects. Texts of a fixed width would all take the memory of the longest, and numpy cuts NULs off them.
 class TextColumn : public Column {
 public:
@@ -258,8 +284,9 @@ private:
     py::object MakeArray() override {
         py::array array(py::dtype("O"), static_cast<py::ssize_t>(m_pieces.size()));
         auto** const objects = static_cast<PyObject**>(array.mutable_data());
+        ObjectMaker maker(m_make);
         for (std::size_t row = 0; row < m_pieces.size(); ++row) {
-            PyObject* const before = std::exchange(objects[row], m_make(m_pieces[row]).release().ptr());
+            PyObject* const before = std::exchange(objects[row], maker.Make(m_pieces[row]).release().ptr());
             Py_XDECREF(before);
         }
         return array;

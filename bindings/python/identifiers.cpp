@@ -1,6 +1,7 @@
 #include "bindings/python/identifiers.h"
 
 #include <algorithm>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -22,14 +23,23 @@ std::string_view TakeLine(std::string_view& text) {
     return line;
 }
 
-// Like std::count, which is slower here: it adds up 64 bits for each character.
-std::size_t CountLines(std::string_view text) {
-    std::size_t lines = 0;
-    for (; !text.empty(); ++lines) {
-        const auto end = text.find('\n');
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+// Like std::count, but added up in bytes, of which the compiler adds many at a time.
+std::size_t CountLineFeeds(std::string_view text) {
+    constexpr std::size_t MOST = std::numeric_limits<unsigned char>::max();
+    std::size_t count = 0;
+    while (!text.empty()) {
+        unsigned char few = 0;
+        for (const char character : text.substr(0, MOST)) {
+            few = static_cast<unsigned char>(few + (character == '\n' ? 1 : 0));
+        }
+        count += few;
+        text.remove_prefix(std::min(MOST, text.size()));
     }
-    return lines;
+    return count;
+}
+
+std::size_t CountLines(std::string_view text) {
+    return CountLineFeeds(text) + (text.empty() || text.ends_with('\n') ? 0 : 1);
 }
 
 }  // namespace
@@ -71,7 +81,7 @@ template class OffsetRows<std::int64_t>;
 // ---- Lines ----------------------------------------------------------------------------------------------------------
 
 LineRows::LineRows(std::string_view text) {
-    constexpr std::size_t CHUNK = std::size_t{256} << 10U;
+    constexpr std::size_t CHUNK = std::size_t{64} << 10U;
     text = WithoutByteOrderMark(text);
     while (!text.empty()) {
         const auto end = text.find('\n', std::min(CHUNK, text.size()) - 1);

@@ -42,7 +42,7 @@ protected:
     [[nodiscard]] std::size_t RowsOf(std::size_t chunk) const;
 
 private:
-    static constexpr std::size_t ROWS = 8192;
+    static constexpr std::size_t ROWS = 2048;
 
     std::size_t m_count;
 };
