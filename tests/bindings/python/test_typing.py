@@ -2,6 +2,8 @@
 import subprocess
 import sys
 
+import pytest
+
 GOOD = '''
 import numpy as np
 import kx_domain_util as kx
@@ -33,6 +35,12 @@ version: str = kx.__version__
 '''
 
 
+@pytest.fixture(scope="module", name="folder")
+def make_folder(tmp_path_factory):
+    """One for all, since the type checker keeps there what it knows of numpy."""
+    return tmp_path_factory.mktemp("typing")
+
+
 def check(folder, text):
     program = folder / "program.py"
     program.write_text(text, encoding="utf-8")
@@ -41,22 +49,22 @@ def check(folder, text):
                            program], cwd=folder, capture_output=True, text=True, check=False)
 
 
-def test_a_type_checker_accepts_a_program(tmp_path):
-    ended = check(tmp_path, GOOD)
+def test_a_type_checker_accepts_a_program(folder):
+    ended = check(folder, GOOD)
     assert ended.returncode == 0, ended.stdout
 
 
-def test_a_type_checker_refuses_what_would_fail(tmp_path):
+def test_a_type_checker_refuses_what_would_fail(folder):
     wrong = ["kx.decode(7)", "kx.type()", "len(kx.kind('NE=1'))", "kx.get('NE=1', 7)", "kx.columns([7], ['NE'])",
              "kx.columns(b'NE=1', [7])", "kx.columns(b'NE=1', {'NE': int})", "kx.decoded('NE=1')", "kx.encode('NE=1')",
              "kx.check('x')[0].line"]
-    ended = check(tmp_path, "\n".join(["import kx_domain_util as kx", *wrong]))
+    ended = check(folder, "\n".join(["import kx_domain_util as kx", *wrong]))
     for line, text in enumerate(wrong, 2):
         assert f"program.py:{line}: error" in ended.stdout, text
     assert ended.returncode == 1
 
 
-def test_the_hints_match_the_module(tmp_path):
+def test_the_hints_match_the_module(folder):
     ended = subprocess.run([sys.executable, "-m", "mypy.stubtest", "kx_domain_util", "--ignore-missing-stub"],
-                           cwd=tmp_path, capture_output=True, text=True, check=False)
+                           cwd=folder, capture_output=True, text=True, check=False)
     assert ended.returncode == 0, ended.stdout + ended.stderr
