@@ -98,7 +98,7 @@ const Field* FindField(const Kind& kind, std::string_view name) {
 }
 
 void RequireWritable(const Field& field, std::string_view value) {
-    if (field.IsSubValue() && value.find_first_of(",|") != std::string_view::npos) {
+    if (field.isName && value.find_first_of(",|") != std::string_view::npos) {
         throw BadRecord("field " + Quoted(field.name) + " holds \",\" or \"|\", where it would end");
     }
     if (value.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/kind.h"
+
 namespace NS_KX {
 
 /// Something wrong in an identifier.
@@ -20,8 +22,22 @@ struct Problem {
 void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
 /// The same, and where nothing of this is found, whether its last level means no kind of identifier: all that is wrong
-/// with `fdn` by itself.
-void CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
+/// with `fdn` by itself. Returns the kind of `fdn`; null if something was reported.
+const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
+
+/// Why `text` cannot be an identifier at all: it is empty, holds a NUL byte, or is not UTF-8. None if it can.
+std::optional<Problem> FindNoText(std::string_view text);
+
+/// The first of all that is wrong with `text`: why it cannot be an identifier, or else what `CheckIdentifier` reports
+/// first. None if nothing is wrong.
+std::optional<Problem> FindFirstProblem(std::string_view text);
+
+/// Why `text` cannot be an identifier at all: it is empty, holds a NUL byte, or is not UTF-8. None if it can.
+std::optional<Problem> FindNoText(std::string_view text);
+
+/// The first of all that is wrong with `text`: why it cannot be an identifier, or else what `CheckIdentifier` reports
+/// first. None if nothing is wrong.
+std::optional<Problem> FindFirstProblem(std::string_view text);
 
 /// Why `text` cannot be an identifier at all: it is empty, holds a NUL byte, or is not UTF-8. None if it can.
 std::optional<Problem> FindNoText(std::string_view text);

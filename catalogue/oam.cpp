@@ -24,25 +24,25 @@ inline constexpr std::array FIELDS<MDIndex>{
     KX_FIELD(MDIndex, reserved),
     KX_FIELD(MDIndex, neId),
     KX_FIELD(MDIndex, mdId),
-    KX_FIELD(MDIndex, mdName),
+    KX_NAME(MDIndex, mdName),
 };
 
 template <>
 inline constexpr std::array FIELDS<MAIndex>{
     KX_FIELD(MAIndex, reserved), KX_FIELD(MAIndex, neId), KX_FIELD(MAIndex, mdId),
-    KX_FIELD(MAIndex, mdName),   KX_FIELD(MAIndex, maId), KX_FIELD(MAIndex, maName),
+    KX_NAME(MAIndex, mdName),    KX_FIELD(MAIndex, maId), KX_NAME(MAIndex, maName),
 };
 
 template <>
 inline constexpr std::array FIELDS<MEPIndex>{
-    KX_FIELD(MEPIndex, reserved), KX_FIELD(MEPIndex, neId),   KX_FIELD(MEPIndex, mdId),  KX_FIELD(MEPIndex, mdName),
-    KX_FIELD(MEPIndex, maId),     KX_FIELD(MEPIndex, maName), KX_FIELD(MEPIndex, mepId),
+    KX_FIELD(MEPIndex, reserved), KX_FIELD(MEPIndex, neId),  KX_FIELD(MEPIndex, mdId),  KX_NAME(MEPIndex, mdName),
+    KX_FIELD(MEPIndex, maId),     KX_NAME(MEPIndex, maName), KX_FIELD(MEPIndex, mepId),
 };
 
 template <>
 inline constexpr std::array FIELDS<MIPIndex>{
     KX_FIELD(MIPIndex, reserved), KX_FIELD(MIPIndex, neId),  KX_FIELD(MIPIndex, mdId),
-    KX_FIELD(MIPIndex, mdName),   KX_FIELD(MIPIndex, mipId), KX_FIELD(MIPIndex, mipName),
+    KX_NAME(MIPIndex, mdName),    KX_FIELD(MIPIndex, mipId), KX_NAME(MIPIndex, mipName),
 };
 
 namespace {

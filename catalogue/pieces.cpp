@@ -1,6 +1,7 @@
 #include "catalogue/pieces.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include <kx_domain_util/fdnscanner.h>
@@ -48,6 +49,16 @@ Level LevelOf(std::string_view fdn, std::string_view tag) {
         }
     }
     return {};
+}
+
+// The levels of `fdn` by their tags; the first of several with the same tag.
+std::map<std::string_view, Level> LevelsByTag(std::string_view fdn) {
+    std::map<std::string_view, Level> levels;
+    LevelScanner scanner(fdn);
+    for (Level level; scanner.Next(level);) {
+        levels.try_emplace(level.tag, level);
+    }
+    return levels;
 }
 
 bool IsNumberAt(const Tag* tag, unsigned index) {
@@ -166,14 +177,26 @@ std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::strin
 }
 
 bool LiesIn(std::string_view fdn, std::string_view container) {
-    LevelScanner scanner(container);
-    for (Level wanted; scanner.Next(wanted);) {
-        const Level level = LevelOf(fdn, wanted.tag);
-        if (level.value.data() == nullptr || !AreEqualValues(wanted.tag, level.value, wanted.value)) {
-            return false;
+    // For each level, `find` gives that of `fdn` with the same tag.
+    const auto hasAll = [container](auto find) {
+        LevelScanner scanner(container);
+        for (Level wanted; scanner.Next(wanted);) {
+            const Level level = find(wanted.tag);
+            if (level.value.data() == nullptr || !AreEqualValues(wanted.tag, level.value, wanted.value)) {
+                return false;
+            }
         }
+        return true;
+    };
+    // Identifiers have few levels, so searching all of them is quickest. Texts with very many would take minutes.
+    constexpr auto MOST_SEARCHED = 64;
+    if (std::count(container.begin(), container.end(), ',') < MOST_SEARCHED) {
+        return hasAll([fdn](std::string_view tag) { return LevelOf(fdn, tag); });
     }
-    return true;
+    return hasAll([levels = LevelsByTag(fdn)](std::string_view tag) {
+        const auto level = levels.find(tag);
+        return level != levels.end() ? level->second : Level();
+    });
 }
 
 bool AreSame(std::string_view one, std::string_view other, const NS_UTIL::Surroundings& surroundings, AnyRecord& first,

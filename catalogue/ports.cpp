@@ -26,7 +26,7 @@ inline constexpr std::array FIELDS<PortIndex>{
     KX_FIELD(PortIndex, reserved),      KX_FIELD(PortIndex, reserved2), KX_FIELD(PortIndex, neId),
     KX_FIELD(PortIndex, shelfId),       KX_FIELD(PortIndex, slotId),    KX_FIELD(PortIndex, subSlotId),
     KX_FIELD(PortIndex, portId),        KX_FIELD(PortIndex, ppType),    KX_FIELD(PortIndex, fbType),
-    KX_FIELD(PortIndex, portLabel),     KX_FIELD(PortIndex, isLogical), KX_FIELD(PortIndex, reservedFlag),
+    KX_NAME(PortIndex, portLabel),      KX_FIELD(PortIndex, isLogical), KX_FIELD(PortIndex, reservedFlag),
     KX_FIELD(PortIndex, reservedValue),
 };
 
@@ -46,7 +46,7 @@ inline constexpr std::array FIELDS<CtpKey_T>{
     KX_FIELD(CtpKey_T, port.portId),
     KX_FIELD(CtpKey_T, port.ppType),
     KX_FIELD(CtpKey_T, port.fbType),
-    KX_FIELD(CtpKey_T, port.portLabel),
+    KX_NAME(CtpKey_T, port.portLabel),
     KX_FIELD(CtpKey_T, port.isLogical),
     KX_FIELD(CtpKey_T, port.reservedFlag),
     KX_FIELD(CtpKey_T, port.reservedValue),
@@ -59,7 +59,7 @@ template <>
 inline constexpr std::array FIELDS<TPIndex>{
     KX_FIELD(TPIndex, reserved),  KX_FIELD(TPIndex, neId),      KX_FIELD(TPIndex, shelfId),   KX_FIELD(TPIndex, slotId),
     KX_FIELD(TPIndex, subSlotId), KX_FIELD(TPIndex, portId),    KX_FIELD(TPIndex, ppType),    KX_FIELD(TPIndex, fbType),
-    KX_FIELD(TPIndex, portLabel), KX_FIELD(TPIndex, reserved2), KX_FIELD(TPIndex, vc4Id),     KX_FIELD(TPIndex, vc12Id),
+    KX_NAME(TPIndex, portLabel),  KX_FIELD(TPIndex, reserved2), KX_FIELD(TPIndex, vc4Id),     KX_FIELD(TPIndex, vc12Id),
     KX_FIELD(TPIndex, vc3Id),     KX_FIELD(TPIndex, vc11Id),    KX_FIELD(TPIndex, isLogical),
 };
 
@@ -94,25 +94,18 @@ struct TerminationPoint : Conversion<TPIndex> {
 
 // ---- Which of several kinds with the same last level ----------------------------------------------------------------
 
-// Ports that only the writer that is given the NE type writes: a slot without ",CP=-1", or a logical port that stands
-// in a shelf or sub-slot but in no slot.
-template <class Levels>
-bool IsWrittenByNEType(const Levels& levels) {
-    if (levels.template Has<"S">()) {
-        return !levels.template Has<"CP">();
+// Ports that the usual writer writes, which the NE's type does not change: those in a slot, which has a card, and those
+// in nothing but the NE, or, if physical, in a shelf.
+bool IsWrittenAsUsual(std::string_view fdn) {
+    const LevelFinder<"FR", "S", "SS", "CP", "LP"> levels(fdn);
+    if (levels.Has<"S">()) {
+        return levels.Has<"CP">();
     }
-    return levels.template Has<"SS">() || (levels.template Has<"LP">() && levels.template Has<"FR">());
+    return !levels.Has<"SS">() && !(levels.Has<"LP">() && levels.Has<"FR">());
 }
 
-using ContainerLevels = LevelFinder<"FR", "S", "SS", "CP", "LP">;
-
-bool IsWrittenByNEType(std::string_view fdn) {
-    return IsWrittenByNEType(ContainerLevels(fdn));
-}
-
-bool IsWrittenByNETypeWithSubSlot(std::string_view fdn) {
-    const ContainerLevels levels(fdn);
-    return levels.Value<"SS">() == "-1" && IsWrittenByNEType(levels);
+bool SpellsOutSubSlot(std::string_view fdn) {
+    return LevelFinder<"SS">(fdn).Value<"SS">() == "-1";
 }
 
 // A sub-interface that the label of a termination point cannot hold: on a logical port that is not identified by its
@@ -126,11 +119,13 @@ bool IsOnNumberedPort(std::string_view fdn) {
 
 // ---- Kinds ----------------------------------------------------------------------------------------------------------
 
+// Of the kinds of ports the usual one comes first, since most ports are of it.
 constexpr std::array KINDS{
+    MakeKind<Conversion<PortIndex>>("PortIndex", "port", {"PP", "LP"}, "NE=5,FR=1,S=3,CP=-1,PP=16||2|",
+                                    IsWrittenAsUsual),
     MakeKind<PortOfNEType<1911>>("PortIndex:NEType1911", "port", {"PP"}, "NE=5,FR=1,S=3,SS=-1,SC=-1,PP=16||2|",
-                                 IsWrittenByNETypeWithSubSlot),
-    MakeKind<PortOfNEType<0>>("PortIndex:NEType", "port", {"PP", "LP"}, "NE=5,FR=1,S=3,PP=16||2|", IsWrittenByNEType),
-    MakeKind<Conversion<PortIndex>>("PortIndex", "port", {"PP", "LP"}, "NE=5,FR=1,S=3,CP=-1,PP=16||2|"),
+                                 SpellsOutSubSlot),
+    MakeKind<PortOfNEType<0>>("PortIndex:NEType", "port", {"PP", "LP"}, "NE=5,FR=1,S=3,PP=16||2|"),
     MakeKind<LoopBack>("PortIndex:LoopBack", "port", {}, "NE=5,FR=1,S=3,CP=-1,PP=16||2|"),
     MakeKind<Conversion<CtpKey_T>>("CtpKey_T", "access-point", {"AP", "VR", "CHANNELSET"},
                                    "NE=5,FR=1,S=3,CP=-1,PP=16||2|,AP=1|2|9"),

@@ -22,7 +22,8 @@ enum class FieldType {
 struct Field {
     std::string_view name;
     FieldType type;
-    std::size_t offset;  ///< in bytes, from the beginning of the record
+    std::size_t offset;   ///< in bytes, from the beginning of the record
+    bool isName = false;  ///< a text that is written as one sub-value, so that "," or "|" would end it
 
     /// The value in `record`, which has this field, of this type.
     template <class Value>
@@ -45,11 +46,6 @@ struct Field {
 
     /// Whether the field means nothing to conversions.
     [[nodiscard]] constexpr bool IsReserved() const noexcept { return Member().starts_with("reserved"); }
-
-    /// Whether it is a text that is written as one sub-value, which "," and "|" would end. Other texts hold levels.
-    [[nodiscard]] constexpr bool IsSubValue() const noexcept {
-        return name.ends_with("portLabel") || name == "mdName" || name == "maName" || name == "mipName";
-    }
 };
 
 /// Calls `visit(value)` with the value of `field` in `record`, a `void*` or `const void*`, as its own type.

@@ -32,15 +32,20 @@ consteval FieldType TypeOf() {
     }
 }
 
-// A macro, so that name, type and place of a member cannot differ. Records that derive from others have no standard
-// layout; the compilers that we use give offsets in them all the same, and a test compares each with the member's
-// address.
+template <class Value>
+consteval Field MakeField(std::string_view name, std::size_t offset, bool isName = false) {
+    return {name, TypeOf<std::remove_reference_t<Value>>(), offset, isName};
+}
+
+// Macros, so that name, type and place of a member cannot differ. Records that derive from others have no standard
+// layout; the compilers that we use give the offsets in them all the same.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
-#define KX_FIELD(Record, member)                                                                              \
-    ::NS_KX::Field {                                                                                          \
-#member, ::NS_KX::TypeOf < std::remove_reference_t < decltype((std::declval <Record&>().member))>>(), \
-            offsetof(Record, member)                                                                          \
-    }
+/// The field of this member.
+#define KX_FIELD(Record, member) \
+    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member))
+/// The field of a member that is a name, `Field::isName`.
+#define KX_NAME(Record, member) \
+    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), true)
 
 /// The fields of `Record`, in the order of their declaration.
 template <class Record>

@@ -113,7 +113,8 @@ namespace {
 // Nothing is written of a record from whose text something else would be read.
 template <class Reader, class Record>
 void RejectContradiction(const Record& record, const std::string& fdn, const Surroundings& surroundings) {
-    Record readBack;
+    thread_local Record readBack;  // kept, so that its texts have room
+    readBack = *static_cast<const Record*>(Fresh<Record>());
     Reader::Read(fdn, readBack, surroundings);
     if (!(readBack == record)) {
         throw BadRecord("the fields say something else than the text that the record keeps, " + Quoted(fdn));

@@ -1,7 +1,11 @@
 # The layers between the library and whoever shows identifiers to the world: static libraries, linked into the tool, the
 # bindings, tests, benchmarks and fuzzers. Each names its headers by folder: "catalogue/kinds.h".
+find_package(PkgConfig REQUIRED)
+find_package(simdjson REQUIRED)
 find_package(TBB REQUIRED)
-include(cmake/RapidJson.cmake)
+pkg_check_modules(zlib REQUIRED IMPORTED_TARGET zlib)
+pkg_check_modules(zstd REQUIRED IMPORTED_TARGET libzstd)
+pkg_check_modules(lzma REQUIRED IMPORTED_TARGET liblzma)
 
 # kx_add_layer(NAME SOURCES file... LIBRARIES target...): the layer in the folder NAME.
 function(kx_add_layer name)
@@ -14,6 +18,7 @@ endfunction()
 
 kx_add_layer(text
     SOURCES displaytext.cpp text.cpp)
+target_link_libraries(kx_text PRIVATE simdjson::simdjson)
 
 kx_add_layer(catalogue
     SOURCES
@@ -27,6 +32,7 @@ kx_add_layer(catalogue
         readfields.cpp
         record.cpp
         services.cpp
+        tables.cpp
         vocabulary.cpp
     LIBRARIES kx_text kx::domain_util)
 
@@ -39,22 +45,30 @@ kx_add_layer(formats
         recordformat.cpp
         recordline.cpp
         texttable.cpp
-    LIBRARIES kx_catalogue kx_rapidjson)
+    LIBRARIES kx_catalogue)
+target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 
 kx_add_layer(lines
     SOURCES
         blockreader.cpp
+        compression.cpp
+        descriptor.cpp
+        failure.cpp
         fileinuse.cpp
+        input.cpp
+        interruptions.cpp
         lines.cpp
         output.cpp
         progress.cpp
         temporaryfile.cpp
-    LIBRARIES kx_text TBB::tbb)
+    LIBRARIES kx_text TBB::tbb PkgConfig::zlib PkgConfig::zstd PkgConfig::lzma Threads::Threads)
 
-kx_add_layer(sample
-    SOURCES
-        sampleidentifiers.cpp
-        samplenetwork.cpp
-        samplenetypes.cpp
-        sampleservices.cpp
-    LIBRARIES kx_catalogue kx::standalone)
+if(KX_BUILD_STANDALONE)
+    kx_add_layer(sample
+        SOURCES
+            sampleidentifiers.cpp
+            samplenetwork.cpp
+            samplenetypes.cpp
+            sampleservices.cpp
+        LIBRARIES kx_catalogue kx::standalone)
+endif()

@@ -17,8 +17,9 @@ using CsvRow = std::vector<std::string>;
 /// ends and doubled quotes.
 class CsvReader {
 public:
-    /// `name` stands in messages for `text`, which must outlive the reader.
-    CsvReader(std::string name, std::string_view text) : m_name(std::move(name)), m_text(text) {}
+    /// `name` stands in messages for `text`, which must outlive the reader and begins at the line `firstLine`.
+    CsvReader(std::string name, std::string_view text, std::size_t firstLine = 1)
+        : m_name(std::move(name)), m_text(text), m_line(firstLine), m_rowLine(firstLine) {}
 
     /// Reads the next row into `row`; false behind the last. Throws std::runtime_error, its text as `Complain` makes
     /// it, at a quote in the middle of a field, a quoted field that does not end or goes on behind its quote, a lone
@@ -37,8 +38,8 @@ private:
     std::string m_name;
     std::string_view m_text;
     std::size_t m_at = 0;
-    std::size_t m_line = 1;     // at m_at
-    std::size_t m_rowLine = 1;  // where the row began
+    std::size_t m_line;     // at m_at
+    std::size_t m_rowLine;  // where the row began
 };
 
 /// Appends `field` to `out`, quoted where it must be.

@@ -2,12 +2,17 @@
 
 #include <cstdint>
 
+#include "frame/configuration.h"
 #include "frame/lastingtext.h"
 #include "frame/serviceaccess.h"
 
 namespace NS_UTIL::NS_FRAME {
 
 using NS_SERVICE::InventoryBufif;
+
+int SystemSurroundings::CarrierProfile() const {
+    return ReadCarrierProfile();
+}
 
 int SystemSurroundings::AgentCarrierProfile() const {
     ServiceAccess<NS_SERVICE::DAWSvcInterface> dataAccess;

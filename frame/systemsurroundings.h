@@ -2,8 +2,6 @@
 
 #include <kx_domain_util/surroundings.h>
 
-#include "frame/configuration.h"
-
 namespace NS_UTIL::NS_FRAME {
 
 /// Answers from the configuration items and services of the management system, anew at each question. The questions to
@@ -13,7 +11,7 @@ public:
     constexpr SystemSurroundings() = default;
     constexpr ~SystemSurroundings() override {}  // NOLINT(modernize-use-equals-default): too late for g++ 12
 
-    [[nodiscard]] int CarrierProfile() const override { return ReadCarrierProfile(); }
+    [[nodiscard]] int CarrierProfile() const override;
     int AgentCarrierProfile() const override;
     [[nodiscard]] unsigned short NEType(int neId) const override;
     [[nodiscard]] bool SpellsOutSubSlot(int neId) const override;

@@ -25,16 +25,9 @@ void PrintTo(const Answer& answer, std::ostream* out) {
 
 Answer Encode(RecordLine& record, std::string_view line) {
     try {
-        record.Parse(line);
-        const Kind* const kind = FindKindByType(record.Type());
-        if (kind == nullptr) {
-            return {"unknown type"};
-        }
+        record.Read(line);
         std::string fdn;
-        AnyRecord records;
-        void* const filled = records.Fresh(kind->layout);
-        record.Fill(*kind, filled);
-        kind->write(filled, fdn, NS_UTIL::Surroundings::OfSystem());
+        record.Kind().write(record.Record(), fdn, NS_UTIL::Surroundings::OfSystem());
         return {fdn, true};
     } catch (const BadRecord& bad) {
         return {bad.what()};
@@ -78,7 +71,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string& fdn = answer.text;
     ExpectEqual(fdn.find_first_of(std::string_view("\0\n\r", 3)), std::string::npos, "the line end in what is written",
                 line);
-    const Kind& kind = *FindKindByType(record.Type());
+    const Kind& kind = record.Kind();
     if (KeepsItsText(kind)) {
         std::string canonical;
         AnyRecord rewritten;

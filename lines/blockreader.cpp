@@ -1,7 +1,6 @@
 #include "lines/blockreader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <utility>
 
@@ -16,7 +15,7 @@ namespace NS_KX {
 
 namespace {
 
-// Very short lines make smaller blocks, so that what is said about each of a block's lines stays bounded.
+// Very short lines make smaller blocks, so that what is made of a block stays small.
 constexpr std::size_t MOST_LINES = 8192;
 
 constexpr std::string_view STANDARD_INPUT = "-";
@@ -36,7 +35,7 @@ std::uint64_t SizeOfAll(const std::vector<std::string>& files) {
 // The whole lines at the beginning of a text, as many as a block may have.
 struct WholeLines {
     std::size_t count;
-    std::size_t end;  ///< behind the last of them
+    std::size_t end;  ///< past the last of them
 };
 
 WholeLines FindWholeLines(std::string_view text) {
@@ -61,25 +60,22 @@ BlockReader::BlockReader(std::vector<std::string> files, std::size_t blockSize, 
     m_totalBytes = SizeOfAll(m_files);
 }
 
-BlockReader::~BlockReader() {
-    CloseInput();
-}
-
 bool BlockReader::OpenNext() {
-    CloseInput();
+    m_input.reset();
     if (m_nextFile == m_files.size()) {
         return false;
     }
     const std::string& file = m_files[m_nextFile++];
     if (file == STANDARD_INPUT) {
         m_names.emplace_back("<stdin>");
-        m_descriptor = STDIN_FILENO;
+        m_input.emplace(STDIN_FILENO, m_names.back(), m_bytesRead);
     } else {
         m_names.push_back(file);
-        m_descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-        if (m_descriptor == -1) {
+        const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+        if (descriptor == -1) {
             FailByErrno(Cause::USAGE, file);
         }
+        m_input.emplace(descriptor, file, m_bytesRead);
     }
     m_isAtBegin = true;
     m_isAtEnd = false;
@@ -88,33 +84,18 @@ bool BlockReader::OpenNext() {
     return true;
 }
 
-void BlockReader::CloseInput() noexcept {
-    if (m_descriptor > STDIN_FILENO) {
-        close(m_descriptor);
-    }
-    m_descriptor = -1;
-}
-
 std::size_t BlockReader::Read(char* memory, std::size_t size) {
-    for (;;) {
-        const ssize_t count = read(m_descriptor, memory, size);
-        if (count >= 0) {
-            m_isAtEnd = count == 0;
-            m_bytesRead += static_cast<std::uint64_t>(count);
-            return static_cast<std::size_t>(count);
-        }
-        if (errno != EINTR) {
-            FailByErrno(Cause::USAGE, m_names.back());
-        }
-    }
+    const std::size_t count = m_input->Read(memory, size);
+    m_isAtEnd = count == 0;
+    return count;
 }
 
 bool BlockReader::Next(InputBlock& block) {
-    while (m_descriptor != -1 || OpenNext()) {
+    while (m_input || OpenNext()) {
         if (FillFromInput(block)) {
             return true;
         }
-        CloseInput();
+        m_input.reset();
     }
     return false;
 }
@@ -127,7 +108,7 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     block.memory.resize(std::max(m_blockSize, m_rest.size()));
     std::copy(m_rest.begin(), m_rest.end(), block.memory.begin());
     m_rest.clear();
-    // Whoever feeds us line by line gets answers line by line; and no line is lost when what follows cannot be read.
+    // An input that comes line by line gets its answers line by line. No line is lost when the rest cannot be read.
     bool hasLine = block.Text().find('\n') != std::string_view::npos;
     while (!hasLine && !m_isAtEnd && block.size <= m_longestLine) {
         if (block.size == block.memory.size()) {
@@ -139,17 +120,17 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     if (block.size == 0) {
         return false;
     }
-    CutBehindLastLine(block);
+    CutAfterLastLine(block);
     return true;
 }
 
-// Whether a line end is in what was read; what was there before is not looked at again, however small the pieces are
-// that a long line comes in.
+// Returns whether there is a line end in what was read. It does not search the bytes before again: a long line may come
+// in many small pieces.
 bool BlockReader::ReadMore(InputBlock& block) {
     const std::size_t sizeBefore = block.size;
     block.size += Read(block.memory.data() + block.size, block.memory.size() - block.size);
     const bool hasLine = block.Text().find('\n', sizeBefore) != std::string_view::npos;
-    // The mark may come in pieces, as all may.
+    // The mark may come in pieces too.
     if (m_isAtBegin && (m_isAtEnd || !BYTE_ORDER_MARK.starts_with(block.Text()))) {
         m_isAtBegin = false;
         const std::string_view text = WithoutByteOrderMark(block.Text());
@@ -159,7 +140,7 @@ bool BlockReader::ReadMore(InputBlock& block) {
     return hasLine;
 }
 
-void BlockReader::CutBehindLastLine(InputBlock& block) {
+void BlockReader::CutAfterLastLine(InputBlock& block) {
     const WholeLines lines = FindWholeLines(block.Text());
     if (lines.count != 0) {
         KeepRest(block, lines.end);

@@ -34,7 +34,6 @@ public:
     }
 
 private:
-    // 65 % less time of `kxdu sample` than a system call for each piece; more than 16 KiB save nothing more.
     static constexpr std::size_t CAPACITY = 256U << 10U;
 
     Output m_output;

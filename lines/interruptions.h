@@ -1,30 +1,33 @@
-/// The signals by which somebody ends the tool before it has finished.
+/// The signals by which somebody ends the process before it has finished, and the files that it must not leave then.
 #pragma once
 
-#include <array>
-#include <csignal>
+#include <cstddef>
 
 namespace NS_KX {
 
-inline constexpr std::array INTERRUPTIONS{SIGINT, SIGTERM, SIGHUP};
-
-/// While it lives, an interruption of this thread waits: for what is quick, and would leave files behind.
+/// While one lives, no signal that can be caught ends the process, whichever thread it reaches: for short work that
+/// would leave files. Such a signal takes effect when the last one is gone. A signal that the process ignores or
+/// handles itself, and a fault of its own such as SIGSEGV, is left alone.
 class InterruptionsWait {
 public:
-    InterruptionsWait() {
-        sigset_t interruptions;
-        sigemptyset(&interruptions);
-        for (const int signal : INTERRUPTIONS) {
-            sigaddset(&interruptions, signal);
-        }
-        pthread_sigmask(SIG_BLOCK, &interruptions, &m_before);
-    }
-    ~InterruptionsWait() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    InterruptionsWait();
+    ~InterruptionsWait();
     InterruptionsWait(const InterruptionsWait&) = delete;
     InterruptionsWait& operator=(const InterruptionsWait&) = delete;
+};
+
+/// A file that such a signal removes, as long as this lives. Make one while interruptions wait.
+class RemovedWhenInterrupted {
+public:
+    /// `folder` is a descriptor, and stays open meanwhile. Throws `Failure` with `Cause::OUTPUT` when too many files
+    /// are noted already.
+    RemovedWhenInterrupted(int folder, const char* name);
+    ~RemovedWhenInterrupted();
+    RemovedWhenInterrupted(const RemovedWhenInterrupted&) = delete;
+    RemovedWhenInterrupted& operator=(const RemovedWhenInterrupted&) = delete;
 
 private:
-    sigset_t m_before{};
+    std::size_t m_place;
 };
 
 }  // namespace NS_KX

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
 #include <cstring>
 #include <exception>
+#include <limits>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "lines/blockreader.h"
+#include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/fileinuse.h"
 #include "lines/output.h"
@@ -28,22 +29,20 @@ namespace {
 
 constexpr std::string_view LINE_TOO_LONG = "the line is longer than 1 MiB";
 
-// In the worst case, a text of control characters as JSON, an input byte becomes twelve output bytes; and the output's
-// buffer may have room for half as much again.
-constexpr std::size_t GROWTH = 20;
-constexpr std::size_t MEMORY = std::size_t{40} << 20U;
-// Less of a larger one stays in the processor's caches: with 512 KiB, `kxdu get` takes 11 % more time of the processor;
-// with 128 KiB, no less.
+// For what is on its way: blocks, and what is made of them. The output's buffer may have room for half as much again.
+constexpr std::size_t MEMORY = std::size_t{24} << 20U;
+// Larger blocks fall out of the processor's caches.
 constexpr std::size_t LARGEST_BLOCK = std::size_t{256} << 10U;
-constexpr std::size_t SMALLEST_BLOCK = std::size_t{4} << 10U;
+constexpr std::size_t SMALLEST_BLOCK = std::size_t{2} << 10U;
 
 std::size_t BlockSize(std::size_t inFlight) {
-    return std::clamp(MEMORY / GROWTH / inFlight, SMALLEST_BLOCK, LARGEST_BLOCK);
+    return std::clamp(MEMORY / LineResult::MOST_GROWTH / inFlight, SMALLEST_BLOCK, LARGEST_BLOCK);
 }
 
 // A block on its way, with all that belongs to it.
 struct Piece {
     InputBlock input;
+    std::string_view rest;  // of the input's text: lines that are not converted yet
     LineResult result;
     std::unique_ptr<LineConverter> converter;
     std::exception_ptr failure;  // what the converter threw
@@ -67,7 +66,9 @@ std::string Summary(const LineWork& work, const LineCounts& counts) {
 
 // An input may be replaced by the output, which takes its place when all is read; but not by the rejected lines, and it
 // may not grow while it is read. What else the run needs is replaced by neither.
-void RefuseLoss(const BulkOptions& options, std::vector<FileInUse> filesInUse) {
+void RefuseLoss(const BulkOptions& options, const LineWork& work) {
+    std::vector<FileInUse> filesInUse = work.filesInUse;
+    const bool areReportsMessages = options.rejects.empty() && !work.isReportTheOutput;
     RefuseReplacing(filesInUse, options.output);
     const auto nameOf = [](const std::string& file, const char* stream) {
         return file.empty() || file == "-" ? std::string(stream) : file;
@@ -78,9 +79,12 @@ void RefuseLoss(const BulkOptions& options, std::vector<FileInUse> filesInUse) {
     for (const std::string& file : options.files.empty() ? standardInput : options.files) {
         const std::string input = nameOf(file, "/dev/stdin");
         filesInUse.push_back({input, "input"});
+        const std::string shown = file == "-" ? "standard input" : file;
         if (output == "/dev/stdout" && IsSameFile(output, input)) {
-            throw Failure(Cause::USAGE,
-                          (file == "-" ? "standard input" : file) + ": is standard output too; write to it with -o");
+            throw Failure(Cause::USAGE, shown + ": is standard output too; write to it with -o");
+        }
+        if (areReportsMessages && IsSameFile("/dev/stderr", input)) {
+            throw Failure(Cause::USAGE, shown + ": is standard error too, where the rejected lines are reported");
         }
     }
     if (!options.rejects.empty() && nameOf(options.rejects, "/dev/stdout") == output && output == "/dev/stdout") {
@@ -93,29 +97,51 @@ void RefuseLoss(const BulkOptions& options, std::vector<FileInUse> filesInUse) {
 
 // ---- LineResult -----------------------------------------------------------------------------------------------------
 
-void LineResult::Begin(std::string_view inputName, std::size_t firstLine) {
+void LineResult::Begin(std::size_t firstLine, std::size_t mostSize) {
     output.Clear();
     m_report.Clear();
-    m_inputName = inputName;
+    m_mostSize = mostSize;
+    m_firstLine = firstLine;
     m_line = firstLine;
     m_findings = 0;
+    m_tallies = {};
 }
 
-std::string LineResult::Place() const {
-    return std::string(m_inputName).append(":").append(std::to_string(m_line));
+LineResult::Mark LineResult::MarkLine() const {
+    return {output.GetSize(), m_report.GetSize(), m_findings, m_tallies};
+}
+
+void LineResult::TakeBack(const Mark& mark) {
+    output.Pop(output.GetSize() - mark.output);
+    m_report.Pop(m_report.GetSize() - mark.report);
+    m_findings = mark.findings;
+    m_tallies = mark.tallies;
+}
+
+void LineResult::Release() {
+    for (TextBuffer* const buffer : {&output, &m_report}) {
+        buffer->Clear();
+        buffer->ShrinkToFit();
+    }
+}
+
+char* LineResult::Room(std::size_t size) {
+    if (Size() + size > m_mostSize) {
+        throw Full();
+    }
+    return output.Push(size);
 }
 
 void LineResult::Report(std::string_view reason, std::size_t column) {
-    Append(m_report, m_inputName);
-    Append(m_report, ":");
+    m_report.Put(':');
     AppendNumber(m_report, m_line);
     if (column != 0) {
-        Append(m_report, ":");
+        m_report.Put(':');
         AppendNumber(m_report, column);
     }
     Append(m_report, ": ");
     Append(m_report, reason);
-    Append(m_report, "\n");
+    m_report.Put('\n');
     if (m_findings++ == 0) {
         m_firstFindingLine = m_line;
         m_outputBeforeFirst = output.GetSize();
@@ -130,8 +156,7 @@ public:
     LineRun(const BulkOptions& options, const LineWork& work)
         : m_options(options),
           m_work(work),
-          // One for each thread, and some that are read or written. With twice as many, `kxdu decode --jobs 2` takes
-          // 7 % more time of the processor; with one less, no less.
+          // One for each thread, and some that are read or written; more of them fall out of the processor's caches.
           m_inFlight(Threads(options.jobs) * 3 / 2 + 1),
           m_blockSize(BlockSize(m_inFlight)),
           m_reader(options.files, m_blockSize),
@@ -190,7 +215,7 @@ private:
             tbb::make_filter<void, Piece*>(tbb::filter_mode::serial_in_order, [this](tbb::flow_control& flow) {
                 return ReadPiece(flow);
             }) & tbb::make_filter<Piece*, Piece*>(tbb::filter_mode::parallel, [this](Piece* piece) {
-                ConvertPiece(*piece);
+                BeginPiece(*piece);
                 return piece;
             }) & tbb::make_filter<Piece*, void>(tbb::filter_mode::serial_in_order, [this](Piece* piece) {
                 WritePiece(*piece);
@@ -230,57 +255,71 @@ private:
     // Only one block with very long lines is held at a time, and after all others.
     void RunLargePiece() {
         if (m_large && !m_isStopped) {
-            ConvertPiece(*m_large);
+            BeginPiece(*m_large);
             WritePiece(*m_large);
         }
         m_large.reset();
     }
 
-    void ConvertPiece(Piece& piece) const {
+    void BeginPiece(Piece& piece) const {
         LineResult& result = piece.result;
-        result.Begin(piece.input.inputName, piece.input.firstLine);
+        result.Begin(piece.input.firstLine, m_mostResult);
+        piece.rest = piece.input.Text();
         if (piece.input.isTooLongLine) {
             result.Report(LINE_TOO_LONG);
             ++result.m_line;
             return;
         }
-        std::string_view text = piece.input.Text();
-        // Asked of a block, so that its lines need not be: 3 % fewer instructions of `kxdu get NE` for the NUL bytes,
-        // 7 % of `kxdu decode` for ASCII.
-        const bool hasNul = std::memchr(text.data(), 0, text.size()) != nullptr;
-        const bool mayBeInvalid = m_work.mustBeUtf8 && !IsAscii(text);
-        while (!text.empty()) {
-            const auto end = text.find('\n');
-            std::string_view line = text.substr(0, end);
-            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        ConvertPiece(piece);
+    }
+
+    // Converts lines until there are no more, or until what was made of them is as much as may wait.
+    void ConvertPiece(Piece& piece) const {
+        LineResult& result = piece.result;
+        // Checked once for each block instead of for each line.
+        const bool hasNul = std::memchr(piece.rest.data(), 0, piece.rest.size()) != nullptr;
+        const bool mayBeInvalid = m_work.mustBeUtf8 && !m_work.isVerbatim && !IsAscii(piece.rest);
+        while (!piece.rest.empty() && result.Size() < m_mostResult) {
+            const auto end = piece.rest.find('\n');
+            std::string_view line = piece.rest.substr(0, end);
             if (!m_work.isVerbatim && end != std::string_view::npos && line.ends_with('\r')) {
                 line.remove_suffix(1);  // belongs to the line end
             }
+            const LineResult::Mark mark = result.MarkLine();
             try {
                 ConvertLine(line, hasNul, mayBeInvalid, piece);
+            } catch (const LineResult::Full&) {
+                result.TakeBack(mark);
+                return;
             } catch (const Failure& failure) {
-                piece.failure =
-                    std::make_exception_ptr(Failure(failure.GetCause(), result.Place() + ": " + failure.what()));
+                const std::string place = std::string(piece.input.inputName) + ":" + std::to_string(result.m_line);
+                piece.failure = std::make_exception_ptr(Failure(failure.GetCause(), place + ": " + failure.what()));
                 return;
             } catch (...) {
                 piece.failure = std::current_exception();
                 return;
             }
             ++result.m_line;
+            piece.rest.remove_prefix(end == std::string_view::npos ? piece.rest.size() : end + 1);
         }
     }
 
     void ConvertLine(std::string_view line, bool hasNul, bool mayBeInvalid, Piece& piece) const {
         LineResult& result = piece.result;
+        const bool isChecked = mayBeInvalid && !IsAscii(line);
         if (line.size() > LONGEST_LINE) {
             result.Report(LINE_TOO_LONG);
-        } else if (m_work.isVerbatim || IsText(line, hasNul, mayBeInvalid, result)) {
+        } else if (m_work.isVerbatim || IsText(line, hasNul, isChecked, result)) {
+            const std::size_t before = result.output.GetSize();
             piece.converter->Convert(line, result);
+            if (isChecked) {
+                RefuseInvalidOutput(before, result);
+            }
         }
     }
 
     // Reports what is in the way otherwise.
-    static bool IsText(std::string_view line, bool hasNul, bool mayBeInvalid, LineResult& result) {
+    static bool IsText(std::string_view line, bool hasNul, bool isChecked, LineResult& result) {
         if (line.empty()) {
             result.Report("the line is empty");
             return false;
@@ -289,44 +328,84 @@ private:
             result.Report("NUL byte", nul + 1);
             return false;
         }
-        if (const auto invalid = mayBeInvalid ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
+        if (const auto invalid = isChecked ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
             result.Report("not UTF-8", invalid + 1);
             return false;
         }
         return true;
     }
 
-    void WritePiece(Piece& piece) {
-        LineResult& result = piece.result;
-        if (m_isStopped) {
-            return;
+    // A reader of the library may begin or end a field inside of a character. What is ASCII stays so.
+    static void RefuseInvalidOutput(std::size_t before, LineResult& result) {
+        const std::string_view made = result.output.View().substr(before);
+        if (FindInvalidUtf8(made) != made.size()) {
+            result.output.Pop(made.size());
+            result.Report("cannot be written as UTF-8: a field of what is read begins or ends inside a character");
         }
-        m_isStopped = m_options.isStrict && result.m_findings != 0;
-        if (m_isStopped) {
-            m_findings += 1;
-            m_lines += result.m_firstFindingLine + 1 - piece.input.firstLine;
-            m_output.Write(result.output.View().substr(0, result.m_outputBeforeFirst));
-            WriteReport(result.m_report.View().substr(0, result.m_firstFindingEnd));
-            return;
-        }
-        m_findings += result.m_findings;
-        m_lines += result.m_line - piece.input.firstLine;
-        m_output.Write(result.output.View());
-        WriteReport(result.m_report.View());
-        if (piece.failure) {
-            std::rethrow_exception(piece.failure);
-        }
-        m_progress.Update(piece.input.bytesRead, m_lines);
     }
 
-    void WriteReport(std::string_view report) {
+    // Writes what was made of a piece, and goes on with the lines for which there was no room before.
+    void WritePiece(Piece& piece) {
+        while (!m_isStopped) {
+            WriteResult(piece);
+            if (piece.failure) {
+                std::rethrow_exception(piece.failure);
+            }
+            if (piece.rest.empty()) {
+                break;
+            }
+            piece.result.Begin(piece.result.m_line, std::numeric_limits<std::size_t>::max());
+            ConvertPiece(piece);
+        }
+        if (piece.result.Size() > m_mostResult) {
+            piece.result.Release();  // many pieces wait with their buffers
+        }
+        m_progress.Update(piece.input.bytesRead, m_counts.lines);
+    }
+
+    void WriteResult(const Piece& piece) {
+        const LineResult& result = piece.result;
+        const std::string_view name = piece.input.inputName;
+        m_counts.isFound = m_counts.isFound || result.m_findings != 0;
+        m_isStopped = m_options.isStrict && result.m_findings != 0;
+        if (m_isStopped) {
+            m_output.Write(result.output.View().substr(0, result.m_outputBeforeFirst));
+            WriteReport(result.m_report.View().substr(0, result.m_firstFindingEnd), name);
+            m_counts.findings += 1;
+            m_counts.lines += result.m_firstFindingLine + 1 - result.m_firstLine;
+            return;
+        }
+        m_output.Write(result.output.View());
+        WriteReport(result.m_report.View(), name);
+        m_counts.findings += result.m_findings;
+        m_counts.lines += result.m_line - result.m_firstLine;
+        for (std::size_t tally = 0; tally < result.m_tallies.size(); ++tally) {
+            m_counts.tallies[tally] += result.m_tallies[tally];
+        }
+    }
+
+    // Puts the input's name in front of each line of a report; of long names, only a few lines are held at a time.
+    void WriteReport(std::string_view report, std::string_view inputName) {
+        constexpr std::size_t MOST = std::size_t{64} << 10U;
+        while (!report.empty()) {
+            const std::size_t size = report.find('\n') + 1;
+            m_named.append(inputName).append(report.substr(0, size));
+            report.remove_prefix(size);
+            if (m_named.size() >= MOST || report.empty()) {
+                WriteNamed(m_named);
+                m_named.clear();
+            }
+        }
+    }
+
+    void WriteNamed(std::string_view report) {
         if (m_work.isReportTheOutput) {
             m_output.Write(report);
         } else if (m_rejects) {
             WriteRejects(report);
-        } else if (!report.empty()) {
+        } else {
             m_progress.Clear();
-            std::fwrite(report.data(), 1, report.size(), stderr);
+            WriteMessage(report);
         }
     }
 
@@ -348,15 +427,16 @@ private:
             m_rejects->Complete();
         }
         m_progress.Clear();
-        return {m_lines, m_findings, m_isStopped};
+        m_counts.isStopped = m_isStopped;
+        return m_counts;
     }
 
-    // What ended the run is told by whoever catches it.
+    // Who catches the failure reports it.
     void EndAfterFailure() {
         try {
             End();
         } catch (const Failure& failure) {
-            static_cast<void>(std::fprintf(stderr, "kxdu: %s\n", failure.what()));
+            WriteMessage(std::string("kxdu: ") + failure.what() + "\n");
         }
     }
 
@@ -364,6 +444,7 @@ private:
     const LineWork& m_work;
     std::size_t m_inFlight;
     std::size_t m_blockSize;
+    std::size_t m_mostResult = m_blockSize * LineResult::MOST_GROWTH;  // of one piece, that may wait to be written
     BlockReader m_reader;
     Output m_output;
     std::optional<Output> m_rejects;
@@ -372,16 +453,16 @@ private:
     tbb::concurrent_queue<Piece*> m_free;
     std::unique_ptr<Piece> m_large;
     bool m_isInputAtEnd = false;
-    std::exception_ptr m_readFailure;  // told when all is written that was read before
+    std::exception_ptr m_readFailure;  // waits until all is written that was read before
     std::atomic<bool> m_isStopped = false;
-    std::uint64_t m_findings = 0;
-    std::uint64_t m_lines = 0;
+    std::string m_named;
+    LineCounts m_counts;
 };
 
 LineCounts RunLines(const BulkOptions& options, const LineWork& work) {
-    RefuseLoss(options, work.filesInUse);
+    RefuseLoss(options, work);
     const LineCounts counts = LineRun(options, work).Run();
-    std::fputs(Summary(work, counts).c_str(), stderr);
+    WriteMessage(Summary(work, counts));
     return counts;
 }
 

@@ -6,17 +6,26 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "lines/descriptor.h"
 #include "lines/failure.h"
+#include "lines/fileinuse.h"
 
 namespace NS_KX {
 
 namespace {
 
-// A link is followed, so that it still leads to the file afterwards.
-std::filesystem::path Target(const std::filesystem::path& file) {
+// A link is followed, so that it still leads to the file afterwards; also one to a file that is not there yet.
+std::filesystem::path Target(std::filesystem::path file) {
+    constexpr int MOST_LINKS = 40;  // as the system has it
     std::error_code error;
-    const auto target = std::filesystem::is_symlink(file, error) ? std::filesystem::canonical(file, error) : file;
-    return error ? file : target;
+    for (int links = 0; std::filesystem::is_symlink(file, error); ++links) {
+        if (links == MOST_LINKS) {
+            errno = ELOOP;
+            FailByErrno(Cause::OUTPUT, file);
+        }
+        file = file.parent_path() / std::filesystem::read_symlink(file, error);
+    }
+    return file;
 }
 
 bool IsDevice(const std::filesystem::path& file) {
@@ -42,7 +51,10 @@ Output::Output(const std::filesystem::path& file) {
         }
     } else {
         m_name = file;
-        m_file.emplace(Target(file));
+        const std::filesystem::path target = Target(file);
+        RefuseJournalOfDatabase(target);
+        m_encoder = MakeEncoder(m_name);
+        m_file.emplace(target);
         m_descriptor = m_file->Descriptor();
     }
 }
@@ -54,19 +66,35 @@ Output::~Output() {
 }
 
 void Output::Write(std::string_view text) {
+    if (!m_encoder) {
+        WriteRaw(text);
+        return;
+    }
+    constexpr std::size_t MOST_AT_ONCE = std::size_t{256} << 10U;
     while (!text.empty()) {
-        const ssize_t written = write(m_descriptor, text.data(), text.size());
-        if (written >= 0) {
-            text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno == EPIPE) {
+        const std::string_view part = text.substr(0, MOST_AT_ONCE);
+        text.remove_prefix(part.size());
+        m_compressed.clear();
+        m_encoder->Encode(part, false, m_compressed);
+        WriteRaw(m_compressed);
+    }
+}
+
+void Output::WriteRaw(std::string_view bytes) {
+    if (!WriteAll(m_descriptor, bytes)) {
+        if (errno == EPIPE) {
             throw ClosedPipe();
-        } else if (errno != EINTR) {
-            FailByErrno(Cause::OUTPUT, m_name);
         }
+        FailByErrno(Cause::OUTPUT, m_name);
     }
 }
 
 void Output::Complete() {
+    if (m_encoder) {
+        m_compressed.clear();
+        m_encoder->Encode({}, true, m_compressed);
+        WriteRaw(m_compressed);
+    }
     if (m_file) {
         m_file->Keep();
     }

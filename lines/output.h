@@ -1,20 +1,23 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "lines/compression.h"
 #include "lines/temporaryfile.h"
 
 namespace NS_KX {
 
-/// Where a verb's results go: standard output, or a file that appears under its name only when it is complete. Devices
-/// and pipes that are given by name are written as they are, and so are "/dev/stdout" and "/dev/stderr" where they lead
-/// to a file: what is in it stays.
+/// Where a verb's results go: standard output, or a file that appears under its name only when it is complete. A file
+/// whose name ends in .gz or .zst is compressed. Devices and pipes that are given by name are written as they are, and
+/// so are "/dev/stdout" and "/dev/stderr" if they lead to a file: what is in it stays.
 class Output {
 public:
-    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`.
+    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
+    /// `Cause::USAGE` for the journal of a database and for .xz.
     explicit Output(const std::filesystem::path& file);
     ~Output();
     Output(const Output&) = delete;
@@ -30,8 +33,12 @@ public:
     [[nodiscard]] bool IsTerminal() const;
 
 private:
+    void WriteRaw(std::string_view bytes);
+
     std::string m_name;
     std::optional<TemporaryFile> m_file;
+    std::unique_ptr<Encoder> m_encoder;  // null: nothing is compressed
+    std::string m_compressed;
     int m_device = -1;
     int m_descriptor = -1;
 };

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <string>
+
+#include "lines/descriptor.h"
 
 namespace NS_KX {
 
@@ -38,13 +39,13 @@ void Progress::Update(std::uint64_t bytes, std::uint64_t lines) {
     m_isDrawn = true;
     const std::chrono::duration<double> elapsed = now - m_begin;
     const std::string bar = m_totalBytes == 0 ? std::string() : Bar(bytes, m_totalBytes);
-    std::fprintf(stderr, "\r%s%llu lines, %.0f lines/s\033[K", bar.c_str(), static_cast<unsigned long long>(lines),
-                 static_cast<double>(lines) / elapsed.count());
+    const auto perSecond = static_cast<std::uint64_t>(static_cast<double>(lines) / elapsed.count());
+    WriteMessage("\r" + bar + std::to_string(lines) + " lines, " + std::to_string(perSecond) + " lines/s\033[K");
 }
 
 void Progress::Clear() {
     if (m_isDrawn) {
-        std::fputs("\r\033[K", stderr);
+        WriteMessage("\r\033[K");
         m_isDrawn = false;
     }
 }

@@ -5,10 +5,11 @@
 
 namespace NS_KX {
 
-/// A bar on standard error that tells how far a run is and how fast it goes; one line that is gone when the run ends.
+/// A bar on standard error that shows how far a run is and how fast it goes. It is one line, and goes away when the run
+/// ends.
 class Progress {
 public:
-    /// `totalBytes` 0: not known.
+    /// `totalBytes` is 0 when it is not known.
     Progress(bool isShown, std::uint64_t totalBytes);
     ~Progress();
     Progress(const Progress&) = delete;
@@ -16,7 +17,7 @@ public:
 
     /// Draws anew when enough time has gone by.
     void Update(std::uint64_t bytes, std::uint64_t lines);
-    /// Takes the bar away, for text that is to stand there.
+    /// Takes the bar away, to make room for other text.
     void Clear();
 
 private:

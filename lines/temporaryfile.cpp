@@ -1,12 +1,8 @@
 #include "lines/temporaryfile.h"
 
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <climits>
-#include <csignal>
-#include <cstdlib>
-#include <cstring>
+#include <cstdint>
+#include <random>
 #include <utility>
 
 #include <fcntl.h>
@@ -14,110 +10,161 @@
 #include <unistd.h>
 
 #include "lines/failure.h"
-#include "lines/interruptions.h"
 
 namespace NS_KX {
 
 namespace {
 
-// What an interruption must remove. Plain memory, since a signal handler may touch nothing else.
-struct Pending {
-    std::atomic<bool> isInUse{false};
-    std::array<char, PATH_MAX> name{};
-};
-
-// As many as there ever are: a made-up network and the three tables of its inventory.
-std::array<Pending, 4> pendings;
-
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-extern "C" void RemovePendingAndDie(int signal) {
-    for (Pending& pending : pendings) {
-        if (pending.isInUse.load()) {
-            unlink(pending.name.data());
-        }
+// Short whatever the target's name, which may be as long as a name may be.
+std::string HiddenName() {
+    constexpr std::string_view LETTERS = "abcdefghijklmnopqrstuvwxyz234567";
+    std::random_device random;
+    std::string name = ".kx.";
+    for (int letter = 0; letter < 10; ++letter) {
+        name += LETTERS[random() % LETTERS.size()];
     }
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
+    return name;
 }
 
-void CatchInterruptions() {
-    for (const int signal : INTERRUPTIONS) {
-        struct sigaction action {};
-        if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
-            action.sa_handler = RemovePendingAndDie;
-            sigaction(signal, &action, nullptr);
-        }
-    }
-}
+// The number of tries for a name that no other file has.
+constexpr int MOST_TRIES = 100;
 
-std::size_t Note(const std::string& name) {
-    for (std::size_t place = 0; place < pendings.size(); ++place) {
-        Pending& pending = pendings.at(place);
-        if (!pending.isInUse.load() && name.size() < pending.name.size()) {
-            std::memcpy(pending.name.data(), name.c_str(), name.size() + 1);
-            pending.isInUse.store(true);
-            return place;
-        }
-    }
-    throw Failure(Cause::OUTPUT, name + ": too many open files, or too long a name");
-}
-
-// The rights of the file that is replaced; those of a new file otherwise.
-mode_t RightsFor(const std::filesystem::path& target) {
-    struct stat existing {};
-    if (stat(target.c_str(), &existing) == 0) {
-        return existing.st_mode & 07777U;
-    }
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666U & ~mask;
+std::string NameOf(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
 }  // namespace
 
-TemporaryFile::TemporaryFile(std::filesystem::path target) : m_target(std::move(target)) {
-    CatchInterruptions();
-    m_name.append(m_target.parent_path() / ".").append(m_target.filename()).append(".XXXXXX");
-    m_descriptor = mkostemp(m_name.data(), O_CLOEXEC);
-    if (m_descriptor == -1) {
+TemporaryFile::TemporaryFile(std::filesystem::path target)
+    : m_target(std::move(target)), m_targetName(m_target.filename()) {
+    const std::filesystem::path folder = m_target.has_parent_path() ? m_target.parent_path() : ".";
+    m_folder = open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (m_folder == -1) {
         FailByErrno(Cause::OUTPUT, m_target);
     }
     try {
-        m_place = Note(m_name);
+        Open();
+        SetRights();
     } catch (...) {
-        close(m_descriptor);
-        unlink(m_name.c_str());
+        Close();
         throw;
     }
-    if (fchmod(m_descriptor, RightsFor(m_target)) != 0) {
+}
+
+TemporaryFile::~TemporaryFile() {
+    Close();
+}
+
+void TemporaryFile::Open() {
+    m_descriptor = openat(m_folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (m_descriptor != -1 && access(NameOf(m_descriptor).c_str(), F_OK) != 0) {
+        close(m_descriptor);  // without /proc it would never get a name
+        m_descriptor = -1;
+        errno = EOPNOTSUPP;
+    }
+    if (m_descriptor == -1 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL || errno == ENOENT)) {
+        OpenNamed();
+    }
+    if (m_descriptor == -1) {
         const int error = errno;
-        Remove();
+        const bool isOfFolder = error == EACCES || error == EROFS;
+        const std::string folder = m_target.has_parent_path() ? m_target.parent_path().string() : ".";
+        errno = error;
+        FailByErrno(Cause::OUTPUT,
+                    m_target.string() + (isOfFolder ? ": no file can be made in the folder " + folder : ""));
+    }
+}
+
+void TemporaryFile::OpenNamed() {
+    const InterruptionsWait wait;
+    for (int tries = 0; tries < MOST_TRIES && m_descriptor == -1; ++tries) {
+        m_name = HiddenName();
+        m_descriptor = openat(m_folder, m_name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (m_descriptor == -1 && errno != EEXIST) {
+            break;
+        }
+    }
+    if (m_descriptor == -1) {
+        m_name.clear();
+        return;
+    }
+    m_note = std::make_unique<RemovedWhenInterrupted>(m_folder, m_name.c_str());
+}
+
+// A new file has the usual rights; one that replaces another has that one's, without its special bits.
+void TemporaryFile::SetRights() {
+    constexpr mode_t RIGHTS = S_IRWXU | S_IRWXG | S_IRWXO;
+    constexpr mode_t WRITING = S_IWUSR | S_IWGRP | S_IWOTH;
+    struct stat existing {};
+    mode_t rights = 0;
+    if (fstatat(m_folder, m_targetName.c_str(), &existing, 0) == 0) {
+        rights = existing.st_mode & RIGHTS;
+        // The superuser may write to it all the same, and would not know that it was protected.
+        if ((rights & WRITING) == 0 || faccessat(m_folder, m_targetName.c_str(), W_OK, AT_EACCESS) != 0) {
+            throw Failure(Cause::OUTPUT, m_target.string() + ": is write-protected; remove it, or choose another name");
+        }
+    } else if (errno != ENOENT) {
+        FailByErrno(Cause::OUTPUT, m_target);
+    } else {
+        const mode_t mask = umask(0);
+        umask(mask);
+        rights = (S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH) & ~mask;
+    }
+    if (fchmod(m_descriptor, rights) != 0) {
+        FailByErrno(Cause::OUTPUT, m_target);
+    }
+}
+
+void TemporaryFile::Close() noexcept {
+    if (m_descriptor != -1) {
+        close(m_descriptor);
+        m_descriptor = -1;
+    }
+    if (!m_name.empty()) {
+        unlinkat(m_folder, m_name.c_str(), 0);
+        m_name.clear();
+    }
+    m_note.reset();
+    if (m_folder != -1) {
+        close(m_folder);
+        m_folder = -1;
+    }
+}
+
+void TemporaryFile::Keep() {
+    if (fsync(m_descriptor) != 0) {
+        FailByErrno(Cause::OUTPUT, m_target);
+    }
+    const InterruptionsWait wait;
+    const bool isInPlace = PutInPlace();
+    const int error = errno;
+    if (isInPlace) {
+        m_name.clear();
+    }
+    Close();
+    if (!isInPlace) {
         errno = error;
         FailByErrno(Cause::OUTPUT, m_target);
     }
 }
 
-TemporaryFile::~TemporaryFile() {
-    Remove();
+// A link cannot take the place of a file that is there; a rename can, but needs a name to begin with.
+bool TemporaryFile::PutInPlace() {
+    if (m_name.empty()) {
+        if (LinkAs(m_targetName)) {
+            return true;
+        }
+        for (int tries = 0; tries < MOST_TRIES && errno == EEXIST && m_name.empty(); ++tries) {
+            if (const std::string name = HiddenName(); LinkAs(name)) {
+                m_name = name;
+            }
+        }
+    }
+    return !m_name.empty() && renameat(m_folder, m_name.c_str(), m_folder, m_targetName.c_str()) == 0;
 }
 
-void TemporaryFile::Remove() noexcept {
-    if (m_descriptor != -1) {
-        close(m_descriptor);
-        unlink(m_name.c_str());
-        pendings.at(m_place).isInUse.store(false);
-        m_descriptor = -1;
-    }
-}
-
-void TemporaryFile::Keep() {
-    if (fsync(m_descriptor) != 0 || rename(m_name.c_str(), m_target.c_str()) != 0) {
-        FailByErrno(Cause::OUTPUT, m_target);
-    }
-    pendings.at(m_place).isInUse.store(false);
-    close(m_descriptor);
-    m_descriptor = -1;
+bool TemporaryFile::LinkAs(const std::string& name) const {
+    return linkat(AT_FDCWD, NameOf(m_descriptor).c_str(), m_folder, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 }  // namespace NS_KX

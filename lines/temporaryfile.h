@@ -1,17 +1,22 @@
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
+
+#include "lines/interruptions.h"
 
 namespace NS_KX {
 
-/// A file that is written under a hidden name beside its target and takes the target's place in one step when it is
-/// complete. Until then the target is what it was; a file that is not kept goes away, also when the process is
-/// interrupted (SIGINT, SIGTERM, SIGHUP).
+/// A file that takes the place of its target in one step when it is complete. Until then the target is what it was.
+///
+/// The file has no name before that, so that nothing is left of it however the process ends. Where the file system
+/// cannot hold a file without a name, it has a hidden name beside the target, and only SIGKILL, a crash and a power
+/// failure leave it.
 class TemporaryFile {
 public:
-    /// Makes the file beside `target`. Throws `Failure` with `Cause::OUTPUT`.
+    /// Makes the file for `target`, which is no link. Throws `Failure` with `Cause::OUTPUT`, also when the target is
+    /// write-protected.
     explicit TemporaryFile(std::filesystem::path target);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
@@ -23,12 +28,19 @@ public:
     void Keep();
 
 private:
-    void Remove() noexcept;
+    void Open();
+    void OpenNamed();
+    void SetRights();
+    bool PutInPlace();
+    bool LinkAs(const std::string& name) const;
+    void Close() noexcept;
 
     std::filesystem::path m_target;
-    std::string m_name;
+    std::string m_targetName;  // in the folder
+    int m_folder = -1;
     int m_descriptor = -1;
-    std::size_t m_place = 0;  // among those that an interruption removes
+    std::string m_name;  // empty: the file has none yet
+    std::unique_ptr<RemovedWhenInterrupted> m_note;
 };
 
 }  // namespace NS_KX

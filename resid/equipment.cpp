@@ -34,14 +34,14 @@ void AppendIfPresent(FdnWriter& writer, const char* head, int number) {
     }
 }
 
-// The levels that slot and sub-slot identifiers share.
+// Appends the levels that slots and sub-slots share.
 void AppendSlotLevels(FdnWriter& writer, const SlotIndex& slot) {
     writer.Level("NE=", slot.neId);
     AppendIfPresent(writer, ",FR=", slot.shelfId);
     AppendIfPresent(writer, ",S=", slot.slotId);
 }
 
-// Reads the levels that slots and cards have in common.
+// Reads the levels that slots and cards share. Returns whether there are an NE and a slot.
 template <class Levels, class Record>
 bool ReadSlotLevels(const Levels& levels, Record& record) {
     const bool hasNE = levels.template ReadNumber<"NE">(record.neId);
@@ -113,7 +113,7 @@ void Conversion<ContainedNE>::Write(const ContainedNE& ne, std::string& fdn, con
 
 void Conversion<ShelfIndex>::Write(const ShelfIndex& shelf, std::string& fdn, const Surroundings& /*surroundings*/) {
     FdnWriter writer(fdn);
-    // Unlike the slot writers, this one spells an absent shelf out.
+    // Unlike for slots, an absent shelf is spelled out.
     writer.Level("NE=", shelf.neId).Level(",FR=", shelf.shelfId).Flush();
 }
 

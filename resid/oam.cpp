@@ -24,7 +24,7 @@ namespace NS_FDN {
 
 namespace {
 
-// The log texts of this file are as operators search for them; not to be corrected.
+// Do not correct the log texts of this file: operators search for them as they are.
 
 // ---- Writing --------------------------------------------------------------------------------------------------------
 
@@ -60,8 +60,8 @@ void WriteEndPoint(const MEPIndex& mep, std::string_view head, std::string& fdn,
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-// Where the levels of a record are read from: a parsed FDN or its text. A number is a level's first sub-value, a name
-// its second; false, and the field untouched, when there is none.
+// Two sources of levels: a parsed FDN and its text. A number is a level's first sub-value, a name its second. Without
+// one, the functions return false and leave the field alone.
 class MapLevels {
 public:
     explicit MapLevels(const MocLvlValueMap& map) : m_map(map) {}
@@ -94,7 +94,7 @@ public:
     }
 };
 
-// False without an NE or an MD.
+// Returns whether there are an NE and an MD.
 template <class Levels, class Record>
 bool ReadMd(const Levels& levels, Record& record) {
     const bool hasNE = levels.template ReadNumber<"NE">(record.neId);
@@ -108,7 +108,7 @@ bool ReadMd(const Levels& levels, Record& record) {
     return hasNE && hasMd;
 }
 
-// The MD of an MA or MIP: unlike an MD that is read by itself, it keeps nothing that the record held before.
+// Reads the MD of an MA or MIP: unlike for an MD by itself, earlier values of the record are lost.
 template <class Levels, class Record>
 bool ReadParentMd(const Levels& levels, Record& record) {
     record.neId = -1;
@@ -116,7 +116,7 @@ bool ReadParentMd(const Levels& levels, Record& record) {
     return ReadMd(levels, record);
 }
 
-// False without an NE, an MD or an MA.
+// Returns whether there are an NE, an MD and an MA.
 template <class Levels>
 bool ReadMa(const Levels& levels, MAIndex& ma) {
     const bool hasParent = ReadParentMd(levels, ma);
@@ -130,7 +130,7 @@ bool ReadMa(const Levels& levels, MAIndex& ma) {
     return hasParent && hasMa;
 }
 
-// False without a MIP.
+// Returns whether there is a MIP.
 template <class Levels>
 bool ReadMip(const Levels& levels, MIPIndex& mip) {
     ReadParentMd(levels, mip);
@@ -141,7 +141,7 @@ bool ReadMip(const Levels& levels, MIPIndex& mip) {
     return hasMip;
 }
 
-// Reads an MD or MA value by position. The number counts as it is stored, in 32 bits.
+// Reads the value of an MD or MA level: a number, or a name after one character if the number is 0 in 32 bits.
 void ReadNumberOrName(std::string_view value, std::int32_t& number, std::string& name) {
     number = Str2Int(value);
     if (number == 0) {
@@ -149,13 +149,10 @@ void ReadNumberOrName(std::string_view value, std::int32_t& number, std::string&
     }
 }
 
-// What the text of an end point turned out to be.
+// SHORT: a text with fewer than four levels, which is read as far as it goes.
 enum class EndPointText { WHOLE, SHORT, NOT_READABLE };
 
-EndPointText ReadEndPoint(std::string_view fdn, MEPIndex& mep) {
-    if (LiesIn(mep.mdName, fdn) || LiesIn(mep.maName, fdn)) [[unlikely]] {
-        return ReadEndPoint(std::string(fdn), mep);
-    }
+[[gnu::flatten]] EndPointText ReadLevelsOfEndPoint(std::string_view fdn, MEPIndex& mep) {
     constexpr int LAST_PLACE = 3;
     LevelScanner scanner(fdn);
     Level level;
@@ -189,25 +186,27 @@ EndPointText ReadEndPoint(std::string_view fdn, MEPIndex& mep) {
     return EndPointText::NOT_READABLE;  // an empty text has not even a last level
 }
 
+EndPointText ReadEndPoint(std::string_view fdn, MEPIndex& mep) {
+    return ReadApart(fdn, LiesIn(mep.mdName, fdn) || LiesIn(mep.maName, fdn),
+                     [&mep](std::string_view text) { return ReadLevelsOfEndPoint(text, mep); });
+}
+
 }  // namespace
 
 bool Conversion<MDIndex>::Read(std::string_view fdn, MDIndex& md, const Surroundings& /*surroundings*/) {
     return ReadMd(TextLevels(fdn), md);
 }
 
-bool Conversion<MAIndex>::Read(std::string_view fdn, MAIndex& ma, const Surroundings& surroundings) {
-    if (LiesIn(ma.mdName, fdn) || LiesIn(ma.maName, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), ma, surroundings);
-    }
-    return ReadMa(TextLevels(fdn), ma);
+bool Conversion<MAIndex>::Read(std::string_view fdn, MAIndex& ma, const Surroundings& /*surroundings*/) {
+    return ReadApart(fdn, LiesIn(ma.mdName, fdn) || LiesIn(ma.maName, fdn),
+                     [&ma](std::string_view text) { return ReadMa(TextLevels(text), ma); });
 }
 
-bool Conversion<MIPIndex>::Read(std::string_view fdn, MIPIndex& mip, const Surroundings& surroundings) {
-    if (LiesIn(mip.mdName, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), mip, surroundings);
-    }
-    const TextLevels levels(fdn);
-    return ReadMip(levels, mip) && !levels.Value<"NE">().empty();
+bool Conversion<MIPIndex>::Read(std::string_view fdn, MIPIndex& mip, const Surroundings& /*surroundings*/) {
+    return ReadApart(fdn, LiesIn(mip.mdName, fdn), [&mip](std::string_view text) {
+        const TextLevels levels(text);
+        return ReadMip(levels, mip) && !levels.Value<"NE">().empty();
+    });
 }
 
 bool Conversion<MEPIndex>::Read(std::string_view fdn, MEPIndex& mep, const Surroundings& /*surroundings*/) {

@@ -1,3 +1,6 @@
+#include <array>
+#include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -33,7 +36,7 @@ constexpr int CHANNELLED_PORT = 16;
 
 // ---- Writing --------------------------------------------------------------------------------------------------------
 
-// What is written of a port, whichever record it comes from.
+// The fields that a port writer needs, from any record.
 struct PortFields {
     std::int32_t neId;
     std::int32_t shelfId;
@@ -92,7 +95,7 @@ void AppendPort(FdnWriter& writer, const PortFields& port, bool asLogical, const
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-// False without an NE.
+// Returns whether there is an NE.
 template <class Levels, class Record>
 bool ReadContainers(const Levels& levels, Record& record) {
     const bool hasNE = levels.template ReadNumber<"NE">(record.neId);
@@ -104,8 +107,8 @@ bool ReadContainers(const Levels& levels, Record& record) {
 
 enum class Escapes { TAKEN, LEFT };
 
-// False without a level of four sub-values. Leaves room after the label for what the caller appends, so that the label
-// grows once.
+// Returns whether there is a port level with four sub-values. Leaves `room` bytes after the label for what the caller
+// appends, so that the label grows once.
 template <class Levels, class Record>
 bool ReadPortLevel(const Levels& levels, Record& record, Escapes escapes, std::size_t room = 0) {
     record.portId = -1;
@@ -156,14 +159,15 @@ bool ReadPort(const Levels& levels, Record& record, const Surroundings& surround
 
 using PortLevels = LevelFinder<"NE", "FR", "S", "SS", "PP", "LP">;
 
-// Searching the text would take as long as reading it. Only one with a level "S=0" can hold the words.
+// Plain text: it counts wherever it stands. Only a text with a level "S=0" can hold it; others are not searched.
 template <class Levels>
 bool StandsForNoPort(const Levels& levels, std::string_view fdn) {
     return (levels.MayRepeat() || levels.template Value<"S">() == "0") && fdn.find(NO_PORT) != std::string_view::npos;
 }
 
-// Reads the port in `fdn`, which does not lie in the record.
-bool ReadPortIndex(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
+// Reads the port in `fdn`, which does not lie in the record. Flattened (an attribute of GNU compilers), since ports are
+// the commonest of all identifiers.
+[[gnu::flatten]] bool ReadPortIndex(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
     const PortLevels levels(fdn);
     return !StandsForNoPort(levels, fdn) && ReadPort(levels, port, surroundings);
 }
@@ -177,28 +181,15 @@ bool LiesIn(const CtpKey_T& key, std::string_view fdn) {
            NS_FDN::LiesIn(key.fdnText, fdn);
 }
 
-// Returns the position of `word`, which begins with "SU", or npos. Many levels begin with an "S", hardly any text has a
-// "U".
-std::size_t FindSubIf(std::string_view text, std::string_view word) noexcept {
-    auto at = text.find('U', 1);
-    while (at != std::string_view::npos && !text.substr(at - 1).starts_with(word)) {
-        at = text.find('U', at + 1);
-    }
-    return at == std::string_view::npos ? at : at - 1;
-}
-
 struct PortAndSubInterface {
     bool hasPort;
     bool hasSubInterface;
 };
 
 PortAndSubInterface ReadSubInterface(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    if (LiesIn(key, fdn)) [[unlikely]] {
-        return ReadSubInterface(std::string(fdn), key, surroundings);
-    }
     const bool hasPort = ReadPortIndex(fdn, key.port, surroundings);
     constexpr std::string_view SUBIF = "SUBIF=";
-    const auto subIf = FindSubIf(fdn, SUBIF);
+    const auto subIf = fdn.find(SUBIF);
     const bool hasSubInterface = subIf != std::string_view::npos;
     if (hasSubInterface) {
         key.subIfId = Str2Int(fdn.substr(subIf + SUBIF.size()));
@@ -206,10 +197,10 @@ PortAndSubInterface ReadSubInterface(std::string_view fdn, CtpKey_T& key, const 
     return {hasPort, hasSubInterface};
 }
 
-// The text whose levels say what is on a channelled port: a sub-interface counts from its tag on; a channel set is
-// turned into an access point, in `key.fdnText`.
+// Returns the text whose levels say what is on a channelled port. It begins at a sub-interface's tag, or is made of a
+// channel set, in `key.fdnText`.
 std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
-    if (const auto subIf = FindSubIf(fdn, "SUBIF"); subIf != std::string_view::npos) {
+    if (const auto subIf = fdn.find("SUBIF"); subIf != std::string_view::npos) {
         return fdn.substr(subIf);
     }
     const auto channelSet = fdn.find("CHANNELSET");
@@ -220,8 +211,8 @@ std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     if (equals == std::string_view::npos) {
         return {};
     }
-    // The "=" is counted from the channel set, yet the identifier is cut there from its own start, on purpose. All
-    // between that cut and the channel set's number gives way to the access point.
+    // The position of "=" is counted from the channel set, yet the identifier is cut at that position from its own
+    // start, on purpose. The access point replaces everything between that cut and the channel set's number.
     constexpr std::string_view ACCESS_POINT = "AP=||1000";
     key.fdnText.reserve(fdn.size() + ACCESS_POINT.size());  // so that it grows once
     key.fdnText = fdn;
@@ -229,29 +220,76 @@ std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
     return key.fdnText;
 }
 
-// Reads what is on the port that `key` names. False when there is nothing.
-bool ReadOnPort(std::string_view fdn, CtpKey_T& key) {
-    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
-    const LevelFinder<"VR", "AP", "SUBIF"> levels(text);
+// Reads what is on the port of `key`. Returns whether there is anything.
+template <class Levels>
+bool ReadOnPort(const Levels& levels, CtpKey_T& key) {
     key.neId = key.port.neId;
-    bool isThere = levels.ReadNumber<"VR">(key.vrId);
+    bool isThere = levels.template ReadNumber<"VR">(key.vrId);
     key.fbType = key.port.fbType;
-    const SubValues<3> accessPoint(levels.Value<"AP">());
+    const SubValues<3> accessPoint(levels.template Value<"AP">());
     if (accessPoint.Count() == 3) {
         key.apValue1 = Str2Int(accessPoint[0]);
         key.apValue2 = Str2Int(accessPoint[1]);
         key.apText = accessPoint[1];
         key.subIfId = Str2Int(accessPoint[2]);
-        isThere = true;
-    } else {
-        isThere |= levels.ReadNumber<"SUBIF">(key.subIfId);
+        return true;
     }
+    return levels.template ReadNumber<"SUBIF">(key.subIfId) || isThere;
+}
+
+// The same for `fdn`, whose levels are `levels`; a channelled port may need another text's levels.
+template <class Levels>
+bool ReadOnPort(const Levels& levels, std::string_view fdn, CtpKey_T& key) {
+    const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;
+    const bool isWhole = text.data() == fdn.data();
+    const bool isThere = isWhole ? ReadOnPort(levels, key) : ReadOnPort(LevelFinder<"VR", "AP", "SUBIF">(text), key);
     if (text.empty()) {
         key.fdnText = fdn;
     } else if (text.data() != key.fdnText.data()) {
         key.fdnText = text;
     }
     return isThere;
+}
+
+// Reads the port, unless `key` has one already, and what is on it.
+bool ReadAccessPoint(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
+    const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "VR", "AP", "SUBIF"> levels(fdn);
+    if (key.port.neId != -1) {
+        return ReadOnPort(levels, fdn, key);
+    }
+    try {
+        const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, key.port, surroundings);
+        return ReadOnPort(levels, fdn, key) && hasPort;
+    } catch (...) {
+        key.port.neId = -1;  // the port may be half read: the next call reads it again
+        throw;
+    }
+}
+
+// ---- Reading of termination points ----------------------------------------------------------------------------------
+
+bool ReadTerminationPoint(std::string_view fdn, TPIndex& tp, const Surroundings& surroundings) {
+    tp.reserved = 0;
+    tp.neId = -1;
+    tp.shelfId = -1;
+    tp.slotId = -1;
+    tp.subSlotId = -1;
+    tp.portId = -1;
+    tp.ppType = 0;
+    tp.fbType = 0;
+    tp.portLabel.clear();
+    tp.isLogical = false;
+    const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
+    std::int32_t number = -1;
+    std::array<char, std::string_view(".-2147483648").size()> subIf{'.'};
+    std::size_t size = 0;
+    if (levels.ReadNumber<"SUBIF">(number) && number != -1) {
+        size =
+            static_cast<std::size_t>(std::to_chars(&subIf[1], subIf.data() + subIf.size(), number).ptr - subIf.data());
+    }
+    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, size);
+    tp.portLabel.append(subIf.data(), size);
+    return hasPort;
 }
 
 // ---- Writing of keys ------------------------------------------------------------------------------------------------
@@ -270,10 +308,8 @@ void WriteKey(const CtpKey_T& key, bool withSubIf, std::string& fdn, const Surro
 // ---- Ports ----------------------------------------------------------------------------------------------------------
 
 bool Conversion<PortIndex>::Read(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
-    if (LiesIn(port.portLabel, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), port, surroundings);
-    }
-    return ReadPortIndex(fdn, port, surroundings);
+    return ReadApart(fdn, LiesIn(port.portLabel, fdn),
+                     [&](std::string_view text) { return ReadPortIndex(text, port, surroundings); });
 }
 
 void Conversion<PortIndex>::Write(const PortIndex& port, std::string& fdn, const Surroundings& surroundings) {
@@ -316,7 +352,7 @@ void Conversion<PortByNEType>::WriteAs(bool asLogical, const PortIndex& port, st
 bool Conversion<LoopBackPort>::Read(std::string_view fdn, PortIndex& port, const Surroundings& surroundings) {
     const PortLevels levels(fdn);
     const bool hasNE = ReadContainers(levels, port);
-    // The answer is not used, but callers observe the question: it throws when there is no data-access service.
+    // The answer is not used, but callers see the question: it throws if there is no data-access service.
     surroundings.AgentCarrierProfile();
     const bool hasPort = ReadPortLevel(levels, port, Escapes::LEFT);
     return hasNE && hasPort;
@@ -325,7 +361,8 @@ bool Conversion<LoopBackPort>::Read(std::string_view fdn, PortIndex& port, const
 // ---- Sub-interfaces, access points, termination points --------------------------------------------------------------
 
 bool Conversion<PortOfKey>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    return ReadSubInterface(fdn, key, surroundings).hasPort;
+    return ReadApart(fdn, LiesIn(key, fdn),
+                     [&](std::string_view text) { return ReadSubInterface(text, key, surroundings).hasPort; });
 }
 
 void Conversion<PortOfKey>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
@@ -333,8 +370,10 @@ void Conversion<PortOfKey>::Write(const CtpKey_T& key, std::string& fdn, const S
 }
 
 bool Conversion<SubInterface>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    const auto [hasPort, hasSubInterface] = ReadSubInterface(fdn, key, surroundings);
-    return hasPort && hasSubInterface;
+    return ReadApart(fdn, LiesIn(key, fdn), [&](std::string_view text) {
+        const auto [hasPort, hasSubInterface] = ReadSubInterface(text, key, surroundings);
+        return hasPort && hasSubInterface;
+    });
 }
 
 void Conversion<SubInterface>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
@@ -342,19 +381,8 @@ void Conversion<SubInterface>::Write(const CtpKey_T& key, std::string& fdn, cons
 }
 
 bool Conversion<CtpKey_T>::Read(std::string_view fdn, CtpKey_T& key, const Surroundings& surroundings) {
-    if (LiesIn(key, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), key, surroundings);
-    }
-    if (key.port.neId != -1) {
-        return ReadOnPort(fdn, key);
-    }
-    try {
-        const bool hasPort = ReadPortIndex(fdn, key.port, surroundings);
-        return ReadOnPort(fdn, key) && hasPort;
-    } catch (...) {
-        key.port.neId = -1;  // the port may be half read: the next call reads it again
-        throw;
-    }
+    return ReadApart(fdn, LiesIn(key, fdn),
+                     [&](std::string_view text) { return ReadAccessPoint(text, key, surroundings); });
 }
 
 void Conversion<CtpKey_T>::Write(const CtpKey_T& key, std::string& fdn, const Surroundings& surroundings) {
@@ -373,25 +401,8 @@ void Conversion<CtpKey_T>::WriteAs(bool asLogical, const CtpKey_T& key, std::str
 }
 
 bool Conversion<TPIndex>::Read(std::string_view fdn, TPIndex& tp, const Surroundings& surroundings) {
-    if (LiesIn(tp.portLabel, fdn)) [[unlikely]] {
-        return Read(std::string(fdn), tp, surroundings);
-    }
-    tp.reserved = 0;
-    tp.neId = -1;
-    tp.shelfId = -1;
-    tp.slotId = -1;
-    tp.subSlotId = -1;
-    tp.portId = -1;
-    tp.ppType = 0;
-    tp.fbType = 0;
-    tp.portLabel.clear();
-    tp.isLogical = false;
-    const LevelFinder<"NE", "FR", "S", "SS", "PP", "LP", "SUBIF"> levels(fdn);
-    std::int32_t number = -1;
-    const std::string subIf = levels.ReadNumber<"SUBIF">(number) && number != -1 ? "." + Int2Str(number) : "";
-    const bool hasPort = !StandsForNoPort(levels, fdn) && ReadPort(levels, tp, surroundings, subIf.size());
-    tp.portLabel.append(subIf);
-    return hasPort;
+    return ReadApart(fdn, LiesIn(tp.portLabel, fdn),
+                     [&](std::string_view text) { return ReadTerminationPoint(text, tp, surroundings); });
 }
 
 void Conversion<TPIndex>::Write(const TPIndex& tp, std::string& fdn, const Surroundings& surroundings) {
@@ -440,8 +451,7 @@ void ResIDUtil::TPIndex2ResID(const TPIndex& tp, std::string& fdn) {
     Conversion<TPIndex>::Write(tp, fdn, SYSTEM);
 }
 
-// Flattened (an attribute of GNU compilers), since ports are the commonest of all identifiers.
-[[gnu::flatten]] void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
+void ResIDUtil::ResID2PortIndex(const std::string& fdn, PortIndex& port) {
     Conversion<PortIndex>::Read(fdn, port, SYSTEM);
 }
 

@@ -34,7 +34,7 @@ constexpr int VPLS_TRAIL = 2;
 constexpr int ETHERNET_SERVICE = 2;
 constexpr int VSI_SERVICE = 4;
 
-// Keeps fdn from tag, its "=" included, to the end. False, and kept untouched, when there is no such text in it.
+// Copies `fdn` from `tag`, which includes its "=", to the end into `kept`. Returns false if there is no `tag`.
 bool KeepFromTag(std::string_view fdn, std::string_view tag, std::string& kept) {
     const auto found = fdn.find(tag);
     if (found == std::string_view::npos) {
@@ -59,7 +59,7 @@ bool Conversion<PWIndex>::Read(std::string_view fdn, PWIndex& pw, const Surround
 
 bool Conversion<PWSwitchIndex>::Read(std::string_view fdn, PWSwitchIndex& pwSwitch,
                                      const Surroundings& /*surroundings*/) {
-    // As the platform's splitter has it: a level without "=" does not count, not even as a first "NE".
+    // As in the platform's splitter, a level without "=" does not count, not even as the first "NE".
     bool hasNE = false;
     LevelScanner levels(fdn);
     for (Level level; !hasNE && levels.Next(level);) {
@@ -76,7 +76,7 @@ bool Conversion<GroupId>::Read(std::string_view fdn, std::int32_t& group, const 
     return LevelFinder<"VEGROUP">(fdn).ReadNumber<"VEGROUP">(group);
 }
 
-// Trails keep the text from their tag on, wherever it stands; so it is searched as plain text.
+// Trails keep the text from their tag on. The tag is searched as plain text: it counts wherever it stands.
 
 bool Conversion<VPNTrailIndex>::Read(std::string_view fdn, VPNTrailIndex& trail, const Surroundings& /*surroundings*/) {
     if (KeepFromTag(fdn, "PWE3TRAIL=", trail.trailResId)) {

@@ -169,6 +169,11 @@ void SampleNetwork::DrawNe(std::int32_t neId, SampleNe& ne) const {
     AddLogicalPorts(random, ne);
 }
 
+NS_STANDALONE::NeRow SampleNetwork::InventoryRow(std::int32_t neId) const noexcept {
+    const SampleNeType& type = NeType(neId);
+    return {neId, type.neType, type.multiSubShelf, IsOamNumberOmittedOn(m_seed, neId)};
+}
+
 NS_STANDALONE::Inventory SampleNetwork::MakeInventory(std::int32_t neCount) const {
     NS_STANDALONE::Inventory inventory;
     for (const SampleNeType& type : SampleNeTypes()) {
@@ -178,8 +183,7 @@ NS_STANDALONE::Inventory SampleNetwork::MakeInventory(std::int32_t neCount) cons
               [](const auto& left, const auto& right) { return left.neType < right.neType; });
     inventory.nes.reserve(static_cast<std::size_t>(neCount));
     for (std::int32_t neId = 1; neId <= neCount; ++neId) {
-        const SampleNeType& type = NeType(neId);
-        inventory.nes.push_back({neId, type.neType, type.multiSubShelf, IsOamNumberOmittedOn(m_seed, neId)});
+        inventory.nes.push_back(InventoryRow(neId));
     }
     inventory.domainMembers = SampleDomainMembers();
     return inventory;

@@ -41,6 +41,9 @@ public:
     /// Draws the NE `neId` into `ne`, in place of what it held.
     void DrawNe(std::int32_t neId, SampleNe& ne) const;
 
+    /// What the inventory says of an NE.
+    [[nodiscard]] NS_STANDALONE::NeRow InventoryRow(std::int32_t neId) const noexcept;
+
     /// The inventory of the NEs from 1 to `neCount`.
     [[nodiscard]] NS_STANDALONE::Inventory MakeInventory(std::int32_t neCount) const;
 

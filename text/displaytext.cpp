@@ -27,7 +27,7 @@ CodePoint FirstCodePoint(std::string_view text) {
     while (size < text.size() && IsContinuation(text[size])) {
         ++size;
     }
-    // Of the lead byte, those bits count that tell no length.
+    // The bits of the lead byte that are not its length count.
     char32_t value = size == 1 ? lead : lead & (0x7FU >> size);
     for (std::size_t at = 1; at < size; ++at) {
         value = value << 6U | (static_cast<unsigned char>(text[at]) & 0x3FU);

@@ -11,7 +11,7 @@ namespace NS_KX {
 /// What a number of 32 bits can be, for messages.
 inline constexpr const char* RANGE_OF_32_BITS = "from -2147483648 to 2147483647";
 
-/// Whether `text` is a whole number in decimal digits, maybe behind a "-", of any length.
+/// Whether `text` is a whole number in decimal digits of any length, with or without a "-" before them.
 inline bool IsDecimal(std::string_view text) noexcept {
     const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
     return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
@@ -21,8 +21,8 @@ inline bool IsDecimal(std::string_view text) noexcept {
 template <class Number>
 bool ReadWhole(std::string_view text, Number& number) noexcept {
     const char* const end = text.data() + text.size();
-    const auto [behind, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && behind == end;
+    const auto [readEnd, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && readEnd == end;
 }
 
 /// `text` as a number up to 2147483647; none unless it is nothing but decimal digits.

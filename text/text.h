@@ -7,7 +7,7 @@
 
 namespace NS_KX {
 
-/// What some programs write at the beginning of a UTF-8 file. It belongs to the file, not to its text.
+/// Some programs write it at the beginning of a UTF-8 file. It belongs to the file, not to its text.
 inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 inline std::string_view WithoutByteOrderMark(std::string_view text) noexcept {
@@ -20,9 +20,15 @@ bool IsAscii(std::string_view text) noexcept;
 /// Where the first byte sequence begins that is not UTF-8; `text.size()` when all of it is.
 std::size_t FindInvalidUtf8(std::string_view text);
 
-/// `text` in double quotes for a message: cut when it has more than `longest` bytes, and without characters that would
-/// steer a terminal.
-std::string Quoted(std::string_view text, std::size_t longest = 60);
+/// Appends `text` in double quotes to a message: cut when it has more than `longest` bytes, and without characters that
+/// would steer a terminal.
+void AppendQuoted(std::string& message, std::string_view text, std::size_t longest = 60);
+/// The same by itself.
+inline std::string Quoted(std::string_view text, std::size_t longest = 60) {
+    std::string quoted;
+    AppendQuoted(quoted, text, longest);
+    return quoted;
+}
 /// The same for a text that is of no use unless it is whole.
 inline std::string QuotedWhole(std::string_view text) {
     return Quoted(text, std::string_view::npos);
@@ -32,7 +38,7 @@ inline std::string QuotedWhole(std::string_view text) {
 inline constexpr std::size_t HELP_WIDTH = 120;
 
 /// The words, a blank between two, on lines of at most width columns. The first line begins with `head`, the others
-/// with as many blanks; no line end behind the last.
+/// with as many blanks; no line end after the last.
 std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width = HELP_WIDTH);
 
 }  // namespace NS_KX

@@ -46,10 +46,14 @@ py::object FunctionOf(const py::object& facts, const char* name) {
     return function;
 }
 
+[[noreturn]] void Miss(const char* name, int neId) {
+    Raise(NO_FACTS, "the identifier depends on NE " + std::to_string(neId) + ": give facts with \"" + name + "\"");
+}
+
 // What `function`, the fact called `name`, says of an NE.
 py::object Ask(const py::object& function, const char* name, int neId) {
     if (function.is_none()) {
-        Raise(NO_FACTS, "the identifier depends on NE " + std::to_string(neId) + ": give facts with \"" + name + "\"");
+        Miss(name, neId);
     }
     return function(neId);
 }
@@ -65,8 +69,9 @@ Facts::Facts(const py::object& facts)
         m_carrierProfile = ReadNumber<std::int32_t>(profile, CARRIER_PROFILE);
     }
     if (const py::object neTypes = FactOf(facts, SUB_SLOT_NE_TYPES); !neTypes.is_none()) {
+        m_subSlotNETypes.emplace();
         for (const py::handle neType : neTypes) {
-            m_subSlotNETypes.insert(ReadNumber<std::uint16_t>(neType, SUB_SLOT_NE_TYPES));
+            m_subSlotNETypes->insert(ReadNumber<std::uint16_t>(neType, SUB_SLOT_NE_TYPES));
         }
     }
 }
@@ -77,7 +82,10 @@ unsigned short Facts::NEType(int neId) const {
 }
 
 bool Facts::SpellsOutSubSlot(int neId) const {
-    return m_subSlotNETypes.contains(NEType(neId));
+    if (!m_subSlotNETypes) {
+        Miss(SUB_SLOT_NE_TYPES, neId);
+    }
+    return m_subSlotNETypes->contains(NEType(neId));
 }
 
 bool Facts::AreOamNumbersOmitted(int neId) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <unordered_set>
 
 #include <pybind11/pybind11.h>
@@ -28,7 +29,7 @@ private:
     [[nodiscard]] bool AreOamNumbersOmitted(int neId) const;
 
     int m_carrierProfile = 0;
-    std::unordered_set<unsigned short> m_subSlotNETypes;
+    std::optional<std::unordered_set<unsigned short>> m_subSlotNETypes;
     py::object m_neType;             // none: not known
     py::object m_oamNumbersOmitted;  // none: not known
 };

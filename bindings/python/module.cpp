@@ -35,7 +35,7 @@ Return the identifier of a record, given as decode() returns it; its "fdn" does 
 Some identifiers depend on more than the record. facts is a dict, or an object with attributes, of any of
 
     carrier_profile            a number; 0 if it is missing
-    sub_slot_ne_types          the NE types whose ports spell out an absent sub-slot; none if it is missing
+    sub_slot_ne_types          the NE types whose ports spell out an absent sub-slot; [] for none
     ne_type(ne)                the type of an NE, or None if it is not known
     oam_numbers_omitted(ne)    whether an NE leaves the numbers of maintenance domains and associations out
 

@@ -12,12 +12,12 @@ namespace {
 using NS_UTIL::ResIDUtil;
 
 // Knows one NE of the model that spells out absent sub-slots of cards, and one that leaves out OAM numbers.
-class Inventory : public NS_SERVICE::InventoryBufif {
+class FixedInventory : public NS_SERVICE::InventoryBufif {
 public:
-    Inventory() { NS_BUNDLEMGR1::BundleMgr::Instance()->RegisterService("InventoryBufif", this); }
-    ~Inventory() override { NS_BUNDLEMGR1::BundleMgr::Instance()->UnregisterService("InventoryBufif"); }
-    Inventory(const Inventory&) = delete;
-    Inventory& operator=(const Inventory&) = delete;
+    FixedInventory() { NS_BUNDLEMGR1::BundleMgr::Instance()->RegisterService("InventoryBufif", this); }
+    ~FixedInventory() override { NS_BUNDLEMGR1::BundleMgr::Instance()->UnregisterService("InventoryBufif"); }
+    FixedInventory(const FixedInventory&) = delete;
+    FixedInventory& operator=(const FixedInventory&) = delete;
 
     bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool) override {
         neType = neId == 41 ? 1911 : 0;
@@ -41,7 +41,7 @@ void PrintTo(const Case& item, std::ostream* out) {
 class CanonicalIdentifiers : public testing::TestWithParam<Case> {};
 
 TEST_P(CanonicalIdentifiers, AreOfTheirKindAndComeBack) {
-    const Inventory inventory;
+    const FixedInventory inventory;
     const Kind* const kind = FindKind(GetParam().fdn);
     ASSERT_NE(kind, nullptr);
     EXPECT_EQ(kind->type, GetParam().type);
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
 class OtherIdentifiers : public testing::TestWithParam<std::pair<const char*, const char*>> {};
 
 TEST_P(OtherIdentifiers, AreWrittenAsTheLibraryWould) {
-    const Inventory inventory;
+    const FixedInventory inventory;
     std::string canonical;
     AnyRecord record;
     Rewrite(*FindKind(GetParam().first), GetParam().first, NS_UTIL::Surroundings::OfSystem(), record, canonical);

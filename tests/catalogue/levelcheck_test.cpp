@@ -108,7 +108,6 @@ TEST(FirstProblem, IsWhyATextCannotBeAnIdentifier) {
 TEST(FirstProblem, IsTheFirstOfSeveralInTheLevels) {
     EXPECT_EQ(FirstProblem("NE=x,fr=2"), "4: NE is not a decimal number: \"x\"");
     EXPECT_EQ(FirstProblem("NE=1,CP=-1,AS=3"), "12: unknown tag \"AS\"");
-    EXPECT_EQ(FirstProblem("NE=1,SC=-1"), "6: no kind of identifier ends in the level \"SC\"");
 }
 
 }  // namespace

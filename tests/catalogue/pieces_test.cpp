@@ -93,6 +93,20 @@ TEST(Pieces, AnIdentifierLiesInItsContainersLevelByLevel) {
     EXPECT_FALSE(LiesIn("NE=5,PP=16||2|", "NE=5,PP=16|0|2|")) << "empty is no 0";
 }
 
+TEST(Pieces, ContainersOfVeryManyLevelsCountLikeOthers) {
+    std::string fdn = "NE=5";
+    std::string container;
+    constexpr int COUNT = 200'000;
+    for (int place = 0; place < COUNT; ++place) {
+        fdn.append(",X").append(std::to_string(COUNT - place)).append("=1");
+        container.append("X").append(std::to_string(place + 1)).append("=1,");
+    }
+    container += "NE=05";
+    EXPECT_TRUE(LiesIn(fdn, container));
+    EXPECT_FALSE(LiesIn("X200000=2," + fdn, container)) << "the first of two counts";
+    EXPECT_FALSE(LiesIn(fdn, container + ",Y=1"));
+}
+
 TEST(Pieces, TwoTextsAreTheSameIfTheirRecordsAre) {
     EXPECT_TRUE(Same("NE=5,FR=1,S=3,CP=-1,PP=16||2|", "NE=5,S=3,FR=1,PP=16||2|"));
     EXPECT_TRUE(Same("NE=05", "NE=5"));

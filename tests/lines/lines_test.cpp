@@ -1,5 +1,7 @@
 #include "lines/lines.h"
 
+#include <algorithm>
+
 #include "lines/failure.h"
 #include "support/foldertest.h"
 
@@ -81,6 +83,41 @@ TEST_F(LinesTest, BytesPassWhereTheyMay) {
     work.mustBeUtf8 = false;
     EXPECT_EQ(Run("d\xff\n"), 0U);
     EXPECT_EQ(ReadFile("out"), "d\xff\n");
+}
+
+TEST_F(LinesTest, OutputThatIsNotUtf8IsRejected) {
+    class Cutter : public Echo {
+        void Convert(std::string_view line, LineResult& result) override { Echo::Convert(line.substr(1), result); }
+    };
+    work.makeConverter = [] { return std::make_unique<Cutter>(); };
+    EXPECT_EQ(Run("ab\n\u00e9b\na\u00e9\n"), 1U);
+    EXPECT_EQ(ReadFile("out"), "b\n\u00e9\n");
+    EXPECT_EQ(Rejects(), "2: cannot be written as UTF-8: a field of what is read begins or ends inside a character\n");
+}
+
+TEST_F(LinesTest, ALineThatNeedsMuchRoomIsConvertedInItsTurn) {
+    class Repeater : public LineConverter {
+        void Convert(std::string_view line, LineResult& result) override {
+            const std::size_t size = line.starts_with("long") ? std::size_t{30} << 20U : 1;
+            char* const to = result.Room(size + 1);
+            std::fill_n(to, size, line.front());
+            to[size] = '\n';
+            result.Count(1);
+            if (line.ends_with("bad")) {
+                result.Report("bad");
+            }
+        }
+    };
+    work.makeConverter = [] { return std::make_unique<Repeater>(); };
+    options.jobs = 4;
+    WriteFile("in", "a\nlong\nbad\nlong bad\nc\n");
+    const LineCounts counts = RunLines(options, work);
+    EXPECT_EQ(counts.lines, 5U);
+    EXPECT_EQ(counts.findings, 2U);
+    EXPECT_EQ(counts.tallies[1], 5U);
+    const std::string repeated(std::size_t{30} << 20U, 'l');
+    EXPECT_TRUE(ReadFile("out") == "a\n" + repeated + "\nb\n" + repeated + "\nc\n");
+    EXPECT_EQ(Rejects(), "3: bad\n4: bad\n");
 }
 
 TEST_F(LinesTest, VerbatimLinesAreConvertedAsTheyAre) {

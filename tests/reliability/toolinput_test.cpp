@@ -106,9 +106,9 @@ TEST_F(ToolWithGarbage, AsAnArgumentItHasAnAnswerToo) {
         return Shell("kxdu " + verb + " -- \"$(head -c 20000 garbage | tr -d '\\0')\"").code;
     };
     EXPECT_EQ(run("explain"), 0);
-    EXPECT_EQ(run("path"), 1);
-    EXPECT_EQ(run("ctp"), 1);
-    EXPECT_EQ(run("level"), 1);
+    EXPECT_EQ(run("path"), 2);
+    EXPECT_EQ(run("ctp"), 2);
+    EXPECT_EQ(run("level"), 2);
     EXPECT_EQ(run("fb"), 2);
     EXPECT_EQ(run("ne-type"), 2);
     EXPECT_EQ(run("tables"), 2);
@@ -239,6 +239,55 @@ INSTANTIATE_TEST_SUITE_P(All, ToolWithManyWords,
                                          VerbWithOneWord{"neType", "ne-type - --format csv", "1912", 1}),
                          [](const auto& parameter) { return std::string(parameter.param.name); });
 
+// 2,000 times "./" before a name.
+TEST_F(ToolWithMuch, NamesOfInputsAreNotHeldForEachReport) {
+    const std::size_t count = NS_TEST::Scaled(60'000);
+    const std::string make =
+        "seq " + std::to_string(count) + " | sed 's/^/x/' >in; name=$(yes ./ | head -n 2000 | tr -d '\\n')in; ";
+    for (const char* const verb : {"check --levels-only -j8 $name", "check --levels-only -j256 $name",
+                                   "decode -j256 $name 2>&1", "get NE -i $name -j8 --rejects /dev/fd/1 -o out"}) {
+        const Ended ended = Shell(make + "kxdu " + verb + " | wc -l");
+        if (!std::string(verb).starts_with("get")) {
+            EXPECT_GE(std::stoul(ended.out), count) << verb;
+        }
+    }
+}
+
+TEST_F(ToolWithMuch, ColumnsThatRepeatAreNotHeldTogether) {
+    const std::string get = "kxdu get $(yes A | head -n 1000) -i in ";
+    const auto write = [this](std::size_t lines, std::size_t size) {
+        const std::string line = "A=" + std::string(size, 'y') + "\n";
+        std::string text;
+        for (std::size_t made = 0; made < lines; ++made) {
+            text += line;
+        }
+        WriteFile("in", text);
+    };
+    write(20, 1'000'000);
+    const Ended ended = Shell(get + "2>&1 >out | head -n 1");
+    EXPECT_EQ(ended.out, "in:1: the columns would be longer than 1 MiB\n");
+    write(NS_TEST::Scaled(600), 1000);
+    const std::string one = Shell(get + "-j1 | cksum").out;
+    for (const char* const jobs : {"-j2", "-j8", "-j256"}) {
+        EXPECT_EQ(Shell(get + jobs + " | cksum").out, one) << jobs;
+    }
+}
+
+TEST_F(ToolWithMuch, OfAHugeFieldOfAnImportLittleIsHeld) {
+    ASSERT_EQ(Shell("kxdu inventory init n.db; mkdir csv; echo cache,domain,ne_type >csv/domain_member.csv;"
+                    " echo ne_id,ne_type,multi_sub_shelf,oam_number_omitted >csv/ne.csv")
+                  .code,
+              0);
+    const std::string size = std::to_string(NS_TEST::Scaled(300'000'000));
+    for (const char* const filler : {"tr '\\0' x </dev/zero", "yes abc"}) {
+        const Ended ended =
+            Shell(std::string("{ echo ne_type,name,ip_service,klv; printf '5,\"'; ") + filler + " | head -c " + size +
+                  "; echo '\",0,0'; } >csv/ne_type.csv; kxdu inventory import n.db csv");
+        EXPECT_EQ(ended.code, 2);
+        EXPECT_EQ(ended.err, "kxdu: csv/ne_type.csv:2: the row is longer than 1 MiB\n");
+    }
+}
+
 TEST_F(ToolWithMuch, OfAnEndlessWordLittleIsHeld) {
     for (const char* const verb : {"fb", "level", "ctp", "path", "ne-type"}) {
         const Ended ended = Shell("tr '\\0' x </dev/zero | kxdu " + std::string(verb) + " - --format csv -o out");
@@ -254,8 +303,7 @@ TEST_F(ToolWithMuch, OfATableAsWideAsItMayBe) {
     const Ended ended = Shell(words + "1001 | kxdu ne-type -");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err,
-              "kxdu: a table shows at most 1000 NE types; --format csv and jsonl take any number\n");
+    EXPECT_EQ(ended.err, "kxdu: a table shows at most 1000 NE types; --format csv and jsonl take any number\n");
 }
 
 TEST_F(ToolWithMuch, OfAnInventoryTheRowsAreNotHeldAsText) {
@@ -327,8 +375,7 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
              {encode, NeRecord(R"("reserved":0,"neId":99999999999999999999)"), 1, "",
               "<stdin>:1: field \"neId\" is not a whole number of 32 bits\n"},
 
-             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" occurs before; the first one counts\n",
-              "1 found"},
+             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" occurs before; the first one counts\n", "1 found"},
              {check, "NE=2147483648\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"2147483648\"\n",
               "1 found"},
              {check, "NE=-2147483649\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"-2147483649\"\n",
@@ -362,11 +409,11 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
              {importTypes, "", 2, "", "kxdu: csv/ne_type.csv:1: the first line must be \"ne_type,"},
              {importMembers, "\n", 2, "", "kxdu: csv/domain_member.csv:1: the first line must be \"cache,"},
              {"rm csv/ne.csv; kxdu inventory import n.db csv", "", 2, "",
-              "kxdu: csv/ne.csv: cannot be read: No such file or directory\n"},
+              "kxdu: csv/ne.csv: No such file or directory\n"},
              {"rm csv/ne_type.csv; kxdu inventory import n.db csv", "", 2, "",
-              "kxdu: csv/ne_type.csv: cannot be read: No such file or directory\n"},
+              "kxdu: csv/ne_type.csv: No such file or directory\n"},
              {"rm csv/domain_member.csv; kxdu inventory import n.db csv", "", 2, "",
-              "kxdu: csv/domain_member.csv: cannot be read: No such file or directory\n"}}) {
+              "kxdu: csv/domain_member.csv: No such file or directory\n"}}) {
         WriteFile("csv/ne.csv", nes + "5,7,0,0\n");
         WriteFile("csv/ne_type.csv", types + "7,seven,0,0\n");
         WriteFile("csv/domain_member.csv", members);
@@ -376,6 +423,49 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
         ExpectPart(ended.err, odd.err, odd);
     }
     EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, "1\n") << "none was imported";
+}
+
+// A reader that cuts a field inside a character gives a record that is no UTF-8.
+TEST_F(ToolWithOddInput, NoOutputIsOtherThanUtf8) {
+    for (const char* const format : {"jsonl", "csv", "tsv"}) {
+        const Ended ended = Shell(std::string("kxdu decode --format ") + format,
+                                  "NE=4\nNE=5,MD=\xC3\xA9"
+                                  "1,MA=2|x,MEP=7\nNE=6\n");
+        EXPECT_EQ(ended.code, 1) << format;
+        EXPECT_EQ(ended.out.find('\xA9'), std::string::npos) << format;
+        EXPECT_EQ(Lines(ended.out), format == std::string("jsonl") ? 2 : 3) << format;
+        EXPECT_TRUE(ended.err.starts_with("<stdin>:2: cannot be written as UTF-8: ")) << ended.err;
+    }
+    for (const char* const command : {"ctp", "level", "path"}) {
+        const Ended ended = Shell(std::string("kxdu ") + command + " --format csv \"$(printf '\\303')\"");
+        EXPECT_EQ(ended.code, 2) << command;
+        EXPECT_EQ(ended.err, "kxdu: \"\\xc3\" is not UTF-8\n") << command;
+    }
+}
+
+// ---- Arguments that look like something else ------------------------------------------------------------------------
+
+class ToolArguments : public ProgramTest {};
+
+TEST_F(ToolArguments, AreTheOnesThatWereGiven) {
+    for (const char* const name : {"[a,b]", "[]", "++", "{}", "%%", "[a", "{a}", "+", "%"}) {
+        const std::string quoted = std::string("'") + name + "'";
+        EXPECT_EQ(Shell("kxdu decode " + quoted + " </dev/null").err,
+                  "kxdu: " + std::string(name) + ": No such file or directory\n");
+        WriteFile(name, "NE=5\n");
+        EXPECT_EQ(Shell("kxdu get NE -i " + quoted).out, "5\n") << name;
+        EXPECT_EQ(Shell("kxdu get NE --input=" + quoted).out, "5\n") << name;
+        EXPECT_EQ(Shell("kxdu decode " + quoted + " -o " + quoted).code, 0) << name;
+        EXPECT_TRUE(ReadFile(name).starts_with("{\"fdn\":\"NE=5\"")) << name;
+        const Ended explained = Shell("kxdu explain " + quoted);
+        EXPECT_NE(explained.out.find(name), std::string::npos) << explained.out;
+        EXPECT_NE(Shell("kxdu ctp --format csv " + quoted).out.find(name), std::string::npos) << name;
+        EXPECT_EQ(Shell("kxdu " + quoted).err.rfind("kxdu: no verb \"" + std::string(name) + "\"", 0), 0U);
+    }
+    const Ended both = Shell("kxdu explain '[NE=1,FR=2]'");
+    EXPECT_NE(both.out.find("[NE=1,FR=2]"), std::string::npos) << both.out;
+    EXPECT_EQ(
+        Shell("kxdu sample --ne 1 '[a,b]'").err.rfind("kxdu: The following argument was not expected: [a,b]\n", 0), 0U);
 }
 
 // ---- What is there, but cannot be read ------------------------------------------------------------------------------
@@ -421,20 +511,28 @@ TEST_F(ToolWithoutRights, NamesWhatItCannotRead) {
     ExpectDenied(2, "inventory list secret", "kxdu: secret: ");
     ExpectDenied(2, "filter --config config", "config/kx_corbaagent_bundle/bundle.cfg");
     ASSERT_EQ(Shell("chmod 0 csv/ne.csv").code, 0);
-    ExpectDenied(2, "inventory import n.db csv", "csv/ne.csv: cannot be read: Permission denied");
+    ExpectDenied(2, "inventory import n.db csv", "csv/ne.csv: Permission denied");
 }
 
 TEST_F(ToolWithoutRights, NamesWhatItCannotWrite) {
     ExpectDenied(2, "inventory import n.db csv", "kxdu: n.db: ");
     EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, "2\n");
     ASSERT_EQ(Shell("mkdir closed && chmod 0555 closed").code, 0);
-    ExpectDenied(3, "decode -o closed/out", "kxdu: closed/out: Permission denied\n");
-    ExpectDenied(3, "decode --rejects closed/out", "kxdu: closed/out: Permission denied\n");
-    ExpectDenied(3, "tables client-rates -o closed/out", "kxdu: closed/out: Permission denied\n");
-    ExpectDenied(3, "sample --ne 1 -o one --inventory-csv closed", "kxdu: closed/ne.csv: Permission denied\n");
-    ExpectDenied(3, "inventory export n.db closed", "kxdu: closed/ne.csv: Permission denied\n");
-    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: Permission denied\n");
+    ExpectDenied(3, "decode -o closed/out",
+                 "kxdu: closed/out: no file can be made in the folder closed: Permission denied\n");
+    ExpectDenied(3, "decode --rejects closed/out",
+                 "kxdu: closed/out: no file can be made in the folder closed: Permission denied\n");
+    ExpectDenied(3, "tables client-rates -o closed/out",
+                 "kxdu: closed/out: no file can be made in the folder closed: Permission denied\n");
+    ExpectDenied(3, "sample --ne 1 -o one --inventory-csv closed",
+                 "kxdu: closed/ne.csv: no file can be made in the folder closed: Permission denied\n");
+    ExpectDenied(3, "inventory export n.db closed",
+                 "kxdu: closed/ne.csv: no file can be made in the folder closed: Permission denied\n");
+    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: cannot be written in its folder: Permission denied
+");
     EXPECT_FALSE(Exists("one"));
+    ASSERT_EQ(Shell("mkdir hidden && echo NE=5 >hidden/in && chmod 0 hidden").code, 0);
+    ExpectDenied(2, "decode hidden/in", "kxdu: hidden/in: the folder hidden cannot be entered: Permission denied\n");
 }
 
 class ToolWithWrongFiles : public ProgramTest {};

@@ -1,9 +1,10 @@
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -12,7 +13,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "cli/arguments.h"
 #include "cli/verbs.h"
+#include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/output.h"
 #include "text/text.h"
@@ -49,10 +52,17 @@ int Run(const Action& action) {
     } catch (const ClosedPipe&) {
         return AsInt(ExitCode::OK);
     } catch (const Failure& failure) {
-        std::fprintf(stderr, "kxdu: %s\n", failure.what());
+        WriteMessage(std::string("kxdu: ") + failure.what() + "\n");
         return AsInt(failure.GetCause() == Cause::OUTPUT ? ExitCode::OUTPUT : ExitCode::USAGE);
+    } catch (const std::bad_alloc&) {
+        WriteMessage("kxdu: the memory is exhausted\n");
+        return AsInt(ExitCode::EXHAUSTED);
+    } catch (const std::filesystem::filesystem_error& error) {
+        const std::string file = error.path1().empty() ? "the current folder" : error.path1().string();
+        WriteMessage("kxdu: " + file + ": " + error.code().message() + "\n");
+        return AsInt(ExitCode::USAGE);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "kxdu: %s\n", error.what());
+        WriteMessage(std::string("kxdu: ") + error.what() + "\n");
         return AsInt(ExitCode::USAGE);
     }
 }
@@ -72,7 +82,13 @@ std::string UsageText(const CLI::App* app, const CLI::Error& error) {
         text = *option + " stands before the verb; options go after it";
     } else if (app->get_require_subcommand_min() != 0) {
         const auto unknown = app->remaining();
-        text = unknown.empty() ? "a verb is missing" : UnknownVerb(*app, unknown.front());
+        text = unknown.empty() ? "a verb is missing" : UnknownVerb(*app, AsGiven(unknown.front()));
+    } else if (const auto unexpected = app->remaining(); dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+        text = unexpected.size() == 1 ? "The following argument was not expected:"
+                                      : "The following arguments were not expected:";
+        for (const std::string& argument : unexpected) {
+            text += " " + AsGiven(argument);
+        }
     }
     return "kxdu: " + text + HELP_HINT + "\n";
 }
@@ -115,7 +131,7 @@ int Main(int argc, char** argv) {
     AddSample(app, action);
     AddHelp(app, action);
     try {
-        app.parse(argc, argv);
+        app.parse(HiddenArguments(argc, argv));
     } catch (const CLI::ParseError& error) {
         std::ostringstream answer;
         if (app.exit(error, answer) != 0) {

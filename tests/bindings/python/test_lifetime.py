@@ -42,7 +42,7 @@ def use_everything():
     ignoring(kx.NoFacts, kx.encode, kx.decode(PORT))
     ignoring(kx.NotThere, kx.encode, {"type": "NEIndex", "record": {"neId": 1}})
     ignoring(kx.WrongType, kx.encode, {"type": "NEIndex", "record": {"neId": 1, "reserved": "0"}})
-    ignoring(ZeroDivisionError, kx.encode, kx.decode(PORT), {"ne_type": lambda ne: ne // 0})
+    ignoring(ZeroDivisionError, kx.encode, kx.decode(PORT), {**FACTS, "ne_type": lambda ne: ne // 0})
     ignoring(kx.BadArgument, kx.columns, bytearray(b"NE=1"), ["NE", "PP:3"], np.array([0, 9]))
     ignoring(kx.BadArgument, kx.columns, FDNS, ["NE", "ne"])
     ignoring(kx.WrongType, kx.columns, FDNS + [7], ["NE"])

@@ -125,7 +125,7 @@ def test_encode_gives_back_what_was_decoded_with_an_inventory(kxdu, network, tmp
     header = rows[0]
     types = {int(row[0]): int(row[header.index("ne_type")]) for row in rows[1:]}
     omitted = {int(row[0]) for row in rows[1:] if row[header.index("oam_number_omitted")] == "1"}
-    facts = {"ne_type": types.get, "oam_numbers_omitted": omitted.__contains__}
+    facts = {"ne_type": types.get, "oam_numbers_omitted": omitted.__contains__, "sub_slot_ne_types": []}
     for fdn in identifiers:
         assert kx.encode(kx.decode(fdn), facts) == fdn.decode()
     some = [fdn for fdn in network if kx.type(fdn) and not kx.check(fdn)][::20]

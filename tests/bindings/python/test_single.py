@@ -6,6 +6,7 @@ import pytest
 
 import kx_domain_util as kx
 
+NONE_SPELLED_OUT = {"sub_slot_ne_types": []}
 PORT = "NE=12,FR=1,S=3,CP=-1,PP=16||7|"
 NE = {"type": "NEIndex", "record": {"reserved": 0, "neId": 7}}
 
@@ -86,7 +87,7 @@ def test_facts_are_a_dict_or_an_object():
 
 def test_the_carrier_profile_is_a_fact():
     port = changed("NE=12,FR=1,PP=16||7|")
-    facts = {"ne_type": lambda ne: 0}
+    facts = {"ne_type": lambda ne: 0, "sub_slot_ne_types": [0]}
     assert kx.encode(port, {**facts, "carrier_profile": 1}) != kx.encode(port, facts)
 
 
@@ -98,20 +99,20 @@ def test_numbers_of_maintenance_levels_are_left_out_if_the_facts_say_so():
 
 def test_a_function_among_the_facts_is_asked_about_the_ne():
     asked = []
-    kx.encode(kx.decode(PORT), {"ne_type": asked.append})
+    kx.encode(kx.decode(PORT), {**NONE_SPELLED_OUT, "ne_type": asked.append})
     assert asked == [12]
 
 
 def test_what_a_function_among_the_facts_raises_passes_through():
     with pytest.raises(ZeroDivisionError):
-        kx.encode(kx.decode(PORT), {"ne_type": lambda ne: ne // 0})
+        kx.encode(kx.decode(PORT), {**NONE_SPELLED_OUT, "ne_type": lambda ne: ne // 0})
 
 
 def test_a_function_among_the_facts_may_decode_and_encode():
     def ne_type(ne):
         assert kx.encode(kx.decode(f"NE={ne + 1}")) == "NE=13"
         return 0
-    assert kx.encode(kx.decode(PORT), {"ne_type": ne_type}) == PORT
+    assert kx.encode(kx.decode(PORT), {**NONE_SPELLED_OUT, "ne_type": ne_type}) == PORT
 
 
 def test_whole_numbers_of_other_libraries_are_numbers():
@@ -146,15 +147,17 @@ def test_whole_numbers_of_other_libraries_are_numbers():
     (kx.WrongType, TypeError, lambda: kx.encode(changed(PORT, portLabel=7))),
     (kx.WrongType, TypeError, lambda: kx.encode(changed("NE=5,PP=||1|,AP=1|2|3", port=7))),
     (kx.WrongType, TypeError, lambda: kx.encode(NE, {"ne_type": 1887})),
-    (kx.WrongType, TypeError, lambda: kx.encode(kx.decode(PORT), {"ne_type": lambda ne: "1887"})),
+    (kx.WrongType, TypeError, lambda: kx.encode(kx.decode(PORT), {"ne_type": lambda ne: "1887", **NONE_SPELLED_OUT})),
     (kx.OutOfRange, ValueError, lambda: kx.encode(changed("NE=7", neId=2**31))),
     (kx.OutOfRange, ValueError, lambda: kx.encode(changed("NE=7", neId=-2**99))),
-    (kx.OutOfRange, ValueError, lambda: kx.encode(kx.decode(PORT), {"ne_type": lambda ne: 65536})),
+    (kx.OutOfRange, ValueError, lambda: kx.encode(kx.decode(PORT), {"ne_type": lambda ne: 65536, **NONE_SPELLED_OUT})),
     (kx.OutOfRange, ValueError, lambda: kx.encode(NE, {"carrier_profile": 2**31})),
     (kx.BadRecord, ValueError, lambda: kx.encode(changed(PORT, portLabel="a|b"))),
     (kx.BadRecord, ValueError, lambda: kx.encode(changed(PORT, portLabel="a\n"))),
     (kx.BadRecord, ValueError, lambda: kx.encode(changed("NE=5,PWE3=3|17", svcId=18))),
     (kx.NoFacts, LookupError, lambda: kx.encode(kx.decode(PORT))),
+    (kx.NoFacts, LookupError, lambda: kx.encode(kx.decode(PORT), {"ne_type": lambda ne: 0})),
+    (kx.NoFacts, LookupError, lambda: kx.encode(kx.decode(PORT), {"sub_slot_ne_types": [], "ne_type": None})),
     (kx.NoFacts, LookupError, lambda: kx.encode(kx.decode("NE=5,MD=3|md1"), {"ne_type": lambda ne: 0})),
     (kx.BadArgument, ValueError, lambda: kx.get(PORT, "pp")),
     (kx.BadArgument, ValueError, lambda: kx.get(PORT, "XY")),

@@ -71,8 +71,7 @@ TEST_F(DecodeTest, LoopBackPortsNeedAConfiguration) {
     const Ended without = Shell("kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
     EXPECT_EQ(without.code, 2);
     EXPECT_EQ(without.out, "") << "not even half a line";
-    EXPECT_TRUE(
-        without.err.starts_with("kxdu: identifiers of this type cannot be read without a configuration"))
+    EXPECT_TRUE(without.err.starts_with("kxdu: identifiers of this type cannot be read without a configuration"))
         << without.err;
     EXPECT_NE(without.err.find("--config DIR"), std::string::npos) << without.err;
     Configure("Telvandaire = 1\n");

@@ -37,6 +37,20 @@ TEST_F(FilterVerb, PassesAllWithoutASwitch) {
         << "the configuration says that all pass";
 }
 
+TEST_F(FilterVerb, SaysWhatASwitchThatIsNoNumberCountsAs) {
+    for (const char* const item : {"\"2abc\"", "4294967298", "\" 2\""}) {
+        Configure(std::string("EventSwitch = ") + item + "\nBlacklist = \"7\"\n");
+        const Ended ended = Shell("kxdu filter --config config", "7 a\n8 b\n");
+        EXPECT_EQ(ended.out, "8 b\n") << item;
+        EXPECT_TRUE(ended.err.starts_with("kxdu: EventSwitch is \"")) << ended.err;
+        EXPECT_NE(ended.err.find(", which counts as 2\n"), std::string::npos) << ended.err;
+    }
+    Configure("EventSwitch = -4294967295\n");
+    EXPECT_TRUE(Shell("kxdu filter --config config", "7 a\n")
+                    .err.starts_with("kxdu: EventSwitch is \"-4294967295\", which counts as 1\n"
+                                     "kxdu: EventSwitch is 1, but the configuration has no Whitelist"));
+}
+
 TEST_F(FilterVerb, WarnsOfASelectedListThatIsMissing) {
     Configure("EventSwitch = 1\nWhiteList = \"7\"\n");
     EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,

@@ -1,27 +1,73 @@
 #include "cli/asked.h"
 
-#include <cstdio>
-#include <iomanip>
-#include <iostream>
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include <unistd.h>
 
 #include "cli/verb.h"
+#include "lines/descriptor.h"
 #include "lines/failure.h"
+#include "lines/fileinuse.h"
 #include "text/text.h"
 
 namespace NS_KX::NS_KXDU {
 
 namespace {
 
-void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
-    for (std::string word; std::cin >> std::setw(LONGEST_WORD + 1) >> word;) {
-        if (word.size() > LONGEST_WORD) {
-            throw Failure(Cause::USAGE, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
-                                            " bytes: " + Quoted(word));
-        }
-        take(word);
+constexpr std::string_view BLANKS = " \t\n\v\f\r";
+
+// Answers are rows of CSV and JSON, which hold UTF-8 only.
+void RefuseWord(const std::string& word) {
+    if (FindInvalidUtf8(word) != word.size()) {
+        throw Failure(Cause::USAGE, Quoted(word) + " is not UTF-8");
     }
-    if (std::ferror(stdin) != 0) {
-        throw Failure(Cause::USAGE, "standard input cannot be read");
+}
+
+// An answer in the file that the words come from would be a word too.
+void RefuseEndlessInput() {
+    for (const char* const stream : {"/dev/stdout", "/dev/stderr"}) {
+        if (IsSameFile(stream, "/dev/stdin")) {
+            throw Failure(Cause::USAGE, "standard input is the file that the answers are written to");
+        }
+    }
+}
+
+void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
+    RefuseEndlessInput();
+    std::array<char, 4096> block{};
+    std::string word;
+    const auto takeWord = [&] {
+        if (!word.empty()) {
+            RefuseWord(word);
+            take(word);
+            word.clear();
+        }
+    };
+    for (;;) {
+        const ssize_t size = ReadSome(STDIN_FILENO, block.data(), block.size());
+        if (size == -1) {
+            FailByErrno(Cause::USAGE, "standard input");
+        }
+        if (size == 0) {
+            takeWord();
+            return;
+        }
+        std::string_view text(block.data(), static_cast<std::size_t>(size));
+        while (!text.empty()) {
+            const std::size_t end = std::min(text.find_first_of(BLANKS), text.size());
+            word.append(text.substr(0, end));
+            if (word.size() > LONGEST_WORD) {
+                throw Failure(Cause::USAGE, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
+                                                " bytes: " + Quoted(word));
+            }
+            text.remove_prefix(end);
+            if (!text.empty()) {
+                takeWord();
+                text.remove_prefix(1);
+            }
+        }
     }
 }
 
@@ -37,6 +83,7 @@ void ForEachAsked(const std::vector<std::string>& asked, const std::function<voi
         if (argument == "-") {
             ForEachWordOfInput(take);
         } else {
+            RefuseWord(argument);
             take(argument);
         }
     }

@@ -7,9 +7,9 @@ namespace NS_KX::NS_KXDU {
 
 class Verb;
 
-/// How a verb ends that made its lines into these.
+/// The exit code of a verb that works on lines.
 inline ExitCode ExitCodeOf(const LineCounts& counts) {
-    return counts.findings == 0 ? ExitCode::OK : ExitCode::FOUND;
+    return counts.isFound ? ExitCode::FOUND : ExitCode::OK;
 }
 
 /// Adds input files to `verb`, as its positional arguments.

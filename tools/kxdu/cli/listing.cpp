@@ -96,7 +96,7 @@ public:
     ListingStyle(const ListingStyle&) = delete;
     ListingStyle& operator=(const ListingStyle&) = delete;
 
-    // Whether the head wants to know rows behind it.
+    // Whether the head depends on the rows that follow it.
     [[nodiscard]] virtual bool IsMeasuring() const { return false; }
     // Called once, before any line is.
     virtual std::string Head(const std::vector<Listing::Row>& measured) = 0;

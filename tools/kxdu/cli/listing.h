@@ -45,13 +45,13 @@ public:
     /// `row`: one cell for each column.
     void AddRow(Row row);
 
-    /// Ends the listing, with `footer` behind it. Without this call it is not complete.
+    /// Ends the listing, with `footer` after it. Without this call it is not complete.
     void Complete(std::string_view footer = {});
     /// Ends a listing of answers to what was asked, a row or more for each: `ExitCode::FOUND` when there is a silent
     /// one.
     ExitCode CompleteAnswers();
 
-    /// Whether a row says nothing: behind its first cell, which tells what was asked, there is only no and none.
+    /// Whether a row says nothing: after its first cell, which repeats the question, there is only no and none.
     static bool IsSilent(const Row& row);
 
 private:

@@ -1,6 +1,6 @@
 #include "cli/missingnes.h"
 
-#include <cstdio>
+#include "lines/descriptor.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -29,7 +29,7 @@ std::string MissingNes::Text() const {
 }
 
 void MissingNes::Tell() const {
-    static_cast<void>(std::fputs(Text().c_str(), stderr));
+    WriteMessage(Text());
 }
 
 }  // namespace NS_KX::NS_KXDU

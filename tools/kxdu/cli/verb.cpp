@@ -2,7 +2,25 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/arguments.h"
+
 namespace NS_KX::NS_KXDU {
+
+namespace {
+
+// Values pass as they are: CLI11's own conversions would read more out of them.
+CLI::Option& AddValues(CLI::App& verb, const std::string& names, const std::string& valueName,
+                       std::function<void(const std::string&)> take, const std::string& help) {
+    const CLI::callback_t takeAll = [take = std::move(take)](const CLI::results_t& given) {
+        for (const std::string& value : given) {
+            take(AsGiven(value));
+        }
+        return true;
+    };
+    return *verb.add_option(names, takeAll, help)->type_name(valueName)->type_size(1);
+}
+
+}  // namespace
 
 VerbOption& VerbOption::Required() {
     m_option->required();
@@ -39,12 +57,14 @@ void Verb::AddFlag(const std::string& name, bool& isGiven, const std::string& he
 VerbOption Verb::AddText(const std::string& names, const std::string& valueName, std::string& text,
                          const std::string& help) {
     const auto complaint = [](const std::string& given) { return std::string(given.empty() ? "is empty" : ""); };
-    return VerbOption(*m_verb.add_option(names, text, help)->check(complaint)->type_name(valueName));
+    const auto take = [&text](const std::string& given) { text = given; };
+    return VerbOption(*AddValues(m_verb, names, valueName, take, help).expected(1)->check(complaint));
 }
 
 VerbOption Verb::AddTexts(const std::string& names, const std::string& valueName, std::vector<std::string>& texts,
                           const std::string& help) {
-    return VerbOption(*m_verb.add_option(names, texts, help)->type_name(valueName));
+    const auto take = [&texts](const std::string& given) { texts.push_back(given); };
+    return VerbOption(*AddValues(m_verb, names, valueName, take, help).expected(CLI::detail::expected_max_vector_size));
 }
 
 VerbOption Verb::AddChecked(const std::string& names, const std::string& valueName,
@@ -54,7 +74,7 @@ VerbOption Verb::AddChecked(const std::string& names, const std::string& valueNa
             throw CLI::ValidationError(names, complaint);
         }
     };
-    return VerbOption(*m_verb.add_option_function<std::string>(names, check, help)->type_name(valueName));
+    return VerbOption(*AddValues(m_verb, names, valueName, check, help).expected(1));
 }
 
 void Verb::AddOutput(std::string& output) {

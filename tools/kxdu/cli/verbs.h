@@ -12,9 +12,10 @@ namespace NS_KX::NS_KXDU {
 /// How a run ends, as the shell sees it.
 enum class ExitCode : int {
     OK = 0,
-    FOUND = 1,   ///< the run went through, but a line could not be converted or a finding was reported
-    USAGE = 2,   ///< wrong arguments, or an input, inventory or configuration that cannot be read
-    OUTPUT = 3,  ///< output could not be written: disk full, no such folder
+    FOUND = 1,      ///< the run went through, but a line could not be converted or a finding was reported
+    USAGE = 2,      ///< wrong arguments, or an input, inventory or configuration that cannot be read
+    OUTPUT = 3,     ///< output could not be written: disk full, no such folder
+    EXHAUSTED = 4,  ///< there was not enough memory
 };
 
 /// What a verb does once its arguments are parsed.

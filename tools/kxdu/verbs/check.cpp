@@ -55,13 +55,10 @@ public:
     explicit Checker(bool isLevelsOnly) : m_isLevelsOnly(isLevelsOnly) {}
 
     void Convert(std::string_view line, LineResult& result) override {
-        bool isGood = true;
-        CheckIdentifier(line, [&](const Problem& problem) {
-            isGood = false;
-            result.Report(problem.text, problem.column);
-        });
-        if (isGood && !m_isLevelsOnly) {
-            CheckWriting(*FindKind(line), line, result);
+        const Kind* const kind =
+            CheckIdentifier(line, [&](const Problem& problem) { result.Report(problem.text, problem.column); });
+        if (kind != nullptr && !m_isLevelsOnly) {
+            CheckWriting(*kind, line, result);
         }
     }
 

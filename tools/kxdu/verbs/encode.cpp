@@ -65,14 +65,8 @@ public:
             RefuseOtherThanJson(line);
         }
         try {
-            m_line.Parse(line);
-            const Kind* const kind = FindKindByType(m_line.Type());
-            if (kind == nullptr) {
-                throw BadRecord("unknown type " + Quoted(m_line.Type()));
-            }
-            void* const record = m_records.Fresh(kind->layout);
-            m_line.Fill(*kind, record);
-            Writing([&] { kind->write(record, m_fdn, NS_UTIL::Surroundings::OfSystem()); });
+            m_line.Read(line);
+            Writing([&] { m_line.Kind().write(m_line.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
         } catch (const BadRecord& bad) {
             result.Report(bad.what());
             return;
@@ -99,7 +93,6 @@ private:
 
     bool m_isFdnIgnored;
     RecordLine m_line;
-    AnyRecord m_records;
     std::string m_fdn;
 };
 

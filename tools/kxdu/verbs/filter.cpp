@@ -1,6 +1,5 @@
 #include <algorithm>
-#include <atomic>
-#include <cstdio>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +15,7 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "text/number.h"
 #include "text/text.h"
@@ -56,36 +56,25 @@ struct Options {
     std::optional<std::string> jsonKey;
 };
 
-struct Counts {
-    std::atomic<std::uint64_t> heldBack = 0;
-    std::atomic<std::uint64_t> passed = 0;
-    std::atomic<std::uint64_t> withoutId = 0;
-};
+// Places among the tallies of a run.
+constexpr std::size_t HELD_BACK = 0;
+constexpr std::size_t PASSED = 1;
+constexpr std::size_t WITHOUT_ID = 2;
 
 class Filter : public LineConverter {
 public:
-    Filter(std::unique_ptr<NotificationIdReader> reader, Counts& total) : m_reader(std::move(reader)), m_total(total) {}
-
-    // Each thread counts for itself: shared counters would bounce between the processors' caches.
-    ~Filter() override {
-        m_total.heldBack += m_heldBack;
-        m_total.passed += m_passed;
-        m_total.withoutId += m_withoutId;
-    }
-
-    Filter(const Filter&) = delete;
-    Filter& operator=(const Filter&) = delete;
+    explicit Filter(std::unique_ptr<NotificationIdReader> reader) : m_reader(std::move(reader)) {}
 
     void Convert(std::string_view line, LineResult& result) override {
         const auto id = m_reader->Read(line);
         if (!id) {
-            ++m_withoutId;
+            result.Count(WITHOUT_ID);
             result.Report("no notification identifier; the line is passed on");
         } else if (m_filter.IsFilteNtf(*id)) {
-            ++m_heldBack;
+            result.Count(HELD_BACK);
             return;
         }
-        ++m_passed;
+        result.Count(PASSED);
         Append(result.output, line);
         result.output.Put('\n');
     }
@@ -93,10 +82,6 @@ public:
 private:
     std::unique_ptr<NotificationIdReader> m_reader;
     NS_UTIL::NtfFilter& m_filter = *NS_UTIL::NtfFilter::Instance();
-    Counts& m_total;
-    std::uint64_t m_heldBack = 0;
-    std::uint64_t m_passed = 0;
-    std::uint64_t m_withoutId = 0;
 };
 
 std::unique_ptr<NotificationIdReader> MakeReader(const Options& options) {
@@ -106,14 +91,15 @@ std::unique_ptr<NotificationIdReader> MakeReader(const Options& options) {
     return options.field != 0 ? MakeFieldReader(options.field) : MakeFirstNumberReader();
 }
 
-std::string Summary(const Counts& counts, const LineCounts& run) {
-    std::string text =
-        "kxdu: " + std::to_string(counts.heldBack) + " held back, " + std::to_string(counts.passed) + " passed on";
-    if (counts.withoutId != 0) {
-        text += ", " + std::to_string(counts.withoutId) + " of these without an identifier";
+std::string Summary(const LineCounts& run) {
+    const std::uint64_t withoutId = run.tallies[WITHOUT_ID];
+    std::string text = "kxdu: " + std::to_string(run.tallies[HELD_BACK]) + " held back, " +
+                       std::to_string(run.tallies[PASSED]) + " passed on";
+    if (withoutId != 0) {
+        text += ", " + std::to_string(withoutId) + " of these without an identifier";
     }
-    if (run.findings != counts.withoutId) {
-        text += ", " + std::to_string(run.findings - counts.withoutId) + " too long";
+    if (run.findings != withoutId) {
+        text += ", " + std::to_string(run.findings - withoutId) + " too long";
     }
     return text + "\n";
 }
@@ -142,14 +128,8 @@ std::string CaveatOfList(const std::string& item, int eventSwitch, const std::st
            ", which is not a notification identifier; separate identifiers by commas";
 }
 
-// A misspelt item counts as missing, and a filter that passes all notifications looks like one that works: so this
-// warns of both. Empty when all is well.
-std::string CaveatOfConfiguration() {
-    std::string text;
-    if (!NS_UTIL::UtilCommon::Instance()->GetSupportCfgItem("EventSwitch", text)) {
-        return "the configuration has no EventSwitch: all notifications pass";
-    }
-    const int eventSwitch = NS_UTIL::Str2Int(text);
+// What the list of this EventSwitch lacks; empty when there is nothing to say.
+std::string CaveatOfSwitch(int eventSwitch) {
     if (eventSwitch == NS_UTIL::EVENT_SWITCH_WHITE_LIST) {
         return CaveatOfList("Whitelist", eventSwitch,
                             "only " + std::to_string(NS_UTIL::ALWAYS_PASSING_NOTIFICATION) + " passes");
@@ -157,11 +137,32 @@ std::string CaveatOfConfiguration() {
     if (eventSwitch == NS_UTIL::EVENT_SWITCH_BLACK_LIST) {
         return CaveatOfList("Blacklist", eventSwitch, "all notifications pass");
     }
-    if (ReadNumber(text) == 0) {
-        return {};  // all pass on purpose
+    return {};
+}
+
+// A misspelt item looks like a missing one, and a filter that passes everything like one that works: one line for each
+// doubt, none when there is none.
+std::vector<std::string> CaveatsOfConfiguration() {
+    std::string text;
+    if (!NS_UTIL::UtilCommon::Instance()->GetSupportCfgItem("EventSwitch", text)) {
+        return {"the configuration has no EventSwitch: all notifications pass"};
     }
-    return "EventSwitch is " + Quoted(text) + ", not 0, " + std::to_string(NS_UTIL::EVENT_SWITCH_WHITE_LIST) + " or " +
-           std::to_string(NS_UTIL::EVENT_SWITCH_BLACK_LIST) + ": all notifications pass";
+    const int eventSwitch = NS_UTIL::Str2Int(text);
+    const bool isList =
+        eventSwitch == NS_UTIL::EVENT_SWITCH_WHITE_LIST || eventSwitch == NS_UTIL::EVENT_SWITCH_BLACK_LIST;
+    std::vector<std::string> caveats;
+    if (isList && ReadNumber(text) != eventSwitch) {
+        caveats.push_back("EventSwitch is " + Quoted(text) + ", which counts as " + std::to_string(eventSwitch));
+    }
+    if (!isList && ReadNumber(text) != 0) {
+        caveats.push_back("EventSwitch is " + Quoted(text) + ", not 0, " +
+                          std::to_string(NS_UTIL::EVENT_SWITCH_WHITE_LIST) + " or " +
+                          std::to_string(NS_UTIL::EVENT_SWITCH_BLACK_LIST) + ": all notifications pass");
+    }
+    if (std::string caveat = CaveatOfSwitch(eventSwitch); !caveat.empty()) {
+        caveats.push_back(std::move(caveat));
+    }
+    return caveats;
 }
 
 ExitCode RunFilter(const Options& options) {
@@ -171,16 +172,15 @@ ExitCode RunFilter(const Options& options) {
     }
     const ServiceOptions serviceOptions{{}, options.config};
     const auto services = StartServices(serviceOptions);
-    if (const std::string caveat = CaveatOfConfiguration(); !caveat.empty()) {
-        static_cast<void>(std::fprintf(stderr, "kxdu: %s\n", caveat.c_str()));
+    for (const std::string& caveat : CaveatsOfConfiguration()) {
+        WriteMessage("kxdu: " + caveat + "\n");
     }
-    Counts counts;
     LineWork work;
     work.filesInUse = FilesInUse(serviceOptions);
-    work.makeConverter = [&] { return std::make_unique<Filter>(MakeReader(options), counts); };
+    work.makeConverter = [&] { return std::make_unique<Filter>(MakeReader(options)); };
     work.isVerbatim = true;
     work.finding = "reported";
-    work.summarize = [&](const LineCounts& run) { return Summary(counts, run); };
+    work.summarize = Summary;
     return ExitCodeOf(RunLines(options.bulk, work));
 }
 

@@ -10,6 +10,7 @@
 #include "cli/bulkoptions.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "lines/blockreader.h"
 #include "lines/failure.h"
 #include "text/text.h"
 
@@ -23,8 +24,8 @@ constexpr auto HELP = R"(Examples:
 
 TAG is the tag of a level; INDEX selects one of its sub-values, from 0. Without INDEX the column holds the whole value,
 "|" included. A missing level or sub-value gives an empty column. The first of several levels with the same tag counts.
-Bytes pass unchanged. Rejected are lines that are empty, hold a NUL byte or are longer than 1 MiB, and lines with a tab
-in a column.
+Bytes pass unchanged. Rejected are lines that are empty, hold a NUL byte, or are or would become longer than 1 MiB, and
+lines with a tab in a column.
 
 Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read; 3 the
 output cannot be written.)";
@@ -43,6 +44,10 @@ struct Options {
 }
 
 PieceName ParseColumn(const std::string& text) {
+    constexpr std::size_t LONGEST = 60;
+    if (text.size() > LONGEST) {
+        RefuseColumn(text, "a TAG is short");
+    }
     if (auto name = PieceName::Parse(text)) {
         return *std::move(name);
     }
@@ -73,7 +78,11 @@ public:
             }
             size += m_found[column].size() + 1;
         }
-        char* to = result.output.Push(size);  // one push for the whole line is faster than one for each column
+        if (size > LONGEST_LINE + 1) {
+            result.Report("the columns would be longer than 1 MiB");
+            return;
+        }
+        char* to = result.Room(size);  // for all columns at once
         for (const std::string_view value : m_found) {
             to = std::copy(value.begin(), value.end(), to);
             *to++ = '\t';

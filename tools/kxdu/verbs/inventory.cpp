@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 #include <map>
 #include <memory>
 #include <set>
@@ -16,7 +15,9 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "lines/descriptor.h"
 #include "lines/failure.h"
+#include "lines/fileinuse.h"
 #include "lines/interruptions.h"
 #include "lines/output.h"
 #include "text/text.h"
@@ -134,6 +135,7 @@ std::string AdviceOn(const std::string& file) {
 }
 
 ExitCode Init(const Options& options) {
+    RefuseJournalOfDatabase(options.file);
     try {
         const InterruptionsWait wait;  // a killed run would leave its draft behind
         NS_STANDALONE::CreateInventory(options.file);
@@ -156,7 +158,7 @@ void WarnOfUnusedLists(const Inventory& inventory) {
         if (const std::string_view nearest = NearestWord(list, asked); !nearest.empty()) {
             text.append("; did you mean ").append(Quoted(nearest)).append("?");
         }
-        static_cast<void>(std::fputs(text.append("\n").c_str(), stderr));
+        WriteMessage(text.append("\n"));
     }
 }
 

@@ -1,8 +1,6 @@
 #include "verbs/inventorycsv.h"
 
-#include <cerrno>
-#include <fstream>
-#include <iterator>
+#include <algorithm>
 #include <limits>
 #include <set>
 #include <stdexcept>
@@ -11,6 +9,7 @@
 #include <tuple>
 
 #include "formats/csv.h"
+#include "lines/blockreader.h"
 #include "lines/bufferedoutput.h"
 #include "lines/failure.h"
 #include "text/number.h"
@@ -48,15 +47,6 @@ const Table& DomainMemberTable() {
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-std::string ReadFile(const std::filesystem::path& path) try {
-    std::ifstream file;
-    file.exceptions(std::ios::failbit | std::ios::badbit);
-    file.open(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-} catch (const std::ios_base::failure&) {
-    throw std::runtime_error(path.string() + ": cannot be read: " + std::generic_category().message(errno));
-}
-
 std::string Joined(const CsvRow& row) {
     std::string text;
     for (const std::string& field : row) {
@@ -65,26 +55,22 @@ std::string Joined(const CsvRow& row) {
     return text;
 }
 
-// The rows of one table's file. Columns are asked for by their place.
+// The rows of one table's file, one at a time. Columns are asked for by their place.
 class TableReader {
 public:
     TableReader(const std::filesystem::path& folder, const Table& table)
-        : m_table(table),
-          m_text(ReadFile(folder / table.file)),
-          m_rows((folder / table.file).string(), WithoutByteOrderMark(m_text)) {
-        if (!m_rows.Next(m_row) || m_row != table.columns) {
-            throw std::runtime_error((folder / table.file).string() + ":1: the first line must be \"" +
-                                     Joined(table.columns) + "\"");
+        : m_table(table), m_file((folder / table.file).string()), m_input({m_file}, BLOCK_SIZE) {
+        if (!NextRow() || m_row != table.columns) {
+            throw std::runtime_error(m_file + ":1: the first line must be \"" + Joined(table.columns) + "\"");
         }
     }
 
     bool Next() {
-        if (!m_rows.Next(m_row)) {
+        if (!NextRow()) {
             return false;
         }
         if (m_row.size() != m_table.columns.size()) {
-            m_rows.Complain("has " + std::to_string(m_row.size()) + " columns, not " +
-                            std::to_string(m_table.columns.size()));
+            Complain("has " + std::to_string(m_row.size()) + " columns, not " + std::to_string(m_table.columns.size()));
         }
         return true;
     }
@@ -115,15 +101,58 @@ public:
     }
 
     [[noreturn]] void ComplainAbout(std::size_t column, const std::string& wanted) const {
-        m_rows.Complain(m_table.columns[column] + " is " + Quoted(m_row[column]) + ", not " + wanted);
+        Complain(m_table.columns[column] + " is " + Quoted(m_row[column]) + ", not " + wanted);
     }
 
-    [[noreturn]] void Complain(const std::string& reason) const { m_rows.Complain(reason); }
+    [[noreturn]] void Complain(const std::string& reason) const {
+        throw std::runtime_error(m_file + ":" + std::to_string(m_rowLine) + ": " + reason);
+    }
 
 private:
+    static constexpr std::size_t BLOCK_SIZE = std::size_t{64} << 10U;
+
+    // A row goes on at the next line as long as a quote in it is open.
+    bool NextRow() {
+        m_rowLine = m_line;
+        m_rowText.clear();
+        bool isQuoteOpen = false;
+        std::string_view line;
+        while ((m_rowText.empty() || isQuoteOpen) && NextLine(line)) {
+            if (m_rowText.size() + line.size() > LONGEST_LINE) {
+                Complain("the row is longer than 1 MiB");
+            }
+            m_rowText.append(line);
+            isQuoteOpen ^= std::count(line.begin(), line.end(), '"') % 2 != 0;
+        }
+        CsvReader row(m_file, m_rowText, m_rowLine);
+        return row.Next(m_row);
+    }
+
+    // With its line end.
+    bool NextLine(std::string_view& line) {
+        if (m_rest.empty()) {
+            if (!m_input.Next(m_block)) {
+                return false;
+            }
+            if (m_block.isTooLongLine) {
+                Complain("the row is longer than 1 MiB");
+            }
+            m_rest = m_block.Text();
+        }
+        line = m_rest.substr(0, std::min(m_rest.find('\n'), m_rest.size() - 1) + 1);
+        m_rest.remove_prefix(line.size());
+        ++m_line;
+        return true;
+    }
+
     const Table& m_table;
-    std::string m_text;
-    CsvReader m_rows;
+    std::string m_file;
+    BlockReader m_input;
+    InputBlock m_block;
+    std::string_view m_rest;  // of the block: lines that are not read yet
+    std::size_t m_line = 1;
+    std::size_t m_rowLine = 1;
+    std::string m_rowText;
     CsvRow m_row;
 };
 
@@ -214,6 +243,14 @@ void WriteTable(BufferedOutput& file, const Table& table, const std::vector<Row>
     file.Flush();
 }
 
+void WriteNes(BufferedOutput& file, const std::function<std::optional<NeRow>()>& nextNe) {
+    file.Write(CsvLine(NeTable().columns));
+    while (const auto row = nextNe()) {
+        file.Write(CsvLine(Columns(*row)));
+    }
+    file.Flush();
+}
+
 }  // namespace
 
 std::vector<FileInUse> InventoryCsvFiles(const std::filesystem::path& folder) {
@@ -234,6 +271,13 @@ Inventory ReadInventoryCsv(const std::filesystem::path& folder) {
 }
 
 void WriteInventoryCsv(const std::filesystem::path& folder, const Inventory& inventory) {
+    auto next = inventory.nes.begin();
+    WriteInventoryCsv(folder, inventory,
+                      [&] { return next == inventory.nes.end() ? std::nullopt : std::optional<NeRow>(*next++); });
+}
+
+void WriteInventoryCsv(const std::filesystem::path& folder, const Inventory& inventory,
+                       const std::function<std::optional<NeRow>()>& nextNe) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) {
@@ -242,7 +286,7 @@ void WriteInventoryCsv(const std::filesystem::path& folder, const Inventory& inv
     BufferedOutput nes(folder / NeTable().file);
     BufferedOutput neTypes(folder / NeTypeTable().file);
     BufferedOutput domainMembers(folder / DomainMemberTable().file);
-    WriteTable(nes, NeTable(), inventory.nes);
+    WriteNes(nes, nextNe);
     WriteTable(neTypes, NeTypeTable(), inventory.neTypes);
     WriteTable(domainMembers, DomainMemberTable(), inventory.domainMembers);
     // Files that belong together appear when all of them are written.

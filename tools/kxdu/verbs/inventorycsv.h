@@ -8,6 +8,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include <kx_standalone/inventoryfile.h>
@@ -19,13 +21,16 @@ namespace NS_KX::NS_KXDU {
 /// The three files, as messages call them.
 std::vector<FileInUse> InventoryCsvFiles(const std::filesystem::path& folder);
 
-/// Throws std::runtime_error, its text naming file, line and reason: a file or the header line is missing, a row has
-/// too few or too many columns, a value is not what its column takes, an NE, an NE type or a domain member is repeated,
-/// an NE is of an unknown type.
+/// Throws std::runtime_error, its text naming file, line and reason: the header line is missing, a row has too few or
+/// too many columns or more than 1 MiB, a value is not what its column takes, an NE, an NE type or a domain member is
+/// repeated, an NE is of an unknown type. Throws `Failure` with `Cause::USAGE` for a file that cannot be read.
 NS_STANDALONE::Inventory ReadInventoryCsv(const std::filesystem::path& folder);
 
 /// Makes the folder when there is none, and replaces the three files. Throws `Failure` with `Cause::OUTPUT` and
 /// `ClosedPipe` as `Output` does.
 void WriteInventoryCsv(const std::filesystem::path& folder, const NS_STANDALONE::Inventory& inventory);
+/// The same, with the NEs that `nextNe` gives, until it gives none, in the place of the inventory's.
+void WriteInventoryCsv(const std::filesystem::path& folder, const NS_STANDALONE::Inventory& inventory,
+                       const std::function<std::optional<NS_STANDALONE::NeRow>()>& nextNe);
 
 }  // namespace NS_KX::NS_KXDU

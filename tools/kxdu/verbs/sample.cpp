@@ -1,5 +1,6 @@
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cli/verb.h"
@@ -75,18 +76,23 @@ ExitCode Sample(const Options& options) {
         output.Write("\n");
     };
     const auto writeInventory = [&](std::int32_t neCount) {
-        if (!options.inventoryFolder.empty()) {
-            WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(neCount));
-        }
+        std::int32_t neId = 0;
+        WriteInventoryCsv(options.inventoryFolder, network.MakeInventory(0),
+                          [&] { return neId == neCount ? std::nullopt : std::optional(network.InventoryRow(++neId)); });
     };
+    const bool hasInventory = !options.inventoryFolder.empty();
     std::int32_t neCount = 0;
     try {
         neCount = MakeIdentifiers(network, options, write);
     } catch (const ClosedPipe&) {
-        writeInventory(CountNes(network, options));
+        if (hasInventory) {
+            writeInventory(CountNes(network, options));
+        }
         throw;
     }
-    writeInventory(neCount);
+    if (hasInventory) {
+        writeInventory(neCount);
+    }
     output.Complete();
     return ExitCode::OK;
 }

@@ -1,0 +1,22 @@
+/// Reads and writes that neither a signal nor a non-blocking descriptor ends early.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include <sys/types.h>
+
+namespace NS_KX {
+
+/// Reads at least one byte, and returns how many; 0 at the end. Waits for a non-blocking descriptor. Returns -1 and
+/// sets errno when the system cannot read.
+ssize_t ReadSome(int descriptor, char* memory, std::size_t size) noexcept;
+
+/// Writes all of `text`. Waits for a non-blocking descriptor. Returns false and sets errno when the system cannot
+/// write.
+bool WriteAll(int descriptor, std::string_view text) noexcept;
+
+/// Writes `text` to standard error. A message that cannot be written is lost: there is no other place for it.
+void WriteMessage(std::string_view text) noexcept;
+
+}  // namespace NS_KX

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace NS_KX {
+
+class Decompression;
+
+/// The bytes of one file, or of standard input. A compressed file (gzip, zstd, xz, by its first bytes) is decompressed
+/// on a thread of its own.
+class Input {
+public:
+    /// `name` is for messages. Adds the bytes that are read to `bytesRead`, compressed as they are. Throws `Failure`
+    /// with `Cause::USAGE`.
+    Input(int descriptor, std::string name, std::atomic<std::uint64_t>& bytesRead);
+    ~Input();
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+    /// Reads at least one byte, and returns how many; 0 at the end. What arrives slowly is given as it comes. Throws
+    /// `Failure` with `Cause::USAGE` when the input cannot be read, or is compressed and corrupt or cut off.
+    std::size_t Read(char* memory, std::size_t size);
+
+private:
+    std::size_t ReadRaw(char* memory, std::size_t size);
+
+    int m_descriptor;
+    std::string m_name;
+    std::atomic<std::uint64_t>& m_bytesRead;
+    std::string m_head;  // read to recognize the compression
+    std::size_t m_givenOfHead = 0;
+    std::unique_ptr<Decompression> m_decompression;
+};
+
+}  // namespace NS_KX

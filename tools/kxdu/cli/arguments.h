@@ -1,0 +1,17 @@
+/// CLI11 gives some arguments a meaning of their own: "[a,b]" is two values, "[]" and "{}" are none, "++" ends a verb
+/// and
+/// "%%" a list. These functions hide such arguments from it: each begins with a NUL byte, which no argument holds.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace NS_KX::NS_KXDU {
+
+/// The arguments of the command line as CLI11 gets them: without the program's name, the last one first.
+std::vector<std::string> HiddenArguments(int argc, const char* const* argv);
+
+/// `argument` as it was given.
+std::string AsGiven(const std::string& argument);
+
+}  // namespace NS_KX::NS_KXDU
