@@ -32,18 +32,4 @@ std::optional<Problem> FindNoText(std::string_view text);
 /// first. None if nothing is wrong.
 std::optional<Problem> FindFirstProblem(std::string_view text);
 
-/// Why `text` cannot be an identifier at all: it is empty, holds a NUL byte, or is not UTF-8. None if it can.
-std::optional<Problem> FindNoText(std::string_view text);
-
-/// The first of all that is wrong with `text`: why it cannot be an identifier, or else what `CheckIdentifier` reports
-/// first. None if nothing is wrong.
-std::optional<Problem> FindFirstProblem(std::string_view text);
-
-/// Why `text` cannot be an identifier at all: it is empty, holds a NUL byte, or is not UTF-8. None if it can.
-std::optional<Problem> FindNoText(std::string_view text);
-
-/// The first of all that is wrong with `text`: why it cannot be an identifier, or else what `CheckIdentifier` reports
-/// first. None if nothing is wrong.
-std::optional<Problem> FindFirstProblem(std::string_view text);
-
 }  // namespace NS_KX

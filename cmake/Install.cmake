@@ -12,6 +12,9 @@ list(TRANSFORM KX_COMPONENTS PREPEND kx_ OUTPUT_VARIABLE KX_LIBRARIES)
 install(TARGETS ${KX_LIBRARIES}
     EXPORT kx_domain_util
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(KX_BUILD_C)
+    list(APPEND KX_COMPONENTS c)  # its files are installed by bindings/c
+endif()
 if(KX_BUILD_TOOL)
     install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

@@ -12,6 +12,7 @@
 
 #include "bindings/c/comparison.h"
 #include "bindings/c/identifiers.h"
+#include "bindings/c/owned.h"
 #include "catalogue/vocabulary.h"
 #include "support/allocations.h"
 #include "support/exacttext.h"
@@ -22,16 +23,6 @@ using namespace NS_KX;
 using namespace NS_TEST;
 
 namespace {
-
-struct FreeRecord {
-    void operator()(kx_record* record) const { kx_record_free(record); }
-};
-using Record = std::unique_ptr<kx_record, FreeRecord>;
-
-struct FreePlan {
-    void operator()(kx_plan* plan) const { kx_plan_free(plan); }
-};
-using Plan = std::unique_ptr<kx_plan, FreePlan>;
 
 void ExpectNoDifference(const std::vector<std::string>& identifiers) {
     Comparison comparison;

@@ -3,7 +3,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,16 +14,13 @@
 
 #include <kx_platform/textutil.h>
 
+#include "bindings/c/owned.h"
 #include "text/number.h"
 
 namespace {
 
+using NS_TEST::Record;
 using rapidjson::Value;
-
-struct FreeRecord {
-    void operator()(kx_record* record) const { kx_record_free(record); }
-};
-using Record = std::unique_ptr<kx_record, FreeRecord>;
 
 std::string_view View(const Value& text) {
     return {text.GetString(), text.GetStringLength()};
