@@ -28,6 +28,10 @@ const Tag* FindTag(std::string_view name);
 /// The field of this name in the records of `kind`; null when there is none.
 const Field* FindField(const Kind& kind, std::string_view name);
 
+/// Throws `BadRecord` if an identifier that is written with `value` in `field`, a text, would be cut there or would not
+/// be one line.
+void RequireWritable(const Field& field, std::string_view value);
+
 /// Reads `fdn` as a `kind` and writes what was read into `canonical`, by way of `record`. Throws as `Kind::read` and
 /// `Kind::write` do.
 void Rewrite(const Kind& kind, std::string_view fdn, const NS_UTIL::Surroundings& surroundings, AnyRecord& record,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_platform/textutil.h>
@@ -33,12 +34,17 @@ bool IsTagCharacter(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
 }
 
+// The same as ==, but most tags differ in size or first character, and then nothing is called.
+bool IsTag(std::string_view level, std::string_view tag) {
+    return level.size() == tag.size() && !tag.empty() && level.front() == tag.front() && level == tag;
+}
+
 // The level of `fdn` with this tag; its value has no data if there is none.
 Level LevelOf(std::string_view fdn, std::string_view tag) {
     LevelScanner scanner(fdn);
     Level level;
     while (scanner.Next(level)) {
-        if (level.tag == tag) {
+        if (IsTag(level.tag, tag)) {
             return level;
         }
     }
@@ -111,23 +117,36 @@ bool PieceName::IsNumber() const {
     return IsNumberAt(FindTag(tag), index.value_or(0));
 }
 
+PieceFinder::PieceFinder(std::vector<PieceName> names) : m_names(std::move(names)) {
+    for (std::size_t place = 0; place < m_names.size(); ++place) {
+        const auto first = std::find_if(m_names.begin(), m_names.end(),
+                                        [&](const PieceName& name) { return name.tag == m_names[place].tag; });
+        m_firstOfTag.push_back(static_cast<std::size_t>(first - m_names.begin()));
+        if (m_firstOfTag.back() == place) {
+            m_tags.push_back(place);
+        }
+    }
+}
+
 void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
     std::fill(found.begin(), found.end(), std::string_view());
-    std::size_t missing = m_names.size();
+    std::size_t missing = m_tags.size();
     LevelScanner scanner(fdn);
     Level level;
     while (missing != 0 && scanner.Next(level)) {
-        for (std::size_t place = 0; place < m_names.size(); ++place) {
-            if (found[place].data() == nullptr && level.tag == m_names[place].tag) {
+        for (const std::size_t place : m_tags) {
+            if (IsTag(level.tag, m_names[place].tag) && found[place].data() == nullptr) {
                 found[place] = level.value;
                 --missing;
+                break;
             }
         }
     }
-    for (std::size_t place = 0; place < m_names.size(); ++place) {
-        if (const auto index = m_names[place].index) {
-            found[place] = SubValueAt(found[place], *index);
-        }
+    // Backwards: the level that several names share stands at the first of them.
+    for (std::size_t place = m_names.size(); place-- > 0;) {
+        const std::string_view value = found[m_firstOfTag[place]];
+        const auto index = m_names[place].index;
+        found[place] = index ? SubValueAt(value, *index) : value;
     }
 }
 

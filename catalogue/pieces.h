@@ -32,7 +32,7 @@ struct PieceName {
 /// Finds several pieces in one pass.
 class PieceFinder {
 public:
-    explicit PieceFinder(std::vector<PieceName> names) : m_names(std::move(names)) {}
+    explicit PieceFinder(std::vector<PieceName> names);
 
     [[nodiscard]] const std::vector<PieceName>& Names() const noexcept { return m_names; }
 
@@ -42,6 +42,8 @@ public:
 
 private:
     std::vector<PieceName> m_names;
+    std::vector<std::size_t> m_firstOfTag;  // for each name the place of the first with its tag
+    std::vector<std::size_t> m_tags;        // the places of the names that are the first with their tags
 };
 
 /// The piece of `fdn` that `name` means; a view without data if it is not there.

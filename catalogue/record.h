@@ -35,10 +35,17 @@ struct Field {
         return *reinterpret_cast<const Value*>(static_cast<const std::byte*>(record) + offset);
     }
 
-    /// Whether the field means nothing to conversions.
-    [[nodiscard]] constexpr bool IsReserved() const noexcept {
-        return name.substr(name.rfind('.') + 1).starts_with("reserved");
+    /// The name of the nested record that the field is in: "port" of "port.neId". Empty for most fields.
+    [[nodiscard]] constexpr std::string_view Nest() const noexcept {
+        const auto dot = name.find('.');
+        return name.substr(0, dot == std::string_view::npos ? 0 : dot);
     }
+
+    /// The name without that of the nested record: "neId" of "port.neId".
+    [[nodiscard]] constexpr std::string_view Member() const noexcept { return name.substr(name.find('.') + 1); }
+
+    /// Whether the field means nothing to conversions.
+    [[nodiscard]] constexpr bool IsReserved() const noexcept { return Member().starts_with("reserved"); }
 };
 
 /// Calls `visit(value)` with the value of `field` in `record`, a `void*` or `const void*`, as its own type.

@@ -8,28 +8,21 @@ namespace NS_KX {
 
 namespace {
 
-// The name of the record that a field is nested in; empty for most.
-std::string_view NestOf(const Field& field) {
-    const auto dot = field.name.find('.');
-    return field.name.substr(0, dot == std::string_view::npos ? 0 : dot);
-}
-
 // {"reserved":0,"neId":5}; a nested record is an object of its own.
 RecordShape MakeJsonShape(const Kind& kind) {
     RecordShape shape;
     std::string before = "{";
     std::string_view nest;
     for (const Field& field : kind.layout.fields) {
-        if (NestOf(field) != nest) {
+        if (field.Nest() != nest) {
             before.append(nest.empty() ? "" : "}");
             before.append(shape.parts.empty() ? "" : ",");
-            nest = NestOf(field);
+            nest = field.Nest();
             before.append(nest.empty() ? "" : "\"" + std::string(nest) + "\":{");
         } else if (!shape.parts.empty()) {
             before.append(",");
         }
-        const std::string_view name = field.name.substr(nest.empty() ? 0 : nest.size() + 1);
-        shape.parts.push_back({before.append("\"").append(name).append("\":"), &field});
+        shape.parts.push_back({before.append("\"").append(field.Member()).append("\":"), &field});
         before.clear();
     }
     shape.after = nest.empty() ? "}" : "}}";

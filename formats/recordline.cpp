@@ -51,13 +51,7 @@ void Set(const Field& field, ondemand::value value, std::string& text) {
     if (value.get_string().get(view) != simdjson::SUCCESS) {
         Refuse(field, "is not a text");
     }
-    if (field.isName && view.find_first_of(",|") != std::string_view::npos) {
-        Refuse(field, "holds \",\" or \"|\", where it would end");
-    }
-    // An identifier that held one of these would not be one line any more.
-    if (view.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {
-        Refuse(field, "holds a line end or NUL");
-    }
+    RequireWritable(field, view);
     text = view;
 }
 

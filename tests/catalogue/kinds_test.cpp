@@ -145,5 +145,30 @@ TEST(Kinds, OtherAccessPointsAreReadToo) {
     EXPECT_EQ(FindKind("NE=1,PP=16||2|,VR=5")->type, "CtpKey_T");
 }
 
+// ---- Fields ---------------------------------------------------------------------------------------------------------
+
+TEST(Fields, OfNestedRecordsHaveTwoNames) {
+    const Field* const nested = FindField(*FindKindByType("CtpKey_T"), "port.neId");
+    ASSERT_NE(nested, nullptr);
+    EXPECT_EQ(nested->Nest(), "port");
+    EXPECT_EQ(nested->Member(), "neId");
+    const Field* const own = FindField(*FindKindByType("CtpKey_T"), "neId");
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own->Nest(), "");
+    EXPECT_EQ(own->Member(), "neId");
+}
+
+TEST(Fields, OfTextTakeNothingThatWouldCutTheIdentifier) {
+    const Field& label = *FindField(*FindKindByType("PortIndex"), "portLabel");
+    EXPECT_NO_THROW(RequireWritable(label, "GE0/1=a"));
+    for (const char* const value : {"a,b", "a|b", "a\nb", "a\rb"}) {
+        EXPECT_THROW(RequireWritable(label, value), BadRecord) << value;
+    }
+    EXPECT_THROW(RequireWritable(label, std::string_view("a\0b", 3)), BadRecord);
+    const Field& text = *FindField(*FindKindByType("ServiceIndex"), "resId");
+    EXPECT_NO_THROW(RequireWritable(text, "NE=5,PWE3=3|17"));
+    EXPECT_THROW(RequireWritable(text, "NE=5\n"), BadRecord);
+}
+
 }  // namespace
 }  // namespace NS_KX
