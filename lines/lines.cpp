@@ -119,10 +119,8 @@ void LineResult::TakeBack(const Mark& mark) {
 }
 
 void LineResult::Release() {
-    for (TextBuffer* const buffer : {&output, &m_report}) {
-        buffer->Clear();
-        buffer->ShrinkToFit();
-    }
+    output = TextBuffer();
+    m_report = TextBuffer();
 }
 
 char* LineResult::Room(std::size_t size) {

@@ -11,6 +11,8 @@ declare -A groups=(
     [test]="libgmock-dev libgtest-dev mawk parallel python3 sqlite3 xz-utils zstd"
     # Builds and tests the extension for PostgreSQL.
     [postgresql]="postgresql-15 postgresql-server-dev-15 python3 sqlite3"
+    # Builds and tests the package for Python.
+    [python]="libpython3-dev mypy pybind11-dev python3 python3-numpy python3-pytest"
     # The rest is for those who work on the sources.
     [abi]="abigail-tools"
     [bare]="mmdebstrap"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds each preset and runs its tests.
-#   scripts/test.sh [PRESET...]      default: release; others: debug clang asan tsan
+#   scripts/test.sh [PRESET...]      default: release; others: bindings debug clang asan tsan
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh
@@ -9,6 +9,9 @@ presets=("${@:-release}")
 groups=(tool test)
 if [[ " ${presets[*]} " =~ \ (clang|asan)\  ]]; then
     groups+=(clang)
+fi
+if [[ " ${presets[*]} " =~ \ bindings\  ]]; then
+    groups+=(postgresql python)
 fi
 scripts/install-deps.sh "${groups[@]}"
 export ASAN_OPTIONS=detect_stack_use_after_return=1

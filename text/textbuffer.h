@@ -32,16 +32,10 @@ public:
     }
     void Put(char character) { *Push(1) = character; }
 
-    /// Gives the room back that is not used.
-    void ShrinkToFit() { SetCapacity(m_size); }
-
 private:
     void Grow(std::size_t least) {
         constexpr std::size_t SMALLEST = 256;
-        SetCapacity(std::max({least, m_capacity + m_capacity / 2, SMALLEST}));
-    }
-
-    void SetCapacity(std::size_t capacity) {
+        const std::size_t capacity = std::max({least, m_capacity + m_capacity / 2, SMALLEST});
         auto text = std::make_unique_for_overwrite<char[]>(capacity);
         if (m_size != 0) {
             std::memcpy(text.get(), m_text.get(), m_size);
