@@ -528,8 +528,8 @@ TEST_F(ToolWithoutRights, NamesWhatItCannotWrite) {
                  "kxdu: closed/ne.csv: no file can be made in the folder closed: Permission denied\n");
     ExpectDenied(3, "inventory export n.db closed",
                  "kxdu: closed/ne.csv: no file can be made in the folder closed: Permission denied\n");
-    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: cannot be written in its folder: Permission denied
-");
+    ExpectDenied(2, "inventory init closed/n.db",
+                 "kxdu: closed/n.db: cannot be written in its folder: Permission denied\n");
     EXPECT_FALSE(Exists("one"));
     ASSERT_EQ(Shell("mkdir hidden && echo NE=5 >hidden/in && chmod 0 hidden").code, 0);
     ExpectDenied(2, "decode hidden/in", "kxdu: hidden/in: the folder hidden cannot be entered: Permission denied\n");
