@@ -51,9 +51,9 @@ protected:
                 NS_TEST::ReadFile(streams / "err")};
     }
 
-    /// The command that runs the program in the background. The shell lets what runs there ignore SIGINT.
+    /// The command that runs the program in the background. The shell lets what runs there ignore SIGINT and SIGQUIT.
     [[nodiscard]] static std::string InBackground(const std::string& arguments) {
-        return "env --default-signal=INT '" KXDU_PROGRAM "' " + arguments + " & ";
+        return "env --default-signal=INT,QUIT '" KXDU_PROGRAM "' " + arguments + " & ";
     }
 
     /// The command that sends what runs in the background a signal when the command `reached` succeeds, and prints what
