@@ -1,20 +1,21 @@
 #!/usr/bin/env bash
-# Counts the instructions that a call of each conversion takes, and compares with bench/instructions.txt: more than 5 %
-# above it fails. A regression shows without a clock, on a busy machine too. The last line is "N passed, N failed".
+# Counts the instructions of a call of each conversion. A conversion fails with more than 5 % above
+# bench/instructions.txt. This shows a regression without a clock, so also on a busy machine.
 #   bench/instructions.sh [--update]     --update: writes the figures instead; the commit says why they changed
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/count.sh
 export LC_ALL=C
 
-scripts/install-deps.sh
+scripts/install-deps.sh tool bench
 figures=bench/instructions.txt
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 log=$folder/log
 
-if ! scripts/build.sh release kx_bench_instructions; then
-    echo "0 passed, 1 failed"
-    exit 1
+if ! scripts/build.sh bench kx_bench_instructions; then
+    failed
+    finish
 fi
 
 # The C library picks its text functions by what the processor can do, and so does this one, for texts of 64 bytes and
@@ -22,11 +23,11 @@ fi
 without=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI2,-ERMS,-FSRM,-RTM,-LZCNT,-MOVBE,-SSE4_1,-SSE4_2,-SSSE3
 export GLIBC_TUNABLES=glibc.cpu.hwcaps=$without
 if ! valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$folder/dump" \
-              build/release/bin/kx_bench_instructions >"$folder/calls" 2>"$log"; then
+              build/bench/bin/kx_bench_instructions >"$folder/calls" 2>"$log"; then
     tail -n 40 "$log"
     echo "instructions: the program did not run"
-    echo "0 passed, 1 failed"
-    exit 1
+    failed
+    finish
 fi
 
 # One dump for each conversion, with its name and the instructions of all its calls.
@@ -58,6 +59,10 @@ grep -v '^#' "$figures" | awk '
             print name ": was not counted"
             ++failed
         }
-        print passed + 0 " passed, " failed + 0 " failed"
-        exit failed > 0
-    }' - "$folder/counted"
+        print passed + 0, failed + 0
+    }' - "$folder/counted" >"$folder/compared"
+head -n -1 "$folder/compared"
+read -r good bad < <(tail -n 1 "$folder/compared")
+passed "$good"
+failed "$bad"
+finish

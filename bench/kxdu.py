@@ -1,14 +1,13 @@
 #!/usr/bin/env python3
-"""Measures kxdu beside mawk and grep on the same files: time, peak of memory, and what the second core gives.
+"""Measures kxdu, mawk and grep on the same files: time, peak of memory, and the gain of a second core.
 
-    kxdu.py KXDU [--identifiers N] [--seconds N] [--json FILE] [--document FILE]
+    kxdu.py KXDU [--identifiers N] [--seconds N] [--json FILE]
 
-One command runs at a time, on two processors: always the one that has had the least time yet, so that all have as much
-of the quiet moments of a machine; of its runs the fastest counts. What the second processor gives is told by runs with
-one job and with two that follow each other, and so have the machine in the same state; the median of these ratios
-counts. What it can give is told in the same way by two programs at once that know nothing of each other. Where two
-commands should write the same, that is checked first. --document FILE replaces what stands between the marks "figures
-of kxdu" in FILE. Ends with 1 when a limit is missed.
+One command runs at a time, on two processors: always the one that has had the least time yet, so that each gets its
+share of the machine's quiet moments. Its fastest run counts. Runs with one job and with two follow each other, with the
+machine in the same state; the gain of the second core is the median of their ratios. Two programs at once, which share
+nothing, show in the same way what that core can give. Commands that should write the same are compared first. Exits
+with 1 if a limit is missed.
 """
 import argparse
 import contextlib
@@ -22,12 +21,12 @@ import sys
 import tempfile
 import time
 
-from figures import replace_between_marks, tell, write_json
+from figures import tell, write_json
 
 # The shortest program that is right for any identifier.
 MAWK_GET = ('{n=p="";for(i=NF;i;i--){if($i~/^NE=/)n=substr($i,4);'
             'if($i~/^PP=/){split($i,a,"|");p=a[3]}}print n"\\t"p}')
-# The fastest that we could write; right for identifiers in which no port comes first.
+# The fastest we could write; right for identifiers that do not begin with a port.
 MAWK_GET_FAST = ('{n=p="";if(match($0,/(^|,)NE=[^,]*/)){n=substr($0,RSTART,RLENGTH);sub(/.*=/,"",n)}'
                  'if(i=index($0,",PP=")){split(substr($0,i),a,"|");p=a[3]}print n"\\t"p}')
 VERBS = ("get NE PP:2", "decode", "filter")
@@ -37,7 +36,7 @@ FIRST_NOTIFICATION = 1_000_000  # longer than any number in an identifier, so th
 
 
 class Run:
-    """A command, so many of it at once, with the times, the fastest and the largest of its runs."""
+    """A command that runs once or several times at once, with the times and the peak of memory of its runs."""
 
     def __init__(self, folder, name, command, at_once=1):
         self.folder, self.name, self.command, self.at_once = folder, name, command, at_once
@@ -48,7 +47,7 @@ class Run:
         return min(self.times)
 
     def run(self, outputs):
-        # The kernel counts the memory of the process that starts a command as that command's: so a small one does.
+        # A small process starts it: the kernel counts that one's memory as the command's.
         peak = self.folder / "peak"
         command = ["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command
         with contextlib.ExitStack() as stack:
@@ -70,7 +69,7 @@ class Run:
 
 
 def write_inputs(kxdu, folder, identifiers):
-    """The identifiers; alarms, which are numbers of notifications before identifiers; and who holds back which."""
+    """Writes identifiers, alarms (the number of a notification before an identifier), and which the filter holds back."""
     network, alarms = folder / "network.fdn", folder / "alarms.txt"
     subprocess.run([kxdu, "sample", "--identifiers", str(identifiers), "-o", network], check=True)
     draw = random.Random(1)
@@ -85,7 +84,7 @@ def write_inputs(kxdu, folder, identifiers):
 
 
 def written(run):
-    """The digest of what a command writes."""
+    """Returns the digest of what a command writes."""
     digest = hashlib.sha256()
     with subprocess.Popen(run.command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
         while block := process.stdout.read(1 << 20):
@@ -102,7 +101,7 @@ def measure(kxdu, identifiers, seconds):
         commands = {"get NE PP:2": [kxdu, "get", "NE", "PP:2", "-i", network],
                     "decode": [kxdu, "decode", network],
                     "filter": [kxdu, "filter", "--config", folder, alarms]}
-        # What follows each other is in one list.
+        # The runs of one list follow each other.
         groups = []
         for verb, command in commands.items():
             one_job = command + ["--jobs", "1"]
@@ -118,7 +117,7 @@ def measure(kxdu, identifiers, seconds):
                             ("kxdu decode", "kxdu decode --jobs 1"), ("kxdu filter", "grep -v -F -w -f")):
             if written(by_name[left]) != written(by_name[right]):
                 raise RuntimeError(f"{left} and {right} write different things")
-        # grep looks no further than the first line when nobody reads what it writes; and a disk would set the pace.
+        # grep stops at the first match if it writes to /dev/null, and a disk would set the pace.
         with (tempfile.NamedTemporaryFile(dir="/dev/shm") as memory,
               tempfile.NamedTemporaryFile(dir="/dev/shm") as other):
             end = time.monotonic() + seconds
@@ -134,13 +133,13 @@ def time_of_each(group):
 
 
 def gain(runs, verb, programs=False):
-    """What two processors do in the time of one: by two jobs, or by two programs."""
+    """Returns how many times as much two processors do as one: with two jobs, or with two programs."""
     alone, both = runs[f"kxdu {verb} --jobs 1"], runs[f"kxdu {verb}" + (" --jobs 1, two at once" if programs else "")]
     return statistics.median(both.at_once * one / two for one, two in zip(alone.times, both.times))
 
 
 def limits_of(runs):
-    """What is demanded, as (text, whether it is kept)."""
+    """Returns the limits as (text, whether it is kept)."""
     def times(slow, fast):
         return runs[slow].seconds / runs[fast].seconds
     limits = []
@@ -158,14 +157,13 @@ def limits_of(runs):
 
 
 def main():
-    parser = argparse.ArgumentParser()
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("kxdu")
     parser.add_argument("--identifiers", type=int, default=5_000_000)
     parser.add_argument("--seconds", type=int, default=420)
     parser.add_argument("--json")
-    parser.add_argument("--document")
     options = parser.parse_args()
-    # What is demanded is about two cores, however many there are; the commands take over what this process may use.
+    # The limits are for two cores, however many there are. The commands inherit this.
     os.sched_setaffinity(0, sorted(os.sched_getaffinity(0))[:2])
     runs = measure(options.kxdu, options.identifiers, options.seconds)
     limits = limits_of(runs)
@@ -186,12 +184,6 @@ def main():
                     "rows": [{"name": run.name, "at_once": run.at_once, "seconds": run.seconds,
                               "cpu_seconds": run.cpu_seconds, "mebibytes": run.memory} for run in runs.values()]},
                    limits)
-    if options.document:
-        table = [f"| {title} | s | s of CPU | million/s | MiB |", "|---|--:|--:|--:|--:|"]
-        table += [f"| {' | '.join(row)} |" for row in rows]
-        table += ["", "| what two cores give | two jobs | two programs |", "|---|--:|--:|"]
-        table += [f"| {' | '.join(row)} |" for row in gains]
-        replace_between_marks(options.document, "kxdu", "\n" + "\n".join(table) + "\n\n")
     return tell(limits)
 
 

@@ -1,38 +1,40 @@
 #!/usr/bin/env python3
-"""Makes the report on what kx_bench measured: a table, JSON and a bar chart; and tells which limits are missed.
+"""Prints a table of what kx_bench measured, and which limits are missed. Exits with 1 if one is.
 
-    report.py TIMES ALLOCATIONS [--json FILE] [--svg FILE] [--document FILE] [--no-limits]
+    report.py ALLOCATIONS TIMES... [--json FILE] [--svg FILE] [--no-limits]
 
-TIMES and ALLOCATIONS are what kx_bench and kx_bench_allocations wrote as JSON. --document FILE replaces what stands
-between the marks "figures of the library" in FILE. Ends with 1 when a limit is missed.
+ALLOCATIONS is the JSON that kx_bench_allocations wrote, each TIMES one that kx_bench wrote: a round. The fastest
+repetition of all rounds counts. Within a round, two threads run right after one, with the machine in the same state;
+the gain of two threads is the median of the rounds' ratios.
 """
 import argparse
 import json
 import pathlib
 import re
+import statistics
 import sys
 from xml.sax.saxutils import escape
 
-from figures import replace_between_marks, tell, write_json
+from figures import tell, write_json
 
-# How many times as fast as its literal counterpart a conversion is, at least.
+# A conversion must be at least so many times as fast as its literal counterpart.
 LEAST_RATIOS = {
     "ResID2PortIndex(PortIndex)": 20, "ResID2PortIndex(CtpKey_T)": 20, "ResID2TPIndex": 20, "ResID2APIndex": 15,
     "ResID2NEIndex": 40, "ResID2SubSlotIndex": 25, "ResID2MAIndex": 12, "ResID2MepIndex": 5, "ResID2SVCIndex": 12,
     "ResID2TunnelIndex": 10, "PortIndex2ResID(PortIndex)": 12, "PortIndex2ResID(CtpKey_T)": 12, "TPIndex2ResID": 12,
     "CardIndex2ResID": 10, "MepIndex2ResID": 8,
 }
-# How many times as much two threads convert as one.
+# Two threads must convert at least so many times as much as one.
 LEAST_GAIN = 1.8
 CONVERSIONS = ("readers", "writers")
-# Those that must not allocate; what the grammar gives are maps and lists, which do.
+# Groups that must not allocate. The grammar is not among them: it returns maps and lists.
 NOT_ALLOCATING = ("readers", "writers", "predicates", "look-ups", "filter")
-# Measured on many threads, each number of them under a name of its own.
+# The group with a row for each number of threads.
 ON_THREADS = "threads"
-# How much more time of the processor a call may take then than on one; and what the names are made of.
+# There, a call may take so many times the processor's time that it takes on one thread.
 MOST_GROWTH = 1.2
 THREADS_NAME = re.compile(r"(.*) on (\d+) threads?")
-# Against counting the commas of the same texts byte by byte.
+# At most so many times the time of counting the commas of the same texts byte by byte.
 COMMAS = "60-byte port, commas counted"
 MOST_TIMES_COMMAS = {"60-byte port, read": 1.5, "60-byte port, written": 2.0}
 
@@ -53,9 +55,16 @@ def least(runs, field):
     return min(run[field] / run["calls"] for run in runs)
 
 
-def rows_of(times, allocations):
+def gain_of_two_threads(rounds, function):
+    """How many times as much two threads convert as one: the median of the rounds."""
+    one, two = ([least(runs[function, "library", threads], "real_time") for runs in rounds] for threads in (1, 2))
+    return statistics.median(alone / both for alone, both in zip(one, two))
+
+
+def rows_of(rounds, allocations):
+    times = {key: [run for runs in rounds for run in runs[key]] for key in rounds[0]}
     rows = []
-    for function, variant, threads in allocations:  # not those of the times, which are in random order
+    for function, variant, threads in allocations:
         runs = times[function, variant, threads]
         group = runs[0]["label"]
         if variant != "library" or (threads != 1 and group != ON_THREADS):
@@ -68,16 +77,15 @@ def rows_of(times, allocations):
         if literal:
             row["literal_ns"] = least(literal, "cpu_time")
             row["ratio"] = row["literal_ns"] / row["ns"]
-        both = times.get((function, "library", 2))
-        if both and threads == 1:
-            row["gain_of_two_threads"] = least(runs, "real_time") / least(both, "real_time")
+        if threads == 1 and (function, "library", 2) in times:
+            row["gain_of_two_threads"] = gain_of_two_threads(rounds, function)
         row["allocations"] = allocations[function, variant, threads][0]["allocations"]
         rows.append(row)
     return rows
 
 
 def limits_of(rows):
-    """What is demanded, as (text, whether it is kept)."""
+    """Returns the limits as (text, whether it is kept)."""
     limits = []
     by_function = {row["function"]: row for row in rows}
     for function, ratio in LEAST_RATIOS.items():
@@ -128,20 +136,8 @@ def text_table(rows):
     return "\n".join(lines)
 
 
-def markdown_table(rows):
-    lines = []
-    group = None
-    for row in rows:
-        if row["group"] != group:
-            group = row["group"]
-            lines += ["", f"| {group} | " + " | ".join(HEADS[1:]) + " |", "|---|" + "--:|" * (len(HEADS) - 1)]
-        first, *others = cells(row)
-        lines.append(f"| {first} | " + " | ".join(others) + " |")
-    return "\n".join(lines) + "\n"
-
-
 def chart(rows):
-    """Bars of the ratios; a stroke where a ratio must reach."""
+    """Draws the ratios as bars, with a stroke at each limit."""
     bars = [row for row in rows if row["group"] in CONVERSIONS]
     left, right, step, top = 230, 130, 18, 58
     width, height = 900, top + step * (len(bars) + 1) + 22
@@ -180,23 +176,20 @@ def chart(rows):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("times")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("allocations")
+    parser.add_argument("times", nargs="+")
     parser.add_argument("--json")
-    parser.add_argument("--svg")
-    parser.add_argument("--document")
+    parser.add_argument("--svg", help="draw the ratios")
     parser.add_argument("--no-limits", action="store_true")
     options = parser.parse_args()
-    rows = rows_of(measured(options.times), measured(options.allocations))
+    rows = rows_of([measured(file) for file in options.times], measured(options.allocations))
     limits = limits_of(rows)
     print(text_table(rows))
     if options.json:
         write_json(options.json, {"rows": rows}, limits)
     if options.svg:
         pathlib.Path(options.svg).write_text(chart(rows), encoding="utf-8")
-    if options.document:
-        replace_between_marks(options.document, "the library", markdown_table(rows) + "\n")
     if options.no_limits:
         return 0
     return tell(limits)

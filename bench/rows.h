@@ -9,51 +9,27 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <kx_domain_util/resIDUtil.h>
 
+#include "catalogue/kinds.h"
 #include "corpus.h"
 #include "support/conversions.h"
 
 namespace NS_BENCH {
 
-/// The levels that name the thing of a conversion; any one of them is enough.
-struct ThingLevels {
-    std::string_view thing;
-    std::array<std::string_view, 4> tags;
-};
-
-inline constexpr auto THING_LEVELS = std::to_array<ThingLevels>({
-    {"OSIndex", {"OS"}},
-    {"OSID", {"OS"}},
-    {"ONEIndex", {"ONE"}},
-    {"ONEID", {"ONE"}},
-    {"NEIndex", {"NE"}},
-    {"NEID", {"NE"}},
-    {"ShelfIndex", {"FR"}},
-    {"SlotIndex", {"S"}},
-    {"SubSlotIndex", {"SS"}},
-    {"CardIndex", {"CP"}},
-    {"PortIndex", {"PP", "LP"}},
-    {"APIndex", {"AP", "SUBIF"}},
-    {"TPIndex", {"SUBIF", "VC4", "VC12"}},
-    {"LoopBackPortIndex", {"PP", "LP"}},
-    {"PWIndex", {"PW"}},
-    {"PWSwitchIndex", {"PWSW"}},
-    {"GroupID", {"VEGROUP"}},
-    {"VPNTrailIndex", {"PWE3TRAIL", "VPLS"}},
-    {"TunnelTrailIndex", {"TUNNELTRAIL"}},
-    {"PWTrailIndex", {"PWTRAIL"}},
-    {"TNPIndex", {"TUNNELPGTRAIL"}},
-    {"SVCIndex", {"PWE3", "NETH", "VSI", "VRF"}},
-    {"TunnelIndex", {"TUNNEL"}},
-    {"TDIndex", {"ATMTD"}},
-    {"MDIndex", {"MD"}},
-    {"MAIndex", {"MA"}},
-    {"MIPIndex", {"MIP"}},
-    {"MepIndex", {"MEP", "RMEP"}},
-    {"RmepIndex", {"MEP", "RMEP"}},
+/// Conversions that are not called after the type of their kind, with that type.
+inline constexpr auto OTHER_NAMES = std::to_array<std::pair<std::string_view, std::string_view>>({
+    {"OSID", "OSIndex"},
+    {"ONEID", "ONEIndex"},
+    {"APIndex", "CtpKey_T"},
+    {"LoopBackPortIndex", "PortIndex"},
+    {"SVCIndex", "ServiceIndex"},
+    {"TNPIndex", "TNPIndex_T"},
+    {"MepIndex", "MEPIndex"},
+    {"RmepIndex", "MEPIndex:RMEP"},
 });
 
 /// "PortIndex" of "ResID2PortIndex", of "PortIndex2ResID" and of "PortIndex2ResIDByNEType".
@@ -66,14 +42,17 @@ inline std::string_view ThingOf(std::string_view conversion) {
     return conversion.substr(0, conversion.find("2ResID"));
 }
 
+/// The identifiers that hold a level which ends identifiers of the kind that `conversion` converts.
 inline std::vector<std::string> IdentifiersFor(std::string_view conversion, const Corpus& corpus) {
     const std::string_view thing = ThingOf(conversion);
-    const auto* const row = std::find_if(THING_LEVELS.begin(), THING_LEVELS.end(),
-                                         [thing](const ThingLevels& levels) { return levels.thing == thing; });
-    if (row == THING_LEVELS.end()) {
-        throw std::logic_error(std::string(conversion) + ": nobody told what it is measured on");
+    const auto* const other = std::find_if(OTHER_NAMES.begin(), OTHER_NAMES.end(),
+                                           [thing](const auto& names) { return names.first == thing; });
+    const std::string_view type = other != OTHER_NAMES.end() ? other->second : thing;
+    const NS_KX::Kind* const kind = NS_KX::FindKindByType(type);
+    if (kind == nullptr) {
+        throw std::logic_error(std::string(conversion) + ": no kind is called " + std::string(type));
     }
-    return corpus.Holding(row->tags);
+    return corpus.Holding(kind->lastTags);
 }
 
 /// What a row is called: the function, and the record where two functions share a name.

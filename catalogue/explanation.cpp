@@ -11,7 +11,6 @@
 #include <kx_platform/textutil.h>
 
 #include "catalogue/levelcheck.h"
-#include "catalogue/tags.h"
 #include "text/number.h"
 #include "text/text.h"
 
@@ -23,8 +22,8 @@ using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
 
-// What tags.h says of a sub-value: "slot number; -1: none" has a name, "slot number", and a gloss, "none", for the
-// special values "-1".
+// What the tags' rows say of a sub-value: "slot number; -1: none" has a name, "slot number", and a gloss, "none", for
+// the special values "-1".
 struct Wording {
     std::string_view name;
     std::string_view specialValues;
@@ -64,8 +63,8 @@ std::string NumberText(std::string_view value) {
 // Explains the levels of one identifier, in turn.
 class LevelExplainer {
 public:
-    LevelExplainer(const std::string& fdn, const NS_STANDALONE::Inventory* inventory, std::vector<ExplainedPart>& parts)
-        : m_fdn(fdn), m_inventory(inventory), m_parts(parts) {}
+    LevelExplainer(const std::string& fdn, const DescribeNe& describeNe, std::vector<ExplainedPart>& parts)
+        : m_fdn(fdn), m_describeNe(describeNe), m_parts(parts) {}
 
     void Explain(const Level& level) {
         m_levelBegin = PlaceOf(level.tag);
@@ -107,8 +106,8 @@ private:
         } else if (wording.name.starts_with("always")) {
             meaning += Between(" (", wording.name, ")");
         }
-        if (level.tag == "NE") {
-            meaning += NeName(value);
+        if (level.tag == "NE" && m_describeNe) {
+            meaning += m_describeNe(NS_UTIL::Str2Int(value));
         }
         Add(value, meaning);
         while (scanner.Next(value)) {
@@ -130,8 +129,8 @@ private:
         for (std::size_t place = 0; place < values.size(); ++place) {
             if (place < tag.most) {
                 Add(values[place], Meaning(tag.subValues.at(place), values[place]));
-            } else if (place == tag.most && HasEscapedName(tag, level.value)) {
-                Add(values[place], "rest of the name, behind an escaped |: " + Quoted(values[place]));
+            } else if (place == tag.most && tag.mayEscape && NS_UTIL::NS_FDN::HasEscapedName(level.value)) {
+                Add(values[place], "rest of the name, after an escaped |: " + Quoted(values[place]));
             } else {
                 Add(values[place], "sub-value " + Quoted(values[place]));
             }
@@ -164,25 +163,8 @@ private:
         return NS_UTIL::IsLogicalPortByType(fbType) ? " (a logical port)" : "";
     }
 
-    [[nodiscard]] std::string NeName(std::string_view value) const {
-        if (m_inventory == nullptr) {
-            return {};
-        }
-        const int neId = NS_UTIL::Str2Int(value);
-        const auto& nes = m_inventory->nes;
-        const auto ne = std::find_if(nes.begin(), nes.end(), [&](const auto& row) { return row.neId == neId; });
-        if (ne == nes.end()) {
-            return ": not in the inventory, taken to be of NE type 0";
-        }
-        const auto& types = m_inventory->neTypes;
-        const auto type =
-            std::find_if(types.begin(), types.end(), [&](const auto& row) { return row.neType == ne->neType; });
-        const std::string name = type == types.end() ? "" : type->name + ", ";
-        return ": " + name + "NE type " + std::to_string(ne->neType);
-    }
-
     const std::string& m_fdn;
-    const NS_STANDALONE::Inventory* m_inventory;
+    const DescribeNe& m_describeNe;
     std::vector<ExplainedPart>& m_parts;
     std::size_t m_levelBegin = 0;
 };
@@ -210,13 +192,13 @@ void AddProblems(Explanation& explanation) {
     });
 }
 
-void CompareWithWriters(const Kind& kind, Explanation& explanation) {
+void CompareWithWriters(const Kind& kind, const void* record, const NS_UTIL::Surroundings& surroundings,
+                        Explanation& explanation) {
     std::string canonical;
     try {
-        kind.Rewrite(explanation.fdn, canonical);
+        kind.write(record, canonical, surroundings);
     } catch (const NS_UTIL::InterfaceNotExistException&) {
-        explanation.notes.emplace_back(
-            "not compared with what the library writes: that depends on the NE; give --inventory FILE");
+        explanation.notes.emplace_back(NOT_COMPARED);
         return;
     }
     explanation.isCanonical = canonical == explanation.fdn && explanation.notes.empty();
@@ -225,27 +207,31 @@ void CompareWithWriters(const Kind& kind, Explanation& explanation) {
     }
 }
 
-void ReadRecord(const Kind& kind, Explanation& explanation) {
-    explanation.type = kind.Type();
+void ReadRecord(const Kind& kind, const NS_UTIL::Surroundings& surroundings, Explanation& explanation) {
+    explanation.type = kind.type;
+    AnyRecord records;
+    void* const record = records.Fresh(kind.layout);
     try {
-        explanation.fields = ReadFields(explanation.fdn, kind);
+        kind.read(explanation.fdn, record, surroundings);
     } catch (const NS_UTIL::InterfaceNotExistException&) {
-        explanation.notes.emplace_back("not read: that depends on the configuration; give --config DIR");
+        explanation.notes.emplace_back(NOT_READ);
         return;
     }
-    if (IsNothingRead(explanation.fields)) {
+    explanation.fields = FieldsOf(kind, record);
+    if (IsNothingRead(kind, record)) {
         explanation.notes.emplace_back(NOTHING_IS_READ);
         return;
     }
-    CompareWithWriters(kind, explanation);
+    CompareWithWriters(kind, record, surroundings, explanation);
 }
 
 }  // namespace
 
-Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALONE::Inventory* inventory) {
+Explanation Explain(std::string_view fdn, const Kind* kind, const NS_UTIL::Surroundings& surroundings,
+                    const DescribeNe& describeNe) {
     Explanation explanation;
     explanation.fdn = fdn;
-    LevelExplainer explainer(explanation.fdn, inventory, explanation.parts);
+    LevelExplainer explainer(explanation.fdn, describeNe, explanation.parts);
     LevelScanner scanner(explanation.fdn);
     for (Level level; scanner.Next(level);) {
         explainer.Explain(level);
@@ -261,9 +247,9 @@ Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALON
     if (fdn.empty()) {
         explanation.notes.emplace_back("the identifier is empty");
     } else if (kind != nullptr) {
-        ReadRecord(*kind, explanation);
+        ReadRecord(*kind, surroundings, explanation);
     } else {
-        explanation.notes.push_back("no kind of identifier ends in the level " + Quoted(MocOf(fdn)));
+        explanation.notes.push_back("no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(fdn)));
     }
     return explanation;
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include <kx_standalone/inventoryfile.h>
+#include <kx_domain_util/surroundings.h>
 
 #include "catalogue/kinds.h"
 #include "catalogue/readfields.h"
@@ -23,19 +26,25 @@ struct ExplainedPart {
 
 struct Explanation {
     std::string fdn;
-    std::string type;                  ///< of the record; empty: none is read from this identifier
+    std::string_view type;             ///< of the record; empty: none is read from this identifier
     std::vector<ExplainedPart> parts;  ///< in the order of the text
     std::vector<ReadField> fields;     ///< without reserved ones
     std::vector<std::string> notes;    ///< what else is wrong with it
     bool isCanonical = false;          ///< nothing is noted, and the library writes what was read just so
 };
 
-/// Explains `fdn` as an identifier of `kind`; null: nothing reads it. The names of NE types are taken from `inventory`,
-/// which may be null. The services that readers and writers ask may be missing; a note tells so then.
-Explanation Explain(const std::string& fdn, const Kind* kind, const NS_STANDALONE::Inventory* inventory);
+/// The note of an identifier that could not be compared with what is written, for lack of an inventory.
+inline constexpr std::string_view NOT_COMPARED =
+    "not compared with what the library writes: that depends on the NE, and there is no inventory";
+/// The note of an identifier that could not be read, for lack of a configuration.
+inline constexpr std::string_view NOT_READ = "not read: that depends on the configuration, and there is none";
 
-/// The explanation as a drawing with a line from each part to its meaning, ended by LF; coloured for a terminal on
-/// request. Only the first 200 parts are drawn; a note tells how many more there are.
-std::string Draw(const Explanation& explanation, bool isColoured);
+/// Says what is known of an NE besides its number, as text that follows the number; may be empty.
+using DescribeNe = std::function<std::string(std::int32_t neId)>;
+
+/// Explains `fdn` as an identifier of `kind`; null: nothing reads it. Where `surroundings` throw
+/// `InterfaceNotExistException`, a note says so. `describeNe` may be empty.
+Explanation Explain(std::string_view fdn, const Kind* kind, const NS_UTIL::Surroundings& surroundings,
+                    const DescribeNe& describeNe = {});
 
 }  // namespace NS_KX

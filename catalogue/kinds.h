@@ -1,73 +1,17 @@
-/// The kinds of identifier: which level at the end of an identifier means which record, reader and writer.
+/// The kinds of identifier and the tags of their levels, found by what an identifier says. Any thread.
 #pragma once
 
-#include <cstdint>
-#include <stdexcept>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "catalogue/kind.h"
+
 namespace NS_KX {
 
-/// Takes the fields of a record one after the other. Names live as long as the program.
-class RecordSink {
-public:
-    virtual ~RecordSink() = default;
-    virtual void Number(std::string_view name, std::int64_t number) = 0;
-    virtual void Flag(std::string_view name, bool flag) = 0;
-    virtual void Text(std::string_view name, std::string_view text) = 0;
-    /// The fields up to `EndNested` are those of the record that the field of this name holds.
-    virtual void BeginNested(std::string_view name) = 0;
-    virtual void EndNested() = 0;
-};
-
-/// A record from which no identifier can be written; the text tells why.
-class BadRecord : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// Gives the fields of a record, each when it is asked for. Throws `BadRecord` for a value that its field cannot take
-/// and for one that is not there.
-class RecordSource {
-public:
-    virtual ~RecordSource() = default;
-    virtual void Number(std::string_view name, std::int32_t& number) = 0;
-    virtual void Number(std::string_view name, std::int64_t& number) = 0;
-    virtual void Flag(std::string_view name, bool& flag) = 0;
-    virtual void Text(std::string_view name, std::string& text) = 0;
-    virtual void BeginNested(std::string_view name) = 0;
-    virtual void EndNested() = 0;
-    /// All fields were asked for: what is left over belongs to no field.
-    virtual void End() = 0;
-};
-
-/// One kind of identifier. All operations may run on any number of threads; those that read or write identifiers let
-/// the library's `InterfaceNotExistException` through.
-class Kind {
-public:
-    explicit Kind(std::string_view type) : m_type(type) {}
-    virtual ~Kind() = default;
-
-    /// The name under which records of this kind are written and `--as` finds it.
-    [[nodiscard]] std::string_view Type() const noexcept { return m_type; }
-
-    /// Reads `fdn` into a fresh record and shows the record to `sink`.
-    virtual void Decode(const std::string& fdn, RecordSink& sink) const = 0;
-    /// Fills a fresh record from `source` and writes it into `fdn`. Throws `BadRecord` for what `source` does not give,
-    /// and for a record whose fields contradict the text that it keeps.
-    virtual void Encode(RecordSource& source, std::string& fdn) const = 0;
-    /// Reads `fdn` and writes what was read into `canonical`.
-    virtual void Rewrite(const std::string& fdn, std::string& canonical) const = 0;
-    /// Shows a record that knows nothing to `sink`.
-    virtual void Describe(RecordSink& sink) const = 0;
-
-private:
-    std::string_view m_type;
-};
-
-/// The tag of the last level of `fdn`, up to its first "=": its MOC.
-std::string_view MocOf(std::string_view fdn);
+/// All kinds, containers first.
+std::span<const Kind* const> AllKinds();
 
 /// The kind of `fdn`; null when its last level means none.
 const Kind* FindKind(std::string_view fdn);
@@ -75,7 +19,22 @@ const Kind* FindKind(std::string_view fdn);
 /// The kind whose type is called `type`; null when there is none.
 const Kind* FindKindByType(std::string_view type);
 
-/// All kinds, containers first.
-std::vector<const Kind*> AllKinds();
+/// All tags, containers first.
+std::span<const Tag* const> AllTags();
+
+/// The tag of this name; null when it is unknown.
+const Tag* FindTag(std::string_view name);
+
+/// The field of this name in the records of `kind`; null when there is none.
+const Field* FindField(const Kind& kind, std::string_view name);
+
+/// Throws `BadRecord` if an identifier that is written with `value` in `field`, a text, would be cut there or would not
+/// be one line.
+void RequireWritable(const Field& field, std::string_view value);
+
+/// Reads `fdn` as a `kind` and writes what was read into `canonical`, by way of `record`. Throws as `Kind::read` and
+/// `Kind::write` do.
+void Rewrite(const Kind& kind, std::string_view fdn, const NS_UTIL::Surroundings& surroundings, AnyRecord& record,
+             std::string& canonical);
 
 }  // namespace NS_KX

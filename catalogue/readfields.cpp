@@ -1,45 +1,44 @@
 #include "catalogue/readfields.h"
 
 #include <algorithm>
-
-#include "catalogue/fieldtexts.h"
+#include <type_traits>
 
 namespace NS_KX {
 
 namespace {
 
-// Gathers the fields of a record.
-class FieldCollector : public FieldTexts {
-public:
-    std::vector<ReadField> fields;
-
-private:
-    void Text(std::string_view name, std::string_view text) override {
-        FieldTexts::Text(name, std::string("\"").append(text).append("\""));
+template <class Value>
+std::string TextOf(const Value& value) {
+    if constexpr (std::is_same_v<Value, std::string>) {
+        return '"' + value + '"';
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        return value ? "true" : "false";
+    } else {
+        return std::to_string(value);
     }
-
-    void Take(std::string_view name, std::string_view text) override {
-        if (!name.substr(name.rfind('.') + 1).starts_with("reserved")) {
-            fields.push_back({std::string(name), std::string(text), false});
-        }
-    }
-};
+}
 
 }  // namespace
 
-std::vector<ReadField> ReadFields(const std::string& fdn, const Kind& kind) {
-    FieldCollector read;
-    kind.Decode(fdn, read);
-    FieldCollector unknown;
-    kind.Describe(unknown);
-    for (std::size_t place = 0; place < read.fields.size(); ++place) {
-        read.fields[place].isKnown = read.fields[place].value != unknown.fields[place].value;
-    }
-    return read.fields;
+bool IsKnown(const Kind& kind, const Field& field, const void* record) {
+    return VisitField(field, record,
+                      [&]<class Value>(const Value& value) { return value != field.In<Value>(kind.layout.fresh()); });
 }
 
-bool IsNothingRead(const std::vector<ReadField>& fields) {
-    return std::none_of(fields.begin(), fields.end(), [](const ReadField& field) { return field.isKnown; });
+bool IsNothingRead(const Kind& kind, const void* record) {
+    return std::none_of(kind.layout.fields.begin(), kind.layout.fields.end(),
+                        [&](const Field& field) { return !field.IsReserved() && IsKnown(kind, field, record); });
+}
+
+std::vector<ReadField> FieldsOf(const Kind& kind, const void* record) {
+    std::vector<ReadField> fields;
+    for (const Field& field : kind.layout.fields) {
+        if (!field.IsReserved()) {
+            fields.push_back({field.name, VisitField(field, record, [](const auto& value) { return TextOf(value); }),
+                              IsKnown(kind, field, record)});
+        }
+    }
+    return fields;
 }
 
 }  // namespace NS_KX

@@ -1,5 +1,5 @@
 # kx_add_library(PART SOURCES...): the shared library kx_PART with the public headers in include/ of the current folder,
-# known to others as kx::PART. Installed, it finds its neighbours beside itself.
+# with the alias kx::PART. The installed library finds the others in its own folder.
 function(kx_add_library part)
     set(library kx_${part})
     add_library(${library} SHARED ${ARGN})

@@ -1,17 +1,26 @@
 include(CMakePackageConfigHelpers)
 
-set(KX_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kx_domain_util)
-
-install(TARGETS kx_domain_util kx_platform kx_standalone
+# What find_package(kx_domain_util COMPONENTS ...) may ask for: the libraries that are installed.
+set(KX_COMPONENTS domain_util platform)
+set(KX_PKGCONFIG_FILES kx_domain_util)
+if(KX_BUILD_STANDALONE)
+    list(APPEND KX_COMPONENTS standalone)
+    list(APPEND KX_PKGCONFIG_FILES kx_standalone)
+    install(DIRECTORY standalone/include/kx_standalone DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
+list(TRANSFORM KX_COMPONENTS PREPEND kx_ OUTPUT_VARIABLE KX_LIBRARIES)
+install(TARGETS ${KX_LIBRARIES}
     EXPORT kx_domain_util
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(KX_BUILD_C)
+    list(APPEND KX_COMPONENTS c)  # its files are installed by bindings/c
+endif()
 if(KX_BUILD_TOOL)
     install(TARGETS kxdu RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 install(DIRECTORY
     include/kx_domain_util
     platform/include/kx_platform
-    standalone/include/kx_standalone
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 install(EXPORT kx_domain_util NAMESPACE kx:: FILE kx_domain_utilTargets.cmake DESTINATION ${KX_PACKAGE_DIR})
@@ -25,11 +34,12 @@ install(FILES
 
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    USE_SOURCE_PERMISSIONS
     PATTERN CMakeLists.txt EXCLUDE)
 
-# The pkg-config files find their prefix from where they lie, so that an installed tree can be moved.
+# The pkg-config files derive their prefix from their own place, so that an installed tree can be moved.
 file(RELATIVE_PATH KX_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-foreach(package kx_domain_util kx_standalone)
+foreach(package ${KX_PKGCONFIG_FILES})
     configure_file(cmake/${package}.pc.in ${package}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()

@@ -1,11 +1,11 @@
 # The layers between the library and whoever shows identifiers to the world: static libraries, linked into the tool, the
 # bindings, tests, benchmarks and fuzzers. Each names its headers by folder: "catalogue/kinds.h".
 find_package(PkgConfig REQUIRED)
+find_package(simdjson REQUIRED)
 find_package(TBB REQUIRED)
 pkg_check_modules(zlib REQUIRED IMPORTED_TARGET zlib)
 pkg_check_modules(zstd REQUIRED IMPORTED_TARGET libzstd)
 pkg_check_modules(lzma REQUIRED IMPORTED_TARGET liblzma)
-include(cmake/RapidJson.cmake)
 
 # kx_add_layer(NAME SOURCES file... LIBRARIES target...): the layer in the folder NAME.
 function(kx_add_layer name)
@@ -17,29 +17,36 @@ function(kx_add_layer name)
 endfunction()
 
 kx_add_layer(text
-    SOURCES displaytext.cpp text.cpp
-    LIBRARIES kx_rapidjson)
+    SOURCES displaytext.cpp text.cpp)
+target_link_libraries(kx_text PRIVATE simdjson::simdjson)
 
 kx_add_layer(catalogue
     SOURCES
-        conversions.cpp
+        equipment.cpp
         explanation.cpp
         kinds.cpp
         levelcheck.cpp
+        oam.cpp
+        pieces.cpp
+        ports.cpp
         readfields.cpp
-        tags.cpp
+        record.cpp
+        services.cpp
+        tables.cpp
         vocabulary.cpp
-    LIBRARIES kx_text kx::domain_util kx::standalone)
+    LIBRARIES kx_text kx::domain_util)
 
 kx_add_layer(formats
     SOURCES
         columnformat.cpp
         csv.cpp
         explanationdrawing.cpp
+        json.cpp
         recordformat.cpp
         recordline.cpp
         texttable.cpp
     LIBRARIES kx_catalogue)
+target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 
 kx_add_layer(lines
     SOURCES
@@ -56,10 +63,12 @@ kx_add_layer(lines
         temporaryfile.cpp
     LIBRARIES kx_text TBB::tbb PkgConfig::zlib PkgConfig::zstd PkgConfig::lzma Threads::Threads)
 
-kx_add_layer(sample
-    SOURCES
-        sampleidentifiers.cpp
-        samplenetwork.cpp
-        samplenetypes.cpp
-        sampleservices.cpp
-    LIBRARIES kx::domain_util kx::standalone)
+if(KX_BUILD_STANDALONE)
+    kx_add_layer(sample
+        SOURCES
+            sampleidentifiers.cpp
+            samplenetwork.cpp
+            samplenetypes.cpp
+            sampleservices.cpp
+        LIBRARIES kx_catalogue kx::standalone)
+endif()

@@ -1,4 +1,4 @@
-# RapidJSON, which is headers only: for the tool and for tests.
+# RapidJSON, a library of headers.
 include_guard(GLOBAL)
 find_package(RapidJSON REQUIRED)
 add_library(kx_rapidjson INTERFACE)

@@ -1,6 +1,5 @@
-/// Ahead of all of RapidJSON where clang compiles: its stack reckons how far a push would reach before it has any
-/// memory, an offset from a null pointer that is only compared. clang's sanitizer leaves this one file alone, so that
-/// it gets to see everything else.
+/// Included before the rest of RapidJSON if clang compiles. RapidJSON's stack adds an offset to a null pointer before it
+/// has memory, and only compares the result. This excludes that one file from the sanitizer, and no other.
 #pragma once
 
 #pragma clang attribute push(__attribute__((no_sanitize("pointer-overflow"))), apply_to = function)

@@ -1,15 +1,6 @@
 #include <kx_domain_util/constanttables.h>
 
-#include "common/tables/bidirfbtype.h"
-#include "common/tables/clientrate.h"
-#include "common/tables/ctpname.h"
-#include "common/tables/domainname.h"
-#include "common/tables/fbtypelevel.h"
-#include "common/tables/fbtypename.h"
-#include "common/tables/levelfbtype.h"
-#include "common/tables/opticalboard.h"
-#include "common/tables/portobjectfbtype.h"
-#include "common/tables/ptnaidfbtype.h"
+#include "common/tables.h"
 
 namespace NS_UTIL {
 

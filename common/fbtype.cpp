@@ -8,17 +8,13 @@
 #include <kx_platform/textutil.h>
 
 #include "common/loadonce.h"
-#include "common/tables/domainname.h"
-#include "common/tables/fbtypename.h"
-#include "common/tables/portobjectfbtype.h"
-#include "common/tables/ptnaidfbtype.h"
+#include "common/tables.h"
 
 namespace NS_UTIL {
 
 namespace {
 
-// A table that is built on first use and lives until the process ends: threads may ask while the process is ending, so
-// nothing destroys it.
+// A table that is built on first use. It is never destroyed, since threads may ask while the process ends.
 template <class Table>
 class LazyTable {
 public:
@@ -32,11 +28,32 @@ public:
         return m_table;
     }
 
+    void BeforeFork() { m_overFork.BeforeFork(m_built, MutexLock{m_mutex}); }
+    void AfterForkInParent() { m_overFork.AfterForkInParent(MutexLock{m_mutex}); }
+    void AfterForkInChild() { m_overFork.AfterForkInChild(MutexLock{m_mutex}); }
+
 private:
     std::atomic<bool> m_built{false};
     ACE_Thread_Mutex m_mutex;
+    LockOverFork m_overFork;
     Table m_table;
 };
+
+// Made when the library is loaded, not by a first call, in the middle of which another thread may fork.
+auto& fbTypeNames = *new LazyTable<std::map<int, std::string>>;
+auto& ptnAidFbTypes = *new LazyTable<std::vector<int>>;
+auto& portObjectFbTypes = *new LazyTable<std::vector<int>>;
+
+template <class Action>
+void ForEachTable(Action action) {
+    action(fbTypeNames);
+    action(ptnAidFbTypes);
+    action(portObjectFbTypes);
+}
+
+[[maybe_unused]] const int atFork = pthread_atfork([] { ForEachTable([](auto& table) { table.BeforeFork(); }); },
+                                                   [] { ForEachTable([](auto& table) { table.AfterForkInParent(); }); },
+                                                   [] { ForEachTable([](auto& table) { table.AfterForkInChild(); }); });
 
 template <class Rows>
 bool IsListed(LazyTable<std::vector<int>>& table, const Rows& rows, int fbType) {
@@ -47,8 +64,7 @@ bool IsListed(LazyTable<std::vector<int>>& table, const Rows& rows, int fbType) 
 }  // namespace
 
 std::string GetFBTypeName(int fbType) {
-    static auto& table = *new LazyTable<std::map<int, std::string>>;
-    const std::map<int, std::string>& names = table.Get([](std::map<int, std::string>& map) {
+    const std::map<int, std::string>& names = fbTypeNames.Get([](std::map<int, std::string>& map) {
         for (const FbTypeNameRow& row : NS_TABLE::FB_TYPE_NAMES) {
             map[row.fbType] = row.name;
         }
@@ -58,13 +74,11 @@ std::string GetFBTypeName(int fbType) {
 }
 
 bool IsPTNAIDFBType(int fbType) {
-    static auto& table = *new LazyTable<std::vector<int>>;
-    return IsListed(table, NS_TABLE::PTN_AID_FB_TYPES, fbType);
+    return IsListed(ptnAidFbTypes, NS_TABLE::PTN_AID_FB_TYPES, fbType);
 }
 
 bool IsPortObjByFbType(const int& fbType, const int& kind) {
-    static auto& table = *new LazyTable<std::vector<int>>;
-    if (IsListed(table, NS_TABLE::PORT_OBJECT_FB_TYPES, fbType)) {
+    if (IsListed(portObjectFbTypes, NS_TABLE::PORT_OBJECT_FB_TYPES, fbType)) {
         return true;
     }
     return kind != 3 && (fbType == 2 || fbType == 3);

@@ -1,4 +1,6 @@
+#include <atomic>
 #include <bitset>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,63 @@ void GetEventFilterList(std::set<int>& list, const std::string& item) {
 
 std::atomic<NtfFilter*> NtfFilter::m_pInstance{nullptr};
 
+// Registered with the first filter, not when the library is loaded: handlers run before those that were registered
+// earlier. So the filter's lock is taken before the locks of a log service and of the singletons, in the order in which
+// a filter takes them that loads its items.
+class NtfFilterOverFork {
+public:
+    static void RegisterOnce() {
+        static std::atomic<bool> isRegistered{false};
+        if (!isRegistered.exchange(true) && pthread_atfork(BeforeFork, AfterForkInParent, AfterForkInChild) != 0) {
+            isRegistered.store(false);
+            throw std::bad_alloc();
+        }
+    }
+
+    static void BeforeFork() {
+        NtfFilter* const filter = NtfFilter::m_pInstance.load();
+        if (filter != nullptr && !isLoading) {
+            overFork.BeforeFork(filter->m_bInit, WriteLock{*filter->m_rwLock});
+        }
+    }
+
+    static void AfterForkInParent() {
+        NtfFilter* const filter = NtfFilter::m_pInstance.load();
+        if (filter != nullptr && !isLoading) {
+            overFork.AfterForkInParent(WriteLock{*filter->m_rwLock});
+        }
+    }
+
+    static void AfterForkInChild() {
+        NtfFilter* const filter = NtfFilter::m_pInstance.load();
+        if (filter == nullptr) {
+            return;
+        }
+        const WriteLock lock{*filter->m_rwLock};
+        if (isLoading) {
+            lock.ReleaseInChild();
+            static_cast<void>(lock.Take());  // in the name of the child's thread, which releases it after loading
+        } else {
+            overFork.AfterForkInChild(lock);
+        }
+    }
+
+    // While the calling thread loads the items: a log service that it calls may fork.
+    struct Loading {
+        Loading() { isLoading = true; }
+        ~Loading() { isLoading = false; }
+        Loading(const Loading&) = delete;
+        Loading& operator=(const Loading&) = delete;
+    };
+
+private:
+    static thread_local constinit bool isLoading;
+    static LockOverFork overFork;
+};
+
+thread_local constinit bool NtfFilterOverFork::isLoading = false;
+LockOverFork NtfFilterOverFork::overFork;
+
 NtfFilter* NtfFilter::Instance() {
     return NS_FRAME::GetInstance(m_pInstance, [] { return new NtfFilter; });
 }
@@ -43,12 +102,14 @@ void NtfFilter::Destroy() {
     NS_FRAME::DestroyInstance(m_pInstance, [](NtfFilter* instance) { delete instance; });
 }
 
-NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {}
+NtfFilter::NtfFilter() : m_rwLock(std::make_unique<ACE_RW_Thread_Mutex>()) {
+    NtfFilterOverFork::RegisterOnce();
+}
 
 NtfFilter::~NtfFilter() = default;
 
 void NtfFilter::Load() {
-    // An earlier load may have run out of memory half-way.
+    // An earlier load may have run out of memory halfway.
     m_nEventSwitch = 0;
     m_setWhiteList.clear();
     m_setBlackList.clear();
@@ -68,8 +129,11 @@ void NtfFilter::Load() {
 }
 
 bool NtfFilter::IsFilteNtf(int notificationId) {
-    LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] { Load(); });
-    // The two messages name another class. They are texts as operators search for them; not to be corrected.
+    LoadOnce(m_bInit, WriteLock{*m_rwLock}, [this] {
+        const NtfFilterOverFork::Loading loading;
+        Load();
+    });
+    // Do not correct the two messages, which name another class: operators search for them as they are.
     if (m_nEventSwitch == EVENT_SWITCH_WHITE_LIST && !m_setWhiteList.contains(notificationId)) {
         NS_FRAME::UTIL_COMMON_LOG.Write(
             1069, 3, "[UtilCommon::IsFilteNtf]: the Notify(ID = %d) is filtered by WhiteList", notificationId);

@@ -1,12 +1,19 @@
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include <kx_domain_util/separatorfinder.h>
 #include <kx_domain_util/utilcommon.h>
 #include <kx_platform/selfutilcommon.h>
 #include <kx_platform/textutil.h>
 
-#include "common/tables/clientrate.h"
+#include "common/loadonce.h"
+#include "common/tables.h"
 #include "frame/configuration.h"
 #include "frame/log.h"
 #include "frame/singleton.h"
@@ -15,13 +22,50 @@ namespace NS_UTIL {
 
 namespace {
 
-// Whether `text` is `name` but for small letters, of which `name` has none. As `SelfUtilCommon::upperStr`, it looks at
-// "a" to "z" only.
+// Whether `text` in capitals is `name`. Only "a" to "z" count as small letters.
 bool IsNameInAnyCase(std::string_view text, std::string_view name) {
     return std::equal(text.begin(), text.end(), name.begin(), name.end(), [](char character, char capital) {
         return (character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character) == capital;
     });
 }
+
+// Returns the value under `key`, or `key` itself if there is none.
+template <class Number>
+Number FindOrPass(const std::map<Number, Number>& map, Number key) {
+    const auto entry = map.find(key);
+    return entry != map.end() ? entry->second : key;
+}
+
+std::atomic<bool> isBidirBuilt{false};
+pthread_rwlock_t bidirLock = PTHREAD_RWLOCK_INITIALIZER;
+LockOverFork bidirOverFork;
+// Made when the library is loaded, not by a first call, in the middle of which another thread may fork; lives until the
+// process ends.
+auto& bidirFbTypes = *new std::map<unsigned short, unsigned short>;
+
+[[maybe_unused]] const int atFork =
+    pthread_atfork([] { bidirOverFork.BeforeFork(isBidirBuilt, PosixWriteLock{bidirLock}); },
+                   [] { bidirOverFork.AfterForkInParent(PosixWriteLock{bidirLock}); },
+                   [] { bidirOverFork.AfterForkInChild(PosixWriteLock{bidirLock}); });
+
+const std::map<unsigned short, unsigned short>& BidirFbTypes() {
+    LoadOnce(isBidirBuilt, PosixWriteLock{bidirLock}, [] {
+        std::map<unsigned short, unsigned short> filled;  // put there whole, or not at all when memory runs out
+        for (const BidirFbTypeRow& row : NS_TABLE::BIDIR_FB_TYPES) {
+            filled[row.fbType] = row.bidirFbType;
+        }
+        bidirFbTypes = std::move(filled);
+    });
+    return bidirFbTypes;
+}
+
+// The upper half of a location word is an FB type, the lower half a TP number.
+constexpr unsigned FB_TYPE_SHIFT = 16;
+constexpr std::uint32_t TP_NUMBER_MASK = 0xFFFF;
+
+// The location words of a TP in the order in which they are tried.
+constexpr std::array<std::int32_t NS_DOMAIN::TPIndex::*, 4> LOCATION_WORDS{
+    &NS_DOMAIN::TPIndex::vc4Id, &NS_DOMAIN::TPIndex::vc12Id, &NS_DOMAIN::TPIndex::vc3Id, &NS_DOMAIN::TPIndex::vc11Id};
 
 }  // namespace
 
@@ -42,6 +86,8 @@ UtilCommon::UtilCommon() {
     InitCTPId2TMFNameMap();
     InitTMFCTPName2ID();
 }
+
+// ---- Text helpers ---------------------------------------------------------------------------------------------------
 
 void UtilCommon::GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
                                   const std::string& separator) const {
@@ -94,7 +140,7 @@ std::string UtilCommon::GetMoc(const std::string& fdn) const {
     if (!hasComma && hasEquals) {
         return std::string(head);
     }
-    // What is left is an object that is named without a level, or no identifier.
+    // The last level has no "=": the text names the management system, or is no identifier.
     return head == "OS" || head == "SYSTEM" ? "OS" : "";
 }
 
@@ -149,9 +195,122 @@ int UtilCommon::GetPFMPacketSize() const {
     return size;
 }
 
+// ---- FB types and interface levels ----------------------------------------------------------------------------------
+
+void UtilCommon::FBType2InterfaceLevel(int& level, const int& fbType) const {
+    level = FindOrPass(m_mapFbType2IL, fbType);
+}
+
+void UtilCommon::InterfaceLevel2FBType(int& fbType, const int& level) const {
+    fbType = FindOrPass(m_mapIL2FbType, level);
+}
+
+unsigned short UtilCommon::GetBidirFBType(const unsigned short& fbType) const {
+    return FindOrPass(BidirFbTypes(), fbType);
+}
+
+// ---- CTP names and TP numbers ---------------------------------------------------------------------------------------
+
+void UtilCommon::InterfaceCTPId2TMFName(const unsigned long& ctpId, std::string& name) const {
+    const auto entry = m_mapCTPId2TMFName.find(ctpId);
+    if (entry != m_mapCTPId2TMFName.end()) {
+        name = entry->second;
+    } else {
+        name.clear();
+    }
+}
+
+void UtilCommon::InterfaceTMFCTPName2ID(const std::string& name, unsigned long& ctpId) const {
+    const auto entry = m_mapTMFCTPName2ID.find(name);
+    ctpId = entry != m_mapTMFCTPName2ID.end() ? entry->second : 0;
+}
+
+bool UtilCommon::SetTpNoToLocation(int& location, const int& level, const int& tpNo) const {
+    if (location > 0) {
+        return false;
+    }
+    int fbType = 0;
+    InterfaceLevel2FBType(fbType, level);
+    // The bits of a negative word stay, on purpose: callers keep free words at 0.
+    location =
+        static_cast<int>(static_cast<std::uint32_t>(location) | static_cast<std::uint32_t>(fbType) << FB_TYPE_SHIFT |
+                         (static_cast<std::uint32_t>(tpNo) & TP_NUMBER_MASK));
+    return true;
+}
+
+bool UtilCommon::GetTpNoFromLocation(const int& location, const int& level, int& tpNo) const {
+    const auto word = static_cast<std::uint32_t>(location);
+    int levelOfWord = 0;
+    FBType2InterfaceLevel(levelOfWord, static_cast<int>(word >> FB_TYPE_SHIFT));
+    if (levelOfWord != level) {
+        return false;
+    }
+    tpNo = static_cast<int>(word & TP_NUMBER_MASK);
+    return true;
+}
+
+bool UtilCommon::SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const {
+    if (tpNo < 1) {
+        return false;
+    }
+    // NOLINTNEXTLINE(readability-use-anyofallof): the condition writes, and std::any_of promises no order
+    for (const auto word : LOCATION_WORDS) {
+        if (SetTpNoToLocation(tp.*word, level, tpNo)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+int UtilCommon::GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const {
+    int tpNo = 0;
+    for (const auto word : LOCATION_WORDS) {
+        if (GetTpNoFromLocation(tp.*word, level, tpNo)) {
+            return tpNo;
+        }
+    }
+    return 0;
+}
+
+// ---- Client rates and optical boards --------------------------------------------------------------------------------
+
 void UtilCommon::InitClientRateMap(std::map<std::string, unsigned int>& rates) const {
     for (const ClientRateRow& row : NS_TABLE::CLIENT_RATES) {
         rates.emplace(row.name, row.level);
+    }
+}
+
+bool UtilCommon::IsTiRoadmOpticalBoard(unsigned long boardType) const {
+    return std::find(m_vecOpticalBoard.begin(), m_vecOpticalBoard.end(), boardType) != m_vecOpticalBoard.end();
+}
+
+// ---- Filling of the tables ------------------------------------------------------------------------------------------
+
+void UtilCommon::InitFbType2ILMap() {
+    for (const FbTypeLevelRow& row : NS_TABLE::FB_TYPE_LEVELS) {
+        m_mapFbType2IL[row.fbType] = row.level;
+    }
+}
+
+void UtilCommon::InitIL2FbTypeMap() {
+    for (const LevelFbTypeRow& row : NS_TABLE::LEVEL_FB_TYPES) {
+        m_mapIL2FbType[row.level] = row.fbType;
+    }
+}
+
+void UtilCommon::InitOpticalBoardList() {
+    m_vecOpticalBoard.insert(m_vecOpticalBoard.end(), NS_TABLE::OPTICAL_BOARDS.begin(), NS_TABLE::OPTICAL_BOARDS.end());
+}
+
+void UtilCommon::InitCTPId2TMFNameMap() {
+    for (const CtpNameRow& row : NS_TABLE::CTP_NAMES) {
+        m_mapCTPId2TMFName[row.ctpId] = row.name;
+    }
+}
+
+void UtilCommon::InitTMFCTPName2ID() {
+    for (const CtpNameRow& row : NS_TABLE::CTP_NAMES) {
+        m_mapTMFCTPName2ID[std::string(row.name)] = row.ctpId;
     }
 }
 

@@ -12,14 +12,14 @@ namespace {
 using DomainCache = std::map<std::string, std::list<int>>;
 
 void StoreSorted(DomainCache& cache, const std::string& domain, const std::list<int>& neTypes) {
-    // Apart from the cache, which keeps what it had when memory runs out.
+    // Built apart from the cache, so that the cache keeps its list if memory runs out.
     std::list<int> sorted = neTypes;
     sorted.sort();
     cache[domain] = std::move(sorted);
 }
 
 bool IsMember(DomainCache& cache, const std::string& domain, int neType) {
-    const std::list<int>& neTypes = cache[domain];  // an unknown domain leaves an empty list behind, on purpose
+    const std::list<int>& neTypes = cache[domain];  // adds an empty list for an unknown domain, on purpose
     const auto found = std::lower_bound(neTypes.begin(), neTypes.end(), neType);
     return found != neTypes.end() && *found == neType;
 }

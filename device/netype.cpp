@@ -130,7 +130,7 @@ bool IsMultiShelfTypeNE(unsigned short neType) {
 }
 
 bool IsIPServiceNE(unsigned short neType) {
-    // The access is prepared at every call, also when a list gives the answer.
+    // Made before the lists are asked: callers see its exceptions even if a list gives the answer.
     NS_FRAME::ServiceAccess<NS_SERVICE::InventoryBufif> inventory;
     return IsInEquipmentTypeList<"PTN31">(neType) || IsInEquipmentTypeList<"OTN">(neType) ||
            inventory.Get().IsIPServiceNEType(neType);

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Converts a file that is more than one machine wants to do: GNU parallel cuts it by byte ranges, at line ends, gives
-# each range to a kxdu of its own, and writes what they give in the order of the file: the same bytes as one kxdu.
+# Converts a file on several hosts. GNU parallel cuts it into ranges that end at line ends, runs a kxdu for each range,
+# and writes their outputs in the order of the file. The output is the same as that of one kxdu.
 #   many_hosts.sh FILE VERB [ARGUMENT...] >OUTPUT
-# HOSTS     names, separated by ",", that ssh reaches and on which kxdu is installed; ":" is this one, and the default
-# BLOCK     how much a kxdu gets at a time; 64M
-# The exit code is the number of ranges that did not end with 0, 101 for more than a hundred: lines were rejected there
-# (which kxdu tells by their number within the range), or kxdu could not run.
+# HOSTS     names of hosts that ssh reaches and that have kxdu, separated by ","; the default is ":", this host
+# BLOCK     size of a range; the default is 64M
+# The exit code is the number of ranges for which kxdu failed or rejected lines; 101 stands for more than 100. kxdu counts
+# the lines that it reports within their range.
 set -euo pipefail
 
 if [ $# -lt 2 ]; then
@@ -15,6 +15,6 @@ fi
 file=$1
 shift
 
-# One thread for each range: parallel runs as many at a time as a host has cores.
+# One thread for each range: parallel runs as many ranges at a time as a host has cores.
 exec parallel --will-cite --keep-order --quote --pipepart --arg-file "$file" --block "${BLOCK:-64M}" \
               --sshlogin "${HOSTS:-:}" kxdu "$@" --jobs 1

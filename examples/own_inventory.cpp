@@ -10,7 +10,7 @@
 
 namespace {
 
-// An inventory in which every NE is of type 1911, whose cards spell out their sub-slot levels.
+// An inventory in which every NE has type 1911. Cards on such NEs spell out their sub-slot levels.
 class OneTypeInventory : public NS_SERVICE::InventoryBufif {
 public:
     bool QueryNEType(std::int64_t /*neId*/, std::uint32_t& neType, bool /*flag*/) override {

@@ -13,7 +13,7 @@ int main() {
     const auto folder = std::filesystem::temp_directory_path() / ("kx_example." + std::to_string(getpid()));
     std::filesystem::create_directory(folder);
 
-    // What kxdu inventory makes of CSV files, made here by hand: one NE, of the type 1911.
+    // An inventory of one NE, of type 1911. "kxdu inventory import" makes the same from CSV files.
     NS_STANDALONE::HostOptions options;
     options.inventoryFile = folder / "network.db";
     NS_STANDALONE::Inventory inventory;
@@ -22,7 +22,7 @@ int main() {
     NS_STANDALONE::CreateInventory(options.inventoryFile);
     NS_STANDALONE::ReplaceInventory(options.inventoryFile, inventory);
     {
-        const NS_STANDALONE::Host host(options);  // the services are there for as long as it is
+        const NS_STANDALONE::Host host(options);  // its services run until it is destroyed
         NS_DOMAIN::CardIndex card;
         card.neId = 12;
         card.slotId = 3;

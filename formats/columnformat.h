@@ -1,4 +1,4 @@
-/// Records as rows of columns: "fdn", "type", and the fields; those of a nested record with its name and "." ahead.
+/// Records as rows of columns.
 #pragma once
 
 #include <memory>
@@ -12,6 +12,6 @@ namespace NS_KX {
 std::string MakeColumnHeader(const Layout& layout);
 
 /// For all formats but JSON lines.
-std::unique_ptr<RecordFormat> MakeColumnFormat(const Layout& layout);
+std::unique_ptr<RecordFormat> MakeColumnFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings);
 
 }  // namespace NS_KX

@@ -69,7 +69,7 @@ bool CsvReader::EndRow() {
     } else if (m_text[m_at] == '\r') {
         Complain("a carriage return without a line feed");
     } else if (m_text[m_at] != '\n') {
-        Complain("text behind a quoted field");
+        Complain("text after a quoted field");
     }
     ++m_at;
     ++m_line;
@@ -98,7 +98,7 @@ std::string CsvLine(const CsvRow& row) {
         AppendCsvField(field, line);
     }
     line.Put('\n');
-    return std::string(ViewOf(line));
+    return std::string(line.View());
 }
 
 }  // namespace NS_KX

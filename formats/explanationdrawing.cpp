@@ -1,3 +1,5 @@
+#include "formats/explanationdrawing.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
@@ -5,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "catalogue/explanation.h"
 #include "text/displaytext.h"
 
 namespace NS_KX {
@@ -126,7 +127,7 @@ private:
             width = std::max(width, field.name.size());
         }
         for (const ReadField& field : m_explanation.fields) {
-            const std::string name = field.name + std::string(width - field.name.size() + 2, ' ');
+            const std::string name = std::string(field.name) + std::string(width - field.name.size() + 2, ' ');
             m_text.append(MARGIN).append(MARGIN);
             Add(field.isKnown ? "" : DIM, name + Printable(field.value));
             m_text += "\n";
@@ -141,7 +142,7 @@ private:
         m_text += m_text.empty() ? "" : "\n";
         if (undrawn != 0) {
             AddNote(std::to_string(undrawn) + (undrawn == 1 ? " more part is" : " more parts are") +
-                    " not drawn; kxdu check tells what is wrong with all of them");
+                    " not drawn; kxdu check says what is wrong with all of them");
         }
         for (const std::string& note : m_explanation.notes) {
             AddNote(note);

@@ -1,66 +1,54 @@
 #include "formats/recordformat.h"
 
-#include <algorithm>
-#include <string_view>
-
-#include <rapidjson/writer.h>
-
 #include "formats/columnformat.h"
+#include "formats/json.h"
+#include "formats/recordshape.h"
 
 namespace NS_KX {
 
 namespace {
 
-class JsonFormat : public RecordFormat, private RecordSink {
-public:
-    void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) override {
-        const std::size_t before = out.GetSize();
-        try {
-            WriteLine(fdn, kind, out);
-        } catch (...) {
-            out.Pop(out.GetSize() - before);
-            throw;
+// {"reserved":0,"neId":5}; a nested record is an object of its own.
+RecordShape MakeJsonShape(const Kind& kind) {
+    RecordShape shape;
+    std::string before = "{";
+    std::string_view nest;
+    for (const Field& field : kind.layout.fields) {
+        if (field.Nest() != nest) {
+            before.append(nest.empty() ? "" : "}");
+            before.append(shape.parts.empty() ? "" : ",");
+            nest = field.Nest();
+            before.append(nest.empty() ? "" : "\"" + std::string(nest) + "\":{");
+        } else if (!shape.parts.empty()) {
+            before.append(",");
         }
+        shape.parts.push_back({before.append("\"").append(field.Member()).append("\":"), &field});
+        before.clear();
     }
+    shape.after = nest.empty() ? "}" : "}}";
+    return shape;
+}
+
+class JsonFormat : public RecordFormat {
+public:
+    explicit JsonFormat(const NS_UTIL::Surroundings& surroundings)
+        : RecordFormat(surroundings), m_shapes(AllKinds(), MakeLineShape) {}
 
 private:
-    void WriteLine(const std::string& fdn, const Kind& kind, TextBuffer& out) {
-        m_writer.Reset(out);
-        m_writer.StartObject();
-        Text("fdn", fdn);
-        Text("type", kind.Type());
-        BeginNested("record");
-        kind.Decode(fdn, *this);
-        EndNested();
-        m_writer.EndObject();
-        out.Put('\n');
+    static RecordShape MakeLineShape(const Kind& kind) {
+        RecordShape shape = MakeJsonShape(kind);
+        shape.parts.front().before.insert(0, R"(,"type":")" + std::string(kind.type) + R"(","record":)");
+        shape.after += "}\n";
+        return shape;
     }
 
-    void Number(std::string_view name, std::int64_t number) override {
-        Key(name);
-        m_writer.Int64(number);
+    void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+        NS_KX::Append(out, R"({"fdn":)");
+        AppendJsonText(fdn, out);
+        AppendRecord(m_shapes.Of(kind), record, out, AppendJsonText);
     }
 
-    void Flag(std::string_view name, bool flag) override {
-        Key(name);
-        m_writer.Bool(flag);
-    }
-
-    void Text(std::string_view name, std::string_view text) override {
-        Key(name);
-        m_writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-    }
-
-    void BeginNested(std::string_view name) override {
-        Key(name);
-        m_writer.StartObject();
-    }
-
-    void EndNested() override { m_writer.EndObject(); }
-
-    void Key(std::string_view name) { m_writer.Key(name.data(), static_cast<rapidjson::SizeType>(name.size())); }
-
-    rapidjson::Writer<TextBuffer> m_writer;
+    RecordShapes m_shapes;
 };
 
 }  // namespace
@@ -69,11 +57,17 @@ std::string MakeHeader(const Layout& layout) {
     return layout.format == FormatName::JSONL ? std::string() : MakeColumnHeader(layout);
 }
 
-std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout) {
+std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings) {
     if (layout.format == FormatName::JSONL) {
-        return std::make_unique<JsonFormat>();
+        return std::make_unique<JsonFormat>(surroundings);
     }
-    return MakeColumnFormat(layout);
+    return MakeColumnFormat(layout, surroundings);
+}
+
+void AppendJsonRecord(const Kind& kind, const void* record, TextBuffer& out) {
+    // One for each thread, since looking a shape up remembers where it was found.
+    static thread_local RecordShapes shapes(AllKinds(), MakeJsonShape);
+    AppendRecord(shapes.Of(kind), record, out, AppendJsonText);
 }
 
 }  // namespace NS_KX

@@ -1,34 +1,58 @@
+/// Records as lines of text.
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
-#include <vector>
+#include <string_view>
+
+#include <kx_domain_util/surroundings.h>
 
 #include "catalogue/kinds.h"
 #include "text/textbuffer.h"
 
 namespace NS_KX {
 
-/// Writes records, one a line. Each belongs to one thread.
-class RecordFormat {
-public:
-    virtual ~RecordFormat() = default;
-    /// Appends to `out` what `kind` reads from `fdn`. If this throws, `out` is unchanged.
-    virtual void Write(const std::string& fdn, const Kind& kind, TextBuffer& out) = 0;
-};
-
+/// JSONL: {"fdn":...,"type":...,"record":{...}}. CSV and TSV: the columns "fdn", "type" and the fields of all kinds.
+/// TABLE, for people: type, identifier, and those fields that say something.
 enum class FormatName { JSONL, CSV, TSV, TABLE };
 
 /// What all records of one run have in common.
 struct Layout {
     FormatName format = FormatName::JSONL;
-    std::vector<const Kind*> kinds;  ///< whose fields are the columns
+    std::span<const Kind* const> kinds;  ///< whose fields are the columns of CSV and TSV
+};
+
+/// Writes records, one a line. Each belongs to one thread.
+class RecordFormat {
+public:
+    virtual ~RecordFormat() = default;
+
+    /// Appends what `kind` reads from `fdn`, which is UTF-8. If this throws, `out` is unchanged. Throws std::bad_alloc
+    /// and what the surroundings throw.
+    void Write(std::string_view fdn, const Kind& kind, TextBuffer& out) {
+        void* const record = m_record.Fresh(kind.layout);
+        kind.read(fdn, record, m_surroundings);
+        Append(fdn, kind, record, out);
+    }
+
+protected:
+    explicit RecordFormat(const NS_UTIL::Surroundings& surroundings) : m_surroundings(surroundings) {}
+
+private:
+    virtual void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) = 0;
+
+    const NS_UTIL::Surroundings& m_surroundings;
+    AnyRecord m_record;
 };
 
 /// The line ahead of all others, with its end; empty when the format has none.
 std::string MakeHeader(const Layout& layout);
 
-/// The format that `layout` asks for.
-std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout);
+/// The format that `layout` asks for; `surroundings` are asked by readers, and must outlive it.
+std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings);
+
+/// Appends the fields of a record of `kind` as a JSON object, as they stand after "record" in a JSON line.
+void AppendJsonRecord(const Kind& kind, const void* record, TextBuffer& out);
 
 }  // namespace NS_KX

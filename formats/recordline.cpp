@@ -1,12 +1,13 @@
 #include "formats/recordline.h"
 
+#include <array>
+#include <bit>
 #include <limits>
+#include <span>
 #include <utility>
 
-#include <rapidjson/error/en.h>
-#include <rapidjson/reader.h>
+#include <simdjson.h>
 
-#include "catalogue/records.h"
 #include "text/number.h"
 #include "text/text.h"
 
@@ -14,192 +15,267 @@ namespace NS_KX {
 
 namespace {
 
-// No record has as many fields; more are not kept, so that a line cannot make us hold more than itself.
-constexpr std::size_t MOST_MEMBERS = 64;
+namespace ondemand = simdjson::ondemand;
 
-std::string WholeName(std::string_view nested, std::string_view name) {
-    std::string whole(nested);
-    return whole.append(nested.empty() ? "" : ".").append(name);
+[[noreturn]] void Refuse(const Field& field, std::string_view reason) {
+    throw BadRecord("field " + Quoted(field.name) + " " + std::string(reason));
 }
 
-}  // namespace
+// ---- Values ---------------------------------------------------------------------------------------------------------
 
-// Gathers the members of the line and of its record, to any of which a type may come last.
-class RecordLine::Handler {
-public:
-    explicit Handler(RecordLine& line) : m_line(line) {}
-
-    bool Null() { return Take(NoNumber{}); }
-    bool Bool(bool flag) { return Take(flag); }
-    bool Int(int number) { return Take(std::int64_t{number}); }
-    bool Uint(unsigned number) { return Take(std::int64_t{number}); }
-    bool Int64(std::int64_t number) { return Take(number); }
-    bool Uint64(std::uint64_t) { return Take(NoInteger{}); }
-    bool Double(double) { return Take(NoInteger{}); }
-    bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }  // not asked for
-    bool String(const char* text, rapidjson::SizeType size, bool) { return Take(std::string_view(text, size)); }
-
-    bool StartObject() {
-        if (++m_depth == 1) {
-            return true;
-        }
-        if (m_depth == 2 && m_key == "record" && !m_hasRecord) {
-            m_hasRecord = true;
-            return true;
-        }
-        if (m_depth == 3) {
-            m_nested = m_key;
-            return true;
-        }
-        return Fail("unexpected object in " + Quoted(m_key));
-    }
-
-    bool Key(const char* text, rapidjson::SizeType size, bool) {
-        m_key = {text, size};
-        return true;
-    }
-
-    bool EndObject(rapidjson::SizeType) {
-        --m_depth;
-        m_nested = {};
-        return true;
-    }
-
-    bool StartArray() { return Fail("unexpected array"); }
-    bool EndArray(rapidjson::SizeType) { return false; }
-
-    /// Why the handler stopped the parser; empty when it did not.
-    std::string complaint;
-
-    [[nodiscard]] bool HasRecord() const noexcept { return m_hasRecord; }
-
-private:
-    bool Fail(std::string text) {
-        complaint = std::move(text);
-        return false;
-    }
-
-    bool Take(Value value) {
-        if (m_depth == 0) {
-            return Fail("not an object");
-        }
-        if (m_depth == 1) {
-            return TakeOfLine(value);
-        }
-        for (const Member& member : m_line.m_members) {
-            if (member.name == m_key && member.nested == m_nested) {
-                return Fail("field " + Quoted(WholeName(m_nested, m_key)) + " is there twice");
-            }
-        }
-        if (m_line.m_members.size() == MOST_MEMBERS) {
-            return Fail("too many fields");
-        }
-        m_line.m_members.push_back({m_nested, m_key, value});
-        return true;
-    }
-
-    bool TakeOfLine(const Value& value) {
-        std::string_view* const place = m_key == "fdn" ? &m_line.m_fdn : m_key == "type" ? &m_line.m_type : nullptr;
-        const auto* const text = std::get_if<std::string_view>(&value);
-        if (place == nullptr && m_key != "record") {
-            return Fail("unknown member " + Quoted(m_key));
-        }
-        if (place == nullptr || text == nullptr) {
-            return Fail(Quoted(m_key) + (place == nullptr ? " is not an object" : " is not a text"));
-        }
-        if (place->data() != nullptr) {
-            return Fail(Quoted(m_key) + " is there twice");
-        }
-        *place = *text;
-        return true;
-    }
-
-    RecordLine& m_line;
-    int m_depth = 0;
-    bool m_hasRecord = false;
-    std::string_view m_key;
-    std::string_view m_nested;
-};
-
-void RecordLine::Parse(std::string_view line) {
-    constexpr std::size_t LONGEST_TAIL = 3;  // the parser reads so far behind a character that is cut off at the end
-    // Parsed in its own memory, so that no name or text is copied: 22 % fewer instructions of `kxdu encode`.
-    m_text.assign(line).append(LONGEST_TAIL, '\0');
-    m_fdn = {};
-    m_type = {};
-    m_nested = {};
-    m_members.clear();
-    Handler handler(*this);
-    rapidjson::Reader reader;
-    rapidjson::InsituStringStream stream(m_text.data());
-    constexpr unsigned FLAGS =
-        rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-    const rapidjson::ParseResult parsed = reader.Parse<FLAGS>(stream, handler);
-    if (!handler.complaint.empty()) {
-        throw BadRecord(handler.complaint);
-    }
-    if (parsed.IsError()) {
-        throw BadRecord("JSON, at byte " + std::to_string(parsed.Offset() + 1) + ": " +
-                        rapidjson::GetParseError_En(parsed.Code()));
-    }
-    if (m_type.data() == nullptr || !handler.HasRecord()) {
-        throw BadRecord(m_type.data() == nullptr ? "\"type\" is missing" : "\"record\" is missing");
+void Set(const Field& field, ondemand::value value, std::int64_t& number) {
+    if (value.get_int64().get(number) != simdjson::SUCCESS) {
+        Refuse(field, "is not a whole number of 64 bits");
     }
 }
 
-void RecordLine::End() {
-    for (const Member& member : m_members) {
-        if (!member.isTaken) {
-            throw BadRecord("unknown field " + Quoted(WholeName(member.nested, member.name)));
-        }
+void Set(const Field& field, ondemand::value value, std::int32_t& number) {
+    std::int64_t whole = 0;
+    if (value.get_int64().get(whole) != simdjson::SUCCESS) {
+        Refuse(field, "is not a whole number of 32 bits");
     }
-}
-
-template <class Wanted>
-const Wanted& RecordLine::Take(std::string_view name, const char* wanted) {
-    for (Member& member : m_members) {
-        if (member.name == name && member.nested == m_nested) {
-            member.isTaken = true;
-            if (const auto* const value = std::get_if<Wanted>(&member.value)) {
-                return *value;
-            }
-            throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is not " + wanted);
-        }
-    }
-    throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is missing");
-}
-
-void RecordLine::Number(std::string_view name, std::int64_t& number) {
-    number = Take<std::int64_t>(name, "a whole number of 64 bits");
-}
-
-void RecordLine::Number(std::string_view name, std::int32_t& number) {
-    const std::int64_t whole = Take<std::int64_t>(name, "a whole number of 32 bits");
     if (whole < std::numeric_limits<std::int32_t>::min() || whole > std::numeric_limits<std::int32_t>::max()) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " is not " + RANGE_OF_32_BITS + ": " +
-                        std::to_string(whole));
+        Refuse(field, std::string("is not ") + RANGE_OF_32_BITS + ": " + std::to_string(whole));
     }
     number = static_cast<std::int32_t>(whole);
 }
 
-void RecordLine::Flag(std::string_view name, bool& flag) {
-    flag = Take<bool>(name, "true or false");
+void Set(const Field& field, ondemand::value value, bool& flag) {
+    if (value.get_bool().get(flag) != simdjson::SUCCESS) {
+        Refuse(field, "is not true or false");
+    }
 }
 
-void RecordLine::Text(std::string_view name, std::string& text) {
-    const auto value = Take<std::string_view>(name, "a text");
-    if (IsSubValue(name) && value.find_first_of(",|") != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds \",\" or \"|\", where it would end");
+void Set(const Field& field, ondemand::value value, std::string& text) {
+    std::string_view view;
+    if (value.get_string().get(view) != simdjson::SUCCESS) {
+        Refuse(field, "is not a text");
     }
-    // An identifier that held one of these would not be one line any more.
-    if (value.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds a line end or NUL");
+    RequireWritable(field, view);
+    text = view;
+}
+
+// ---- Records --------------------------------------------------------------------------------------------------------
+
+// A member of an object. Throws if the JSON ends or is damaged there.
+ondemand::field FieldOf(simdjson::simdjson_result<ondemand::field> member) {
+    ondemand::field field;
+    if (const auto error = std::move(member).get(field); error != simdjson::SUCCESS) {
+        throw simdjson::simdjson_error(error);
     }
-    // The parser lets one half of a pair of escapes pass when it is the second.
-    if (!IsAscii(value) && FindInvalidUtf8(value) != value.size()) {
-        throw BadRecord("field " + Quoted(WholeName(m_nested, name)) + " holds half a surrogate pair");
+    return field;
+}
+
+// The key as text; may be asked for once.
+std::string_view KeyOf(ondemand::field& field) {
+    return field.unescaped_key().value();
+}
+
+// Fills the fields of a record, which mostly come in their order.
+class Filler {
+public:
+    Filler(const Kind& kind, void* record) : m_fields(kind.layout.fields), m_record(record) {
+        if (m_fields.size() > MOST_FIELDS) {
+            throw BadRecord("the record has too many fields");
+        }
     }
-    text = value;
+
+    void Fill(ondemand::object object) {
+        FillNested(object, {});
+        const std::uint64_t all = m_fields.size() == MOST_FIELDS ? ~std::uint64_t{0} : (1ULL << m_fields.size()) - 1;
+        if (m_seen != all) {
+            Refuse(m_fields[static_cast<std::size_t>(std::countr_one(m_seen))], "is missing");
+        }
+    }
+
+private:
+    static constexpr std::size_t MOST_FIELDS = 64;  // a bit for each
+
+    // `nest`: the name of the record that the object is nested in, with its "."; empty for the record itself.
+    void FillNested(ondemand::object object, std::string_view nest) {
+        for (auto member : object) {
+            ondemand::field field = FieldOf(member);
+            if (IsExpected(field, nest)) {
+                Take(m_next, field.value());
+                continue;
+            }
+            const std::string_view key = KeyOf(field);
+            if (const std::size_t place = Find(key, nest); place != m_fields.size()) {
+                Take(place, field.value());
+            } else {
+                FillOther(key, field.value(), nest);
+            }
+        }
+    }
+
+    // Whether the member is the field that comes next; a name with escapes is not recognised.
+    bool IsExpected(ondemand::field& member, std::string_view nest) const {
+        return m_next < m_fields.size() && IsNested(m_fields[m_next], nest) &&
+               member.key().unsafe_is_equal(m_fields[m_next].name.substr(nest.size()));
+    }
+
+    // The field of this key; the number of fields if there is none.
+    [[nodiscard]] std::size_t Find(std::string_view key, std::string_view nest) const {
+        std::size_t place = 0;
+        while (place < m_fields.size() &&
+               !(IsNested(m_fields[place], nest) && m_fields[place].name.substr(nest.size()) == key)) {
+            ++place;
+        }
+        return place;
+    }
+
+    static bool IsNested(const Field& field, std::string_view nest) {
+        return field.name.starts_with(nest) && field.name.find('.', nest.size()) == std::string_view::npos;
+    }
+
+    void Take(std::size_t place, ondemand::value value) {
+        const Field& field = m_fields[place];
+        const std::uint64_t bit = 1ULL << place;
+        if ((m_seen & bit) != 0) {
+            Refuse(field, "is there twice");
+        }
+        m_seen |= bit;
+        m_next = place + 1;
+        VisitField(field, m_record, [&](auto& taken) { Set(field, value, taken); });
+    }
+
+    // A member that is no field: a nested record, or unknown.
+    void FillOther(std::string_view key, ondemand::value value, std::string_view nest) {
+        const std::string nested = std::string(key) + ".";
+        for (const Field& field : m_fields) {
+            if (nest.empty() && field.name.starts_with(nested)) {
+                ondemand::object object;
+                if (value.get_object().get(object) != simdjson::SUCCESS) {
+                    throw BadRecord(Quoted(key) + " is not an object");
+                }
+                // A view of the field's name, which lives longer than `nested`.
+                FillNested(object, field.name.substr(0, nested.size()));
+                return;
+            }
+        }
+        throw BadRecord("unknown field " + Quoted(std::string(nest).append(key)));
+    }
+
+    std::span<const Field> m_fields;
+    void* m_record;
+    std::size_t m_next = 0;  // the field that is expected
+    std::uint64_t m_seen = 0;
+};
+
+}  // namespace
+
+// ---- Lines ----------------------------------------------------------------------------------------------------------
+
+class RecordLine::Reader {
+public:
+    void Read(std::string_view text, RecordLine& line) {
+        m_text.assign(text).append(simdjson::SIMDJSON_PADDING, '\0');
+        m_isRecordSeen = false;
+        m_isTypeSeen = false;
+        m_later = {};
+        try {
+            ondemand::document document = m_parser.iterate(m_text.data(), text.size(), m_text.size());
+            ReadMembers(document, line);
+            if (document.current_location().error() != simdjson::OUT_OF_BOUNDS) {
+                throw BadRecord("JSON: there is text after the object");
+            }
+            FillLater(line);
+        } catch (const simdjson::simdjson_error& error) {
+            throw BadRecord(std::string("JSON: ") + simdjson::error_message(error.error()));
+        }
+        if (!m_isTypeSeen || !m_isRecordSeen) {
+            throw BadRecord(m_isTypeSeen ? "\"record\" is missing" : "\"type\" is missing");
+        }
+    }
+
+private:
+    void ReadMembers(ondemand::document& document, RecordLine& line) {
+        ondemand::object object;
+        if (const auto error = document.get_object().get(object); error != simdjson::SUCCESS) {
+            if (error == simdjson::INCORRECT_TYPE) {
+                throw BadRecord("not an object");
+            }
+            throw simdjson::simdjson_error(error);
+        }
+        for (auto member : object) {
+            ondemand::field field = FieldOf(member);
+            const std::string_view key = KeyOf(field);
+            if (key == "fdn") {
+                RefuseTwice(key, line.m_fdn.data() != nullptr);
+                line.m_fdn = TextOf(key, field.value());
+            } else if (key == "type") {
+                RefuseTwice(key, m_isTypeSeen);
+                m_isTypeSeen = true;
+                FindKind(TextOf(key, field.value()), line);
+            } else if (key == "record") {
+                RefuseTwice(key, m_isRecordSeen);
+                m_isRecordSeen = true;
+                ReadRecord(field.value(), line);
+            } else {
+                throw BadRecord("unknown member " + Quoted(key));
+            }
+        }
+    }
+
+    static void RefuseTwice(std::string_view key, bool isSeen) {
+        if (isSeen) {
+            throw BadRecord(Quoted(key) + " is there twice");
+        }
+    }
+
+    static std::string_view TextOf(std::string_view key, ondemand::value value) {
+        std::string_view text;
+        if (value.get_string().get(text) != simdjson::SUCCESS) {
+            throw BadRecord(Quoted(key) + " is not a text");
+        }
+        return text;
+    }
+
+    static void FindKind(std::string_view type, RecordLine& line) {
+        line.m_kind = FindKindByType(type);
+        if (line.m_kind == nullptr) {
+            throw BadRecord("unknown type " + Quoted(type));
+        }
+        line.m_record = line.m_records.Fresh(line.m_kind->layout);
+    }
+
+    void ReadRecord(ondemand::value value, RecordLine& line) {
+        ondemand::object record;
+        if (value.get_object().get(record) != simdjson::SUCCESS) {
+            throw BadRecord("\"record\" is not an object");
+        }
+        if (line.m_kind == nullptr) {
+            m_later = record.raw_json().value();  // which fields it has is only known after the type
+        } else {
+            Filler(*line.m_kind, line.m_record).Fill(record);
+        }
+    }
+
+    void FillLater(RecordLine& line) {
+        if (m_later.data() != nullptr && line.m_kind != nullptr) {
+            const auto padding = static_cast<std::size_t>(m_text.data() + m_text.size() - m_later.data());
+            ondemand::document document = m_laterParser.iterate(m_later.data(), m_later.size(), padding);
+            Filler(*line.m_kind, line.m_record).Fill(document.get_object());
+        }
+    }
+
+    std::string m_text;  // with the bytes that the parser may read after a line
+    ondemand::parser m_parser;
+    ondemand::parser m_laterParser;
+    std::string_view m_later;  // the record, if it comes before its type
+    bool m_isRecordSeen = false;
+    bool m_isTypeSeen = false;
+};
+
+RecordLine::RecordLine() : m_reader(std::make_unique<Reader>()) {}
+
+RecordLine::~RecordLine() = default;
+
+void RecordLine::Read(std::string_view line) {
+    m_fdn = {};
+    m_kind = nullptr;
+    m_record = nullptr;
+    m_reader->Read(line, *this);
 }
 
 }  // namespace NS_KX

@@ -1,62 +1,43 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
-#include <vector>
 
 #include "catalogue/kinds.h"
 
 namespace NS_KX {
 
-/// One JSON line as `decode` writes it: {"fdn":...,"type":...,"record":{...}}, its members in any order. "fdn" may be
-/// missing. Its memory is kept for the next line.
-class RecordLine : private RecordSource {
+/// Reads JSON lines as `decode` writes them: {"fdn":...,"type":...,"record":{...}}, the members in any order; "fdn" may
+/// be missing. Its memory is kept for the next line. One thread at a time.
+class RecordLine {
 public:
-    /// Replaces what was parsed before by `line`. Throws `BadRecord`; what was parsed before is gone even
-    /// then.
-    void Parse(std::string_view line);
+    RecordLine();
+    ~RecordLine();
+    RecordLine(const RecordLine&) = delete;
+    RecordLine& operator=(const RecordLine&) = delete;
 
-    /// The identifier beside the record; empty when there is none.
+    /// Reads `line` in the place of what was read before. Every field of the record must be there, and no other. Throws
+    /// `BadRecord`; nothing that was read before may be asked for then.
+    void Read(std::string_view line);
+
+    /// The identifier beside the record; without data if there is none.
     [[nodiscard]] std::string_view Fdn() const noexcept { return m_fdn; }
-    /// The type of the record.
-    [[nodiscard]] std::string_view Type() const noexcept { return m_type; }
-
-    /// Writes the record's identifier into `fdn`. Every field of the record must be there, and no other. Throws
-    /// `BadRecord` and what `Kind::Encode` throws.
-    void Encode(const Kind& kind, std::string& fdn) { kind.Encode(*this, fdn); }
+    /// The kind that the line names.
+    [[nodiscard]] const NS_KX::Kind& Kind() const noexcept { return *m_kind; }
+    /// The record, of this kind.
+    [[nodiscard]] const void* Record() const noexcept { return m_record; }
 
 private:
-    class Handler;
+    class Reader;
 
-    struct NoNumber {};   ///< null
-    struct NoInteger {};  ///< a number with a fraction or an exponent, or beyond 64 bits
-    using Value = std::variant<NoNumber, NoInteger, bool, std::int64_t, std::string_view>;
-
-    struct Member {
-        std::string_view nested;  ///< the member that holds it; empty: the record itself
-        std::string_view name;
-        Value value;
-        bool isTaken = false;
-    };
-
-    void Number(std::string_view name, std::int32_t& number) override;
-    void Number(std::string_view name, std::int64_t& number) override;
-    void Flag(std::string_view name, bool& flag) override;
-    void Text(std::string_view name, std::string& text) override;
-    void BeginNested(std::string_view name) override { m_nested = name; }
-    void EndNested() override { m_nested = {}; }
-    void End() override;
-
-    template <class Wanted>
-    const Wanted& Take(std::string_view name, const char* wanted);
-
-    std::string m_text;  // the strings below look into it
+    std::unique_ptr<Reader> m_reader;  // hides the parser's headers, which take long to compile
+    AnyRecord m_records;
     std::string_view m_fdn;
-    std::string_view m_type;
-    std::vector<Member> m_members;
-    std::string_view m_nested;
+    const NS_KX::Kind* m_kind = nullptr;
+    void* m_record = nullptr;
 };
 
 }  // namespace NS_KX

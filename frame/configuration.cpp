@@ -2,21 +2,20 @@
 
 #include <algorithm>
 
-#include <kx_platform/configitems.h>
-
 namespace NS_UTIL::NS_FRAME {
 
-using NS_BUNDLEMGR1::ConfigItem;
-using NS_BUNDLEMGR1::CorbaConfigItems;
+int ReadCarrierProfile() {
+    int profile = 0;
+    LastingItem<"Telvandaire">().GetInt(profile);
+    return profile;
+}
 
 bool ReadPfmFrameSize(int& size) {
-    static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("PfmFrameRdSize");
-    return item.GetInt(size);
+    return LastingItem<"PfmFrameRdSize">().GetInt(size);
 }
 
 SubSlotNETypes::SubSlotNETypes() {
-    static const ConfigItem& item = CorbaConfigItems::Instance()->GetItem("NETypeListForSubSlot");
-    m_list = item.GetNumbers(m_pin);
+    m_list = LastingItem<"NETypeListForSubSlot">().GetNumbers(m_pin);
 }
 
 bool SubSlotNETypes::Contains(unsigned short neType) const noexcept {

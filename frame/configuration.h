@@ -1,34 +1,44 @@
-/// The configuration items that conversions read. Each is read anew at every call, without a lock, but looked up by its
-/// key only once: 19 % fewer instructions of ResID2PortIndex, 16 % of PortIndex2ResID, 40 % of GetPFMPacketSize.
+/// The configuration items that the library reads. Each is looked up by its key once; its value is read anew at every
+/// call, without a lock.
 #pragma once
 
+#include <atomic>
 #include <vector>
 
 #include <kx_platform/configitems.h>
 #include <kx_platform/readpin.h>
 
+#include "frame/lastingtext.h"
+
 namespace NS_UTIL::NS_FRAME {
 
-/// The carrier profile switch, item "Telvandaire"; 0 when it cannot be read. Inline, since every port read asks it:
-/// 1.5 % fewer instructions of ResID2PortIndex.
-inline int ReadCarrierProfile() {
-    static const NS_BUNDLEMGR1::ConfigItem& item = NS_BUNDLEMGR1::CorbaConfigItems::Instance()->GetItem("Telvandaire");
-    int profile = 0;
-    item.GetInt(profile);
-    return profile;
+/// The configuration item called `Key`, looked up at the first call. Not a static variable with an initializer: see
+/// `LastingText`.
+template <TextArgument Key>
+const NS_BUNDLEMGR1::ConfigItem& LastingItem() {
+    static std::atomic<const NS_BUNDLEMGR1::ConfigItem*> known{nullptr};
+    const NS_BUNDLEMGR1::ConfigItem* item = known.load(std::memory_order_acquire);
+    if (item == nullptr) {
+        item = &NS_BUNDLEMGR1::CorbaConfigItems::Instance()->GetItem(Key.View());
+        known.store(item, std::memory_order_release);
+    }
+    return *item;
 }
 
-/// The bytes of performance data that are read at a time, item "PfmFrameRdSize", as it was set. False, and
-/// `size` untouched, when the item is missing or no number.
+/// The carrier profile switch, item "Telvandaire"; 0 when it is missing or no number.
+int ReadCarrierProfile();
+
+/// Reads how many bytes of performance data are read at a time, item "PfmFrameRdSize", unchecked. Returns false and
+/// leaves `size` alone if the item is missing or no number.
 bool ReadPfmFrameSize(int& size);
 
-/// The NE types that spell out an absent sub-slot, item "NETypeListForSubSlot" (decimal numbers separated by ","), as
-/// the item stands when this object is made. A local variable.
+/// The NE types that spell out an absent sub-slot: item "NETypeListForSubSlot", decimal numbers separated by ",". Holds
+/// the list as it is when this object is made. A local variable.
 class SubSlotNETypes {
 public:
     SubSlotNETypes();
 
-    /// Whether `neType` is in the list; false when the item is missing or empty.
+    /// Whether `neType` is in the list. Returns false if the item is missing or empty.
     [[nodiscard]] bool Contains(unsigned short neType) const noexcept;
 
 private:

@@ -4,9 +4,8 @@
 
 namespace NS_UTIL::NS_FRAME {
 
-// The logger is remembered, since a log service may look it up by three texts and under a lock: 12 % fewer instructions
-// of GetPFMPacketSize with its record written to a file. It is remembered with the service object, not here: so it is
-// forgotten in the moment in which the log service goes, and a thread that is late cannot put it back.
+// Remembers the logger, since a log service may look it up by three texts and under a lock. The service's object holds
+// it, not this source: so it is forgotten at the moment the log service goes, and a late thread cannot put it back.
 NS_SERVICE::ModuleLogger* LogSource::GetModuleLogger(LogService& logService) const noexcept try {
     NS_SERVICE::LogSvcInterface* const service = logService.emplace().TryGet();
     if (service == nullptr) {

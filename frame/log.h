@@ -6,17 +6,16 @@
 
 namespace NS_UTIL::NS_FRAME {
 
-/// One source of log records: its name in each record, and the module for which it asks a logger. The log service keeps
-/// the logger for it, so a source costs nothing to make and is never destroyed.
+/// One source of log records: its name in each record, and the module for which it asks a logger. It keeps no state:
+/// the log service's object remembers the logger.
 class LogSource {
 public:
     constexpr LogSource(const char* file, const char* module, const char* subModule)
         : m_file(file), m_module(module), m_subModule(subModule) {}
 
-    /// Writes a record, its message formatted as printf does, if there is a log service; otherwise drops it without
-    /// formatting the message. `line`, `level` and `format` belong to the record and do not change when the source file
-    /// does. A log service that gives no logger, or fails to, costs the record and nothing else; exceptions thrown by
-    /// the logger propagate.
+    /// Writes a record, its message formatted as printf does. Without a log service, or if that gives no logger, drops
+    /// the record without formatting the message. `line` is part of the record and does not change when the source file
+    /// does. Exceptions thrown by the logger propagate.
     template <class... Arguments>
     void Write(int line, int level, const char* format, Arguments... arguments) const {
         LogService logService;

@@ -8,7 +8,7 @@ void StreamOver(std::stringstream& from, std::stringstream& to) {
     if (from.rdbuf()->in_avail() <= 0) {
         return;  // streaming an empty text would set failbit
     }
-    to.exceptions(std::ios::failbit);  // else a text for which there is no memory would be lost in silence
+    to.exceptions(std::ios::failbit);  // otherwise a text for which there is no memory would be lost silently
     to << from.rdbuf();
     to.exceptions(std::ios::goodbit);
 }

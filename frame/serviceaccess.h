@@ -23,9 +23,8 @@ inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::DAWSvcInterface>{"DAW
 template <>
 inline constexpr std::string_view SERVICE_NAME<NS_SERVICE::LogSvcInterface>{"LogSvcInterface"};
 
-/// The default of a search for a service of this type: every search of the system has one, with which it ends when
-/// there is no service. Made on first use, never freed. It has none of the typed interfaces, so a search that ends with
-/// it has found nothing.
+/// The default of a search for a service of this type: every search of the system ends with one if there is no service.
+/// Made on first use, never freed. It has none of the typed interfaces, so a search that ends with it found nothing.
 template <class Interface>
 NS_BUNDLEMGR1::ServiceInterface* GetDefaultService() {
     static std::atomic<NS_BUNDLEMGR1::ServiceInterface*> made{nullptr};
@@ -45,23 +44,23 @@ NS_BUNDLEMGR1::ServiceInterface* GetDefaultService() {
 [[noreturn]] void ThrowInterfaceNotExist();
 
 /// Access to the service of one interface type, for one operation: a local variable. While it lives, the service that
-/// it found is not taken away. Constructing it prepares that default and the buffer; it throws std::bad_alloc, and
-/// std::system_error when their lock cannot be taken, which happens on first use only.
+/// it found is not taken away: `ReadPin` holds it, as a hazard pointer does (M. Michael, "Hazard Pointers: Safe Memory
+/// Reclamation for Lock-Free Objects", 2004). On first use, the constructor makes the default and the buffer; it then
+/// may throw std::bad_alloc, or std::system_error if their lock cannot be taken.
 ///
-/// There are three ways to the service, since callers rely on the process ending when the look-up itself fails (its
-/// lock cannot be taken, say); only the MA writer lets such an exception through.
+/// There are three ways to the service, since callers rely on how a failing look-up ends (its lock cannot be taken,
+/// say): it ends the process, except in the MA writer, which lets the exception through.
 template <class Interface>
 class ServiceAccess {
 public:
     ServiceAccess()
         : m_default(GetDefaultService<Interface>()), m_buffer(NS_BUNDLEMGR1::CheckIFBuf(SERVICE_NAME<Interface>)) {}
 
-    /// The service, or null when there is none: for what goes on without it. An exception of the look-up ends the
+    /// The service, or null if there is none: for callers that go on without it. An exception of the look-up ends the
     /// process.
     Interface* TryGet() noexcept { return Find(); }
 
-    /// The service. Throws `InterfaceNotExistException` when there is none. Any other exception ends the process (to
-    /// throw needs no memory, so there is none but those of the look-up).
+    /// The service. Throws `InterfaceNotExistException` if there is none. An exception of the look-up ends the process.
     Interface& Get() { return Require(TryGet()); }
 
     /// The service, for the MA writer. Throws `InterfaceNotExistException` when there is none. All exceptions

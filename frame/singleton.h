@@ -6,7 +6,7 @@ class ACE_Recursive_Thread_Mutex;
 
 namespace NS_UTIL::NS_FRAME {
 
-/// Holds the process-wide lock under which singletons are made and deleted.
+/// Holds the process-wide lock that guards making and deleting singletons.
 class StaticObjectLock {
 public:
     StaticObjectLock();
@@ -14,16 +14,22 @@ public:
     StaticObjectLock(const StaticObjectLock&) = delete;
     StaticObjectLock& operator=(const StaticObjectLock&) = delete;
 
-    /// False when the lock could not be taken.
+    /// What a fork does with the lock: it is held meanwhile. In the child, where a recursive mutex does not know its
+    /// owner any more, it is made anew and taken again as often as the forking thread has it.
+    static void BeforeFork() noexcept;
+    static void AfterForkInParent() noexcept;
+    static void AfterForkInChild() noexcept;
+
+    /// Returns false if the lock could not be taken.
     [[nodiscard]] bool IsHeld() const { return m_held != nullptr; }
 
 private:
     ACE_Recursive_Thread_Mutex* m_held;
 };
 
-/// `Instance()` of a singleton: returns the object in `instance`; if there is none, stores and returns the one made by
-/// `make`. Null when that needs the lock and the lock cannot be taken. Exceptions thrown by `make` propagate, and no
-/// instance is left.
+/// `Instance()` of a singleton: returns the object in `instance`, after making it by `make` if there is none. Returns
+/// null if the lock for making it cannot be taken. If `make` throws, the exception propagates and `instance` stays
+/// empty.
 template <class Singleton, class Make>
 Singleton* GetInstance(std::atomic<Singleton*>& instance, Make make) {
     Singleton* existing = instance.load(std::memory_order_acquire);
@@ -42,8 +48,8 @@ Singleton* GetInstance(std::atomic<Singleton*>& instance, Make make) {
     return existing;
 }
 
-/// `Destroy()` of a singleton: empties `instance` and passes the object that was in it to `dispose`; does nothing when
-/// there is no object or the lock cannot be taken.
+/// `Destroy()` of a singleton: empties `instance` and passes its object to `dispose`. Does nothing if there is no
+/// object or the lock cannot be taken.
 template <class Singleton, class Dispose>
 void DestroyInstance(std::atomic<Singleton*>& instance, Dispose dispose) {
     if (instance.load(std::memory_order_acquire) == nullptr) {

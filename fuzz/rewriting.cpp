@@ -51,7 +51,8 @@ void CompareWriters(const std::string& fdn) {
 std::optional<std::string> Rewrite(const NS_KX::Kind& kind, const std::string& fdn) {
     try {
         std::string canonical;
-        kind.Rewrite(fdn, canonical);
+        NS_KX::AnyRecord record;
+        NS_KX::Rewrite(kind, fdn, NS_UTIL::Surroundings::OfSystem(), record, canonical);
         return canonical;
     } catch (const NS_KX::BadRecord&) {
     } catch (const NS_UTIL::InterfaceNotExistException&) {}
@@ -65,7 +66,7 @@ std::optional<std::string> Rewrite(const NS_KX::Kind& kind, const std::string& f
 void CompareRewritten(const std::string& fdn) {
     const auto rounds = 2 + std::count(fdn.begin(), fdn.end(), '\\');
     for (const NS_KX::Kind* const kind : NS_KX::AllKinds()) {
-        if (kind->Type() == "TPIndex") {
+        if (kind->type == "TPIndex") {
             continue;
         }
         std::optional<std::string> settled = fdn;
@@ -73,7 +74,7 @@ void CompareRewritten(const std::string& fdn) {
             settled = Rewrite(*kind, *settled);
         }
         if (settled && NS_KX::FindKind(*settled) == kind) {
-            ExpectEqual(Rewrite(*kind, *settled), settled, kind->Type(), fdn);
+            ExpectEqual(Rewrite(*kind, *settled), settled, kind->type, fdn);
         }
     }
 }

@@ -49,12 +49,12 @@ void CompareBlocks(std::string_view text) {
     std::string_view rest = text;
     for (; rest.size() >= BLOCK_SIZE; rest.remove_prefix(1)) {
         const std::uint64_t expected = FindPlainly(rest.data(), BLOCK_SIZE, ',');
-        ExpectEqual(FindInBlock(rest.data(), ','), expected, "FindInBlock", rest.substr(0, BLOCK_SIZE));
-        ExpectEqual(FindInRest(rest.data(), BLOCK_SIZE, ','), expected, "FindInRest", rest.substr(0, BLOCK_SIZE));
+        ExpectEqual(FindSeparators(rest.data(), BLOCK_SIZE, ','), expected, "FindSeparators",
+                    rest.substr(0, BLOCK_SIZE));
     }
     for (; !rest.empty(); rest.remove_prefix(1)) {
-        ExpectEqual(FindInRest(rest.data(), rest.size(), ','), FindPlainly(rest.data(), rest.size(), ','), "FindInRest",
-                    rest);
+        ExpectEqual(FindSeparators(rest.data(), rest.size(), ','), FindPlainly(rest.data(), rest.size(), ','),
+                    "FindSeparators", rest);
     }
 }
 

@@ -1,13 +1,53 @@
-/// The reader of configuration files: it reads, or tells where it cannot.
+/// The reader of configuration files: it reads a file, or says where it cannot.
+#include <algorithm>
+#include <optional>
 #include <stdexcept>
+
+#include <toml++/toml.h>
 
 #include "fuzz/input.h"
 #include "fuzz/memoryfile.h"
+#include "standalone/src/tomldepth.h"
 #include "standalone/src/tomlfile.h"
 
 namespace {
 
 using NS_FUZZ::ExpectEqual;
+
+// How deep the tables and arrays of a text are nested; nothing when it does not parse.
+std::size_t DepthOf(const toml::node& node) {
+    std::size_t inside = 0;
+    if (const auto* const table = node.as_table()) {
+        for (const auto& [key, child] : *table) {
+            inside = std::max(inside, DepthOf(child));
+        }
+    } else if (const auto* const array = node.as_array()) {
+        for (const toml::node& child : *array) {
+            inside = std::max(inside, DepthOf(child));
+        }
+    } else {
+        return 0;
+    }
+    return inside + 1;
+}
+
+std::optional<std::size_t> ParsedDepth(std::string_view text) try {
+    return DepthOf(toml::parse(text)) - 1;
+} catch (const toml::parse_error&) {
+    return std::nullopt;
+}
+
+// A text that parses is refused when it is nested too deep, and only then. Each part of a header may be an array of
+// tables, so the tables may be twice as deep as the text.
+void CheckDepth(std::string_view text) {
+    const std::optional<std::size_t> depth = ParsedDepth(text);
+    if (!depth) {
+        return;
+    }
+    const bool isRefused = NS_STANDALONE::FindTooDeep(text).has_value();
+    ExpectEqual(isRefused && *depth < NS_STANDALONE::MAX_TOML_DEPTH, false, "a refusal of what is not deep", text);
+    ExpectEqual(!isRefused && *depth > 2 * NS_STANDALONE::MAX_TOML_DEPTH, false, "what is too deep and taken", text);
+}
 
 // Complaints begin with "file:line:column: ".
 void ExpectPlace(std::string_view complaint, const std::string& file, std::string_view text) {
@@ -26,6 +66,7 @@ void ExpectPlace(std::string_view complaint, const std::string& file, std::strin
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text = NS_FUZZ::ToText(data, size);
+    CheckDepth(text);
     const NS_FUZZ::MemoryFile file(text);
     try {
         const NS_STANDALONE::TomlFile toml = NS_STANDALONE::ReadTomlFile(file.Name());

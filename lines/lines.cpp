@@ -119,10 +119,8 @@ void LineResult::TakeBack(const Mark& mark) {
 }
 
 void LineResult::Release() {
-    for (TextBuffer* const buffer : {&output, &m_report}) {
-        buffer->Clear();
-        buffer->ShrinkToFit();
-    }
+    output = TextBuffer();
+    m_report = TextBuffer();
 }
 
 char* LineResult::Room(std::size_t size) {
@@ -337,7 +335,7 @@ private:
 
     // A reader of the library may begin or end a field inside of a character. What is ASCII stays so.
     static void RefuseInvalidOutput(std::size_t before, LineResult& result) {
-        const std::string_view made = ViewOf(result.output).substr(before);
+        const std::string_view made = result.output.View().substr(before);
         if (FindInvalidUtf8(made) != made.size()) {
             result.output.Pop(made.size());
             result.Report("cannot be written as UTF-8: a field of what is read begins or ends inside a character");
@@ -369,14 +367,14 @@ private:
         m_counts.isFound = m_counts.isFound || result.m_findings != 0;
         m_isStopped = m_options.isStrict && result.m_findings != 0;
         if (m_isStopped) {
-            m_output.Write(ViewOf(result.output).substr(0, result.m_outputBeforeFirst));
-            WriteReport(ViewOf(result.m_report).substr(0, result.m_firstFindingEnd), name);
+            m_output.Write(result.output.View().substr(0, result.m_outputBeforeFirst));
+            WriteReport(result.m_report.View().substr(0, result.m_firstFindingEnd), name);
             m_counts.findings += 1;
             m_counts.lines += result.m_firstFindingLine + 1 - result.m_firstLine;
             return;
         }
-        m_output.Write(ViewOf(result.output));
-        WriteReport(ViewOf(result.m_report), name);
+        m_output.Write(result.output.View());
+        WriteReport(result.m_report.View(), name);
         m_counts.findings += result.m_findings;
         m_counts.lines += result.m_line - result.m_firstLine;
         for (std::size_t tally = 0; tally < result.m_tallies.size(); ++tally) {

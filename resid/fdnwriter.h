@@ -12,12 +12,11 @@
 
 namespace NS_UTIL::NS_FDN {
 
-/// Writes into the caller's string, in place of what it held. The text is gathered on the stack and handed over by
-/// `Flush`, so that the string grows once, and not at all when it has room: for a port, 30 % fewer instructions than to
-/// append each piece to the string.
+/// Writes into the caller's string, in place of what it held. Gathers the text on the stack and hands it over in
+/// `Flush`, so that the string grows once, and not at all if it has room.
 class FdnWriter {
 public:
-    /// `names`: how many bytes the record's names take, where it has more than one.
+    /// `names` is how many bytes the record's names take, if it has more than one.
     explicit FdnWriter(std::string& out, std::size_t names = 0) noexcept : m_out(out), m_names(names) {}
     FdnWriter(const FdnWriter&) = delete;
     FdnWriter& operator=(const FdnWriter&) = delete;
@@ -49,15 +48,15 @@ public:
     /// Appends a level's head, such as ",FR=", and its number.
     FdnWriter& Level(std::string_view head, std::int32_t number) { return Text(head).Decimal(number); }
 
-    /// Hands what was gathered to the caller's string.
+    /// Hands the gathered text to the caller's string.
     void Flush() {
         Begin();
         m_out.append(m_gathered.data(), m_size);
         m_size = 0;
     }
 
-    /// Returns the answer of `question`, which asks a service. When it throws, the caller gets what was written up to
-    /// here.
+    /// Returns the answer of `question`, which asks the surroundings. If it throws, the caller's string holds what was
+    /// written up to here.
     template <class Question>
     auto Ask(Question question) {
         try {
@@ -69,8 +68,8 @@ public:
     }
 
 private:
-    // Makes room for what may follow, too: all but the names fits into what is gathered. Rare, so it is not inlined:
-    // PortIndex2ResID takes a third fewer instructions, since what is not rare is inlined then.
+    // Makes room for what follows, too: without the names, any identifier fits into what is gathered. Not inlined: this
+    // path is rare, and its size keeps the common one from being inlined.
     [[gnu::noinline]] void HandEarly(std::string_view tail) {
         Begin();
         if (const std::size_t size = m_out.size() + m_size + tail.size(); size > m_out.capacity()) {

@@ -95,8 +95,7 @@ void ResIDUtil::ConstructMocLevelObj(const std::string& tag, const std::vector<s
         std::any_of(values.begin(), values.end(), [&level](const std::string& value) { return &value == &level; });
     std::string own;
     std::string& text = isSource ? own : level;
-    // Summed, so that the text grows once: 18 % fewer instructions for a tunnel's level in a new string, 8 % more for a
-    // port's in one that has room.
+    // Summed, so that the text grows once.
     std::size_t size = tag.size();
     for (const std::string& value : values) {
         size += 1 + value.size();
@@ -116,7 +115,7 @@ void ResIDUtil::ConstructMocLevelObj(const std::string& tag, const std::vector<s
 bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,
                                 std::vector<std::string>& values) {
     const std::string_view tagText = tag;
-    const auto found = fdn.find(tagText);
+    const auto found = fdn.find(tagText);  // plain text: callers rely on "S=" being found in ",SS=" too
     if (found == std::string::npos) {
         return false;
     }
@@ -125,7 +124,7 @@ bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int min
     if (comma != std::string_view::npos) {
         value = value.substr(0, comma);
         if (value.ends_with('\\')) {
-            value = {};  // an escaped comma is not stepped over: the value is lost, on purpose
+            value = {};  // the value is dropped, not continued after the escaped comma, on purpose
         }
     }
     Append(SubValuesOf(value), values);
@@ -133,10 +132,8 @@ bool ResIDUtil::ResolveFDNByMoc(const std::string& fdn, const char* tag, int min
 }
 
 std::string ResIDUtil::GetMOCFromFDN(const std::string& fdn) {
-    const auto comma = fdn.rfind(',');
-    const auto begin = comma == std::string::npos ? 0 : comma + 1;
-    const std::string_view level = std::string_view(fdn).substr(begin);
-    return std::string(level.substr(0, level.rfind('=')));
+    const std::string_view level = NS_FDN::LastLevel(fdn);
+    return std::string(level.substr(0, level.rfind('=')));  // the last "=" of the text, unlike NS_FDN::LastTag
 }
 
 bool ResIDUtil::IsServiceFDN(const std::string& moc) {

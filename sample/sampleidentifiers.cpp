@@ -1,9 +1,14 @@
 #include "sample/sampleidentifiers.h"
 
+#include <algorithm>
 #include <array>
+#include <optional>
+#include <string_view>
 
 #include <kx_domain_util/resIDUtil.h>
 
+#include "catalogue/kinds.h"
+#include "catalogue/pieces.h"
 #include "sample/sampleservices.h"
 #include "sample/splitmix64.h"
 
@@ -159,12 +164,39 @@ void WriteNeInArea(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentif
     take(fdn);
 }
 
+// The types that the other generators write. Each type that the catalogue has besides is written as its example, so
+// that a new kind is in every sample from the beginning.
+constexpr std::array<std::string_view, 29> GENERATED{"OSIndex",          "ONEIndex",      "NEID",
+                                                     "NEIndex",          "ShelfIndex",    "SlotIndex",
+                                                     "SubSlotIndex",     "CardIndex",     "PortIndex:NEType1911",
+                                                     "PortIndex:NEType", "PortIndex",     "CtpKey_T",
+                                                     "CtpKey_T:SUBIF",   "TPIndex",       "GroupID",
+                                                     "PWIndex",          "PWSwitchIndex", "ServiceIndex",
+                                                     "TunnelIndex",      "TDIndex",       "VPNTrailIndex",
+                                                     "TunnelTrailIndex", "PWTrailIndex",  "TNPIndex_T",
+                                                     "MDIndex",          "MAIndex",       "MEPIndex",
+                                                     "MEPIndex:RMEP",    "MIPIndex"};
+
+bool IsExampleWritten(const Kind& kind) {
+    return !kind.lastTags.front().empty() &&
+           std::find(GENERATED.begin(), GENERATED.end(), kind.type) == GENERATED.end();
+}
+
+void WriteExamples(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
+    static const PieceName NE{"NE", std::nullopt};
+    for (const Kind* const kind : AllKinds()) {
+        if (IsExampleWritten(*kind)) {
+            take(ReplacePiece(kind->example, NE, std::to_string(ne.neId)));
+        }
+    }
+}
+
 // What is written of an NE, in this order. A new one goes to the end: each has a sequence of random numbers of its own,
 // by its place, so the identifiers of those before it stay as they are.
 constexpr std::array GENERATORS{
-    WriteAreas,         WriteNe,    WriteSlots,    WritePorts,         WriteAccessPoints,
-    WriteSubInterfaces, WritePaths, WriteNeInArea, WritePortsByNEType, WriteNumberedSubInterfaces,
-    WriteServices};
+    WriteAreas,         WriteNe,      WriteSlots,    WritePorts,         WriteAccessPoints,
+    WriteSubInterfaces, WritePaths,   WriteNeInArea, WritePortsByNEType, WriteNumberedSubInterfaces,
+    WriteServices,      WriteExamples};
 
 }  // namespace
 

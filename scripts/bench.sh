@@ -1,33 +1,30 @@
 #!/usr/bin/env bash
-# Measures the library, each conversion beside its literal counterpart, and then kxdu, beside mawk and grep. Prints the
-# figures, writes them to build/bench, and names each limit that is missed; then it ends with 1. Wants a quiet machine,
-# and takes some minutes on it.
-#   scripts/bench.sh [--update] [library|kxdu]     --update: also puts the figures into docs/performance.md
+# Measures the library, each conversion beside its literal counterpart, and kxdu beside mawk and grep. Prints the
+# figures, writes them to build/figures, and names each limit that is missed; then it exits with 1. Takes some minutes and
+# wants a quiet machine.
+#   scripts/bench.sh [library|kxdu]      default: both
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-document=()
-parts=()
-for argument in "$@"; do
-    case $argument in
-        --update) document=(--document docs/performance.md) ;;
-        library | kxdu) parts+=("$argument") ;;
-        *) sed -n '2,5s/^# \?//p' "$0" >&2; exit 2 ;;
-    esac
-done
-if [ ${#parts[@]} -eq 0 ]; then
+parts=("$@")
+if [ $# -eq 0 ]; then
     parts=(library kxdu)
 fi
+for part in "${parts[@]}"; do
+    if ! [[ $part =~ ^(library|kxdu)$ ]]; then
+        sed -n '2,5s/^# \?//p' "$0" >&2
+        exit 2
+    fi
+done
 
-scripts/install-deps.sh
-scripts/build.sh release
-bin=build/release/bin
-folder=build/bench
+scripts/install-deps.sh tool bench
+scripts/build.sh bench
+bin=build/bench/bin
+folder=build/figures
 mkdir -p $folder
 
-# Measures with a program into NAME.json, and keeps what it says in NAME.log. Figures of an earlier run are never left
-# where those of this one are looked for. Says itself whether it failed: nothing ends by itself behind "||".
-#   measured NAME PROGRAM [OPTION...]
+# measured NAME PROGRAM [OPTION...]: runs a program that writes NAME.json, and keeps what it prints in NAME.log. Returns
+# its failure, since "set -e" does not reach a function in front of "||".
 measured() {
     local name=$1
     shift
@@ -39,27 +36,24 @@ measured() {
     }
 }
 
-# Rates of one run only are compared, and of several repetitions in random order the fastest counts: what else the
-# machine does makes a call slower, never faster.
+# Of all repetitions the fastest counts: whatever else the machine does makes a call slower, never faster. In a round,
+# benchmarks of one conversion follow each other.
 measure_library() {
+    local round rounds=()
     echo "measuring the library"
-    rm -f $folder/library.json $folder/performance.svg
+    rm -f $folder/library.json
     measured allocations $bin/kx_bench_allocations --benchmark_min_time=0.00001 || return 1
-    measured times $bin/kx_bench --benchmark_min_time=0.008 --benchmark_repetitions=45 \
-                                 --benchmark_enable_random_interleaving=true || return 1
-    local code=0
-    bench/report.py $folder/times.json $folder/allocations.json --json $folder/library.json \
-                    --svg $folder/performance.svg "${document[@]}" || code=1
-    if [ ${#document[@]} -gt 0 ]; then
-        cp $folder/performance.svg docs/performance.svg || return 1
-    fi
-    return $code
+    for round in {01..15}; do
+        measured "times-$round" $bin/kx_bench --benchmark_min_time=0.008 --benchmark_repetitions=3 || return 1
+        rounds+=("$folder/times-$round.json")
+    done
+    bench/report.py $folder/allocations.json "${rounds[@]}" --json $folder/library.json --svg $folder/library.svg
 }
 
 measure_kxdu() {
     echo "measuring kxdu"
     rm -f $folder/kxdu.json
-    bench/kxdu.py $bin/kxdu --json $folder/kxdu.json "${document[@]}"
+    bench/kxdu.py $bin/kxdu --json $folder/kxdu.json
 }
 
 code=0

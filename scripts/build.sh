@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Configures a preset and builds it or some targets of it, by ccache where there is one. Says nothing unless it fails:
-# then it shows the end of the log, which is build/PRESET.log.
+# Configures a preset and builds it or some of its targets, with ccache if that is installed. Prints nothing unless it
+# fails; then it shows the end of the log, build/PRESET.log.
 #   scripts/build.sh PRESET [TARGET...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -12,8 +12,8 @@ if [ $# -gt 1 ]; then
 fi
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-    export CCACHE_DEPEND=1  # the compiler lists the headers anyway: a file that is not there costs nothing more
-    export CCACHE_SLOPPINESS=pch_defines,time_macros  # else it leaves out what has precompiled headers
+    export CCACHE_DEPEND=1  # the compiler lists the headers anyway
+    export CCACHE_SLOPPINESS=pch_defines,time_macros  # else it ignores files with precompiled headers
 fi
 log=build/$preset.log
 mkdir -p build

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# Builds the library's test programs for measuring, runs them, and prints which lines and branches of the library they
-# reach, its public headers included. Fails when a test does, or below 98 % of lines and 92 % of branches. Lines that
-# are not reached, file by file: build/coverage/report.txt.
+# Builds the library's tests with counters, runs them, and prints which lines and branches of the library and its public
+# headers they reach. Fails if a test does, or below 98 % of lines and 92 % of branches. build/coverage/report.txt names
+# the lines that no test reaches.
 #
-# Branches that the compiler makes for exceptions do not count: nobody wrote them, and the tests with failing memory are
-# there for what they do. Nor do those of lines without code, such as a closing brace.
+# Branches that the compiler adds for exceptions do not count: the tests with failing memory look after those. Nor do
+# branches of lines without code, such as a closing brace.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-deps.sh
+scripts/install-deps.sh tool test coverage
 scripts/build.sh coverage tests/{platform,frame,device,resid,common}/all kx_churn_tests kx_failingmemory_tests
 find build/coverage -name '*.gcda' -delete
 log=build/coverage.log

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the tool, and shows it at work: the identifiers of a made-up network go from text to
-# records and back.
+# Installs what is missing, builds kxdu, and shows it at work: identifiers of a made-up network become records and
+# identifiers again.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,7 +26,7 @@ run() {
     "$@"
 }
 
-# The same, and tells how many identifiers went through in a second.
+# The same, with the number of identifiers a second.
 measure() {
     local begin end
     begin=$(microseconds)
@@ -45,9 +45,9 @@ explain_first() {
 }
 
 heading "Build"
-scripts/install-deps.sh
-scripts/build.sh release kxdu
-PATH="$PWD/build/release/bin:$PATH"
+scripts/install-deps.sh tool
+scripts/build.sh tool
+PATH="$PWD/build/tool/bin:$PATH"
 kxdu --version
 
 cd "$folder"
@@ -59,7 +59,7 @@ identifiers=$(wc -l <network.fdn)
 echo "  $(grouped "$identifiers") identifiers, $(grouped "$(wc -c <network.fdn)") bytes"
 run kxdu inventory init network.db
 run kxdu inventory import network.db network
-run export KX_INVENTORY=network.db  # says of which NE type each NE is
+run export KX_INVENTORY=network.db  # knows the type of each NE
 
 heading "From text to records and back"
 measure kxdu decode network.fdn -o records.jsonl

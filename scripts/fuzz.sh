@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Builds the fuzzers and lets each look for bad input for so many seconds, two at a time on two cores. What stops one is
-# kept in build/fuzz/findings. New inputs that reach new code are kept in build/fuzz/corpus, for the next run. The last
-# line counts the fuzzers.
+# Builds the fuzzers and runs each for so many seconds, one on each core. Inputs that stop a fuzzer are kept in
+# build/fuzz/findings, inputs that reach new code in build/fuzz/corpus, for the next run.
 #   scripts/fuzz.sh SECONDS [FUZZER...]      default: all
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/count.sh
 
-all=(scanner readers rewriting lines encode toml csv blockreader)
+all=(scanner readers rewriting lines encode toml csv blockreader c)
 seconds=${1:-}
 fuzzers=("${@:2}")
 if [ ${#fuzzers[@]} -eq 0 ]; then
@@ -18,25 +18,28 @@ if ! [[ $seconds =~ ^[1-9][0-9]*$ ]] || [ -n "$(comm -23 <(printf '%s\n' "${fuzz
     exit 2
 fi
 
-scripts/install-deps.sh
+scripts/install-deps.sh tool fuzz
 folder=build/fuzz
 mkdir -p $folder/findings
 echo "== fuzz: build"
 if ! scripts/build.sh fuzz; then
-    echo "0 passed, ${#fuzzers[@]} failed"
-    exit 1
+    failed ${#fuzzers[@]}
+    finish
 fi
 
-# Inventories are written as files, which is for the memory and not for a disk.
+# The fuzzers write inventories as files: into memory, not onto a disk.
 TMPDIR=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
 trap 'rm -rf "$TMPDIR"' EXIT
 export TMPDIR
+for corpus in fuzz/corpus/*.txt; do
+    fuzz/seeds.py "$corpus" "$TMPDIR/seeds/$(basename "$corpus" .txt)"
+done
 
-# Identifiers are the input of three fuzzers.
+# Four fuzzers take identifiers.
 seeds_of() {
     case $1 in
-        scanner | readers | rewriting) echo fuzz/corpus/fdn ;;
-        *) echo "fuzz/corpus/$1" ;;
+        scanner | readers | rewriting | c) echo "$TMPDIR/seeds/fdn" ;;
+        *) echo "$TMPDIR/seeds/$1" ;;
     esac
 }
 
@@ -61,7 +64,7 @@ export -f fuzz seeds_of
 export seconds
 printf '%s\n' "${fuzzers[@]}" | xargs -P "$(nproc)" -I{} bash -euo pipefail -c 'fuzz "$0"' {} || true
 
-passed=$(find "$TMPDIR" -maxdepth 1 -name 'passed-*' | wc -l)
-failed=$((${#fuzzers[@]} - passed))
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+for fuzzer in "${fuzzers[@]}"; do
+    if [ -e "$TMPDIR/passed-$fuzzer" ]; then passed; else failed; fi
+done
+finish

@@ -1,21 +1,42 @@
 #!/usr/bin/env bash
-# Installs what building and testing needs, from Debian's packages. Asks nothing, and does nothing when all is there.
+# Installs the Debian packages of some groups, if they are missing. Asks nothing.
+#   scripts/install-deps.sh [GROUP...]       default: tool
 set -euo pipefail
 
-build=(cmake g++ git ninja-build pkg-config)
-libraries=(libace-dev libcli11-dev liblzma-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev libtbb-dev
-           libtomlplusplus-dev libzstd-dev rapidjson-dev zlib1g-dev)
-tests=(abigail-tools ccache clang-14 clang-format-14 clang-tidy-14 cppcheck libbenchmark-dev libclang-rt-14-dev
-       gcovr libgmock-dev libgtest-dev mawk parallel python3 time valgrind xz-utils zstd)
+declare -A groups=(
+    # Builds the libraries and kxdu.
+    [tool]="cmake g++ git ninja-build pkg-config libace-dev libcli11-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev
+            liblzma-dev libsimdjson-dev libtbb-dev libtomlplusplus-dev libzstd-dev rapidjson-dev zlib1g-dev"
+    # Builds and runs the tests, together with "tool".
+    [test]="libgmock-dev libgtest-dev mawk parallel python3 sqlite3 xz-utils zstd"
+    # Builds and tests the extension for PostgreSQL.
+    [postgresql]="postgresql-15 postgresql-server-dev-15 python3 sqlite3"
+    # Builds and tests the package for Python.
+    [python]="libpython3-dev mypy pybind11-dev python3 python3-numpy python3-pytest"
+    # The rest is for those who work on the sources.
+    [abi]="abigail-tools"
+    [bare]="mmdebstrap"
+    [bench]="libbenchmark-dev mawk python3 time valgrind"
+    [ccache]="ccache"
+    [clang]="clang-14 libclang-rt-14-dev"
+    [coverage]="gcovr"
+    [fuzz]="clang-14 libclang-rt-14-dev libgtest-dev python3"
+    [lint]="clang-14 clang-format-14 clang-tidy-14 cppcheck"
+)
 
 missing=()
-for package in "${build[@]}" "${libraries[@]}" "${tests[@]}"; do
-    if ! dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
-        missing+=("$package")
+for group in "${@:-tool}"; do
+    if [ -z "${groups[$group]-}" ]; then
+        echo "usage: scripts/install-deps.sh [GROUP...], of: ${!groups[*]}" >&2
+        exit 2
     fi
+    for package in ${groups[$group]}; do
+        if ! dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+            missing+=("$package")
+        fi
+    done
 done
 if [ ${#missing[@]} -eq 0 ]; then
-    echo "install-deps: all packages are installed"
     exit 0
 fi
 

@@ -1,52 +1,39 @@
 #!/usr/bin/env bash
-# Checks the format of every source file, and lets clang-tidy and cppcheck look at all but tests, fuzzers and
-# benchmarks. Its last line counts the files, and cppcheck as one.
+# Checks the format of every source file. clang-tidy and cppcheck look at all but tests, fuzzers and benchmarks. Each
+# file counts once for its format and once for clang-tidy; cppcheck counts once.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/count.sh
 
-scripts/install-deps.sh
+scripts/install-deps.sh tool test lint
 mkdir -p build
 cmake --preset release >build/lint.log  # clang-tidy asks it how each file is compiled
 
-mapfile -t sources < <(git ls-files -- '*.cpp' '*.h')
-mapfile -t checked < <(git ls-files -- 'frame/*.cpp' 'device/*.cpp' 'resid/*.cpp' 'common/*.cpp' 'platform/*.cpp' \
-                                       'standalone/*.cpp' 'tools/*.cpp' 'examples/*.cpp')
-results=$(mktemp -d)
-trap 'rm -rf "$results"' EXIT
+mapfile -t sources < <(git ls-files -- '*.cpp' '*.h' '*.c')
+mapfile -t misformatted < <(printf '%s\n' "${sources[@]}" | xargs -P "$(nproc)" -n 16 bash -c \
+    'for file; do clang-format-14 --dry-run --Werror "$file" >/dev/null 2>&1 || echo "$file"; done' bash)
+if [ ${#misformatted[@]} -gt 0 ]; then
+    printf 'clang-format: %s\n' "${misformatted[@]}"
+fi
+failed ${#misformatted[@]}
+passed $((${#sources[@]} - ${#misformatted[@]}))
 
-mapfile -t misformatted < <(printf '%s\n' "${sources[@]}" | xargs -P "$(nproc)" -I{} bash -c \
-    'clang-format-14 --dry-run --Werror "$0" >/dev/null 2>&1 || echo "$0"' {})
-for source in "${misformatted[@]}"; do
-    echo "clang-format: $source"
-done
-failed=${#misformatted[@]}
-passed=$((${#sources[@]} - failed))
+mapfile -t checked < <(git ls-files -- '*.cpp' | grep -vE '^(tests|fuzz|bench)/')
+findings=build/tidy.txt
+scripts/tidy.py build/release/compile_commands.json build/tidy "${checked[@]}" >"$findings"
+head -n -1 "$findings"
+read -r clean dirty < <(tail -n 1 "$findings")
+passed "$clean"
+failed "$dirty"
 
-check() {
-    local log=$1/$(tr / _ <<<"$2")
-    if clang-tidy-14 -p build/release --quiet --warnings-as-errors='*' "$2" >"$log" 2>&1; then
-        rm -f "$log"
-    fi
-}
-export -f check
-printf '%s\n' "${checked[@]}" | xargs -P "$(nproc)" -I{} bash -c 'check "$0" "$1"' "$results" {}
-bad=0
-for log in "$results"/*; do
-    [ -e "$log" ] || continue
-    grep -v 'warnings generated\|Suppressed\|Use -header-filter' "$log" || true
-    bad=$((bad + 1))
-done
-passed=$((passed + ${#checked[@]} - bad))
-failed=$((failed + bad))
-
+mapfile -t folders < <(printf '%s\n' "${checked[@]}" | cut -d/ -f1 | sort -u)
 if cppcheck --enable=warning,performance,portability --suppressions-list=.cppcheck-suppressions --std=c++20 \
             --language=c++ --error-exitcode=1 --quiet -j "$(nproc)" -Iinclude -Iplatform/include \
-            -Istandalone/include -I. -Itools/kxdu platform frame device resid common standalone tools examples; then
-    passed=$((passed + 1))
+            -Istandalone/include -I. -Itools/kxdu "${folders[@]}"; then
+    passed
 else
     echo "cppcheck: findings above"
-    failed=$((failed + 1))
+    failed
 fi
 
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+finish

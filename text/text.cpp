@@ -1,17 +1,8 @@
 #include "text/text.h"
 
-#include <rapidjson/encodings.h>
-#include <rapidjson/memorystream.h>
+#include <simdjson.h>
 
 namespace NS_KX {
-
-namespace {
-
-struct Nowhere {
-    void Put(char) const noexcept {}
-};
-
-}  // namespace
 
 bool IsAscii(std::string_view text) noexcept {
     unsigned char bits = 0;
@@ -22,32 +13,36 @@ bool IsAscii(std::string_view text) noexcept {
 }
 
 std::size_t FindInvalidUtf8(std::string_view text) {
-    rapidjson::MemoryStream stream(text.data(), text.size());
-    Nowhere nowhere;
-    while (stream.Tell() < text.size()) {
-        const std::size_t begin = stream.Tell();
-        if (!rapidjson::UTF8<>::Validate(stream, nowhere) || stream.Tell() > text.size()) {
+    if (simdjson::validate_utf8(text.data(), text.size())) {
+        return text.size();
+    }
+    // Sequence by sequence: the first that is not UTF-8 by itself.
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto lead = static_cast<unsigned char>(text[begin]);
+        const std::size_t size = lead < 0x80U ? 1 : lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;
+        const std::string_view sequence = text.substr(begin, size);
+        if (!simdjson::validate_utf8(sequence.data(), sequence.size())) {
             return begin;
         }
+        begin += size;
     }
     return text.size();
 }
 
-std::string Quoted(std::string_view text, std::size_t longest) {
+void AppendQuoted(std::string& message, std::string_view text, std::size_t longest) {
     constexpr std::string_view DIGITS = "0123456789abcdef";
     const std::string_view shown = text.substr(0, longest);
     const std::size_t validEnd = FindInvalidUtf8(shown);
-    std::string quoted = "\"";
+    message += '"';
     for (std::size_t at = 0; at < shown.size(); ++at) {
         const auto byte = static_cast<unsigned char>(shown[at]);
         if (byte < 0x20U || byte == 0x7FU || at >= validEnd) {
-            quoted.append("\\x").append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
+            message.append("\\x").append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
         } else {
-            quoted += shown[at];
+            message += shown[at];
         }
     }
-    quoted += shown.size() < text.size() ? "...\"" : "\"";
-    return quoted;
+    message += shown.size() < text.size() ? "...\"" : "\"";
 }
 
 std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width) {

@@ -1,17 +1,53 @@
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string_view>
-
-#include <rapidjson/stringbuffer.h>
+#include <utility>
 
 namespace NS_KX {
 
-/// Gathers the output of a block, for all formats. The JSON writer has short cuts for this buffer, and unlike a string
-/// it does not clear the room that it gives.
-using TextBuffer = rapidjson::StringBuffer;
+/// A text that grows at its end; for output, a block of lines at a time. Unlike a string, it does not clear the room
+/// that it gives.
+class TextBuffer {
+public:
+    [[nodiscard]] std::size_t GetSize() const noexcept { return m_size; }
+    [[nodiscard]] std::string_view View() const noexcept { return {m_text.get(), m_size}; }
+
+    /// Makes it empty; its memory is kept.
+    void Clear() noexcept { m_size = 0; }
+    /// Takes the last `count` characters away.
+    void Pop(std::size_t count) noexcept { m_size -= count; }
+    /// Room for `count` more characters, which the caller fills. Throws std::bad_alloc.
+    char* Push(std::size_t count) {
+        if (count > m_capacity - m_size) {
+            Grow(m_size + count);
+        }
+        char* const room = m_text.get() + m_size;
+        m_size += count;
+        return room;
+    }
+    void Put(char character) { *Push(1) = character; }
+
+private:
+    void Grow(std::size_t least) {
+        constexpr std::size_t SMALLEST = 256;
+        const std::size_t capacity = std::max({least, m_capacity + m_capacity / 2, SMALLEST});
+        auto text = std::make_unique_for_overwrite<char[]>(capacity);
+        if (m_size != 0) {
+            std::memcpy(text.get(), m_text.get(), m_size);
+        }
+        m_text = std::move(text);
+        m_capacity = capacity;
+    }
+
+    std::unique_ptr<char[]> m_text;
+    std::size_t m_size = 0;
+    std::size_t m_capacity = 0;
+};
 
 inline void Append(TextBuffer& buffer, std::string_view text) {
     if (!text.empty()) {
@@ -21,13 +57,9 @@ inline void Append(TextBuffer& buffer, std::string_view text) {
 
 template <class Number>
 void AppendNumber(TextBuffer& buffer, Number number) {
-    char digits[24];
-    const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    Append(buffer, {digits, static_cast<std::size_t>(end - digits)});
-}
-
-inline std::string_view ViewOf(const TextBuffer& buffer) {
-    return {buffer.GetString(), buffer.GetSize()};
+    constexpr std::size_t LONGEST = 20;  // "-9223372036854775808"
+    char* const begin = buffer.Push(LONGEST);
+    buffer.Pop(LONGEST - static_cast<std::size_t>(std::to_chars(begin, begin + LONGEST, number).ptr - begin));
 }
 
 }  // namespace NS_KX

@@ -1,5 +1,5 @@
-/// The constant tables of the vocabulary as rows, in the order in which the system shares them: for those who list
-/// them. To look something up, use `fbtype.h` and `utilcommon.h`.
+/// The constant tables of the vocabulary, row by row in the order in which the system shares them, for programs that
+/// list them. To look something up, use `fbtype.h` and `utilcommon.h`.
 ///
 /// The rows live as long as the library. Threads: any. Nothing throws.
 #pragma once

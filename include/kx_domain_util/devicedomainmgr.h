@@ -9,15 +9,14 @@
 
 namespace NS_UTIL {
 
-/// Which NE types belong to which domain, in two independent caches of the same shape: the NE-type lists (domains
-/// "router and metro", "transmission", "access") and the equipment-type lists (all other domains). Whoever starts the
-/// management system loads the lists; the predicates of `netype.h` answer from them.
+/// Which NE types belong to which domain. There are two independent caches of the same shape: the NE-type lists
+/// (domains "router and metro", "transmission", "access") and the equipment-type lists (all other domains). The host
+/// loads the lists when it starts; the predicates of `netype.h` answer from them.
 ///
-/// Domain keys are compared byte for byte. A list is kept in ascending order; numbers given twice stay twice.
+/// Domain keys are compared byte for byte. Lists are kept in ascending order, with repeated numbers.
 ///
-/// Threads: no operation takes a lock. Load the lists before other threads ask; and since a lookup of an unknown key
-/// adds that key, look-ups of keys that were never loaded must not overlap anything either. Exhausted memory throws
-/// std::bad_alloc; nothing else throws.
+/// Threads: no operation takes a lock. Load all lists before other threads ask. A look-up of a key that was never
+/// loaded adds the key, so no other thread may use the caches meanwhile. Exceptions: std::bad_alloc.
 class KX_DOMAIN_UTIL_API DeviceDomainMgr {
 public:
     /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.

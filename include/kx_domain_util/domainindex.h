@@ -1,11 +1,11 @@
 /// The index records: what an identifier (FDN) says, as numbers and texts.
 ///
-/// A default-constructed record reads "nothing known": -1 in container fields (NE, shelf, slot, sub-slot, port, MD, MA,
-/// MEP, MIP, ONE and OS numbers), 0 and empty elsewhere. The conversions of `resIDUtil.h` fill and read the fields; the
-/// comment of a field names the tag from which it is read. Fields called `reserved` belong to the wider system;
+/// A default-constructed record means "nothing known": -1 in container fields (NE, shelf, slot, sub-slot, port, MD, MA,
+/// MEP, MIP, ONE and OS numbers), 0 or empty elsewhere. The conversions of `fdn.h` and `resIDUtil.h` fill and write the
+/// records. A field's comment names the tag from which it is read. Fields called `reserved` belong to the wider system;
 /// conversions leave them alone unless they say otherwise.
 ///
-/// Plain values: every caller owns its own; all compare with ==.
+/// The records are plain values and compare with ==.
 #pragma once
 
 #include <cstdint>
@@ -184,7 +184,7 @@ struct ServiceIndex {
     bool operator==(const ServiceIndex&) const = default;
 };
 
-/// A tunnel; the digit in a field's name tells which sub-value of "TUNNEL" fills it.
+/// A tunnel; the digit in a field's name is the place of its sub-value in "TUNNEL".
 struct TunnelIndex {
     std::int32_t neId = -1;  ///< "NE"
     std::int32_t tunnelInt4 = 0;
@@ -209,7 +209,7 @@ struct TDIndex {
     bool operator==(const TDIndex&) const = default;
 };
 
-/// A resource identifier in unified form. Its fields mean nothing to the library, which only copies them.
+/// A resource identifier in unified form. The library only copies its fields.
 struct UniResID {
     std::string uniText1;
     std::string uniText2;
@@ -241,7 +241,7 @@ struct MAIndex : NEIndex {
 
 /// A maintenance end point, local or remote.
 struct MEPIndex : NEIndex {
-    std::int32_t mdId = -1;   ///< written as in `MDIndex`; read: the number of the second level, 0: it has a name
+    std::int32_t mdId = -1;   ///< written as in `MDIndex`; read: the number of the second level; 0: it has a name
     std::string mdName;       ///< written as in `MDIndex`; read: the name in the second level
     std::int32_t maId = -1;   ///< written as in `MAIndex`; read: the number of the third level, 0: it has a name
     std::string maName;       ///< written as in `MAIndex`; read: the name in the third level

@@ -1,7 +1,7 @@
 /// Function blocks: what their types are called and which class they belong to.
 ///
-/// An FB type is an int; those above 65535 are logical ports. The tables behind these functions are built on first call
-/// and live until the process ends. Threads: any, first calls included. Exceptions: std::bad_alloc at most.
+/// An FB type is an int; those above 65535 are logical ports. The tables that these functions use are built on first
+/// call and live until the process ends. Threads: any, first calls included. Exceptions: std::bad_alloc at most.
 #pragma once
 
 #include <string>

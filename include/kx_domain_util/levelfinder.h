@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include <kx_domain_util/separatorfinder.h>
 #include <kx_platform/textutil.h>
@@ -50,8 +51,7 @@ constexpr std::uint64_t PackCharacters(std::string_view characters) noexcept {
     return packed;
 }
 
-/// The first eight characters of `text` from `begin` on, packed; behind the end of the text are zeros. That there are
-/// eight is called likely: 2 % fewer instructions of ResID2PortIndex.
+/// The first eight characters of `text` from `begin` on, packed. Bytes past the end of the text read as zero.
 inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept {
     std::uint64_t packed = 0;
     const char* const end = text.data() + text.size();
@@ -65,103 +65,26 @@ inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept
     return PackCharacters({begin, std::min(size, sizeof(packed))});
 }
 
-/// Tells in one step which of a few tags a level begins with. Each tag has a place of its own in a small table, found
-/// by two shifts that are searched for when the program is compiled. A port of 59 characters is read in a sixth less
-/// time than when each tag is compared, though by 6 % more instructions; a slot of 21 characters takes a seventh more.
-/// With this, and separators found in blocks, that port is read in less than half of the time that it takes to compare
-/// each tag and look at each character.
-template <Tag... Tags>
-class TagTable {
-public:
-    static constexpr unsigned SIZE = sizeof...(Tags);
+/// Whether a level begins with this tag. `head` holds the level's first eight characters, packed.
+template <Tag Sought>
+constexpr bool Begins(std::uint64_t head) noexcept {
+    constexpr std::uint64_t MASK = ~std::uint64_t{} >> 8 * (sizeof(head) - Sought.size);
+    return (head & MASK) == PackCharacters(Sought.Text());
+}
 
-    /// The beginning of a level: a tag and "=". The defaults mark an unused entry: they match no level, not even an
-    /// empty one.
-    struct Head {
-        std::uint64_t packed = 1;  ///< its characters
-        std::uint64_t mask = 0;    ///< has ones where `packed` has characters
-        unsigned index = SIZE;     ///< of the tag, among `Tags`
-        unsigned bit = 0;          ///< 1 << `index`: 1.5 % fewer instructions of ResID2PortIndex than to shift
-        unsigned size = 0;         ///< in characters, with the "="
-
-        /// Whether a level begins with this head. `level` holds the first eight characters of the level, packed.
-        [[nodiscard]] constexpr bool Begins(std::uint64_t level) const noexcept { return (level & mask) == packed; }
-    };
-
-    consteval TagTable() {
-        static_assert(SIZE <= PLACES / 2);
-        m_shifts = FindShifts();
-        m_heads.fill({});  // g++ 12 forgets the defaults of some when a table is made for the second time
-        unsigned index = 0;
-        for (const Tag& tag : TAGS) {
-            const std::uint64_t packed = PackWithEquals(tag);
-            m_heads[PlaceOf(packed, m_shifts)] = {packed, MaskOf(tag.size + 1), index, 1U << index,
-                                                  static_cast<unsigned>(tag.size + 1)};
-            ++index;
-        }
-    }
-
-    /// The only head with which a level can begin. `level` holds the first eight characters of the level, packed.
-    [[nodiscard]] constexpr const Head& CandidateFor(std::uint64_t level) const noexcept {
-        return m_heads[PlaceOf(level, m_shifts)];
-    }
-
-    /// The index of `tag` among `Tags`; `SIZE` when it is none of them.
-    [[nodiscard]] static constexpr unsigned IndexOf(std::string_view tag) noexcept {
-        unsigned index = 0;
-        while (index < SIZE && TAGS[index].Text() != tag) {
-            ++index;
-        }
-        return index;
-    }
-
-private:
-    static constexpr std::array<Tag, SIZE> TAGS{Tags...};
-    static constexpr std::size_t PLACES = 16;
-
-    static constexpr std::uint64_t MaskOf(std::size_t characters) noexcept {
-        return ~std::uint64_t{} >> 8 * (sizeof(std::uint64_t) - characters);
-    }
-
-    static constexpr std::uint64_t PackWithEquals(const Tag& tag) noexcept {
-        return PackCharacters(tag.Text()) | std::uint64_t{'='} << 8 * tag.size;
-    }
-
-    struct Shifts {
-        unsigned first;
-        unsigned second;
-    };
-
-    // The place depends on as many characters as the shortest tag and its "=" have.
-    static constexpr std::size_t PlaceOf(std::uint64_t packed, Shifts shifts) noexcept {
-        const std::uint64_t characters = packed & MaskOf(std::min({Tags.size...}) + 1);
-        return (characters >> shifts.first ^ characters >> shifts.second) % PLACES;
-    }
-
-    static consteval Shifts FindShifts() {
-        for (unsigned first = 0; first < 16; ++first) {
-            for (unsigned second = first + 1; second < 16; ++second) {
-                unsigned taken = 0;
-                for (const Tag& tag : TAGS) {
-                    taken |= 1U << PlaceOf(PackWithEquals(tag), {first, second});
-                }
-                if (std::popcount(taken) == static_cast<int>(SIZE)) {
-                    return {first, second};
-                }
-            }
-        }
-        throw "no shifts tell these tags apart by as many characters as the shortest and its = have";
-    }
-
-    Shifts m_shifts{};
-    std::array<Head, PLACES> m_heads{};
-};
+/// The same for the tag and its "=".
+template <Tag Sought>
+constexpr bool BeginsWithEquals(std::uint64_t head) noexcept {
+    constexpr std::uint64_t MASK = ~std::uint64_t{} >> 8 * (sizeof(head) - Sought.size - 1);
+    constexpr std::uint64_t EXPECTED = PackCharacters(Sought.Text()) | std::uint64_t{'='} << 8 * Sought.size;
+    return (head & MASK) == EXPECTED;
+}
 
 }  // namespace NS_DETAIL
 
 // ---- What users need ------------------------------------------------------------------------------------------------
 
-/// The levels of an FDN that a reader wants, found in one pass. Of a repeated tag the first counts.
+/// The levels of an FDN that a reader wants, found in one pass. The first of several levels with the same tag counts.
 template <Tag... Tags>
 class LevelFinder {
 public:
@@ -174,12 +97,7 @@ public:
         SeparatorFinder<','>::Piece level;
         do {
             level = levels.Next();
-            const std::uint64_t packed = NS_DETAIL::PackHead(fdn, level.begin);
-            if (const auto& head = TABLE.CandidateFor(packed); head.Begins(packed)) {
-                Keep(head.index, head.bit, level.begin + head.size, level.end);
-            } else if (static_cast<std::size_t>(level.end - level.begin) <= LONGEST) {
-                KeepBare(level.begin, level.end);
-            }
+            KeepWanted(NS_DETAIL::PackHead(fdn, level.begin), level, std::index_sequence_for<decltype(Tags)...>());
         } while (!levels.IsLast(level) && m_missing != 0);
     }
 
@@ -213,17 +131,31 @@ public:
     }
 
 private:
-    static constexpr NS_DETAIL::TagTable<Tags...> TABLE{};
-    static constexpr std::size_t LONGEST = std::max({Tags.size...});
+    static constexpr std::size_t COUNT = sizeof...(Tags);
 
     template <Tag Wanted>
-    static consteval unsigned IndexOf() {
-        constexpr unsigned index = TABLE.IndexOf(Wanted.Text());
-        static_assert(index < TABLE.SIZE, "this finder does not look for that tag");
-        return index;
+    static consteval std::size_t IndexOf() {
+        constexpr std::array<Tag, COUNT> TAGS{Tags...};
+        constexpr auto INDEX = static_cast<std::size_t>(std::find(TAGS.begin(), TAGS.end(), Wanted) - TAGS.begin());
+        static_assert(INDEX < COUNT, "this finder does not look for that tag");
+        return INDEX;
     }
 
-    void Keep(unsigned index, unsigned bit, const char* begin, const char* end) noexcept {
+    // Keeps `level` if it has one of the tags. `head` holds its first eight characters, packed.
+    template <std::size_t... Indices>
+    void KeepWanted(std::uint64_t head, SeparatorFinder<','>::Piece level, std::index_sequence<Indices...>) noexcept {
+        const auto size = static_cast<std::size_t>(level.end - level.begin);
+        // A level without "=" is there, and empty, when it is a tag and no more.
+        static_cast<void>(
+            ((NS_DETAIL::BeginsWithEquals<Tags>(head) &&
+              (Keep(Indices, level.begin + Tags.size + 1, level.end), true)) ||
+             ...) ||
+            ((size == Tags.size && NS_DETAIL::Begins<Tags>(head) && (Keep(Indices, level.end, level.end), true)) ||
+             ...));
+    }
+
+    void Keep(std::size_t index, const char* begin, const char* end) noexcept {
+        const unsigned bit = 1U << index;
         if ((m_missing & bit) == 0) {
             m_isRepeated = true;
             return;
@@ -233,18 +165,9 @@ private:
         m_missing ^= bit;
     }
 
-    // A level without "=" that is no longer than a tag: when it is one, the level is there, and empty.
-    void KeepBare(const char* begin, const char* end) noexcept {
-        if (const unsigned index = TABLE.IndexOf({begin, end}); index != TABLE.SIZE) {
-            Keep(index, 1U << index, end, end);
-        }
-    }
-
-    // Of the values that are there; the others are not set: 1 % fewer instructions of ResID2PortIndex, 2 % of
-    // ResID2CardIndex.
-    std::array<const char*, TABLE.SIZE> m_begins;
-    std::array<const char*, TABLE.SIZE> m_ends;
-    unsigned m_missing = (1U << TABLE.SIZE) - 1;  // a bit for each tag
+    std::array<const char*, COUNT> m_begins;  // only those of levels that are there are set
+    std::array<const char*, COUNT> m_ends;
+    unsigned m_missing = (1U << COUNT) - 1;  // a bit for each tag
     bool m_isRepeated = false;
 };
 

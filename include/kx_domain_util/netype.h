@@ -1,12 +1,14 @@
 /// What kind of NE an NE type denotes.
 ///
-/// NE types are 16-bit numbers. The answers come from numbers fixed here, from the domain lists that `DeviceDomainMgr`
-/// holds (a list that was never loaded gives false), or from the inventory service.
+/// NE types are 16-bit numbers. The answers come from one of three sources:
 ///
-/// Threads: any; those that answer from a domain list share the thread rules of `DeviceDomainMgr`. Exceptions:
-/// std::bad_alloc where a list is asked; the process crashes where `DeviceDomainMgr::Instance` gives null. Where the
-/// inventory is asked, `InterfaceNotExistException` when there is none, and std::system_error when the first call
-/// cannot take a lock; exceptions thrown by it propagate.
+/// - numbers fixed here;
+/// - the domain lists of `DeviceDomainMgr`; a list that was never loaded gives false. The thread rules are those of
+///   `DeviceDomainMgr`. Throws std::bad_alloc; the process crashes if `DeviceDomainMgr::Instance` returns null.
+/// - the inventory service. Throws `InterfaceNotExistException` if there is none, and std::system_error if the first
+///   call cannot take a lock. Exceptions thrown by the service propagate.
+///
+/// Threads: any, unless a list is asked.
 #pragma once
 
 #include <array>
@@ -16,11 +18,11 @@
 
 namespace NS_UTIL {
 
-/// The NE-type lists of `DeviceDomainMgr` that the predicates consult. Store every one of them, even if empty: the
+/// The NE-type lists of `DeviceDomainMgr` that the predicates consult. Store each of them, even if it is empty: the
 /// first query of a list that was never stored inserts it, and no other thread may use the lists meanwhile.
 inline constexpr std::array<std::string_view, 3> NE_TYPE_LISTS{"router and metro", "transmission", "access"};
 
-/// The equipment-type lists of `DeviceDomainMgr` that the predicates consult. Store every one of these, too.
+/// The equipment-type lists of `DeviceDomainMgr` that the predicates consult. Store each of these, too.
 inline constexpr std::array<std::string_view, 14> EQUIPMENT_TYPE_LISTS{
     "PTN",    "PTNDMT",    "MSTP",      "IPKLV",     "KLV6XX",           "OTN",  "WDM", "OTN_NA",
     "WDM_NA", "OTN4750NE", "BIGSLOTNE", "ACCBITSNE", "MultiShelfTypeNE", "PTN31"};

@@ -17,30 +17,36 @@ inline constexpr int EVENT_SWITCH_BLACK_LIST = 2;
 /// The notification that passes every white list, whatever the configuration says.
 inline constexpr int ALWAYS_PASSING_NOTIFICATION = 2101250;
 
-/// Decides which notifications are held back. The operator chooses by configuration item "EventSwitch": 1, only the
-/// identifiers of item "Whitelist" pass; 2, those of item "Blacklist" are held back; anything else, or none, and all
-/// pass. The lists are decimal identifiers separated by ",", read by `Str2Int`; those not above 0 are skipped.
+/// Decides which notifications are held back. The operator chooses by the configuration item "EventSwitch":
+///
+/// - 1: only the identifiers of item "Whitelist" pass;
+/// - 2: the identifiers of item "Blacklist" are held back;
+/// - any other value, or none: all pass.
+///
+/// The lists are decimal identifiers separated by ",", read by `Str2Int`. Identifiers below 1 are skipped.
 ///
 /// The items are read once, at the first question; a change is seen after `Destroy`.
 class KX_DOMAIN_UTIL_API NtfFilter {
 public:
     /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.
     static NtfFilter* Instance();
-    /// Deletes the instance. Does not wait for threads that still ask it.
+    /// Deletes the instance. Does not wait for threads that still ask it, or fork.
     static void Destroy();
 
     NtfFilter(const NtfFilter&) = delete;
     NtfFilter& operator=(const NtfFilter&) = delete;
 
-    /// True: hold the notification back; false: let it pass. With a white list, identifier 2101250 always passes. What
-    /// is held back is logged at level 3, so a log service must not ask the filter while it writes. After the first
-    /// question it takes no lock, except for a record that is the first since a service came or went. Any thread.
-    /// Exceptions: std::bad_alloc; those thrown by the log service propagate. After an exception while the items are
-    /// read, the next question reads them again. The items are reached through `UtilCommon::Instance`: where that gives
-    /// null, there is nothing to read them with, and the process crashes.
+    /// Returns whether to hold the notification back. With a white list, identifier 2101250 always passes. Held back
+    /// notifications are logged at level 3, so a log service must not ask the filter while it writes.
+    ///
+    /// Threads: any. After the first question it takes no lock, except for the first record after a service came or
+    /// went. Exceptions: std::bad_alloc, and those thrown by the log service; if one is thrown while the items are
+    /// read, the next question reads them again. The process crashes if `UtilCommon::Instance` returns null.
     bool IsFilteNtf(int notificationId);
 
 private:
+    friend class NtfFilterOverFork;
+
     NtfFilter();
     ~NtfFilter();
 

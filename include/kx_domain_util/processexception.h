@@ -8,14 +8,14 @@
 
 namespace NS_UTIL {
 
-/// The base of the library's exceptions: a code, and four texts for those who throw it to fill. The library throws only
-/// the derived `InterfaceNotExistException`, with empty texts.
+/// The base of the library's exceptions: a code and four texts, which whoever throws it may fill. The library throws
+/// only the derived `InterfaceNotExistException`, with empty texts.
 class KX_DOMAIN_UTIL_API ProcessException : public std::exception {
 public:
     /// Code 0, empty texts.
     ProcessException();
-    /// Copies the code and streams the texts over. That moves the source's read positions to their ends, so a text can
-    /// be copied once; therefore the source is not const.
+    /// Copies the code and streams the texts over. This moves the source's read positions to the end, so each text can
+    /// be copied only once, and the source is not const.
     ProcessException(ProcessException& other);
     ProcessException& operator=(const ProcessException&) = delete;
     ~ProcessException() override;
@@ -27,7 +27,7 @@ public:
     std::stringstream m_text4;
 };
 
-/// A service of the management system that an operation needs is not registered; the library throws it with the code
+/// Thrown if a service of the management system that an operation needs is not registered, with the code
 /// `INTERFACE_NOT_EXIST`.
 class KX_DOMAIN_UTIL_API InterfaceNotExistException : public ProcessException {
 public:

@@ -1,8 +1,8 @@
 /// Identifiers (FDNs) to index records and back.
 ///
-/// An FDN names one managed thing: levels joined by ",", from the NE inward; a level is a tag (the MOC), "=", and a
-/// value; a value may hold several sub-values joined by "|". A port, with the field of `NS_DOMAIN::PortIndex` that each
-/// piece fills:
+/// An FDN names one managed thing. It consists of levels joined by ",", from the NE inward. A level is a tag (the MOC),
+/// "=", and a value; a value may hold several sub-values joined by "|". A port, with the field of
+/// `NS_DOMAIN::PortIndex` that each piece fills:
 ///
 ///     NE=12,FR=1,S=3,CP=-1,SS=2,SC=-1,PP=16|1025|7|GE0/7
 ///        |     |   |    |     |    |  |  |  |    | |
@@ -11,9 +11,9 @@
 ///        |     |   |    |     |    |  |  |  +----------- fbType     = 1025 (0 is written empty)
 ///        |     |   |    |     |    |  |  +-------------- ppType     = 16   (0 and 251 are written empty)
 ///        |     |   |    |     |    |  +----------------- isLogical  = false ("LP" gives true)
-///        |     |   |    |     |    +-------------------- always -1, written behind "SS", not read
+///        |     |   |    |     |    +-------------------- always -1, written after "SS", not read
 ///        |     |   |    |     +------------------------- subSlotId  = 2    (-1: no sub-slot)
-///        |     |   |    +------------------------------- always -1, written behind "S", not read
+///        |     |   |    +------------------------------- always -1, written after "S", not read
 ///        |     |   +------------------------------------ slotId     = 3    (-1: no slot)
 ///        |     +---------------------------------------- shelfId    = 1    (-1: no shelf)
 ///        +---------------------------------------------- neId       = 12
@@ -28,25 +28,28 @@
 
 namespace NS_UTIL {
 
-/// A parsed FDN: from tag to the level's sub-values in their order. A tag occurs once.
+/// A parsed FDN: maps each tag to the sub-values of its level, in their order.
 using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 
-/// The conversions. All are static and keep no state.
+/// The conversions of the management system. All are static and keep no state. They ask its configuration and its
+/// services where documented (`Surroundings::OfSystem`); `fdn.h` offers the same conversions with other surroundings,
+/// and readers that say whether the text had what they need.
 ///
-/// Readers (`ResID2...`) never fail, unless stated otherwise: a field whose level is missing, or has an empty value
-/// ("NE="), stays as the caller set it; of a repeated level the first counts; the order of levels does not matter.
-/// Numbers are read as `NS_UTIL::Str2Int` of the platform reads them: up to the first character that is no
-/// digit, 0 without digits, the low 32 bits of what is too large.
+/// Readers (`ResID2...`) follow these rules and never fail, unless stated otherwise:
 ///
-/// Writers (`...2ResID`) replace the whole output text. Numbers are written in decimal with a "-" when negative.
+/// - A field whose level is missing or has an empty value ("NE=") keeps the caller's value.
+/// - The first of several levels with the same tag counts. The order of levels does not matter.
+/// - `NS_UTIL::Str2Int` reads numbers: up to the first character that is no digit; 0 without digits; the low 32 bits of
+///   a larger number.
+/// - The text may be any, also one inside the record that is filled.
 ///
-/// Input and output must not share a text: a reader's `fdn` may be part of the record that it fills only where the
-/// record keeps the whole of it (`resId`, `trailResId`, `fdnText`), a writer's output never.
+/// Writers (`...2ResID`) replace the whole output text, which must not be a text of the record. They write numbers in
+/// decimal, with a "-" if negative.
 ///
 /// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
 /// exhausted; `InterfaceNotExistException` where documented; std::system_error when the first call that needs a service
-/// cannot take a lock. Exceptions thrown by a service propagate. After any, the output holds what had been written so
-/// far.
+/// cannot take a lock. Exceptions thrown by a service propagate. After an exception, the output holds what had been
+/// written so far.
 class KX_DOMAIN_UTIL_API ResIDUtil {
 public:
     ResIDUtil() = delete;
@@ -60,10 +63,10 @@ public:
     /// Splits one level: its tag replaces `tag`, its sub-values are appended to `values` (an empty value has none).
     static void ResolveMocLevelObj(const std::string& level, std::string& tag, std::vector<std::string>& values);
 
-    /// Copies the sub-value at `index` (from 0) of the level `tag` into `value`. False, and `value` untouched, when
-    /// there is no such level or sub-value; a negative `index` finds nothing.
+    /// Copies the sub-value at `index` (from 0) of the level `tag` into `value`. Returns false and leaves `value` alone
+    /// if there is no such level or sub-value, or if `index` is negative.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, std::string& value, int index);
-    /// The same as a number. A sub-value that is no number still gives true.
+    /// The same, read as a number. Also returns true for a sub-value that is no number.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value, int index);
     /// The same for the first sub-value.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value);
@@ -72,15 +75,15 @@ public:
     static void ConstructMocLevelObj(const std::string& tag, const std::vector<std::string>& values,
                                      std::string& level);
 
-    /// Appends the sub-values of one level to `values`, straight from the text; true when `values` then holds at least
-    /// `minCount` entries (those that it held before count too). `tag` is given with its "=" ("PP="), is not null, and
-    /// is searched as plain text: "S=" is also found inside ",SS=". False, and `values` untouched, when it is not
-    /// found. A value that ends with a backslash before a "," counts as empty.
+    /// Appends the sub-values of one level to `values`. `tag` includes its "=" ("PP="), is not null, and is searched as
+    /// plain text: "S=" is also found inside ",SS=". A value that ends with a backslash before a "," counts as empty.
+    /// Returns whether `values` then holds at least `minCount` entries, earlier ones included. If the tag is not found,
+    /// returns false and leaves `values` alone.
     static bool ResolveFDNByMoc(const std::string& fdn, const char* tag, int minCount,
                                 std::vector<std::string>& values);
 
-    /// The MOC of `fdn`: the tag of its last level, up to the last "=" of the text; empty for an empty `fdn`, the whole
-    /// last level when it has no "=".
+    /// Returns the MOC of `fdn`: its last level up to the last "=", or the whole last level if it has no "=". Empty for
+    /// an empty `fdn`.
     static std::string GetMOCFromFDN(const std::string& fdn);
 
     /// Whether `moc` (what `GetMOCFromFDN` returns, not a whole FDN) names a service, tunnel or pseudo-wire object.
@@ -121,22 +124,25 @@ public:
     static void SlotIndex2ResID(const NS_DOMAIN::SlotIndex& slot, std::string& fdn);
     /// "NE=1,FR=2,S=3,SS=4"; shelf, slot and sub-slot only when not -1.
     static void SubSlotIndex2ResID(const NS_DOMAIN::SlotIndex& subSlot, std::string& fdn);
-    /// "NE=1,FR=2,S=3,CP=-1"; shelf only when not -1, nothing behind the shelf when the slot is -1. On an NE whose type
-    /// `IsPTN41` knows, ",SS=-1,SC=-1" follows; therefore the inventory is asked for the NE type whenever there is a
-    /// slot, and `InterfaceNotExistException` is thrown when there is no inventory.
+    /// "NE=1,FR=2,S=3,CP=-1"; the shelf only if it is not -1, and nothing after the shelf if the slot is -1. If there
+    /// is a slot, asks the inventory for the NE type: after types that `IsPTN41` knows, ",SS=-1,SC=-1" follows. Throws
+    /// `InterfaceNotExistException` if there is a slot but no inventory.
     static void CardIndex2ResID(const NS_DOMAIN::CardIndex& card, std::string& fdn);
 
     // ---- Ports, access points, termination points -------------------------------------------------------------------
 
     /// Writes a port: "NE=1,FR=2,S=3,CP=-1,PP=16||0|"; when `asLogical`, with "LP" for "PP".
     ///
-    /// A shelf of -1 is left out, and so is the shelf of a logical port (by `isLogical`) unless it has a slot and its
-    /// FB type is 65543, 65547, 65549, 65562, 65571 or 65635. Without a slot neither slot nor sub-slot are written,
-    /// except ",S=0,CP=-1" when the configuration item "Telvandaire" is not 0 and the FB type is 0 or 65547. With a
-    /// slot but no sub-slot, ",SS=-1,SC=-1" is written on NEs whose type the configuration item "NETypeListForSubSlot"
-    /// lists; the inventory is asked for the type even when the list is empty, and `InterfaceNotExistException` is
-    /// thrown when there is no inventory. Either item is read anew whenever it matters. A `portId` of -1 is written as
-    /// 4294967295. The label is written as it is, without escapes.
+    /// - A shelf of -1 is left out. So is the shelf of a logical port (by `isLogical`), unless the port has a slot and
+    ///   its FB type keeps the shelf (`PortRules::keepsShelf`).
+    /// - Without a slot, neither slot nor sub-slot is written. Exception: ",S=0,CP=-1" if the configuration item
+    ///   "Telvandaire" is not 0 and the FB type says so (`PortRules::hasSlotZero`).
+    /// - With a slot but no sub-slot, asks the inventory for the NE type and writes ",SS=-1,SC=-1" if the configuration
+    ///   item "NETypeListForSubSlot" lists it. Throws `InterfaceNotExistException` if there is no inventory, even if
+    ///   the list is empty.
+    /// - A `portId` of -1 is written as 4294967295. The label is written as it is, without escapes.
+    ///
+    /// The items are read anew whenever they matter.
     static void PortIndex2ResID(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical);
     /// Writes a port of an NE of type `neType` without asking the inventory or the configuration: no ",CP=-1"; shelf,
     /// slot and sub-slot whenever not -1; ",SS=-1,SC=-1" for an absent sub-slot when `neType` is 1911 or 1912 and not
@@ -155,27 +161,34 @@ public:
     static void TPIndex2ResID(const NS_DOMAIN::TPIndex& tp, std::string& fdn);
 
     /// Reads a port. An `fdn` that contains "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|" stands for no port and leaves the
-    /// record untouched. Otherwise `isLogical` and `portId` are always set: true unless there is a "PP" level, -1
-    /// unless there is a port level with four sub-values. A name without a `ppType` sets that to 251. In a name of FB
-    /// type 1025 the first backslash is dropped, and the next "|" and the sub-value behind it are taken into the name;
-    /// without such a sub-value the backslash stays. When the configuration item "Telvandaire" is not 0, a slot below 1
-    /// is read as no slot and no sub-slot, which named ports of FB type 65547 and 65549 are at all times; the item is
-    /// read at every call.
+    /// record alone.
+    ///
+    /// - `isLogical` is always set: it is false if there is a "PP" level.
+    /// - `portId` is always set: it is -1 unless the port level has four sub-values.
+    /// - A name without a `ppType` sets `ppType` to 251.
+    /// - In a name of FB type 1025, the first backslash is dropped, and the next "|" and the sub-value after it become
+    ///   part of the name. Without such a sub-value the backslash stays.
+    /// - If the configuration item "Telvandaire" is not 0, a slot below 1 is read as no slot and no sub-slot. So is any
+    ///   slot of a port identified by its name, for some FB types (`PortRules::hasNoNamedSlot`).
+    ///
+    /// The item is read at every call.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
-    /// Reads the key's port by the rules above and, where `fdn` contains "SUBIF=", the number behind it into `subIfId`.
+    /// Reads the key's port by the rules above. If `fdn` contains "SUBIF=", reads the number after it into `subIfId`.
     static void ResID2PortIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
-    /// Reads an access point. The key's port is read only when its `neId` is -1; otherwise the caller's port is kept.
-    /// On a port of `ppType` 16 only the text from "SUBIF" on counts, or a channel set becomes an AP level in place of
-    /// slot and port: "NE=5,FR=1,S=3,CP=-1,PP=16||2|,CHANNELSET=4" is parsed as "NE=5,FR=1,AP=||10004", so `subIfId`
-    /// becomes 10004. `fdnText` becomes the text that was parsed; a channel set without "=" leaves nothing to parse,
-    /// and `fdnText` becomes `fdn`.
+    /// Reads an access point. The key's port is read only if its `neId` is -1; otherwise the caller's port is kept.
+    /// `fdnText` becomes the text that was parsed for the rest. On a port of `ppType` 16 that is:
+    ///
+    /// - the text from "SUBIF" on, if `fdn` contains it;
+    /// - otherwise, if there is a channel set, a text with an AP level in place of slot and port:
+    ///   "NE=5,FR=1,S=3,CP=-1,PP=16||2|,CHANNELSET=4" is parsed as "NE=5,FR=1,AP=||10004", and `subIfId` becomes 10004.
+    ///   A channel set without "=" leaves nothing to parse, and `fdnText` becomes `fdn`.
     static void ResID2APIndex(const std::string& fdn, NS_DOMAIN::CtpKey_T& key);
-    /// Reads a termination point: the port, whatever the record held of it before, and a sub-interface behind a "." in
-    /// the label. Sets `reserved` to 0. Never reads "VC4" or "VC12".
+    /// Reads a termination point: the port, into fields that are cleared first, and a sub-interface, which is appended
+    /// to the label after a ".". Sets `reserved` to 0. Never reads "VC4" or "VC12".
     static void ResID2TPIndex(const std::string& fdn, NS_DOMAIN::TPIndex& tp);
-    /// Reads a loop-back port: as a port, but without the text for no port, without escapes and without "Telvandaire".
+    /// Reads a loop-back port: as a port, but knows no text that stands for no port, no escapes and no "Telvandaire".
     /// Asks the data-access service for the agent configuration all the same, and throws `InterfaceNotExistException`
-    /// when there is none.
+    /// if there is no such service.
     static void ResID2LoopBackPortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
 
     // ---- Services, trails, tunnels ----------------------------------------------------------------------------------
@@ -191,8 +204,8 @@ public:
     /// Reads the number of the level "VEGROUP" into `group`.
     static void ResID2GroupID(const std::string& fdn, int& group);
 
-    // The trail readers search for their tag anywhere in `fdn`, also inside a longer tag, and keep the text from there
-    // to the end; an `fdn` without it leaves the record as it was.
+    // The trail readers search for their tag as plain text, also inside a longer tag, and keep the text from there to
+    // the end. An `fdn` without it leaves the record alone.
 
     /// Keeps the text from "PWE3TRAIL=" on as type 1; without that, from "VPLS=" on as type 2.
     static void ResID2VPNTrailIndex(const std::string& fdn, NS_DOMAIN::VPNTrailIndex& trail);
@@ -203,8 +216,8 @@ public:
     /// Keeps the text from "TUNNELPGTRAIL=" on.
     static void ResID2TNPIndex(const std::string& fdn, NS_DOMAIN::TNPIndex_T& group);
 
-    /// Reads a service from the first of the levels "PWE3" (type and number), "NETH" (type 2), "VSI" (type 4) and "VRF"
-    /// (type left alone) that is there. A "PWE3" level needs two sub-values. `resId` becomes the whole `fdn`.
+    /// Reads a service from the first of these levels that is there: "PWE3" (type and number), "NETH" (type 2), "VSI"
+    /// (type 4), "VRF" (leaves the type alone). A "PWE3" level needs two sub-values. `resId` becomes the whole `fdn`.
     static void ResID2SVCIndex(const std::string& fdn, NS_DOMAIN::ServiceIndex& service);
     /// Reads the seven sub-values of level "TUNNEL", all or none. `resId` becomes the whole `fdn`.
     static void ResID2TunnelIndex(const std::string& fdn, NS_DOMAIN::TunnelIndex& tunnel);
@@ -222,8 +235,8 @@ public:
     static constexpr int MEP_NOT_READABLE = 0x411800BA;
 
     // The writers ask the inventory whether this NE's identifiers omit the numbers: once for the MD level and once for
-    // the MA level, even if the record has no number. They throw `InterfaceNotExistException` when there is no
-    // inventory. A number of -1 is omitted in any case; the name is always written.
+    // the MA level, even if the record has no number. They throw `InterfaceNotExistException` if there is no inventory.
+    // A number of -1 is omitted in any case. The name is always written.
 
     /// "NE=1,MD=2|md".
     static void MDIndex2ResID(const NS_DOMAIN::MDIndex& md, std::string& fdn);
@@ -233,8 +246,8 @@ public:
     static void MepIndex2ResID(const NS_DOMAIN::MEPIndex& mep, std::string& fdn);
     /// "NE=1,MD=2|md,MA=3|ma,RMEP=4"; the end point's number always.
     static void RmepIndex2ResID(const NS_DOMAIN::MEPIndex& mep, std::string& fdn);
-    /// "NE=1,MD=2|md,MIP=3|mip"; without the MD level, and without asking the inventory, when `mdId` is -1. A MIP
-    /// number of 0 is left out, unlike the others.
+    /// "NE=1,MD=2|md,MIP=3|mip". If `mdId` is -1, leaves the MD level out and does not ask the inventory. Leaves a MIP
+    /// number of 0 out, unlike the others.
     static void MIPIndex2ResID(const NS_DOMAIN::MIPIndex& mip, std::string& fdn);
 
     // The fillers read a record from a parsed FDN, the readers from text. A missing MD, MA or MIP number becomes -1. A
@@ -253,12 +266,13 @@ public:
     /// As `FillMIPIndex`.
     static void ResID2MIPIndex(const std::string& fdn, NS_DOMAIN::MIPIndex& mip);
 
-    /// Reads an end point, local or remote, by position: NE, MD, MA and end point in this order, whatever their tags;
-    /// the last level is the end point, so fewer levels leave fields as they were. An MD or MA number of 0 means that
-    /// there is none: then the value without its first character is the name, which is otherwise left as it was.
-    /// Returns 0, or `MEP_NOT_READABLE` when there are more than four levels or one has no "="; what was read before
-    /// that stays. Both are logged at level 1, except for the last level. An empty `fdn` is not readable either, and
-    /// not logged.
+    /// Reads an end point, local or remote, by position: NE, MD, MA and end point in this order, whatever their tags.
+    /// The last level is the end point, so a text with fewer levels leaves the fields between alone. If an MD or MA
+    /// number is 0, the value without its first character is the name; otherwise the name keeps its value.
+    ///
+    /// Returns 0, or `MEP_NOT_READABLE` if there are more than four levels, if a level has no "=", or if `fdn` is
+    /// empty; fields read until then keep what was read. The first two are logged at level 1, except for the last
+    /// level.
     static int ResID2MepIndex(const std::string& fdn, NS_DOMAIN::MEPIndex& mep);
 };
 

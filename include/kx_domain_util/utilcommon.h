@@ -12,9 +12,9 @@ namespace NS_UTIL {
 
 /// The constant layer and naming tables of the system, and text helpers that its bundles share.
 ///
-/// Look-ups take the output first and the input second, unless stated otherwise; a miss is no error, and each states
-/// what it gives then. Threads: any; the tables are complete when `Instance` first returns and are only read from then
-/// on. Exceptions: std::bad_alloc; those that a log service throws from writing a record propagate.
+/// Look-ups take the output first and the input second, unless stated otherwise. A miss is no error; each look-up says
+/// what it gives then. Threads: any; the tables are complete when `Instance` first returns, and only read from then on.
+/// Exceptions: std::bad_alloc, and what a log service throws while it writes a record.
 class KX_DOMAIN_UTIL_API UtilCommon {
 public:
     /// The one instance, made with its tables on the first call. Null only when the process-wide lock cannot be taken.
@@ -50,10 +50,12 @@ public:
     /// Whether the configuration item `item` exists.
     bool IsSupportCfgItem(const std::string& item) const;
 
-    /// Returns the MOC of `fdn`: what stands before its last "=", from the last "," on. When that is "CLI_NAME" behind
-    /// a ",", the MOC is "PP" if the text "PP=" occurs anywhere, else "LP" if "LP=" does, else empty. When the last
-    /// level has no "=", the MOC is empty; but "OS" if the text before the last "=", or all of it when there is none,
-    /// is "OS" or "SYSTEM". `ResIDUtil::GetMOCFromFDN` follows other rules.
+    /// Returns the MOC of `fdn`, by other rules than `ResIDUtil::GetMOCFromFDN`:
+    ///
+    /// - the text between the last "," (or the beginning) and the last "=";
+    /// - if that text is "CLI_NAME" after a ",": "PP" if "PP=" occurs anywhere, else "LP" if "LP=" does, else empty;
+    /// - if the last level has no "=": "OS" if the text before the last "=" (or all of it, without one) is "OS" or
+    ///   "SYSTEM", else empty.
     std::string GetMoc(const std::string& fdn) const;
 
     /// Splits `line` at "|" into fields 0 to 2 and the rest, 3. An empty field becomes "-1", an empty rest stays empty.
@@ -102,8 +104,8 @@ public:
     /// The TP number in a location word. False, and `tpNo` untouched, when the word's FB type sits on another level.
     bool GetTpNoFromLocation(const int& location, const int& level, int& tpNo) const;
     /// Puts a TP number into the first free one of the TP's four location words: `vc4Id`, `vc12Id`, `vc3Id`, `vc11Id`.
-    /// False, and nothing written, when `tpNo` is below 1 or all are taken. Of a `tpNo` above 65535 the low 16 bits
-    /// are kept, so 65536 reads back as 0.
+    /// Returns false and writes nothing if `tpNo` is below 1 or all words are taken. Keeps the low 16 bits of `tpNo`,
+    /// so 65536 reads back as 0.
     bool SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const;
     /// The TP number of this level in the TP's location words; 0 when there is none.
     int GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const;
@@ -115,7 +117,7 @@ public:
     /// Whether a board type is that of an optical board of the ROADM kind.
     bool IsTiRoadmOpticalBoard(unsigned long boardType) const;
 
-    // ---- Filling of the tables; the constructor does it, in this order. Not while others use the instance -----------
+    // ---- Filling of the tables: the constructor calls these in this order. Not while others use the instance --------
 
     /// For `FBType2InterfaceLevel`.
     void InitFbType2ILMap();

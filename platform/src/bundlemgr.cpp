@@ -58,13 +58,13 @@ std::atomic<void*>* ServiceObjectBase::GetMemory(const void* user) noexcept {
 
 bool InterfaceBuffer::First(ReadPin& pin, Entry& entry) const noexcept {
     while (true) {
-        const std::uint64_t change = m_changes.load();
+        const std::uint64_t emptied = m_emptied.load();
         const bool isSearched = m_searched.load();
         entry = {pin.Protect(m_object), nullptr};
         if (entry.object != nullptr) {
             entry.interface = m_interface.load();
         }
-        if (m_changes.load() == change) {  // else what was read may belong to different services
+        if (m_emptied.load() == emptied) {  // else object and interface may belong to different services
             return entry.object != nullptr || isSearched;
         }
     }
@@ -72,16 +72,15 @@ bool InterfaceBuffer::First(ReadPin& pin, Entry& entry) const noexcept {
 
 void InterfaceBuffer::Append(const Entry& entry) noexcept {
     if (m_object.load() == nullptr) {
-        m_changes.fetch_add(1);
         m_interface.store(entry.interface);
         m_object.store(entry.object);
     }
 }
 
 void InterfaceBuffer::Forget() noexcept {
-    // Before the count: who still sees that the registry was searched, and then no object, sees a change too.
+    // Cleared before counting: a reader that saw the old flag, and then no object, must also see a new count.
     m_searched.store(false);
-    m_changes.fetch_add(1);
+    m_emptied.fetch_add(1);
     m_object.store(nullptr);
 }
 
@@ -107,8 +106,8 @@ InterfaceBuffer* CheckIFBuf(std::string_view name) {
 }
 
 BundleMgr* BundleMgr::Instance() {
-    // Never destroyed: services may call as late as they like. In place: a look-up that finds nobody registered may be
-    // the first call, and has no answer to memory that runs out.
+    // Never destroyed: services may call as late as they like. In place: the first call may be a look-up that finds no
+    // service, and that has no answer to exhausted memory.
     alignas(BundleMgr) static std::array<std::byte, sizeof(BundleMgr)> place;
     static auto* const instance = new (place.data()) BundleMgr;
     return instance;
@@ -156,7 +155,7 @@ void BundleMgr::ForgetBuffers() noexcept {
     }
 }
 
-// Takes over what is no longer registered, and frees it once nobody uses it: now, unless the calling thread does.
+// Takes over what is no longer registered and frees it once no one uses it: now, unless the calling thread does.
 void BundleMgr::Retire(std::list<ServiceObjectBase>& object) noexcept {
     if (!object.empty()) {
         ReadPin::WaitUntilReleased(&object.front());

@@ -44,12 +44,12 @@ CorbaConfigItems* CorbaConfigItems::Instance() {
 }
 
 bool CorbaConfigItems::GetIntItemInfo(const std::string& key, int& value) {
-    const ConfigItem* const item = Find(key);
+    const ConfigItem* const item = Find(key).item;
     return item != nullptr && item->GetInt(value);
 }
 
 bool CorbaConfigItems::GetStrItemInfo(const std::string& key, std::string& value) {
-    const ConfigItem* const item = Find(key);
+    const ConfigItem* const item = Find(key).item;
     if (item == nullptr) {
         return false;
     }
@@ -63,7 +63,7 @@ bool CorbaConfigItems::GetStrItemInfo(const std::string& key, std::string& value
 }
 
 bool CorbaConfigItems::HasItem(const std::string& key) noexcept {
-    const ConfigItem* const item = Find(key);
+    const ConfigItem* const item = Find(key).item;
     return item != nullptr && item->m_published.load() != nullptr;
 }
 
@@ -75,49 +75,47 @@ void CorbaConfigItems::SetItem(const std::string& key, const std::string& value)
 
 void CorbaConfigItems::RemoveItem(const std::string& key) {
     const std::lock_guard lock(m_mutex);
-    if (ConfigItem* const item = Find(key)) {
+    if (ConfigItem* const item = Find(key).item) {
         Assign(*item, {});
     }
 }
 
 void CorbaConfigItems::Clear() {
     const std::lock_guard lock(m_mutex);
-    for (const auto& bucket : m_buckets) {
-        for (ConfigItem* item = bucket.load(); item != nullptr; item = item->m_next) {
-            Assign(*item, {});
-        }
+    for (ConfigItem* item = m_all; item != nullptr; item = item->m_next) {
+        Assign(*item, {});
     }
 }
 
 const ConfigItem& CorbaConfigItems::GetItem(std::string_view key) {
-    if (const ConfigItem* const item = Find(key)) {
+    if (const ConfigItem* const item = Find(key).item) {
         return *item;
     }
     const std::lock_guard lock(m_mutex);
     return FindOrMake(key);
 }
 
-std::atomic<ConfigItem*>& CorbaConfigItems::Bucket(std::string_view key) noexcept {
-    return m_buckets[std::hash<std::string_view>{}(key) % BUCKETS];
-}
-
-ConfigItem* CorbaConfigItems::Find(std::string_view key) noexcept {
-    ConfigItem* item = Bucket(key).load(std::memory_order_acquire);
+CorbaConfigItems::Found CorbaConfigItems::Find(std::string_view key) noexcept {
+    std::size_t hash = std::hash<std::string_view>{}(key);
+    std::atomic<ConfigItem*>* place = &m_root;
+    ConfigItem* item = place->load(std::memory_order_acquire);
     while (item != nullptr && item->GetKey() != key) {
-        item = item->m_next;
+        place = &item->m_children[hash % item->m_children.size()];
+        hash /= item->m_children.size();
+        item = place->load(std::memory_order_acquire);
     }
-    return item;
+    return {*place, item};
 }
 
 // The caller holds m_mutex.
 ConfigItem& CorbaConfigItems::FindOrMake(std::string_view key) {
-    if (ConfigItem* const item = Find(key)) {
-        return *item;
+    auto [place, item] = Find(key);
+    if (item == nullptr) {
+        item = new ConfigItem(std::string(key));
+        item->m_next = m_all;
+        m_all = item;
+        place.store(item);
     }
-    auto* const item = new ConfigItem(std::string(key));
-    std::atomic<ConfigItem*>& bucket = Bucket(key);
-    item->m_next = bucket.load();
-    bucket.store(item);
     return *item;
 }
 

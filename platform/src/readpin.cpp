@@ -5,15 +5,16 @@
 
 #include <kx_platform/readpin.h>
 
+#include "forks.h"
+
 namespace NS_BUNDLEMGR1 {
 
 namespace {
 
 constexpr std::size_t WORDS_IN_BLOCK = 12;
 
-// The words of one thread, on cache lines of their own: PortIndex2ResID takes nearly three times as long while another
-// thread writes to the line of its pins, and no longer than alone while it writes to the next line. Blocks are never
-// freed: a thread that ends leaves its blocks to the next one.
+// The words of one thread, on cache lines of their own: sharing one with another thread's pins slows both down. Blocks
+// are never freed: a thread that ends leaves its blocks to the next one.
 struct alignas(64) Block {
     std::array<std::atomic<const void*>, WORDS_IN_BLOCK> words{};
     std::atomic<Block*> owner{nullptr};  // the first block of the thread that has it; null when nobody has
@@ -24,9 +25,8 @@ struct alignas(64) Block {
 
 std::atomic<Block*> allBlocks{nullptr};
 
-// What a thread knows of its own blocks: plain words, so that reaching them needs no initialisation check, and at a
-// fixed place in the thread's storage, so that it needs no call: 29 % fewer instructions of PortIndex2ResID, 14 % by
-// the place alone.
+// What a thread knows of its own blocks. Constant-initialised, and in the initial-exec model, so that reaching it needs
+// neither an initialisation check nor a call.
 struct ThreadWords {
     Block* first = nullptr;
     Block* current = nullptr;
@@ -38,8 +38,7 @@ struct ThreadWords {
 Block* TakeFreeBlock(Block* owner) {
     for (Block* block = allBlocks.load(); block != nullptr; block = block->next) {
         Block* nobody = nullptr;
-        // Looked at first, since a try is dear also when it fails: a block behind nine that are in use is taken, used
-        // once and left in a third of the time.
+        // Looked at first, since an exchange is expensive even when it fails.
         if (block->owner.load() == nullptr &&
             block->owner.compare_exchange_strong(nobody, owner != nullptr ? owner : block)) {
             return block;
@@ -59,8 +58,7 @@ void ReturnFirstBlock() noexcept {
     threadWords.used = 0;
 }
 
-// Leaves the thread's first block to others when the thread ends. Destructors of other thread-local objects may pin
-// after that.
+// Returns the thread's first block when the thread ends. Destructors of other thread-local objects may pin after that.
 struct BlockReturner {
     bool armed = false;
     ~BlockReturner() {
@@ -95,7 +93,7 @@ void LeaveBlock() noexcept {
     left->owner.store(nullptr);
 }
 
-// Whether block names thing while its owner counts for a thread that waits (insideService: it waits inside a service).
+// Whether `block` pins `thing` for an owner that the calling thread must wait for; insideService: it waits inside one.
 bool HoldsUp(const Block& block, const void* thing, bool insideService) noexcept {
     for (const auto& word : block.words) {
         if (word.load() == thing) {
@@ -117,6 +115,20 @@ bool ThreadIsInsideService() noexcept {
 
 }  // namespace
 
+void ReleasePinsOfOtherThreads() noexcept {
+    for (Block* block = allBlocks.load(); block != nullptr; block = block->next) {
+        if (block->owner.load() == nullptr || block->owner.load() == threadWords.first) {
+            continue;
+        }
+        for (auto& word : block->words) {
+            word.store(nullptr);
+        }
+        block->waiting.store(false);
+        block->outer = nullptr;
+        block->owner.store(nullptr);
+    }
+}
+
 ReadPin::ReadPin() {
     if (threadWords.first == nullptr || threadWords.used == WORDS_IN_BLOCK) {
         EnterBlock();
@@ -125,7 +137,7 @@ ReadPin::ReadPin() {
 }
 
 ReadPin::~ReadPin() {
-    // Nothing that follows decides by it, so it needs no fence: 17 % less time of PortIndex2ResID.
+    // No decision follows from it, so it needs no fence.
     m_word->store(nullptr, std::memory_order_release);
     if (--threadWords.used == 0) {
         if (threadWords.current != threadWords.first) {

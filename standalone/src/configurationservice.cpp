@@ -6,9 +6,12 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <kx_platform/configitems.h>
+
+#include "forks.h"
 
 namespace NS_STANDALONE {
 
@@ -60,12 +63,12 @@ ConfigurationService::~ConfigurationService() {
 }
 
 void ConfigurationService::Reload() {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(ConfigurationMutex());
     Files files;
     for (const auto& [path, file] : m_files) {
         if (path == BUNDLE_FILE) {
             files.emplace(path, ReadBundleFile());
-        } else if (fs::is_regular_file(m_folder / path)) {
+        } else if (std::error_code ignored; fs::is_regular_file(m_folder / path, ignored)) {
             files.emplace(path, ReadTomlFile(m_folder / path));
         }
     }
@@ -83,10 +86,15 @@ ConfigObject* ConfigurationService::GetConfiguration(const std::string& path, co
 
 TomlFile ConfigurationService::ReadBundleFile() const {
     const fs::path path = m_folder / BUNDLE_FILE;
-    if (!fs::is_regular_file(path)) {
-        throw std::runtime_error(path.string() +
-                                 ": no such file; a configuration folder holds its configuration items in " +
-                                 BUNDLE_FILE + ", in TOML");
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (status.type() == fs::file_type::none) {
+        throw std::runtime_error(path.string() + ": cannot be opened: " + error.message());
+    }
+    if (!fs::is_regular_file(status)) {
+        throw std::runtime_error(path.string() + (fs::exists(status) ? ": is not a regular file" : ": no such file") +
+                                 "; a configuration folder holds its configuration items in " + BUNDLE_FILE +
+                                 ", in TOML");
     }
     TomlFile file = ReadTomlFile(path);
     if (!file.misfits.empty()) {
@@ -129,7 +137,7 @@ bool ConfigurationService::TryRead(const std::string& path) {
     if (!StaysInside(path) || !fs::is_regular_file(m_folder / path, ignored)) {
         return false;
     }
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(ConfigurationMutex());
     if (!m_files.contains(path)) {
         try {
             m_files.emplace(path, ReadTomlFile(m_folder / path));
@@ -141,7 +149,7 @@ bool ConfigurationService::TryRead(const std::string& path) {
     return true;
 }
 
-// Shows what m_files holds. The caller holds m_mutex.
+// Shows what m_files holds. The caller holds ConfigurationMutex.
 void ConfigurationService::Publish() {
     auto published = std::make_unique<PublishedFiles>();
     for (const auto& [path, file] : m_files) {

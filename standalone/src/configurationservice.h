@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <set>
 #include <string>
 #include <utility>
@@ -63,8 +62,7 @@ private:
     std::filesystem::path m_folder;
     std::set<std::string> m_itemKeys;  // of the items that we set
 
-    std::mutex m_mutex;  // of those who read files
-    Files m_files;       // by path, as asked for
+    Files m_files;  // by path, as asked for; guarded by ConfigurationMutex, as are the sections
     // By path and section. Made once, since whoever asked may keep them as long as the service is there.
     std::map<std::pair<std::string, std::string>, Section> m_sections;
     Section m_noItems;

@@ -1,19 +1,29 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
+#include <chrono>
+#include <fstream>
 #include <limits>
+#include <new>
+#include <span>
 #include <sstream>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <system_error>
+#include <thread>
+#include <tuple>
 #include <utility>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <SQLiteCpp/VariadicBind.h>
+#include <sqlite3.h>
 
 #include <kx_standalone/inventoryfile.h>
+
+#include "forks.h"
+#include "newfile.h"
+#include "utf8.h"
 
 namespace NS_STANDALONE {
 
@@ -24,24 +34,63 @@ namespace fs = std::filesystem;
 constexpr int APPLICATION_ID = 0x6B784E45;  // "kxNE": tells an inventory from other SQLite files
 constexpr int SCHEMA_VERSION = 1;
 constexpr int BUSY_TIMEOUT_MS = 5000;
+constexpr const char* TEXT_RULE = "a text in UTF-8 without NUL";
+
+struct Column {
+    std::string_view name;
+    std::string_view definition;
+};
 
 struct Table {
     std::string_view name;
-    std::string_view columns;  // in the order of the row structs
-    std::string_view values;   // one parameter for each column
-    std::string_view key;
-    int keyColumns;  // the first ones
+    std::array<Column, 4> columns;  // in the order of the row structs; the rest have no name
+    std::size_t keyColumns;         // the first ones
+    std::string_view options;
 };
 
-constexpr Table NE_TYPE_TABLE{"ne_type", "ne_type, name, ip_service, klv", "?, ?, ?, ?", "ne_type", 1};
-constexpr Table NE_TABLE{"ne", "ne_id, ne_type, multi_sub_shelf, oam_number_omitted", "?, ?, ?, ?", "ne_id", 1};
-constexpr Table DOMAIN_MEMBER_TABLE{"domain_member", "cache, domain, ne_type", "?, ?, ?", "cache, domain, ne_type", 3};
+constexpr Table NE_TYPE_TABLE{"ne_type",
+                              {{{"ne_type", "INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535)"},
+                                {"name", "TEXT NOT NULL"},
+                                {"ip_service", "INTEGER NOT NULL CHECK (ip_service IN (0, 1))"},
+                                {"klv", "INTEGER NOT NULL CHECK (klv IN (0, 1))"}}},
+                              1,
+                              "STRICT"};
+constexpr Table NE_TABLE{"ne",
+                         {{{"ne_id", "INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647)"},
+                           {"ne_type", "INTEGER NOT NULL REFERENCES ne_type (ne_type)"},
+                           {"multi_sub_shelf", "INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1))"},
+                           {"oam_number_omitted", "INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))"}}},
+                         1,
+                         "STRICT"};
+constexpr Table DOMAIN_MEMBER_TABLE{
+    "domain_member",
+    {{{"cache", "TEXT NOT NULL CHECK (cache IN ('NE_TYPE_LIST', 'EQUIPMENT_TYPE'))"},
+      {"domain", "TEXT NOT NULL CHECK (domain <> '')"},
+      {"ne_type", "INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535), PRIMARY KEY (cache, domain, ne_type)"}}},
+    3,
+    "STRICT, WITHOUT ROWID"};
+constexpr std::array TABLES{NE_TYPE_TABLE, NE_TABLE, DOMAIN_MEMBER_TABLE};
 
-// The names of all caches, each between quotes.
-std::string CacheNames(std::string_view quote, std::string_view separator) {
+// What text says of the first `count` columns of a table, separated by commas.
+template <class Text>
+std::string OfColumns(const Table& table, std::size_t count, Text text) {
+    std::string all;
+    for (const Column& column : std::span(table.columns).first(count)) {
+        if (!column.name.empty()) {
+            all.append(all.empty() ? "" : ", ").append(text(column));
+        }
+    }
+    return all;
+}
+
+std::string NamesOf(const Table& table, std::size_t count = std::tuple_size_v<decltype(Table::columns)>) {
+    return OfColumns(table, count, [](const Column& column) { return column.name; });
+}
+
+std::string NamesOfCaches() {
     std::string names;
     for (const DomainCache cache : DOMAIN_CACHES) {
-        names.append(names.empty() ? "" : separator).append(quote).append(NameOf(cache)).append(quote);
+        names.append(names.empty() ? "" : " or ").append(NameOf(cache));
     }
     return names;
 }
@@ -60,13 +109,33 @@ struct Place {
     }
 };
 
+// Why `file` cannot be opened, read or written, where SQLite says only that it cannot.
+std::string CauseOf(const SQLite::Exception& error, const fs::path& file) {
+    if (error.getErrorCode() != SQLITE_CANTOPEN && error.getErrorCode() != SQLITE_READONLY) {
+        return error.what();
+    }
+    if (!std::ifstream(file)) {
+        return "cannot be opened: " + std::generic_category().message(errno);
+    }
+    std::error_code ignored;
+    const fs::path journal = file.string() + "-journal";
+    if (fs::exists(journal, ignored)) {
+        return "another program was ended while it changed the file; undoing that by " + journal.string() +
+               " needs the right to write the file and its folder";
+    }
+    return error.what();
+}
+
 // Runs action; what SQLite has to say against it is reported with its place.
 template <class Action>
 auto At(const Place& place, Action action) {
     try {
         return action();
     } catch (const SQLite::Exception& error) {
-        place.Fail(error.what());
+        if (error.getErrorCode() == SQLITE_NOMEM) {
+            throw std::bad_alloc();
+        }
+        place.Fail(CauseOf(error, place.file));
     }
 }
 
@@ -99,7 +168,11 @@ public:
         if (!value.isText()) {
             FailAtValue(column, "a text");
         }
-        return value.getString();
+        std::string text = value.getString();
+        if (!IsUtf8Text(text)) {
+            FailAtValue(column, TEXT_RULE);
+        }
+        return text;
     }
 
     [[noreturn]] void FailAtValue(int column, const std::string& expected) {
@@ -109,7 +182,7 @@ public:
 
     [[noreturn]] void FailAtRow(const std::string& what) {
         std::string row;
-        for (int column = 0; column < m_keyColumns; ++column) {
+        for (int column = 0; column < static_cast<int>(m_keyColumns); ++column) {
             row.append(column == 0 ? "row " : ", ").append(m_statement.getColumn(column).getName());
             row.append("=").append(GetValueText(column));
         }
@@ -119,8 +192,8 @@ public:
 private:
     static std::string SelectText(const Table& table) {
         std::string text = "SELECT ";
-        text.append(table.columns).append(" FROM ").append(table.name).append(" ORDER BY ").append(table.key);
-        return text;
+        text.append(NamesOf(table)).append(" FROM ").append(table.name);
+        return text.append(" ORDER BY ").append(NamesOf(table, table.keyColumns));
     }
 
     std::string GetValueText(int column) {
@@ -129,13 +202,13 @@ private:
             return "NULL";
         }
         if (value.isText()) {
-            return std::string(1, '"').append(value.getString()).append(1, '"');
+            return IsUtf8Text(value.getString()) ? '"' + value.getString() + '"' : "binary";
         }
         return value.isBlob() ? "binary" : value.getString();
     }
 
     Place m_place;
-    int m_keyColumns;
+    std::size_t m_keyColumns;
     SQLite::Statement m_statement;
 };
 
@@ -143,7 +216,13 @@ private:
 class RowWriter {
 public:
     RowWriter(const SQLite::Database& database, Place place, const Table& table)
-        : m_place(place), m_columns(table.columns), m_statement(database, InsertText(table)) {}
+        : m_place(place), m_columns(NamesOf(table)), m_statement(database, InsertText(table)) {}
+
+    void CheckText(const std::string& text, std::string_view column, std::uint16_t neType) const {
+        if (!IsUtf8Text(text)) {
+            m_place.Fail("row ne_type=" + std::to_string(neType) + ": " + std::string(column) + " is not " + TEXT_RULE);
+        }
+    }
 
     template <class... Values>
     void Write(const Values&... values) {
@@ -156,32 +235,43 @@ public:
             row.exceptions(std::ios::badbit);  // memory that runs out is told, not left out of the text
             const char* separator = "";
             ((row << separator << values, separator = ", "), ...);
-            m_place.Fail("row (" + std::string(m_columns) + ") = (" + row.str() + "): " + error.what());
+            m_place.Fail("row (" + m_columns + ") = (" + row.str() + "): " + error.what());
         }
     }
 
 private:
     static std::string InsertText(const Table& table) {
         std::string text = "INSERT INTO ";
-        text.append(table.name).append(" (").append(table.columns).append(") VALUES (").append(table.values);
-        return text.append(")");
+        text.append(table.name).append(" (").append(NamesOf(table)).append(") VALUES (");
+        return text.append(OfColumns(table, table.columns.size(), [](const Column&) { return "?"; })).append(")");
     }
 
     Place m_place;
-    std::string_view m_columns;
+    std::string m_columns;
     SQLite::Statement m_statement;
 };
 
-// For writing if that is possible, also when we only read: a transaction that its writer did not live to finish is
-// undone by the next one who opens the file.
+// For writing if possible, also to read: a transaction of another program that did not live to finish it is undone by
+// the next one who opens the file.
 SQLite::Database Open(const fs::path& file) {
-    if (!fs::is_regular_file(file)) {
-        Place{file}.Fail(fs::exists(file) ? "is not a regular file" : "no such file");
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::none) {
+        Place{file}.Fail(error.message());
     }
-    // An absolute name is never one of the names that SQLite gives a meaning of their own.
+    if (!fs::is_regular_file(status)) {
+        Place{file}.Fail(fs::exists(status) ? "is not a regular file" : "no such file");
+    }
+    // An absolute name is never one of those to which SQLite gives a meaning of its own.
     return {fs::absolute(file).string(), SQLite::OPEN_READWRITE, BUSY_TIMEOUT_MS};
 }
 
+std::string QueryText(const SQLite::Database& database, const char* query) {
+    SQLite::Statement statement(database, query);
+    return statement.executeStep() ? statement.getColumn(0).getString() : std::string();
+}
+
+// Refuses what the tables of an inventory do not have: what a trigger or a view does, nobody reads in its rows.
 void CheckSchema(const SQLite::Database& database, const fs::path& file) {
     const auto pragma = [&](const char* query) {
         SQLite::Statement statement(database, query);
@@ -195,6 +285,18 @@ void CheckSchema(const SQLite::Database& database, const fs::path& file) {
     if (version != SCHEMA_VERSION) {
         Place{file}.Fail("is an inventory of schema version " + std::to_string(version) + ", not " +
                          std::to_string(SCHEMA_VERSION));
+    }
+    std::string tables;
+    for (const Table& table : TABLES) {
+        tables.append(tables.empty() ? "'" : ", '").append(table.name).append("'");
+    }
+    const std::string query =
+        R"(SELECT type || ' ' || name FROM sqlite_schema WHERE name NOT LIKE 'sqlite\_%' ESCAPE '\' AND NOT )"
+        "(type = 'table' AND name IN (" +
+        tables + ")) LIMIT 1";
+    const std::string stranger = QueryText(database, query.c_str());
+    if (!stranger.empty()) {
+        Place{file}.Fail("is not an inventory: it has a " + stranger);
     }
 }
 
@@ -213,7 +315,7 @@ void ReadTable(const SQLite::Database& database, const fs::path& file, const Tab
 DomainCache ReadCache(RowReader& reader) {
     const auto cache = FindDomainCache(reader.GetText(0));
     if (!cache) {
-        reader.FailAtValue(0, CacheNames("", " or "));
+        reader.FailAtValue(0, NamesOfCaches());
     }
     return *cache;
 }
@@ -290,6 +392,7 @@ void WriteTable(const SQLite::Database& database, const fs::path& file, const Ta
 
 void WriteRows(const SQLite::Database& database, const fs::path& file, const Inventory& inventory) {
     WriteTable(database, file, NE_TYPE_TABLE, inventory.neTypes, [](RowWriter& writer, const NeTypeRow& row) {
+        writer.CheckText(row.name, "name", row.neType);
         writer.Write(row.neType, row.name, row.ipService, row.klv);
     });
     WriteTable(database, file, NE_TABLE, inventory.nes, [](RowWriter& writer, const NeRow& row) {
@@ -297,69 +400,100 @@ void WriteRows(const SQLite::Database& database, const fs::path& file, const Inv
     });
     WriteTable(database, file, DOMAIN_MEMBER_TABLE, inventory.domainMembers,
                [](RowWriter& writer, const DomainMemberRow& row) {
+                   writer.CheckText(row.domain, "domain", row.neType);
                    writer.Write(std::string(NameOf(row.cache)), row.domain, row.neType);
                });
 }
 
-// An inventory that is being made, in a hidden folder beside its file: nobody meets one that is half made, even if its
-// maker is killed.
-class Draft {
-public:
-    explicit Draft(const fs::path& file) : m_folder(file.parent_path() / ".inventory.XXXXXX") {
-        m_file.reserve(m_folder.size() + NAME.size());
-        if (mkdtemp(m_folder.data()) == nullptr) {
-            Place{file}.Fail(std::generic_category().message(errno));
-        }
-        m_file.append(m_folder).append(NAME);
-    }
-    ~Draft() {
-        static_cast<void>(std::remove(m_file.c_str()));
-        static_cast<void>(std::remove(m_folder.c_str()));
-    }
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
-
-    [[nodiscard]] const std::string& File() const noexcept { return m_file; }
-
-private:
-    static constexpr std::string_view NAME = "/draft.db";
-
-    std::string m_folder;
-    std::string m_file;
-};
-
 std::string Schema() {
-    return R"(
-CREATE TABLE ne_type (
-    ne_type INTEGER PRIMARY KEY CHECK (ne_type BETWEEN 0 AND 65535),
-    name TEXT NOT NULL,
-    ip_service INTEGER NOT NULL CHECK (ip_service IN (0, 1)),
-    klv INTEGER NOT NULL CHECK (klv IN (0, 1))
-) STRICT;
-CREATE TABLE ne (
-    ne_id INTEGER PRIMARY KEY CHECK (ne_id BETWEEN 0 AND 2147483647),
-    ne_type INTEGER NOT NULL REFERENCES ne_type (ne_type),
-    multi_sub_shelf INTEGER NOT NULL CHECK (multi_sub_shelf IN (0, 1)),
-    oam_number_omitted INTEGER NOT NULL CHECK (oam_number_omitted IN (0, 1))
-) STRICT;
-CREATE TABLE domain_member (
-    cache TEXT NOT NULL CHECK (cache IN ()" +
-           CacheNames("'", ", ") +
-           R"()),
-    domain TEXT NOT NULL CHECK (domain <> ''),
-    ne_type INTEGER NOT NULL CHECK (ne_type BETWEEN 0 AND 65535),
-    PRIMARY KEY (cache, domain, ne_type)
-) STRICT, WITHOUT ROWID;
-)";
+    std::string schema;
+    for (const Table& table : TABLES) {
+        schema.append("CREATE TABLE ").append(table.name).append(" (\n    ");
+        schema.append(OfColumns(table, table.columns.size(), [](const Column& column) {
+            return std::string(column.name).append(" ").append(column.definition);
+        }));
+        schema.append("\n) ").append(table.options).append(";\n");
+    }
+    return schema;
 }
 
-void MakeSchema(const fs::path& file) {
-    SQLite::Database database = Open(file);
-    SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-    database.exec("PRAGMA application_id = " + std::to_string(APPLICATION_ID));
-    database.exec("PRAGMA user_version = " + std::to_string(SCHEMA_VERSION));
-    database.exec(Schema());
-    transaction.commit();
+// The bytes of an inventory file. It is made in memory: so no journal is ever left beside it, which the next one who
+// opens the file would apply, also to a copy of another file that was put there meanwhile.
+class FileImage {
+public:
+    FileImage(const Inventory& inventory, const fs::path& file) {
+        SQLite::Database database(":memory:", SQLite::OPEN_READWRITE);
+        database.exec("PRAGMA foreign_keys = ON");
+        SQLite::Transaction transaction(database);
+        database.exec("PRAGMA application_id = " + std::to_string(APPLICATION_ID));
+        database.exec("PRAGMA user_version = " + std::to_string(SCHEMA_VERSION));
+        database.exec(Schema());
+        WriteRows(database, file, inventory);
+        transaction.commit();
+        m_bytes = sqlite3_serialize(database.getHandle(), "main", &m_size, 0);
+        if (m_bytes == nullptr) {
+            throw std::bad_alloc();
+        }
+    }
+    ~FileImage() { sqlite3_free(m_bytes); }
+    FileImage(const FileImage&) = delete;
+    FileImage& operator=(const FileImage&) = delete;
+
+    [[nodiscard]] std::string_view View() const {
+        return {reinterpret_cast<const char*>(m_bytes), static_cast<std::size_t>(m_size)};
+    }
+
+private:
+    unsigned char* m_bytes = nullptr;
+    sqlite3_int64 m_size = 0;
+};
+
+// Calls write, which works in the folder of `file`.
+template <class Write>
+void WriteFile(const fs::path& file, Write write) {
+    try {
+        write();
+    } catch (const std::system_error& error) {
+        const bool isFile = error.code() == std::errc::file_exists;
+        Place{file}.Fail(isFile ? error.code().message()
+                                : "cannot be written in its folder: " + error.code().message());
+    }
+}
+
+// Another file may have been put in the place of the one that was opened.
+bool IsMoved(const SQLite::Database& database) {
+    int isMoved = 0;
+    sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &isMoved);
+    return isMoved != 0;
+}
+
+bool HasWriteAheadLog(const SQLite::Database& database) {
+    return QueryText(database, "PRAGMA journal_mode") == "wal";
+}
+
+// Calls action while no one else can write `file`. A write-ahead log, which others may have switched on, is switched
+// off first: it would be applied to the next file of that name.
+template <class Action>
+void WhileLocked(const fs::path& file, Action action) {
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::milliseconds{BUSY_TIMEOUT_MS};
+    while (true) {
+        SQLite::Database database = Open(file);
+        if (sqlite3_db_readonly(database.getHandle(), "main") == 1) {
+            Place{file}.Fail("cannot be changed: it is read-only");  // else it would be replaced all the same
+        }
+        if (HasWriteAheadLog(database)) {
+            const bool isOff = database.tryExec("PRAGMA journal_mode = DELETE") == SQLITE_OK;
+            if (!isOff && std::chrono::steady_clock::now() > giveUp) {
+                Place{file}.Fail(database.getErrorMsg());
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds{isOff ? 0 : 10});
+        } else {
+            const SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
+            if (!IsMoved(database) && !HasWriteAheadLog(database)) {
+                return action(database);
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -384,20 +518,15 @@ std::optional<DomainCache> FindDomainCache(std::string_view name) noexcept {
 }
 
 void CreateInventory(const fs::path& file) {
-    const Draft draft(file);
-    std::FILE* const made = std::fopen(draft.File().c_str(), "wx");
-    if (made == nullptr || std::fclose(made) != 0) {
-        Place{file}.Fail(std::generic_category().message(errno));
-    }
-    At(Place{file}, [&] { MakeSchema(draft.File()); });
-    std::error_code error;
-    fs::create_hard_link(draft.File(), file, error);  // unlike a move, it leaves a file that is there alone
-    if (error) {
-        Place{file}.Fail(error.message());
-    }
+    const InventoryFileUse use;
+    At(Place{file}, [&] {
+        const FileImage image({}, file);
+        WriteFile(file, [&] { NewFile(file.parent_path(), image.View()).Create(file); });
+    });
 }
 
 Inventory ReadInventory(const fs::path& file) {
+    const InventoryFileUse use;
     return At(Place{file}, [&] {
         SQLite::Database database = Open(file);
         // One state of the file, whatever others write meanwhile.
@@ -412,14 +541,14 @@ Inventory ReadInventory(const fs::path& file) {
 }
 
 void ReplaceInventory(const fs::path& file, const Inventory& inventory) {
+    const InventoryFileUse use;
     At(Place{file}, [&] {
-        SQLite::Database database = Open(file);
-        database.exec("PRAGMA foreign_keys = ON");
-        SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-        CheckSchema(database, file);
-        database.exec("DELETE FROM ne; DELETE FROM ne_type; DELETE FROM domain_member");
-        WriteRows(database, file, inventory);
-        transaction.commit();
+        const FileImage image(inventory, file);
+        WhileLocked(file, [&](const SQLite::Database& database) {
+            CheckSchema(database, file);
+            const fs::path target = fs::canonical(file);  // a link stays one
+            WriteFile(file, [&] { NewFile(target.parent_path(), image.View()).Replace(target); });
+        });
     });
 }
 

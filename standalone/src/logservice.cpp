@@ -15,7 +15,10 @@
 
 #include <spdlog/logger.h>
 #include <spdlog/sinks/rotating_file_sink.h>
+#include <spdlog/sinks/sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
+
+#include "forks.h"
 
 namespace NS_STANDALONE {
 
@@ -99,10 +102,10 @@ private:
 
 spdlog::sink_ptr MakeSink(const LogTarget& target) {
     if (target.kind == LogTarget::Kind::STDERR) {
-        return std::make_shared<spdlog::sinks::stderr_sink_mt>();
+        return std::make_shared<spdlog::sinks::stderr_sink_st>();
     }
     try {
-        return std::make_shared<spdlog::sinks::rotating_file_sink_mt>(target.file.string(), target.maxFileBytes,
+        return std::make_shared<spdlog::sinks::rotating_file_sink_st>(target.file.string(), target.maxFileBytes,
                                                                       target.maxFiles);
     } catch (const spdlog::spdlog_ex& error) {
         throw std::runtime_error(target.file.string() + ": cannot be the log file: " + error.what());
@@ -111,13 +114,52 @@ spdlog::sink_ptr MakeSink(const LogTarget& target) {
 
 }  // namespace
 
-LogService::LogService(const LogTarget& target) : m_sink(MakeSink(target)) {
-    m_sink->set_pattern(RECORD_PATTERN);
-}
+// Writes records under a mutex that a fork can hold, unlike those of the library's own sinks.
+class LogService::Sink final : public spdlog::sinks::sink, public RecordsFlush {
+public:
+    explicit Sink(spdlog::sink_ptr target) : m_target(std::move(target)) {
+        m_target->set_pattern(RECORD_PATTERN);
+        FlushBeforeFork(this);
+    }
+    ~Sink() override { FlushBeforeFork(nullptr); }
+    Sink(const Sink&) = delete;
+    Sink& operator=(const Sink&) = delete;
+
+    void log(const spdlog::details::log_msg& message) override {
+        const std::lock_guard lock(RecordsMutex());
+        m_target->log(message);
+    }
+    void flush() override {
+        const std::lock_guard lock(RecordsMutex());
+        m_target->flush();
+    }
+    void set_pattern(const std::string& pattern) override {
+        const std::lock_guard lock(RecordsMutex());
+        m_target->set_pattern(pattern);
+    }
+    void set_formatter(std::unique_ptr<spdlog::formatter> formatter) override {
+        const std::lock_guard lock(RecordsMutex());
+        m_target->set_formatter(std::move(formatter));
+    }
+    void Flush() override {
+        try {
+            m_target->flush();
+        } catch (const spdlog::spdlog_ex&) {
+            // A full disk, say: the fork goes on, and the next record meets it again.
+        }
+    }
+
+private:
+    spdlog::sink_ptr m_target;
+};
+
+LogService::LogService(const LogTarget& target) : m_sink(std::make_shared<Sink>(MakeSink(target))) {}
+
+LogService::~LogService() = default;
 
 NS_SERVICE::ModuleLogger* LogService::GetModuleLogger(const std::string& module, const std::string& subModule,
                                                       const std::string& level) {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(LoggersMutex());
     std::unique_ptr<NS_SERVICE::ModuleLogger>& logger = m_loggers[{module, subModule, level}];
     if (logger == nullptr) {
         logger = std::make_unique<Logger>(module + "/" + subModule, m_sink, Threshold(level));

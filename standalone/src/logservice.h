@@ -2,11 +2,8 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <tuple>
-
-#include <spdlog/sinks/sink.h>
 
 #include <kx_platform/logsvcinterface.h>
 #include <kx_standalone/host.h>
@@ -19,16 +16,19 @@ public:
     /// Throws std::runtime_error that names the file when it cannot be written. `target` is not of
     /// kind NONE.
     explicit LogService(const LogTarget& target);
+    ~LogService() override;
+    LogService(const LogService&) = delete;
+    LogService& operator=(const LogService&) = delete;
 
     NS_SERVICE::ModuleLogger* GetModuleLogger(const std::string& module, const std::string& subModule,
                                               const std::string& level) override;
 
 private:
+    class Sink;
     using LoggerKey = std::tuple<std::string, std::string, std::string>;  // module, sub-module, level
 
-    spdlog::sink_ptr m_sink;
-    std::mutex m_mutex;
-    std::map<LoggerKey, std::unique_ptr<NS_SERVICE::ModuleLogger>> m_loggers;
+    std::shared_ptr<Sink> m_sink;
+    std::map<LoggerKey, std::unique_ptr<NS_SERVICE::ModuleLogger>> m_loggers;  // guarded by LoggersMutex
 };
 
 }  // namespace NS_STANDALONE

@@ -1,5 +1,6 @@
 #include "tomlfile.h"
 
+#include <cerrno>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -7,33 +8,44 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <toml++/toml.h>
+
+#include "tomldepth.h"
 
 namespace NS_STANDALONE {
 
 namespace {
 
-std::string PlaceText(const std::filesystem::path& file, const toml::source_position& position) {
-    return file.string() + ":" + std::to_string(position.line) + ":" + std::to_string(position.column) + ": ";
+std::string PlaceText(const std::filesystem::path& file, std::size_t line, std::size_t column) {
+    return file.string() + ":" + std::to_string(line) + ":" + std::to_string(column) + ": ";
 }
 
-// The iterators go past the stream, which would take an error, and memory that runs out, for the end of the file.
+std::string PlaceText(const std::filesystem::path& file, const toml::source_position& position) {
+    return PlaceText(file, position.line, position.column);
+}
+
+// The iterators bypass the stream, which would take an error, and exhausted memory, for the end of the file.
 std::string ReadText(const std::filesystem::path& file) try {
     const std::ifstream stream(file, std::ios::binary);
     if (!stream) {
-        throw std::runtime_error(PlaceText(file, {}) + "File could not be opened for reading");
+        throw std::runtime_error(file.string() + ": cannot be opened: " + std::generic_category().message(errno));
     }
     return {std::istreambuf_iterator<char>(stream.rdbuf()), {}};
-} catch (const std::ios_base::failure& error) {
-    throw std::runtime_error(PlaceText(file, {}) + error.what());
+} catch (const std::ios_base::failure&) {
+    throw std::runtime_error(file.string() + ": cannot be read: " + std::generic_category().message(errno));
 }
 
-// The parser is given the text alone: where it has to keep the file's name, it ends the process when there is no memory
-// for that.
+// The parser gets only the text: if it had to keep the file's name, it would end the process when memory runs out.
 toml::table Parse(const std::filesystem::path& file) {
     const std::string text = ReadText(file);
+    if (const std::optional<TextPlace> place = FindTooDeep(text)) {
+        throw std::runtime_error(PlaceText(file, place->line, place->column) +
+                                 "keys, tables and arrays are nested more than " + std::to_string(MAX_TOML_DEPTH) +
+                                 " levels deep");
+    }
     try {
         return toml::parse(text);
     } catch (const toml::parse_error& error) {
@@ -64,7 +76,7 @@ TomlFile::IntItems ReadIntItems(const toml::table& table) {
 
 std::string MisfitText(const std::filesystem::path& file, std::string_view key, const toml::node& node) {
     std::ostringstream text;
-    text.exceptions(std::ios::badbit);  // memory that runs out is told, not left out of the text
+    text.exceptions(std::ios::badbit);  // else text that memory runs out for would be missing
     text << PlaceText(file, node.source().begin) << "item \"" << key << "\" is of type " << node.type()
          << "; only texts, whole numbers and booleans can be items";
     return text.str();

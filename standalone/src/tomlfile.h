@@ -16,7 +16,8 @@ struct TomlFile {
     std::vector<std::string> misfits;  ///< one error text, with its place, for each top-level item of another type
 };
 
-/// Throws std::runtime_error with "file:line:column: " and the cause when `file` cannot be parsed.
+/// Reads `file`. Throws std::runtime_error: "file: " and the cause when it cannot be read, "file:line:column: " and the
+/// cause when it does not parse or is nested too deep (`MAX_TOML_DEPTH`).
 TomlFile ReadTomlFile(const std::filesystem::path& file);
 
 }  // namespace NS_STANDALONE

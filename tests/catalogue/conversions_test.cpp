@@ -1,101 +1,122 @@
-#include "catalogue/conversions.h"
-
-#include <gtest/gtest.h>
+// What the catalogue's readers and writers do beside the library's own: a text comes back from its record.
+#include <gmock/gmock.h>
 
 #include "catalogue/kinds.h"
+#include "catalogue/readfields.h"
 
-using namespace NS_KX;
-using namespace NS_DOMAIN;
-
+namespace NS_KX {
 namespace {
 
-template <class Record>
-bool IsRejected(void (*write)(const Record&, std::string&), const Record& record) {
-    std::string fdn;
-    try {
-        write(record, fdn);
-    } catch (const BadRecord&) {
-        return true;
-    }
-    return false;
+using testing::ElementsAre;
+
+const NS_UTIL::Surroundings& System() {
+    return NS_UTIL::Surroundings::OfSystem();
 }
 
-}  // namespace
+// A record of the kind `type`, made of an identifier and changed from there.
+class Record {
+public:
+    explicit Record(std::string_view type, std::string_view fdn = {})
+        : m_kind(*FindKindByType(type)), m_record(m_records.Fresh(m_kind.layout)) {
+        m_kind.read(fdn, m_record, System());
+    }
+
+    template <class Value>
+    Record& Set(std::string_view field, const Value& value) {
+        FindField(m_kind, field)->In<Value>(m_record) = value;
+        return *this;
+    }
+
+    // "name=value" of each field.
+    [[nodiscard]] std::vector<std::string> Fields() const {
+        std::vector<std::string> texts;
+        for (const ReadField& field : FieldsOf(m_kind, m_record)) {
+            texts.push_back(std::string(field.name) + "=" + field.value);
+        }
+        return texts;
+    }
+
+    [[nodiscard]] std::string Written() const {
+        std::string fdn;
+        try {
+            m_kind.write(m_record, fdn, System());
+        } catch (const BadRecord&) {
+            return "rejected";
+        }
+        return fdn;
+    }
+
+private:
+    const Kind& m_kind;
+    AnyRecord m_records;
+    void* m_record;
+};
 
 TEST(Conversions, AGroupKeepsTheLevelsInFrontOfIt) {
-    ContainedGroup group;
-    ReadGroup("NE=5,FR=1,VEGROUP=3", group);
-    EXPECT_EQ(group, (ContainedGroup{"NE=5,FR=1,", 3}));
-    ReadGroup("VEGROUP=4", group);
-    EXPECT_EQ(group, (ContainedGroup{"", 4}));
+    EXPECT_THAT(Record("GroupID", "NE=5,FR=1,VEGROUP=3").Fields(),
+                ElementsAre(R"(container="NE=5,FR=1,")", "groupId=3"));
+    EXPECT_THAT(Record("GroupID", "VEGROUP=4").Fields(), ElementsAre(R"(container="")", "groupId=4"));
 }
 
 TEST(Conversions, AGroupIsNotWrittenWhereItWouldNotBeRead) {
-    EXPECT_FALSE(IsRejected(WriteGroup, ContainedGroup{"NE=5,", 3}));
-    EXPECT_TRUE(IsRejected(WriteGroup, ContainedGroup{"NE=5", 3})) << "NE=5VEGROUP=3";
-    EXPECT_TRUE(IsRejected(WriteGroup, ContainedGroup{"NE=5,VEGROUP=2,", 3})) << "the first of a tag counts";
+    const auto written = [](const std::string& container) {
+        return Record("GroupID").Set("container", container).Set("groupId", 3).Written();
+    };
+    EXPECT_EQ(written("NE=5,"), "NE=5,VEGROUP=3");
+    EXPECT_EQ(written("NE=5"), "rejected") << "NE=5VEGROUP=3";
+    EXPECT_EQ(written("NE=5,VEGROUP=2,"), "rejected") << "the first of two levels with the same tag counts";
 }
 
 TEST(Conversions, APseudoWireKeepsWhatFollowsItsNe) {
-    PWIndex pw;
-    ReadPseudoWire("NE=12,PW=4|x", pw);
-    EXPECT_EQ(pw, (PWIndex{12, "PW=4|x"}));
-    PWIndex withoutNe;
-    ReadPseudoWire("PW=4", withoutNe);
-    EXPECT_EQ(withoutNe, (PWIndex{-1, "PW=4"}));
-    PWIndex neOnly;
-    ReadPseudoWire("NE=12", neOnly);
-    EXPECT_EQ(neOnly, (PWIndex{12, "NE=12"}));
+    EXPECT_THAT(Record("PWIndex", "NE=12,PW=4|x").Fields(), ElementsAre("neId=12", R"(resId="PW=4|x")"));
+    EXPECT_THAT(Record("PWIndex", "PW=4").Fields(), ElementsAre("neId=-1", R"(resId="PW=4")"));
+    EXPECT_THAT(Record("PWIndex", "NE=12").Fields(), ElementsAre("neId=12", R"(resId="NE=12")"));
 }
 
 TEST(Conversions, ATrailIsKeptApartFromWhatIsInFrontOfIt) {
-    Contained<VPNTrailIndex> trail;
-    ReadTrail("NE=3,PWE3TRAIL=7,X=8", trail);
-    EXPECT_EQ(trail.container, "NE=3,");
-    EXPECT_EQ(trail.trailResId, "PWE3TRAIL=7,X=8");
-    EXPECT_EQ(trail.trailType, 1);
-    Contained<PWTrailIndex> none;
-    ReadTrail("NE=3", none);
-    EXPECT_EQ(none.container, "NE=3");
-    EXPECT_EQ(none.trailResId, "");
+    EXPECT_THAT(Record("VPNTrailIndex", "NE=3,PWE3TRAIL=7,X=8").Fields(),
+                ElementsAre(R"(container="NE=3,")", R"(trailResId="PWE3TRAIL=7,X=8")", "trailType=1"));
+    EXPECT_THAT(Record("PWTrailIndex", "NE=3").Fields(), ElementsAre(R"(container="NE=3")", R"(trailResId="")"));
 }
 
 TEST(Conversions, TrafficDescriptorsAreWrittenWithin32Bits) {
-    std::string fdn;
-    WriteTrafficDescriptor({0, 5, -2147483648}, fdn);
-    EXPECT_EQ(fdn, "NE=5,ATMTD=-2147483648");
-    EXPECT_TRUE(IsRejected(WriteTrafficDescriptor, TDIndex{0, 5, 2147483648}));
-    EXPECT_TRUE(IsRejected(WriteTrafficDescriptor, TDIndex{0, -2147483649, 1}));
+    const auto written = [](std::int64_t neId, std::int64_t tdId) {
+        return Record("TDIndex").Set("neId", neId).Set("tdId", tdId).Written();
+    };
+    EXPECT_EQ(written(5, -2147483648), "NE=5,ATMTD=-2147483648");
+    EXPECT_EQ(written(5, 2147483648), "rejected");
+    EXPECT_EQ(written(-2147483649, 1), "rejected");
 }
 
 TEST(Conversions, FieldsThatContradictTheTextThatARecordKeepsAreRejected) {
-    EXPECT_FALSE(IsRejected(WriteWholeText<ServiceIndex>, ServiceIndex{5, "NE=5,NETH=8", 8, 2}));
-    EXPECT_TRUE(IsRejected(WriteWholeText<ServiceIndex>, ServiceIndex{6, "NE=5,NETH=8", 8, 2}));
-    EXPECT_TRUE(IsRejected(WriteWholeText<ServiceIndex>, ServiceIndex{5, "NE=5,NETH=8", 9, 2}));
-    EXPECT_FALSE(IsRejected(WriteWholeText<PWSwitchIndex>, PWSwitchIndex{5, "NE=5,PWSW=1"}));
-    EXPECT_TRUE(IsRejected(WriteWholeText<PWSwitchIndex>, PWSwitchIndex{5, "NE=6,PWSW=1"}));
-    EXPECT_FALSE(IsRejected(WriteTrail<PWTrailIndex>, Contained<PWTrailIndex>{{"PWTRAIL=7"}, "NE=5,"}));
-    EXPECT_TRUE(IsRejected(WriteTrail<PWTrailIndex>, Contained<PWTrailIndex>{{"7"}, "NE=5,PWTRAIL="}));
-    EXPECT_TRUE(IsRejected(WriteTrail<VPNTrailIndex>, Contained<VPNTrailIndex>{{"VPLS=7", 1}, "NE=5,"}));
+    EXPECT_EQ(Record("ServiceIndex", "NE=5,NETH=8").Written(), "NE=5,NETH=8");
+    EXPECT_EQ(Record("ServiceIndex", "NE=5,NETH=8").Set("neId", 6).Written(), "rejected");
+    EXPECT_EQ(Record("ServiceIndex", "NE=5,NETH=8").Set("svcId", 9).Written(), "rejected");
+    EXPECT_EQ(Record("PWSwitchIndex", "NE=5,PWSW=1").Written(), "NE=5,PWSW=1");
+    EXPECT_EQ(Record("PWSwitchIndex", "NE=6,PWSW=1").Set("neId", 5).Written(), "rejected");
+    EXPECT_EQ(Record("TunnelIndex", "NE=6,TUNNEL=1|2|a|b|3|c|4").Set("tunnelInt0", 2).Written(), "rejected");
+    EXPECT_EQ(Record("PWTrailIndex", "NE=5,PWTRAIL=7").Written(), "NE=5,PWTRAIL=7");
+    EXPECT_EQ(Record("PWTrailIndex", "NE=5,PWTRAIL=7").Set("container", std::string("NE=5,PWTRAIL=")).Written(),
+              "rejected");
+    EXPECT_EQ(Record("VPNTrailIndex", "NE=5,VPLS=7").Set("trailType", 1).Written(), "rejected");
 }
 
 TEST(Conversions, AnEndPointHasItsNamesAlsoWhereItHasNumbers) {
-    MEPIndex mep;
-    ReadEndPoint("NE=5,MD=3|md1,MA=4|ma1,MEP=7", mep);
-    EXPECT_EQ(mep, (MEPIndex{{0, 5}, 3, "md1", 4, "ma1", 7}));
-    MEPIndex unnumbered;
-    ReadEndPoint("NE=5,MD=|3,MA=|ma1,RMEP=7", unnumbered);
-    EXPECT_EQ(unnumbered, (MEPIndex{{0, 5}, 0, "3", 0, "ma1", 7}));
+    EXPECT_THAT(Record("MEPIndex", "NE=5,MD=3|md1,MA=4|ma1,MEP=7").Fields(),
+                ElementsAre("neId=5", "mdId=3", R"(mdName="md1")", "maId=4", R"(maName="ma1")", "mepId=7"));
+    EXPECT_THAT(Record("MEPIndex:RMEP", "NE=5,MD=|3,MA=|ma1,RMEP=7").Fields(),
+                ElementsAre("neId=5", "mdId=0", R"(mdName="3")", "maId=0", R"(maName="ma1")", "mepId=7"));
 }
 
-TEST(Conversions, OfAnEndPointThatCannotBeReadTheRestStaysUnknown) {
-    MEPIndex mep;
-    ReadEndPoint("NE=5,MD,MA=4|ma1,MEP=7", mep);
-    EXPECT_EQ(mep, (MEPIndex{{0, 5}, -1, "", -1, "ma1", -1}));
+TEST(Conversions, TheRestOfAnEndPointThatCannotBeReadStaysUnknown) {
+    EXPECT_THAT(Record("MEPIndex", "NE=5,MD,MA=4|ma1,MEP=7").Fields(),
+                ElementsAre("neId=5", "mdId=-1", R"(mdName="")", "maId=-1", R"(maName="ma1")", "mepId=-1"));
 }
 
 TEST(Conversions, AnIntermediatePointHasItsName) {
-    MIPIndex mip;
-    ReadIntermediatePoint("NE=5,MD=3|md1,MIP=4|mip1", mip);
-    EXPECT_EQ(mip, (MIPIndex{{0, 5}, 3, "md1", 4, "mip1"}));
+    EXPECT_THAT(Record("MIPIndex", "NE=5,MD=3|md1,MIP=4|mip1").Fields(),
+                ElementsAre("neId=5", "mdId=3", R"(mdName="md1")", "mipId=4", R"(mipName="mip1")"));
 }
+
+}  // namespace
+}  // namespace NS_KX

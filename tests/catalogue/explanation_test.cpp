@@ -11,8 +11,8 @@ using testing::IsEmpty;
 
 namespace {
 
-Explanation ExplainFdn(const std::string& fdn, const NS_STANDALONE::Inventory* inventory = nullptr) {
-    return Explain(fdn, FindKind(fdn), inventory);
+Explanation ExplainFdn(const std::string& fdn, const DescribeNe& describeNe = {}) {
+    return Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem(), describeNe);
 }
 
 // "text in the identifier: meaning"; a part with a caveat ends in " !".
@@ -81,7 +81,7 @@ TEST(Explain, ShowsTheRecordsOfMaintenancePoints) {
 }
 
 TEST(Explain, KnowsTheRestOfAnEscapedName) {
-    EXPECT_THAT(PartsOf("PP=|1025|7|a\\|b"), testing::Contains("b: rest of the name, behind an escaped |: \"b\""));
+    EXPECT_THAT(PartsOf("PP=|1025|7|a\\|b"), testing::Contains("b: rest of the name, after an escaped |: \"b\""));
 }
 
 TEST(Explain, PutsEachProblemToThePartThatItIsAbout) {
@@ -149,20 +149,17 @@ TEST(Explain, SaysWhetherTheIdentifierIsCanonical) {
 TEST(Explain, WithoutAnInventorySaysWhatItCannotTell) {
     const Explanation explanation = ExplainFdn("NE=12,FR=1,S=3,CP=-1");
     EXPECT_FALSE(explanation.isCanonical);
-    EXPECT_THAT(explanation.notes, ElementsAre("not compared with what the library writes: that depends on the NE; "
-                                               "give --inventory FILE"));
+    EXPECT_THAT(explanation.notes, ElementsAre("not compared with what the library writes: that depends on the NE, "
+                                               "and there is no inventory"));
 }
 
-TEST(Explain, WithAnInventoryNamesTheNeType) {
+TEST(Explain, SaysWhatIsKnownOfTheNe) {
     const SampleNetwork network(1);
     const SampleInventoryService service(network);
-    const auto inventory = network.MakeInventory(1);
-    const auto& type = network.NeType(1);
-    EXPECT_EQ(ExplainFdn("NE=1", &inventory).parts.at(0).meaning,
-              "network element 1: " + std::string(type.name) + ", NE type " + std::to_string(type.neType));
-    EXPECT_EQ(ExplainFdn("NE=2", &inventory).parts.at(0).meaning,
-              "network element 2: not in the inventory, taken to be of NE type 0");
-    EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=3,CP=-1,PP=16||1|", &inventory).notes, IsEmpty());
+    const auto describe = [](std::int32_t neId) { return neId == 1 ? std::string(": in the hall") : std::string(); };
+    EXPECT_EQ(ExplainFdn("NE=1", describe).parts.at(0).meaning, "network element 1: in the hall");
+    EXPECT_EQ(ExplainFdn("NE=2", describe).parts.at(0).meaning, "network element 2");
+    EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=3,CP=-1,PP=16||1|", describe).notes, IsEmpty());
 }
 
 TEST(Explain, NotesWhatNothingReads) {
@@ -171,7 +168,7 @@ TEST(Explain, NotesWhatNothingReads) {
     EXPECT_THAT(ExplainFdn("").parts, IsEmpty());
     EXPECT_THAT(ExplainFdn("").notes, ElementsAre("the identifier is empty"));
     EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|").notes,
-                ElementsAre("nothing is read: the record stays one that knows nothing"));
+                ElementsAre("nothing is read: the identifier fills no field of its record"));
 }
 
 TEST(Explain, NotesBytesThatAreNotUtf8) {

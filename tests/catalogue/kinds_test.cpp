@@ -6,20 +6,18 @@
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/inventorybufif.h>
 
-#include "catalogue/tags.h"
-
 namespace NS_KX {
 namespace {
 
 using NS_UTIL::ResIDUtil;
 
 // Knows one NE of the model that spells out absent sub-slots of cards, and one that leaves out OAM numbers.
-class Inventory : public NS_SERVICE::InventoryBufif {
+class FixedInventory : public NS_SERVICE::InventoryBufif {
 public:
-    Inventory() { NS_BUNDLEMGR1::BundleMgr::Instance()->RegisterService("InventoryBufif", this); }
-    ~Inventory() override { NS_BUNDLEMGR1::BundleMgr::Instance()->UnregisterService("InventoryBufif"); }
-    Inventory(const Inventory&) = delete;
-    Inventory& operator=(const Inventory&) = delete;
+    FixedInventory() { NS_BUNDLEMGR1::BundleMgr::Instance()->RegisterService("InventoryBufif", this); }
+    ~FixedInventory() override { NS_BUNDLEMGR1::BundleMgr::Instance()->UnregisterService("InventoryBufif"); }
+    FixedInventory(const FixedInventory&) = delete;
+    FixedInventory& operator=(const FixedInventory&) = delete;
 
     bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool) override {
         neType = neId == 41 ? 1911 : 0;
@@ -43,12 +41,13 @@ void PrintTo(const Case& item, std::ostream* out) {
 class CanonicalIdentifiers : public testing::TestWithParam<Case> {};
 
 TEST_P(CanonicalIdentifiers, AreOfTheirKindAndComeBack) {
-    const Inventory inventory;
+    const FixedInventory inventory;
     const Kind* const kind = FindKind(GetParam().fdn);
     ASSERT_NE(kind, nullptr);
-    EXPECT_EQ(kind->Type(), GetParam().type);
+    EXPECT_EQ(kind->type, GetParam().type);
     std::string canonical;
-    kind->Rewrite(GetParam().fdn, canonical);
+    AnyRecord record;
+    Rewrite(*kind, GetParam().fdn, NS_UTIL::Surroundings::OfSystem(), record, canonical);
     EXPECT_EQ(canonical, GetParam().fdn);
 }
 
@@ -99,9 +98,10 @@ INSTANTIATE_TEST_SUITE_P(
 class OtherIdentifiers : public testing::TestWithParam<std::pair<const char*, const char*>> {};
 
 TEST_P(OtherIdentifiers, AreWrittenAsTheLibraryWould) {
-    const Inventory inventory;
+    const FixedInventory inventory;
     std::string canonical;
-    FindKind(GetParam().first)->Rewrite(GetParam().first, canonical);
+    AnyRecord record;
+    Rewrite(*FindKind(GetParam().first), GetParam().first, NS_UTIL::Surroundings::OfSystem(), record, canonical);
     EXPECT_EQ(canonical, GetParam().second);
 }
 
@@ -120,17 +120,9 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair{"NE=5,MA=4|ma1,MD=3|md1,MEP=7", "NE=5,MD=4|md1,MA=3|ma1,MEP=7"},
                     std::pair{"NE=5,FR=1,MD=3|md1,MA=4|ma1,MEP=7", "NE=5,MD=1|md1,MA=3|ma1,MEP=-1"}));
 
-TEST(Kinds, TheMocIsTheTagOfTheLastLevel) {
-    EXPECT_EQ(MocOf("NE=1,FR=2"), "FR");
-    EXPECT_EQ(MocOf("NE=1"), "NE");
-    EXPECT_EQ(MocOf("NE=1,XY"), "XY");
-    EXPECT_EQ(MocOf(""), "");
-    EXPECT_EQ(MocOf("NE=1,PP=16||2|a=b"), "PP") << "a name may hold an equality sign";
-}
-
 TEST(Kinds, EveryKnownTagEndsIdentifiersOfSomeKind) {
-    for (const Tag& tag : AllTags()) {
-        EXPECT_NE(FindKind("NE=1," + std::string(tag.name) + "=1"), nullptr) << tag.name;
+    for (const Tag* const tag : AllTags()) {
+        EXPECT_NE(FindKind("NE=1," + std::string(tag->name) + "=1"), nullptr) << tag->name;
     }
 }
 
@@ -142,15 +134,40 @@ TEST(Kinds, UnknownLastLevelsAreOfNoKind) {
 
 TEST(Kinds, EveryTypeIsFoundByItsNameAndNoneTwice) {
     for (const Kind* const kind : AllKinds()) {
-        EXPECT_EQ(FindKindByType(kind->Type()), kind) << kind->Type();
+        EXPECT_EQ(FindKindByType(kind->type), kind) << kind->type;
     }
     EXPECT_EQ(FindKindByType("NoIndex"), nullptr);
     EXPECT_EQ(FindKindByType(""), nullptr);
 }
 
 TEST(Kinds, OtherAccessPointsAreReadToo) {
-    EXPECT_EQ(FindKind("NE=1,PP=16||2|,CHANNELSET=5")->Type(), "CtpKey_T");
-    EXPECT_EQ(FindKind("NE=1,PP=16||2|,VR=5")->Type(), "CtpKey_T");
+    EXPECT_EQ(FindKind("NE=1,PP=16||2|,CHANNELSET=5")->type, "CtpKey_T");
+    EXPECT_EQ(FindKind("NE=1,PP=16||2|,VR=5")->type, "CtpKey_T");
+}
+
+// ---- Fields ---------------------------------------------------------------------------------------------------------
+
+TEST(Fields, OfNestedRecordsHaveTwoNames) {
+    const Field* const nested = FindField(*FindKindByType("CtpKey_T"), "port.neId");
+    ASSERT_NE(nested, nullptr);
+    EXPECT_EQ(nested->Nest(), "port");
+    EXPECT_EQ(nested->Member(), "neId");
+    const Field* const own = FindField(*FindKindByType("CtpKey_T"), "neId");
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own->Nest(), "");
+    EXPECT_EQ(own->Member(), "neId");
+}
+
+TEST(Fields, OfTextTakeNothingThatWouldCutTheIdentifier) {
+    const Field& label = *FindField(*FindKindByType("PortIndex"), "portLabel");
+    EXPECT_NO_THROW(RequireWritable(label, "GE0/1=a"));
+    for (const char* const value : {"a,b", "a|b", "a\nb", "a\rb"}) {
+        EXPECT_THROW(RequireWritable(label, value), BadRecord) << value;
+    }
+    EXPECT_THROW(RequireWritable(label, std::string_view("a\0b", 3)), BadRecord);
+    const Field& text = *FindField(*FindKindByType("ServiceIndex"), "resId");
+    EXPECT_NO_THROW(RequireWritable(text, "NE=5,PWE3=3|17"));
+    EXPECT_THROW(RequireWritable(text, "NE=5\n"), BadRecord);
 }
 
 }  // namespace

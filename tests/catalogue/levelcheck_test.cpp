@@ -28,7 +28,7 @@ TEST(LevelCheck, LevelsMustBeWellFormed) {
     EXPECT_THAT(Problems("NE=1,,S=2"), ElementsAre("6: empty level"));
     EXPECT_THAT(Problems("NE=1,"), ElementsAre("6: empty level"));
     EXPECT_THAT(Problems("=5"), ElementsAre("1: level without a tag"));
-    EXPECT_THAT(Problems("NE=1,FR"), ElementsAre("6: no \"=\" behind \"FR\""));
+    EXPECT_THAT(Problems("NE=1,FR"), ElementsAre("6: no \"=\" after \"FR\""));
 }
 
 TEST(LevelCheck, TagsAreCapitalsAndDigits) {
@@ -39,7 +39,7 @@ TEST(LevelCheck, TagsAreCapitalsAndDigits) {
 
 TEST(LevelCheck, TagsMustBeKnownAndStandOnce) {
     EXPECT_THAT(Problems("NE=1,XX=2"), ElementsAre("6: unknown tag \"XX\""));
-    EXPECT_THAT(Problems("NE=1,S=2,S=2"), ElementsAre("10: level \"S\" is there before; readers take the first"));
+    EXPECT_THAT(Problems("NE=1,S=2,S=2"), ElementsAre("10: level \"S\" occurs before; the first one counts"));
 }
 
 TEST(LevelCheck, NumbersMustBeDecimalAndInRange) {
@@ -86,6 +86,28 @@ TEST(LevelCheck, OfVeryManyProblemsTheFirstAreTold) {
     ASSERT_EQ(problems.size(), 8U);
     EXPECT_EQ(problems[6], "7: empty level");
     EXPECT_EQ(problems[7], "8: and more");
+}
+
+std::string FirstProblem(std::string_view text) {
+    const auto problem = FindFirstProblem(text);
+    return problem ? std::to_string(problem->column) + ": " + problem->text : "none";
+}
+
+TEST(FirstProblem, IsNoneForAGoodIdentifier) {
+    EXPECT_EQ(FirstProblem("NE=1,PP=|1025|3|Åre"), "none");
+    EXPECT_FALSE(FindNoText("anything that is a text"));
+}
+
+TEST(FirstProblem, IsWhyATextCannotBeAnIdentifier) {
+    using namespace std::string_view_literals;
+    EXPECT_EQ(FirstProblem(""), "1: the line is empty");
+    EXPECT_EQ(FirstProblem("NE=\0,XX=1"sv), "4: NUL byte");
+    EXPECT_EQ(FirstProblem("NE=1,PP=||3|\xC5"), "13: not UTF-8");
+}
+
+TEST(FirstProblem, IsTheFirstOfSeveralInTheLevels) {
+    EXPECT_EQ(FirstProblem("NE=x,fr=2"), "4: NE is not a decimal number: \"x\"");
+    EXPECT_EQ(FirstProblem("NE=1,CP=-1,AS=3"), "12: unknown tag \"AS\"");
 }
 
 }  // namespace

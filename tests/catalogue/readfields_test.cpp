@@ -5,12 +5,25 @@
 namespace NS_KX {
 namespace {
 
-std::vector<ReadField> Read(const std::string& fdn) {
-    return ReadFields(fdn, *FindKind(fdn));
+// The record that `fdn` is read into, and its kind.
+struct Reading {
+    explicit Reading(std::string_view fdn) : kind(*FindKind(fdn)), record(records.Fresh(kind.layout)) {
+        kind.read(fdn, record, NS_UTIL::Surroundings::OfSystem());
+    }
+
+    AnyRecord records;
+    const Kind& kind;
+    void* record;
+};
+
+bool SaysNothing(std::string_view fdn) {
+    const Reading reading(fdn);
+    return IsNothingRead(reading.kind, reading.record);
 }
 
-TEST(ReadFields, TellsOfEachFieldWhetherItIsKnown) {
-    const auto fields = Read("NE=12,FR=-1");
+TEST(ReadFields, SaysOfEachFieldWhetherItIsKnown) {
+    const Reading reading("NE=12,FR=-1");
+    const auto fields = FieldsOf(reading.kind, reading.record);
     ASSERT_EQ(fields.size(), 2U);
     EXPECT_EQ(fields[0].name, "neId");
     EXPECT_EQ(fields[0].value, "12");
@@ -21,9 +34,9 @@ TEST(ReadFields, TellsOfEachFieldWhetherItIsKnown) {
 }
 
 TEST(ReadFields, WhenNoneIsKnownNothingIsRead) {
-    EXPECT_TRUE(IsNothingRead(Read("FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|")));
-    EXPECT_TRUE(IsNothingRead(Read("NE=-1")));
-    EXPECT_FALSE(IsNothingRead(Read("NE=5,FR=1,S=0,CP=-1,PP=16||0|")));
+    EXPECT_TRUE(SaysNothing("FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|"));
+    EXPECT_TRUE(SaysNothing("NE=-1"));
+    EXPECT_FALSE(SaysNothing("NE=5,FR=1,S=0,CP=-1,PP=16||0|"));
 }
 
 }  // namespace

@@ -6,16 +6,18 @@ namespace NS_KX {
 namespace {
 
 Layout LayoutOf(FormatName format, const char* type) {
-    return {format, type == nullptr ? AllKinds() : std::vector{FindKindByType(type)}};
+    static const Kind* one;
+    one = type != nullptr ? FindKindByType(type) : nullptr;
+    return {format, type == nullptr ? AllKinds() : std::span(&one, 1)};
 }
 
 std::string Rows(const Layout& layout, std::initializer_list<const char*> fdns) {
     TextBuffer out;
-    const auto format = MakeColumnFormat(layout);
+    const auto format = MakeColumnFormat(layout, NS_UTIL::Surroundings::OfSystem());
     for (const std::string fdn : fdns) {
         format->Write(fdn, *FindKind(fdn), out);
     }
-    return std::string(ViewOf(out));
+    return std::string(out.View());
 }
 
 TEST(ColumnFormat, OneTypeHasItsOwnColumns) {
@@ -63,7 +65,7 @@ TEST(ColumnFormat, ATableLeavesOutWhatAFreshRecordSaysToo) {
 
 TEST(ColumnFormat, ATableIsWideEnoughForAllTypes) {
     for (const Kind* const kind : AllKinds()) {
-        EXPECT_LE(kind->Type().size(), 20U) << kind->Type();
+        EXPECT_LE(kind->type.size(), 20U) << kind->type;
     }
 }
 

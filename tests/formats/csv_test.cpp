@@ -59,7 +59,7 @@ TEST(CsvReader, ComplaintsNameFileLineAndReason) {
     EXPECT_EQ(ComplaintAbout("a\nb\"c\n"),
               "a.csv:2: a quote in the middle of a field; quote the whole field and double the quotes in it");
     EXPECT_EQ(ComplaintAbout("a\n\"b\nc"), "a.csv:2: a quoted field that does not end");
-    EXPECT_EQ(ComplaintAbout("\"a\"b\n"), "a.csv:1: text behind a quoted field");
+    EXPECT_EQ(ComplaintAbout("\"a\"b\n"), "a.csv:1: text after a quoted field");
     EXPECT_EQ(ComplaintAbout("a\rb\n"), "a.csv:1: a carriage return without a line feed");
     EXPECT_EQ(ComplaintAbout(std::string("a\0b\n", 4)), "a.csv:1: a NUL byte");
     EXPECT_EQ(ComplaintAbout(std::string("\"a\0b\"\n", 6)), "a.csv:1: a NUL byte");

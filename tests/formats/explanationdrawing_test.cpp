@@ -1,13 +1,13 @@
-#include <gmock/gmock.h>
+#include "formats/explanationdrawing.h"
 
-#include "catalogue/explanation.h"
+#include <gmock/gmock.h>
 
 using namespace NS_KX;
 
 namespace {
 
 std::string DrawFdn(const std::string& fdn, bool isColoured = false) {
-    return Draw(Explain(fdn, FindKind(fdn), nullptr), isColoured);
+    return Draw(Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem()), isColoured);
 }
 
 std::string WithoutColours(const std::string& text) {
@@ -75,7 +75,7 @@ TEST(Draw, OfManyPartsTheFirstAreDrawnAndTheOthersCounted) {
         }
         return count;
     };
-    const Explanation most = Explain(commas(199), nullptr, nullptr);
+    const Explanation most = Explain(commas(199), nullptr, NS_UTIL::Surroundings::OfSystem());
     ASSERT_EQ(most.parts.size(), 200U);
     EXPECT_EQ(meanings(Draw(most, false)), 200U);
     EXPECT_THAT(Draw(most, false), testing::Not(testing::HasSubstr("not drawn")));

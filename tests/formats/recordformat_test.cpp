@@ -11,8 +11,8 @@ namespace {
 
 std::string AsJson(const std::string& fdn) {
     TextBuffer out;
-    MakeFormat(Layout{})->Write(fdn, *FindKind(fdn), out);
-    return std::string(ViewOf(out));
+    MakeFormat(Layout{}, NS_UTIL::Surroundings::OfSystem())->Write(fdn, *FindKind(fdn), out);
+    return std::string(out.View());
 }
 
 TEST(RecordFormat, AJsonLineHasTheFieldsOfTheRecord) {
@@ -41,14 +41,14 @@ TEST(RecordFormat, WhatCannotBeReadLeavesTheOutputAsItWas) {
         Layout layout;
         layout.format = format;
         layout.kinds = AllKinds();
-        const auto writer = MakeFormat(layout);
+        const auto writer = MakeFormat(layout, NS_UTIL::Surroundings::OfSystem());
         TextBuffer out;
         Append(out, "before\n");
         const Kind* const needsConfiguration = FindKindByType("PortIndex:LoopBack");
         EXPECT_THROW(writer->Write("NE=5,PP=16||1|a", *needsConfiguration, out), NS_UTIL::InterfaceNotExistException);
-        EXPECT_EQ(ViewOf(out), "before\n");
+        EXPECT_EQ(out.View(), "before\n");
         writer->Write("NE=5", *FindKind("NE=5"), out);
-        EXPECT_EQ(std::count(out.GetString(), out.GetString() + out.GetSize(), '\n'), 2) << "it still writes";
+        EXPECT_EQ(std::count(out.View().begin(), out.View().end(), '\n'), 2) << "it still writes";
     }
 }
 

@@ -1,4 +1,4 @@
-/// A test in an empty folder of its own, in which it runs the program as a user's shell does.
+/// A test that runs the program as a user's shell does, in an empty folder of its own.
 #pragma once
 
 #include <cstdlib>
@@ -13,22 +13,21 @@
 
 class ProgramTest : public FolderTest {
 protected:
-    /// What a run left behind.
+    /// The result of a run.
     struct Ended {
         int code;
         std::string out;
         std::string err;
     };
 
-    /// Makes the configuration of the folder "config", with items that hold the notification 7 back if it is not told
-    /// others.
+    /// Makes the configuration in the folder "config". The default items hold back notification 7.
     void Configure(const std::string& items = "EventSwitch = 2\nBlacklist = \"7\"\n") const {
         WriteFile(CONFIG, items);
     }
     static constexpr auto CONFIG = "config/kx_corbaagent_bundle/bundle.cfg";
 
-    /// Runs a command of the shell in which "kxdu" stands for the program, with `input` as its standard input. No
-    /// variable that the program reads is set.
+    /// Runs a shell command with `input` as standard input. "kxdu" stands for the program; no environment variable that
+    /// the program reads is set.
     [[nodiscard]] Ended Shell(const std::string& command, const std::string& input = {}) const {
         const NS_TEST::TemporaryFolder streams;
         NS_TEST::WriteFile(streams / "in", input);
@@ -51,13 +50,13 @@ protected:
                 NS_TEST::ReadFile(streams / "err")};
     }
 
-    /// The command that runs the program in the background. The shell lets what runs there ignore SIGINT and SIGQUIT.
+    /// The command that runs the program in the background, where the shell would let it ignore SIGINT and SIGQUIT.
     [[nodiscard]] static std::string InBackground(const std::string& arguments) {
         return "env --default-signal=INT,QUIT '" KXDU_PROGRAM "' " + arguments + " & ";
     }
 
-    /// The command that sends what runs in the background a signal when the command `reached` succeeds, and prints what
-    /// it died of, as the shell counts. The run may end before.
+    /// The command that sends `signal` to the background run once the command `reached` succeeds, and prints the name
+    /// of the signal that ended the run. The run may end before.
     [[nodiscard]] static std::string StopWhen(const std::string& reached, const std::string& signal) {
         return "while kill -0 $! && ! { " + reached + "; }; do sleep 0.001; done; kill -" + signal +
                " $!; wait $!; kill -l $?";

@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# Installs the build into a folder of its own and builds the outside programs against it, found once by CMake and once
-# by pkg-config; the folder is moved first, since a package may not know where it was built. What is installed starts as
-# it lies there: nobody tells the loader where the libraries are.
+# Installs the build into a folder and moves that, since a package must not know where it was built. Builds the outside
+# programs against it, once by CMake and once by pkg-config, and runs them and kxdu without LD_LIBRARY_PATH.
 #   installed_test.sh BUILD_FOLDER SOURCE_FOLDER COMPILER
 set -euo pipefail
 unset LD_LIBRARY_PATH KX_INVENTORY KX_CONFIG_DIR
@@ -27,11 +26,12 @@ mv "$work/first" "$work/prefix"
 libraries=$(dirname "$(find "$work/prefix" -name libkx_domain_util.so)")
 "$work/prefix/bin/kxdu" --version >>"$work/log"
 [ -s "$work/prefix/share/doc/kx_domain_util/docs/guide.md" ]
+[ -x "$work/prefix/share/doc/kx_domain_util/examples/many_hosts.sh" ]
 
 numbers=$'NE=7,S=0,CP=-1,PP=||4294967295|\n41180004'
 examples=$work/prefix/share/doc/kx_domain_util/examples
 
-cmake -S "$source/tests/package/outside" -B "$work/outside" -DCMAKE_CXX_COMPILER="$compiler" \
+cmake -G Ninja -S "$source/tests/package/outside" -B "$work/outside" -DCMAKE_CXX_COMPILER="$compiler" \
       -DCMAKE_PREFIX_PATH="$work/prefix" -DEXAMPLES="$examples" >>"$work/log"
 cmake --build "$work/outside" >>"$work/log"
 prints "$numbers" "$work/outside/outside"

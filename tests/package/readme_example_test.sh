@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The C++ example of the README is the one of examples/ that is compiled and run, word for word.
+# Compares the C++ example of the README with the one of examples/, which is compiled and run.
 #   readme_example_test.sh SOURCE_FOLDER
 set -euo pipefail
 

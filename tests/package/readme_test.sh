@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Runs every command of the ```console blocks of the documents and compares what it prints with what stands below it.
-# The commands of one document run in one folder, so that later ones may use what earlier ones made.
+# The commands of one document run in one folder, so that later ones can use files of earlier ones.
 #   readme_test.sh SOURCE_FOLDER KXDU DOCUMENT...
 set -euo pipefail
-unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR  # the documents do not know them
+unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR  # they would change what is printed
 
 source=$1
 PATH=$(dirname "$2"):$PATH

@@ -1,5 +1,9 @@
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <climits>
 #include <memory>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -102,6 +106,49 @@ TEST(CorbaConfigItems, TellKeysApart) {
     int value = 9;
     EXPECT_FALSE(Items().GetIntItemInfo("KEY1", value)) << "by case";
     EXPECT_FALSE(Items().GetIntItemInfo("", value));
+}
+
+// Setting, reading and removing ten times as many items takes about ten times as long, not a hundred times.
+TEST(CorbaConfigItems, TakeTimeInProportionToTheirNumber) {
+    const Configuration configuration;
+    const auto seconds = [](const std::string& prefix, int count) {
+        const auto begin = std::chrono::steady_clock::now();
+        for (int number = 0; number < count; ++number) {
+            Items().SetItem(prefix + std::to_string(number), "1");
+        }
+        int found = 0;
+        for (int number = 0; number < count; ++number) {
+            int value = 0;
+            found += Items().GetIntItemInfo(prefix + std::to_string(number), value) ? value : 0;
+        }
+        EXPECT_EQ(found, count);
+        for (int number = 0; number < count; ++number) {
+            Items().RemoveItem(prefix + std::to_string(number));
+        }
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    double few = seconds("one of few ", 16000);
+    few = std::min(few, seconds("one of a few more ", 16000));
+    EXPECT_LT(seconds("one of many ", 160000), 40 * few);
+}
+
+// A reader in another thread, while the table of items grows.
+TEST(CorbaConfigItems, AreFoundWhileOthersAreAdded) {
+    const Configuration configuration{{"there all the time", "7"}};
+    std::atomic<bool> stop{false};
+    std::thread reader([&stop] {
+        while (!stop.load()) {
+            int value = 0;
+            ASSERT_TRUE(Items().GetIntItemInfo("there all the time", value));
+            ASSERT_EQ(value, 7);
+        }
+    });
+    for (int number = 0; number < 20000; ++number) {
+        const std::string key = "added " + std::to_string(number);
+        ASSERT_EQ(Items().GetItem(key).GetKey(), key);
+    }
+    stop.store(true);
+    reader.join();
 }
 
 TEST(ConfigItem, StaysTheSameWhileItsValueComesAndGoes) {

@@ -369,7 +369,6 @@ const std::set<std::string> REACHED_BY_OTHERS{"NS_UTIL::UtilCommon::UtilCommon",
                                               "NS_BUNDLEMGR1::BundleMgr::ForgetBuffers",
                                               "NS_BUNDLEMGR1::BundleMgr::Retire",
                                               "NS_BUNDLEMGR1::CorbaConfigItems::Assign",
-                                              "NS_BUNDLEMGR1::CorbaConfigItems::Bucket",
                                               "NS_BUNDLEMGR1::CorbaConfigItems::Find",
                                               "NS_BUNDLEMGR1::CorbaConfigItems::FindOrMake"};
 

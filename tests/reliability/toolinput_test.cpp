@@ -303,9 +303,7 @@ TEST_F(ToolWithMuch, OfATableAsWideAsItMayBe) {
     const Ended ended = Shell(words + "1001 | kxdu ne-type -");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err,
-              "kxdu: a table has a column for each NE type, and no more than 1000 of them; --format csv and jsonl take "
-              "any number\n");
+    EXPECT_EQ(ended.err, "kxdu: a table shows at most 1000 NE types; --format csv and jsonl take any number\n");
 }
 
 TEST_F(ToolWithMuch, OfAnInventoryTheRowsAreNotHeldAsText) {
@@ -377,8 +375,7 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
              {encode, NeRecord(R"("reserved":0,"neId":99999999999999999999)"), 1, "",
               "<stdin>:1: field \"neId\" is not a whole number of 32 bits\n"},
 
-             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" is there before; readers take the first\n",
-              "1 found"},
+             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" occurs before; the first one counts\n", "1 found"},
              {check, "NE=2147483648\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"2147483648\"\n",
               "1 found"},
              {check, "NE=-2147483649\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"-2147483649\"\n",
@@ -531,7 +528,8 @@ TEST_F(ToolWithoutRights, NamesWhatItCannotWrite) {
                  "kxdu: closed/ne.csv: no file can be made in the folder closed: Permission denied\n");
     ExpectDenied(3, "inventory export n.db closed",
                  "kxdu: closed/ne.csv: no file can be made in the folder closed: Permission denied\n");
-    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: Permission denied\n");
+    ExpectDenied(2, "inventory init closed/n.db", "kxdu: closed/n.db: cannot be written in its folder: Permission denied
+");
     EXPECT_FALSE(Exists("one"));
     ASSERT_EQ(Shell("mkdir hidden && echo NE=5 >hidden/in && chmod 0 hidden").code, 0);
     ExpectDenied(2, "decode hidden/in", "kxdu: hidden/in: the folder hidden cannot be entered: Permission denied\n");

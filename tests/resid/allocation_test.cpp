@@ -1,4 +1,4 @@
-// Conversions whose texts have room allocate nothing, others no more than their texts need.
+// Conversions allocate nothing if their texts have room, and otherwise only what the texts need.
 #include <string>
 #include <type_traits>
 
@@ -35,6 +35,7 @@ using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
 using NS_UTIL::MocLvlValueMap;
 using NS_UTIL::ResIDUtil;
+using NS_UTIL::Surroundings;
 
 class NoFile : public NS_SERVICE::DAWSvcInterface {
 public:
@@ -43,7 +44,7 @@ public:
 
 class Allocations : public testing::Test {
 protected:
-    // The first call of each thread and of each source makes what stays.
+    // First calls allocate what later calls reuse.
     Allocations() {
         std::string fdn;
         ForEachWriter([&fdn]<class Record>(const Writer<Record>& writer) {
@@ -100,6 +101,22 @@ TEST_F(Allocations, AreNotMadeByReaders) {
     }
 }
 
+TEST_F(Allocations, AreNotMadeByTypedReaders) {
+    IdentifierGenerator identifiers(65);
+    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
+        const std::string fdn = identifiers.Next();
+        ForEachReaderOfText([&fdn]<class Record>(const Reader<Record>& reader) {
+            Record record;
+            MakeRoom(record);
+
+            const AllocationCount count;
+            reader.typed(fdn, record, Surroundings::OfSystem());
+
+            EXPECT_EQ(count.Get(), 0U) << reader.name << " of " << testing::PrintToString(fdn);
+        });
+    }
+}
+
 TEST_F(Allocations, AreNotMadeByWriters) {
     RecordGenerator records(62);
     std::string fdn;
@@ -117,7 +134,7 @@ TEST_F(Allocations, AreNotMadeByWriters) {
     }
 }
 
-// Texts without room grow once, to what they need.
+// Texts without room grow once.
 TEST_F(Allocations, AreMadeByReadersOnceForEachTextWithoutRoom) {
     IdentifierGenerator identifiers(63);
     const std::string name(100, 'n');

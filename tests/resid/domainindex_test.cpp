@@ -1,4 +1,4 @@
-// Comparing of records: equal is what is equal in every field.
+// Records are equal if all their fields are.
 #include <string>
 #include <tuple>
 #include <type_traits>

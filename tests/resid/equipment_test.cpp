@@ -37,7 +37,7 @@ TEST(CardWriter, AsksTheInventoryAtEveryCall) {
     EXPECT_TRUE(inventory.m_questions.empty()) << "the NE type decides, no other question is needed";
 }
 
-// What comes out of an inventory that fails is not the library's to catch.
+// The library does not catch what an inventory throws.
 TEST(CardWriter, LetsTheInventorysExceptionPass) {
     struct Failing : RecordingInventory {
         bool QueryNEType(std::int64_t /*neId*/, std::uint32_t& /*neType*/, bool /*flag*/) override { throw 7; }
@@ -61,7 +61,7 @@ TEST(EquipmentReaders, SetNothingButTheirOwnFields) {
     EXPECT_EQ(slot, (NS_DOMAIN::SlotIndex{100, 3, 4, 5, 104}));
 }
 
-// Every number that is not -1 comes back.
+// Every number except -1 is read back.
 TEST(EquipmentConversions, GiveTheRecordBack) {
     RecordingInventory inventory;
     const Registration registration("InventoryBufif", inventory);

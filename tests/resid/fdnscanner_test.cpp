@@ -18,6 +18,10 @@ using NS_TEST::ExactView;
 using NS_TEST::IdentifierGenerator;
 using NS_TEST::LiteralResIDUtil;
 using NS_TEST::Scaled;
+using NS_UTIL::NS_FDN::FindNameEscape;
+using NS_UTIL::NS_FDN::HasEscapedName;
+using NS_UTIL::NS_FDN::LastLevel;
+using NS_UTIL::NS_FDN::LastTag;
 using NS_UTIL::NS_FDN::Level;
 using NS_UTIL::NS_FDN::LevelScanner;
 using NS_UTIL::NS_FDN::SplitLevel;
@@ -118,7 +122,7 @@ TEST(SubValuesOfALevel, StopAtTheLastPlace) {
     EXPECT_EQ(two[1], "b");
 }
 
-TEST(SubValuesOfALevel, AreEmptyBehindTheLast) {
+TEST(SubValuesOfALevel, AreEmptyAfterTheLast) {
     const SubValues<3> one("a");
     EXPECT_EQ(one.Count(), 1U);
     EXPECT_EQ(one[0], "a");
@@ -126,6 +130,30 @@ TEST(SubValuesOfALevel, AreEmptyBehindTheLast) {
     const SubValues<3> none("");
     EXPECT_EQ(none.Count(), 0U);
     EXPECT_EQ(none[0], "");
+}
+
+TEST(LastLevel, IsWhatFollowsTheLastComma) {
+    EXPECT_EQ(LastLevel(ExactView("NE=1,PP=16||2|a=b")), "PP=16||2|a=b");
+    EXPECT_EQ(LastLevel(ExactView("NE=1")), "NE=1");
+    EXPECT_EQ(LastLevel(ExactView("NE=1,")), "");
+    EXPECT_EQ(LastLevel({}), "");
+}
+
+TEST(LastTag, EndsAtTheFirstEqualsOfTheLastLevel) {
+    EXPECT_EQ(LastTag(ExactView("NE=1,PP=16||2|a=b")), "PP");
+    EXPECT_EQ(LastTag(ExactView("NE=1,XY")), "XY");
+    EXPECT_EQ(LastTag(ExactView("=1")), "");
+    EXPECT_EQ(LastTag({}), "");
+}
+
+TEST(HasEscapedName, WantsTheFbTypeAndABackslash) {
+    EXPECT_TRUE(HasEscapedName(ExactView("16|1025|7|a\\|b")));
+    EXPECT_TRUE(HasEscapedName(ExactView("16|1025|7|a\\")));
+    EXPECT_FALSE(HasEscapedName(ExactView("16|1025|7|a|b")));
+    EXPECT_FALSE(HasEscapedName(ExactView("16|1026|7|a\\|b")));
+    EXPECT_FALSE(HasEscapedName(ExactView("16|1025|7\\|a|b")));
+    EXPECT_FALSE(HasEscapedName({}));
+    EXPECT_EQ(FindNameEscape(1025, "ab\\c\\"), 2U);
 }
 
 }  // namespace

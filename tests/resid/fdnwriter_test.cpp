@@ -32,7 +32,7 @@ TEST(FdnWriter, LeavesTheTextAloneUntilFlushed) {
     EXPECT_EQ(fdn, "NE=5");
 }
 
-// Texts of every length, so that each boundary of what is gathered is crossed by a text and by a number.
+// Texts of every length, so that a text and a number cross each boundary of the buffer.
 TEST(FdnWriter, WritesTextsOfAnyLength) {
     for (std::size_t length = 0; length < 600; ++length) {
         const std::string label(length, 'x');

@@ -19,11 +19,9 @@ using NS_TEST::IdentifierGenerator;
 using NS_TEST::LiteralResIDUtil;
 using NS_TEST::Scaled;
 using NS_UTIL::NS_FDN::LevelFinder;
-using NS_UTIL::NS_FDN::Tag;
 using NS_UTIL::NS_FDN::NS_DETAIL::PackHead;
-using NS_UTIL::NS_FDN::NS_DETAIL::TagTable;
 
-TEST(PackHead, PutsZerosBehindTheEnd) {
+TEST(PackHead, ReadsZerosPastTheEnd) {
     const std::string text = "ABCDEFGHIJ";
     for (std::size_t size = 0; size <= text.size(); ++size) {
         const ExactView view(std::string_view(text).substr(0, size));
@@ -70,17 +68,10 @@ TEST(LevelFinder, FindsTagsInTheShortestTexts) {
     EXPECT_FALSE(LevelFinder<"S">({}).Has<"S">());
 }
 
-template <Tag... Tags>
-bool Finds(std::uint64_t level) {
-    return TagTable<Tags...>().CandidateFor(level).Begins(level);
-}
-
-TEST(TagTable, FindsNothingWhereNoTagHasItsPlace) {
-    EXPECT_FALSE((Finds<"OS">(0))) << "an empty level behind the last comma";
-    EXPECT_FALSE((Finds<"NE", "S">(0)));
-    EXPECT_FALSE((Finds<"MD", "MA", "MEP">(0)));
-    EXPECT_FALSE((Finds<"OS">(1)));
-    EXPECT_TRUE((Finds<"NE", "S">(NS_UTIL::NS_FDN::NS_DETAIL::PackCharacters("S=1"))));
+TEST(LevelFinder, FindsTagsOfTheLongestSize) {
+    EXPECT_EQ(LevelFinder<"VEGROUP">(ExactView("NE=1,VEGROUP=2")).Value<"VEGROUP">(), "2");
+    EXPECT_TRUE(LevelFinder<"VEGROUP">(ExactView("VEGROUP")).Has<"VEGROUP">());
+    EXPECT_FALSE(LevelFinder<"VEGROUP">(ExactView("VEGROUPS=2,VEGROUPS")).Has<"VEGROUP">());
 }
 
 TEST(LevelFinder, TakesEmptyLevelsAndNulsForNoRepetition) {

@@ -35,8 +35,8 @@ using NS_UTIL::ResIDUtil;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The writers that ask the inventory, with the text that they give for SampleEndPoint() or its part.
-struct Writer {
+// The writers that ask the inventory, with what they write of SampleEndPoint().
+struct OamWriter {
     const char* name;
     std::function<void(std::string&)> write;
     const char* whole;
@@ -64,7 +64,7 @@ Record SamplePart() {
     return record;
 }
 
-std::vector<Writer> Writers() {
+std::vector<OamWriter> Writers() {
     auto ma = SamplePart<MAIndex>();
     ma.maId = 4;
     ma.maName = "ma1";
@@ -82,7 +82,7 @@ std::vector<Writer> Writers() {
     };
 }
 
-// What the text holds when the question of this number, from 1, was not answered.
+// The text that is written if the question of this number, from 1, gets no answer.
 const char* TextUpTo(std::size_t question) {
     return question == 1 ? "NE=5,MD=" : "NE=5,MD=3|md1,MA=";
 }
@@ -102,7 +102,7 @@ public:
 // ---- Writers --------------------------------------------------------------------------------------------------------
 
 TEST(OamWriters, AskTheInventoryForEachMdAndMaLevel) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         RecordingInventory inventory;
         const Registration registration("InventoryBufif", inventory);
         std::string fdn = "what stood here before";
@@ -114,7 +114,7 @@ TEST(OamWriters, AskTheInventoryForEachMdAndMaLevel) {
 }
 
 TEST(OamWriters, ThrowWhenThereIsNoInventory) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         std::string fdn = "what stood here before";
         try {
             writer.write(fdn);
@@ -128,7 +128,7 @@ TEST(OamWriters, ThrowWhenThereIsNoInventory) {
 
 // The inventory answers the question about the MD and is gone before the one about the MA.
 TEST(OamWriters, ThrowWhenTheInventoryGoesBetweenTwoQuestions) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         EventfulInventory inventory;
         inventory.m_event = [](std::size_t) {
             NS_BUNDLEMGR1::BundleMgr::Instance()->UnregisterService("InventoryBufif");
@@ -151,9 +151,9 @@ TEST(OamWriters, ThrowWhenTheInventoryGoesBetweenTwoQuestions) {
     }
 }
 
-// What the inventory itself throws is no failure to find it.
+// Exceptions of the inventory itself propagate.
 TEST(OamWriters, LetPassWhatTheInventoryThrows) {
-    for (const Writer& writer : Writers()) {
+    for (const OamWriter& writer : Writers()) {
         for (std::size_t failing = 1; failing <= writer.questions; ++failing) {
             EventfulInventory inventory;
             inventory.m_event = [failing](std::size_t question) {
@@ -233,7 +233,7 @@ TEST(OamReaders, TellAnUnreadableEndPointByOneNumber) {
     EXPECT_EQ(ResIDUtil::ResID2MepIndex(ExactText("MEP"), mep), 0x411800BA);
 }
 
-// An MD number that is 0 only in the 32 bits that the record keeps counts as none, too.
+// An MD number that is 0 in its low 32 bits counts as none, too.
 TEST(OamReaders, OfEndPointsLookAtTheNumberAsItIsKept) {
     MEPIndex mep;
     EXPECT_EQ(ResIDUtil::ResID2MepIndex(ExactText("NE=5,MD=4294967296|md1,MEP=7"), mep), 0);

@@ -1,4 +1,4 @@
-// The inventory is looked up for each OAM level: without memory if need be, and not without its lock.
+// The look-up of the inventory for each OAM level: it needs no memory, but it needs its lock.
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -26,7 +26,7 @@ using NS_TEST::Registration;
 using NS_UTIL::InterfaceNotExistException;
 using NS_UTIL::ResIDUtil;
 
-// From its first answer on memory or locks fail. It also makes the next look-up search the registry.
+// Memory or locks fail from its first answer on. It also makes the next look-up search the registry.
 template <class Failing>
 class FailingInventory : public CountingInventory {
 public:
@@ -58,7 +58,7 @@ MAIndex SampleMa() {
 
 class OamLookup : public testing::Test {
 protected:
-    // Makes what stays of a first call.
+    // The first call allocates what later calls reuse.
     OamLookup() {
         CountingInventory inventory(0);
         const Registration registration("InventoryBufif", inventory);
@@ -109,7 +109,7 @@ TEST_F(OamLookup, NeedsNoMemoryToSayThatThereIsNoInventory) {
 
 using OamLookupDeathTest = OamLookup;
 
-// The look-up for an MD level may say that there is no inventory; anything else that escapes it ends the process.
+// The look-up for an MD level may throw that there is no inventory; any other exception ends the process.
 TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
     CountingInventory inventory(0);
     const Registration registration("InventoryBufif", inventory);
@@ -125,7 +125,7 @@ TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
     EXPECT_DEATH(convert([](std::string& fdn) { ResIDUtil::MAIndex2ResID(SampleMa(), fdn); }), "terminate called");
 }
 
-// The look-up for an MA level lets everything pass, for whichever record it is.
+// The look-up for an MA level lets every exception pass, whatever the record.
 TEST_F(OamLookup, ForAnMaLevelLetsEverythingPass) {
     const auto expectPassing = [this](auto write, const auto& record) {
         FailingInventory<FailingLocks> inventory;

@@ -134,7 +134,7 @@ TEST(LoopBackPortReader, TellsWhichServiceIsMissing) {
     }
 }
 
-// A key holds text that an identifier is read from again.
+// A key may be read again from a text that it holds.
 TEST(AccessPointReader, MayReadTheTextOfItsOwnKey) {
     for (const char* const text : {"NE=12,S=3,CP=-1,PP=16||2|,CHANNELSET=5", "NE=1,PP=16||2|,VR=3,SUBIF=9",
                                    "NE=1,PP=16||2|,CHANNELSET", "NE=1"}) {
@@ -176,7 +176,7 @@ TEST(PortWriters, WriteNamesOfAnyLength) {
     }
 }
 
-// Records as a network has them: what is written of them reads back to a record that is written the same way.
+// Records of a typical network: reading back what is written gives a record that is written the same way.
 class PlausibleRecords {
 public:
     explicit PlausibleRecords(std::uint64_t seed) : m_chance(seed) {}

@@ -6,7 +6,6 @@
 
 #include <kx_domain_util/separatorfinder.h>
 
-#include "resid/blockbyavx2.h"
 #include "support/chance.h"
 #include "support/exacttext.h"
 #include "support/pieces.h"
@@ -19,9 +18,8 @@ using NS_TEST::PiecesOneByOne;
 using NS_TEST::Scaled;
 using NS_UTIL::NS_FDN::SeparatorFinder;
 using NS_UTIL::NS_FDN::NS_DETAIL::BLOCK_SIZE;
-using NS_UTIL::NS_FDN::NS_DETAIL::FindInBlock;
-using NS_UTIL::NS_FDN::NS_DETAIL::FindInRest;
 using NS_UTIL::NS_FDN::NS_DETAIL::FindPlainly;
+using NS_UTIL::NS_FDN::NS_DETAIL::FindSeparators;
 
 // Commas among characters that differ from one in a single bit, and NULs.
 std::string AnyText(NS_TEST::Chance& chance, std::size_t size) {
@@ -41,47 +39,18 @@ TEST(FindPlainly, SetsTheBitsOfSeparators) {
     EXPECT_EQ(FindPlainly(std::string(BLOCK_SIZE, ',').data(), BLOCK_SIZE, ','), ~std::uint64_t{});
 }
 
-TEST(FindInRest, FindsWhatIsFoundPlainlyInTextsOfAnySize) {
+TEST(FindSeparators, FindsWhatIsFoundPlainlyInTextsOfAnySize) {
     NS_TEST::Chance chance(11);
     for (std::size_t round = 0; round < Scaled(4000) && !HasFailure(); ++round) {
-        for (std::size_t size = 0; size < BLOCK_SIZE; ++size) {
+        for (std::size_t size = 0; size <= BLOCK_SIZE; ++size) {
             const std::string text = AnyText(chance, size);
             const ExactView view(text);
             const std::string_view exact = view;
-            EXPECT_EQ(FindInRest(exact.data(), size, ','), FindPlainly(exact.data(), size, ','))
+            EXPECT_EQ(FindSeparators(exact.data(), size, ','), FindPlainly(exact.data(), size, ','))
                 << testing::PrintToString(text);
         }
     }
 }
-
-TEST(FindInBlock, FindsWhatIsFoundPlainly) {
-    NS_TEST::Chance chance(12);
-    for (std::size_t round = 0; round < Scaled(40000) && !HasFailure(); ++round) {
-        const std::string text = AnyText(chance, BLOCK_SIZE);
-        const ExactView view(text);
-        const std::string_view exact = view;
-        const std::uint64_t expected = FindPlainly(exact.data(), BLOCK_SIZE, ',');
-        EXPECT_EQ(FindInBlock(exact.data(), ','), expected) << testing::PrintToString(text);
-        EXPECT_EQ(FindInRest(exact.data(), BLOCK_SIZE, ','), expected) << testing::PrintToString(text);
-    }
-}
-
-#ifdef KX_DOMAIN_UTIL_AVX2
-TEST(FindInBlock, FindsTheSameByAvx2) {
-    if (!NS_UTIL::NS_FDN::NS_DETAIL::HasAvx2()) {
-        GTEST_SKIP() << "this processor has no AVX2";
-    }
-    NS_TEST::Chance chance(12);
-    for (std::size_t round = 0; round < Scaled(40000) && !HasFailure(); ++round) {
-        const std::string text = AnyText(chance, BLOCK_SIZE);
-        const ExactView view(text);
-        const std::string_view exact = view;
-        EXPECT_EQ(NS_UTIL::NS_FDN::NS_DETAIL::FindInBlockByAvx2(exact.data(), ','),
-                  FindPlainly(exact.data(), BLOCK_SIZE, ','))
-            << testing::PrintToString(text);
-    }
-}
-#endif
 
 std::vector<std::string> PiecesOf(std::string_view text) {
     std::vector<std::string> pieces;

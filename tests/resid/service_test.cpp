@@ -17,62 +17,12 @@ using NS_DOMAIN::PWSwitchIndex;
 using NS_DOMAIN::UniResID;
 using NS_DOMAIN_SOUTHAPISET::TEUniResID;
 using NS_TEST::ExactText;
-using NS_TEST::ForEachField;
-using NS_TEST::ForEachReader;
-using NS_TEST::IdentifierGenerator;
-using NS_TEST::Reader;
 using NS_TEST::RecordGenerator;
 using NS_TEST::Scaled;
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::UtilCommon;
 
-// The records of services, trails and tunnels keep an identifier or a part of it.
-template <class Record>
-concept KeepsText = requires(Record record) {
-    record.resId;
-}
-|| requires(Record record) {
-    record.trailResId;
-};
-
-template <class Record, class Visit>
-void ForEachText(Record& record, Visit visit) {
-    ForEachField(record, [&visit](std::string_view name, auto& field) {
-        if constexpr (std::is_same_v<std::remove_reference_t<decltype(field)>, std::string>) {
-            visit(name, field);
-        }
-    });
-}
-
-// A record is read again from the identifier that it keeps, or from any other of its texts.
-TEST(ServiceReaders, MayBeGivenATextOfTheirRecord) {
-    IdentifierGenerator identifiers(71);
-    RecordGenerator records(72);
-    std::size_t changed = 0;
-    for (std::size_t round = 0; round < Scaled(20000) && !HasFailure(); ++round) {
-        const std::string fdn = identifiers.Next();
-        ForEachReader([&]<class Record>(const Reader<Record>& reader) {
-            if constexpr (KeepsText<Record>) {
-                Record record = records.Next<Record>();
-                ForEachText(record, [&](std::string_view name, std::string& own) {
-                    own = fdn;
-                    Record expected = record;
-                    const Record before = record;
-                    reader.literal(fdn, expected);
-
-                    reader.library(own, record);
-
-                    EXPECT_EQ(record, expected)
-                        << reader.name << " of its own " << name << ", " << testing::PrintToString(fdn);
-                    changed += record == before ? 0 : 1;
-                });
-            }
-        });
-    }
-    EXPECT_GT(changed, Scaled(20000)) << "too little was read for this to say anything";
-}
-
-// Reading keeps the whole identifier, and writing puts an NE level in front of what is kept.
+// Reading keeps the whole identifier, and writing puts an NE level in front of it.
 TEST(PseudoWires, GainAnNeLevelOnEveryRoundTrip) {
     PWIndex pw;
     ResIDUtil::ResID2PWIndex(ExactText("NE=12,PW=4"), pw);

@@ -10,14 +10,17 @@
 
 #include "support/conversions.h"
 #include "support/exacttext.h"
+#include "support/givensurroundings.h"
 #include "support/services.h"
 
 namespace {
 
 using NS_TEST::Configuration;
 using NS_TEST::ExactText;
+using NS_TEST::ExactView;
 using NS_TEST::ForEachReader;
 using NS_TEST::ForEachWriter;
+using NS_TEST::GivenSurroundings;
 using NS_TEST::Reader;
 using NS_TEST::RecordFields;
 using NS_TEST::RecordingDataAccess;
@@ -30,7 +33,7 @@ using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
 using NS_UTIL::ResIDUtil;
 
-// The code of the exception that convert threw; 0: none.
+// Returns the code of the exception that `convert` throws; 0: none.
 template <class Convert>
 std::uint32_t ThrownCode(Convert convert) {
     try {
@@ -54,6 +57,30 @@ std::vector<std::string> LogTexts(const RecordingLog& log) {
                         std::to_string(record.level) + ' ' + record.message);
     }
     return texts;
+}
+
+// The same by the typed call, from surroundings that are set and registered nowhere.
+template <class Record>
+void RunTypedReader(const VectorCase& vectorCase, const Reader<Record>& reader) {
+    RecordingDataAccess dataAccess;
+    const GivenSurroundings surroundings(vectorCase.TextMap("configuration"), nullptr,
+                                         vectorCase.Has("dataAccess") ? &dataAccess : nullptr);
+    Record record;
+    vectorCase.Overwrite("initial", record);
+    Record expected = record;
+    vectorCase.Overwrite("expected", expected);
+    if constexpr (requires { record.answer; }) {
+        record.answer = expected.answer;  // the typed call gives another answer
+    }
+    const ExactView fdn(vectorCase.Text("fdn"));
+    RecordingLog log;
+    const Registration logRegistration("LogSvcInterface", log);
+
+    const std::uint32_t code = ThrownCode([&] { reader.typed(fdn, record, surroundings); });
+
+    EXPECT_EQ(code, ExpectedCode(vectorCase));
+    EXPECT_EQ(record, expected);
+    EXPECT_EQ(LogTexts(log), vectorCase.Has("log") ? vectorCase.Texts("log") : std::vector<std::string>{});
 }
 
 template <class Record>
@@ -87,35 +114,8 @@ void RunReader(const VectorCase& vectorCase, const Reader<Record>& reader) {
     EXPECT_EQ(unlogged, expected) << "another answer without a log service";
 }
 
-template <class Record>
-void RunWriter(const VectorCase& vectorCase, const Writer<Record>& writer) {
-    vectorCase.AllowOnly({"name", "writer", "record", "fields", "asLogical", "withSubIf", "neType", "configuration",
-                          "inventory", "queries", "omitting", "oamQueries", "expected", "throws"});
-    const Configuration configuration(vectorCase.TextMap("configuration"));
-    RecordingInventory inventory(vectorCase.NumberMap("inventory"));
-    std::optional<Registration> registration;
-    if (vectorCase.Has("omitting")) {
-        const std::vector<std::int64_t> omitting = vectorCase.Numbers("omitting");
-        inventory.m_omitting.insert(omitting.begin(), omitting.end());
-    }
-    if (vectorCase.Has("inventory")) {
-        registration.emplace("InventoryBufif", inventory);
-    }
-    Record record;
-    vectorCase.Overwrite("fields", record);
-    WriterArguments arguments;
-    if (!writer.flagName.empty()) {
-        arguments.flag = vectorCase.Bool(std::string(writer.flagName).c_str());
-    }
-    if (vectorCase.Has("neType")) {
-        arguments.neType = static_cast<unsigned long>(vectorCase.Int("neType"));
-    }
-    std::string fdn = "what stood here before";
-
-    const std::uint32_t code = ThrownCode([&] { writer.library(record, fdn, arguments); });
-
-    EXPECT_EQ(code, ExpectedCode(vectorCase));
-    EXPECT_EQ(fdn, vectorCase.Text("expected"));
+// What the inventory of a case must have been asked.
+void ExpectQuestions(const VectorCase& vectorCase, const RecordingInventory& inventory) {
     std::vector<RecordingInventory::Query> queries;
     if (vectorCase.Has("queries")) {
         for (const std::int64_t neId : vectorCase.Numbers("queries")) {
@@ -132,12 +132,66 @@ void RunWriter(const VectorCase& vectorCase, const Writer<Record>& writer) {
     EXPECT_EQ(inventory.m_oamQuestions, oamQuestions) << "number or arguments of the questions about OAM numbers";
 }
 
+class CaseInventory : public RecordingInventory {
+public:
+    explicit CaseInventory(const VectorCase& vectorCase) : RecordingInventory(vectorCase.NumberMap("inventory")) {
+        if (vectorCase.Has("omitting")) {
+            const std::vector<std::int64_t> omitting = vectorCase.Numbers("omitting");
+            m_omitting.insert(omitting.begin(), omitting.end());
+        }
+    }
+};
+
+template <class Record>
+void RunWriter(const VectorCase& vectorCase, const Writer<Record>& writer) {
+    vectorCase.AllowOnly({"name", "writer", "record", "fields", "asLogical", "withSubIf", "neType", "configuration",
+                          "inventory", "queries", "omitting", "oamQueries", "expected", "throws"});
+    Record record;
+    vectorCase.Overwrite("fields", record);
+    WriterArguments arguments;
+    if (!writer.flagName.empty()) {
+        arguments.flag = vectorCase.Bool(std::string(writer.flagName).c_str());
+    }
+    if (vectorCase.Has("neType")) {
+        arguments.neType = static_cast<unsigned long>(vectorCase.Int("neType"));
+    }
+    {
+        const Configuration configuration(vectorCase.TextMap("configuration"));
+        CaseInventory inventory(vectorCase);
+        std::optional<Registration> registration;
+        if (vectorCase.Has("inventory")) {
+            registration.emplace("InventoryBufif", inventory);
+        }
+        std::string fdn = "what stood here before";
+
+        const std::uint32_t code = ThrownCode([&] { writer.library(record, fdn, arguments); });
+
+        EXPECT_EQ(code, ExpectedCode(vectorCase));
+        EXPECT_EQ(fdn, vectorCase.Text("expected"));
+        ExpectQuestions(vectorCase, inventory);
+    }
+    // The same by the typed call, from surroundings that are set and registered nowhere.
+    CaseInventory inventory(vectorCase);
+    const GivenSurroundings surroundings(vectorCase.TextMap("configuration"),
+                                         vectorCase.Has("inventory") ? &inventory : nullptr, nullptr);
+    std::string fdn = "what stood here before";
+
+    const std::uint32_t code = ThrownCode([&] { writer.typed(record, fdn, arguments, surroundings); });
+
+    EXPECT_EQ(code, ExpectedCode(vectorCase));
+    EXPECT_EQ(fdn, vectorCase.Text("expected"));
+    ExpectQuestions(vectorCase, inventory);
+}
+
 bool RunReaderCase(const VectorCase& vectorCase) {
     int found = 0;
     ForEachReader([&]<class Record>(const Reader<Record>& reader) {
         if (vectorCase.Text("reader") == reader.name && vectorCase.Text("record") == RecordFields<Record>::NAME) {
             ++found;
             RunReader(vectorCase, reader);
+            if (reader.typed != nullptr) {
+                RunTypedReader(vectorCase, reader);
+            }
         }
     });
     return found == 1;
@@ -230,7 +284,7 @@ INSTANTIATE_TEST_SUITE_P(OfResId, Vectors,
                                          Suite{"oamwriters", &RunWriterCase}),
                          [](const auto& suite) { return std::string(suite.param.file); });
 
-// A conversion that no vector names would go untested by other implementations.
+// The vectors are shared with other implementations, so they must name every conversion.
 TEST(VectorsOfResId, NameEveryConversion) {
     std::set<std::pair<std::string, std::string>> named;
     for (const char* file : {"equipmentreaders", "portreaders", "servicereaders", "oamreaders", "equipmentwriters",

@@ -10,7 +10,6 @@
 
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
-#include "catalogue/tags.h"
 
 using namespace NS_KX;
 
@@ -50,11 +49,12 @@ TEST(SampleIdentifiers, TheSameSeedGivesTheSameBytesEverywhere) {
 
 TEST(SampleIdentifiers, EachIsGivenBackByteForByte) {
     std::size_t count = 0;
+    AnyRecord record;
     std::string canonical;
     ForEachIdentifier(11, 500, [&](const std::string& fdn) {
         const Kind* const kind = FindKind(fdn);
         ASSERT_NE(kind, nullptr) << fdn;
-        kind->Rewrite(fdn, canonical);
+        Rewrite(*kind, fdn, NS_UTIL::Surroundings::OfSystem(), record, canonical);
         ASSERT_EQ(canonical, fdn);
         ++count;
     });
@@ -74,10 +74,10 @@ TEST(SampleIdentifiers, NoneIsWrittenTwice) {
 
 TEST(SampleIdentifiers, AreOfEveryKindThatIsFoundByItsLastLevel) {
     std::set<std::string_view> types;
-    ForEachIdentifier(1, 200, [&](const std::string& fdn) { types.insert(FindKind(fdn)->Type()); });
+    ForEachIdentifier(1, 200, [&](const std::string& fdn) { types.insert(FindKind(fdn)->type); });
     for (const Kind* const kind : AllKinds()) {
-        if (kind->Type() != "PortIndex:LoopBack") {
-            EXPECT_TRUE(types.contains(kind->Type())) << kind->Type();
+        if (kind->type != "PortIndex:LoopBack") {
+            EXPECT_TRUE(types.contains(kind->type)) << kind->type;
         }
     }
 }
@@ -92,10 +92,10 @@ TEST(SampleIdentifiers, HaveEveryLevelThatAWriterWrites) {
             }
         }
     });
-    for (const Tag& tag : AllTags()) {
+    for (const Tag* const tag : AllTags()) {
         // These two are read, and written as an access point.
-        if (tag.name != "CHANNELSET" && tag.name != "VR") {
-            EXPECT_TRUE(tags.contains(tag.name)) << tag.name;
+        if (tag->name != "CHANNELSET" && tag->name != "VR") {
+            EXPECT_TRUE(tags.contains(tag->name)) << tag->name;
         }
     }
 }

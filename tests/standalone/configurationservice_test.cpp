@@ -1,7 +1,10 @@
 #include <atomic>
+#include <fstream>
 #include <thread>
 
 #include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <kx_platform/configitems.h>
 #include <kx_platform/dawsvcinterface.h>
@@ -250,6 +253,48 @@ TEST_F(ConfigurationService, AnswersManyThreadsWhileItIsReloaded) {
         reader.join();
     }
     EXPECT_GT(answers, 0);
+}
+
+// As a user who is not the superuser, to whom nothing is forbidden.
+TEST(ConfigurationFile, SaysWhyItCannotBeRead) {
+    const TemporaryFolder folder;
+    const auto file = folder / "config/kx_corbaagent_bundle/bundle.cfg";
+    HostOptions options;
+    options.configFolder = folder / "config";
+    const auto error = [&options] { return ErrorOf([&options] { const Host host(options); }); };
+    const std::string hint =
+        "; a configuration folder holds its configuration items in "
+        "kx_corbaagent_bundle/bundle.cfg, in TOML";
+    std::filesystem::create_directories(file);
+    EXPECT_EQ(error(), file.string() + ": is not a regular file" + hint);
+    std::filesystem::remove(file);
+    EXPECT_EQ(error(), file.string() + ": no such file" + hint);
+    WriteFile(file, "a = 1\n");
+
+    const auto answer = folder / "answer";
+    const auto errorWithoutRights = [&] {
+        constexpr unsigned NOBODY = 65534;
+        const pid_t child = fork();
+        if (child == 0) {
+            std::ofstream stream(answer);
+            if (getuid() == 0 && (setgid(NOBODY) != 0 || setuid(NOBODY) != 0)) {
+                _exit(1);
+            }
+            stream << error() << std::flush;
+            _exit(0);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+        return ReadFile(answer);
+    };
+    using std::filesystem::perms;
+    std::filesystem::permissions(folder.Path(), perms{0755});
+    std::filesystem::permissions(file, perms{0});
+    EXPECT_EQ(errorWithoutRights(), file.string() + ": cannot be opened: Permission denied");
+    std::filesystem::permissions(file.parent_path(), perms{0});
+    EXPECT_EQ(errorWithoutRights(), file.string() + ": cannot be opened: Permission denied");
+    std::filesystem::permissions(file.parent_path(), perms{0755});
 }
 
 }  // namespace

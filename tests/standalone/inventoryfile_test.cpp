@@ -1,10 +1,21 @@
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <fstream>
+#include <functional>
+#include <initializer_list>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gmock/gmock.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -429,6 +440,192 @@ TEST(InventoryFile, GivesUpOnAWriterThatNeverEnds) {
     EXPECT_LE(waited.count(), 30);
     EXPECT_EQ(ReadInventory(file), SmallInventory());
 }
+
+// ---- Put in place whole ---------------------------------------------------------------------------------------------
+
+TEST(InventoryFile, KeepsItsPermissionsAndALinkToIt) {
+    const TemporaryFolder folder;
+    MakeInventory(folder / "a.db", SmallInventory());
+    std::filesystem::permissions(folder / "a.db", std::filesystem::perms{04640});
+    std::filesystem::create_symlink("a.db", folder / "link.db");
+    ReplaceInventory(folder / "link.db", LargeInventory(3, 10));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.db"));
+    EXPECT_EQ(ReadInventory(folder / "a.db"), LargeInventory(3, 10));
+    EXPECT_EQ(std::filesystem::status(folder / "a.db").permissions(), std::filesystem::perms{0640})
+        << "without the bit that runs a program as another user";
+}
+
+// What a program that never ended left in a write-ahead log belongs to the old file.
+TEST(InventoryFile, IsNotMixedWithTheWriteAheadLogOfTheFileBefore) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", LargeInventory(1, 100));
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
+        database.execAndGet("PRAGMA journal_mode = WAL");
+        database.exec("UPDATE ne SET ne_id = ne_id + 1000000");
+        raise(SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_GT(std::filesystem::file_size(folder / "a.db-wal"), 0U);
+    ReplaceInventory(file, LargeInventory(2, 100));
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.db-wal"));
+    EXPECT_EQ(ReadInventory(file), LargeInventory(2, 100));
+}
+
+// A system call that fails in this process from now on, as on a file system that cannot do it.
+void LetFail(std::initializer_list<std::pair<int, int>> callsAndErrors) {
+    std::vector<sock_filter> program{BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+    for (const auto& [call, error] : callsAndErrors) {
+        program.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(call), 0, 1));
+        program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)));
+    }
+    program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0) {
+        _exit(3);
+    }
+}
+
+// What happens in a process of its own: 0 when isRight says so.
+int CodeOfChild(const std::function<bool()>& isRight) {
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(isRight() ? 0 : 1);
+    }
+    int status = 0;
+    return child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(InventoryFile, NeedsNoHardLinks) {
+    for (const bool hasExclusiveRename : {true, false}) {
+        const TemporaryFolder folder;
+        EXPECT_EQ(CodeOfChild([&] {
+                      LetFail({{SYS_link, EPERM}, {SYS_linkat, EPERM}});
+                      if (!hasExclusiveRename) {
+                          LetFail({{SYS_renameat2, EINVAL}});
+                      }
+                      CreateInventory(folder / "a.db");
+                      const std::string again = ErrorOf([&] { CreateInventory(folder / "a.db"); });
+                      ReplaceInventory(folder / "a.db", SmallInventory());
+                      return again.find("File exists") != std::string::npos;
+                  }),
+                  0);
+        EXPECT_EQ(ReadInventory(folder / "a.db"), SmallInventory());
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+    }
+}
+
+// ---- Refused, and why -----------------------------------------------------------------------------------------------
+
+TEST(InventoryFile, MayHaveNothingButItsTables) {
+    const std::vector<std::pair<std::string, std::string>> strangers{
+        {"trigger t", "CREATE TRIGGER t AFTER INSERT ON ne BEGIN DELETE FROM ne; END"},
+        {"view v", "CREATE VIEW v AS SELECT 1"},
+        {"view ne", "ALTER TABLE ne RENAME TO other; CREATE VIEW ne AS SELECT * FROM ne_type; DROP TABLE other"},
+        {"table other", "CREATE TABLE other (a)"},
+        {"index i", "CREATE INDEX i ON ne (ne_type)"}};
+    for (const auto& [name, statement] : strangers) {
+        const TemporaryFolder folder;
+        const auto file = MakeInventory(folder / "a.db", SmallInventory());
+        Execute(file, statement);
+        const auto complaint = file.string() + ": is not an inventory: it has a " + name;
+        EXPECT_EQ(ErrorOf([&] { ReadInventory(file); }), complaint);
+        EXPECT_EQ(ErrorOf([&] { ReplaceInventory(file, {}); }), complaint);
+    }
+}
+
+TEST(InventoryFile, HasNamesInUtf8WithoutNul) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", SmallInventory());
+    for (const std::string& bad :
+         {std::string("a\0b", 3), std::string("\xE9"), std::string("\xC0\x80"), std::string("\xED\xA0\x80"),
+          std::string("\xF4\x90\x80\x80"), std::string("\xE2\x82"), std::string("x\x80"),
+          std::string("\xF8\x88\x80\x80\x80")}) {
+        Inventory inventory = SmallInventory();
+        inventory.neTypes[1].name = bad;
+        EXPECT_EQ(ErrorOf([&] { ReplaceInventory(file, inventory); }),
+                  file.string() + ": table ne_type: row ne_type=1887: name is not a text in UTF-8 without NUL");
+        {
+            SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
+            SQLite::Statement update(database, "UPDATE ne_type SET name = CAST(? AS TEXT) WHERE ne_type = 1887");
+            update.bind(1, bad.data(), static_cast<int>(bad.size()));
+            update.exec();
+        }
+        EXPECT_EQ(ErrorOf([&] { ReadInventory(file); }),
+                  file.string() + ": table ne_type: row ne_type=1887: name is binary, not a text in UTF-8 without NUL");
+    }
+    Inventory inventory = SmallInventory();
+    inventory.neTypes[1].name =
+        "\xC2\x80 \xDF\xBF \xE0\xA0\x80 \xED\x9F\xBF \xEE\x80\x80 \xF0\x90\x80\x80 \xF4\x8F\xBF\xBF";
+    ReplaceInventory(file, inventory);
+    EXPECT_EQ(ReadInventory(file), inventory);
+}
+
+// As a user who is not the superuser, to whom nothing is forbidden.
+class InventoryFileWithoutRights : public testing::Test {
+protected:
+    // The text of the error of action, in a process without rights.
+    std::string ErrorWithoutRights(const std::function<void()>& action) {
+        constexpr unsigned NOBODY = 65534;
+        const auto answer = m_answers / "answer";
+        EXPECT_EQ(CodeOfChild([&] {
+                      std::ofstream stream(answer);
+                      if (getuid() == 0 && (setgid(NOBODY) != 0 || setuid(NOBODY) != 0)) {
+                          return false;
+                      }
+                      stream << ErrorOf(action) << std::flush;
+                      return stream.good();
+                  }),
+                  0);
+        return ReadFile(answer);
+    }
+
+    TemporaryFolder m_answers;
+    TemporaryFolder m_folder;
+    std::filesystem::path m_file = m_folder / "a.db";
+};
+
+TEST_F(InventoryFileWithoutRights, SaysWhatIsForbidden) {
+    using std::filesystem::permissions;
+    using std::filesystem::perms;
+    MakeInventory(m_file, SmallInventory());
+    permissions(m_folder.Path(), perms{0755});
+    EXPECT_EQ(ErrorWithoutRights([&] { CreateInventory(m_folder / "b.db"); }),
+              (m_folder / "b.db").string() + ": cannot be written in its folder: Permission denied");
+    permissions(m_folder.Path(), perms{0777});
+    permissions(m_file, perms{0444});
+    EXPECT_EQ(ErrorWithoutRights([&] { ReplaceInventory(m_file, {}); }),
+              m_file.string() + ": cannot be changed: it is read-only");
+    permissions(m_folder.Path(), perms{0755});
+    permissions(m_file, perms{0});
+    EXPECT_EQ(ErrorWithoutRights([&] { ReadInventory(m_file); }),
+              m_file.string() + ": cannot be opened: Permission denied");
+    permissions(m_folder.Path(), perms{0});
+    EXPECT_EQ(ErrorWithoutRights([&] { ReadInventory(m_file); }), m_file.string() + ": Permission denied");
+    permissions(m_folder.Path(), perms{0755});
+}
+
+TEST_F(InventoryFileWithoutRights, SaysThatAJournalCannotBeUndone) {
+    MakeInventory(m_file, LargeInventory(1));
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        SQLite::Database database(m_file.string(), SQLite::OPEN_READWRITE);
+        database.exec("PRAGMA cache_size = 1; BEGIN IMMEDIATE; UPDATE ne SET ne_id = ne_id + 1000000");
+        raise(SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    std::filesystem::permissions(m_folder.Path(), std::filesystem::perms{0755});
+    EXPECT_EQ(ErrorWithoutRights([&] { ReadInventory(m_file); }),
+              m_file.string() + ": another program was ended while it changed the file; undoing that by " +
+                  m_file.string() + "-journal needs the right to write the file and its folder");
+}
+
+// ---- Others at work -------------------------------------------------------------------------------------------------
 
 // With a write-ahead log (which others may have switched on) writers do not wait for readers.
 class InventoryFileInJournalMode : public testing::TestWithParam<const char*> {};

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <kx_platform/configitems.h>
+#include <kx_platform/dawsvcinterface.h>
 
 #include "support.h"
 
@@ -82,6 +83,71 @@ TEST_F(TomlFile, RefusesWhatDoesNotParseNamingLineAndColumn) {
     EXPECT_THAT(ErrorOf([&] { Load("a = 1\n\n[open\n"); }), testing::StartsWith(PlaceOf("3:6")));
     EXPECT_THAT(ErrorOf([&] { Load("a = 99999999999999999999\n"); }), testing::StartsWith(PlaceOf("1:25")));
     EXPECT_EQ(Item("a"), "(missing)");
+}
+
+std::string Repeated(std::size_t times, std::string_view text) {
+    std::string all;
+    for (std::size_t time = 0; time < times; ++time) {
+        all += text;
+    }
+    return all;
+}
+
+// The parser calls itself for each level: without a bound, a file of a few kilobytes overflows the stack.
+struct DeepText {
+    const char* name;
+    std::string text;
+    std::string place;
+};
+
+class TomlFileNestedTooDeep : public TomlFile, public testing::WithParamInterface<DeepText> {};
+
+TEST_P(TomlFileNestedTooDeep, IsRefusedNamingLineAndColumn) {
+    EXPECT_EQ(ErrorOf([&] { Load(GetParam().text); }),
+              PlaceOf(GetParam().place) + "keys, tables and arrays are nested more than 100 levels deep");
+}
+
+TEST_P(TomlFileNestedTooDeep, IsNoFileForTheDataAccessService) {
+    Load("a = 1\n");
+    WriteFile(m_folder / "other.cfg", GetParam().text);
+    auto* const service = FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
+    ASSERT_NE(service, nullptr);
+    EXPECT_EQ(service->GetConfiguration("other.cfg", ""), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    By, TomlFileNestedTooDeep,
+    testing::Values(DeepText{"Key", "b = 2\na" + Repeated(40000, ".a") + " = 1\n", "2:200"},
+                    DeepText{"QuotedKey", "\"\"" + Repeated(40000, " . 'é.'") + " = 1\n", "1:697"},
+                    DeepText{"Header", "[a" + Repeated(1000000, ".a") + "]\n", "1:201"},
+                    DeepText{"HeaderOfAnArray", "[[a" + Repeated(1000000, ".a") + "]]\n", "1:202"},
+                    DeepText{"Arrays", "a = " + Repeated(1000000, "["), "1:104"},
+                    DeepText{"InlineTables", "a = " + Repeated(1000000, "{a = "), "1:500"},
+                    DeepText{"KeyInTheTableOfAHeader",
+                             "[a" + Repeated(60, ".a") + "]\nb = 1\na" + Repeated(60, ".a") + " = 1\n", "3:78"},
+                    DeepText{"KeyInAnInlineTable",
+                             "a" + Repeated(90, ".a") + " = [1.5, {b = 1, a" + Repeated(90, ".a") + " = 1}]", "1:214"},
+                    DeepText{"KeyAfterQuotesThatEndAText",
+                             "a = {b = \"\"\"x\"\"\"\"\", c = '''y'''', a" + Repeated(40000, ".a") + " = 1}", "1:232"}),
+    [](const auto& parameter) { return std::string(parameter.param.name); });
+
+TEST_F(TomlFile, MayBeNestedAHundredLevelsDeep) {
+    const std::string deep = "a" + Repeated(99, ".a");
+    for (const std::string& text :
+         {deep + " = 1\n", "[" + deep + "]\n", "[s]\na = " + Repeated(98, "[") + Repeated(98, "]") + "\n",
+          "a" + Repeated(49, ".a") + " = {b" + Repeated(49, ".a") + " = 1, c" + Repeated(49, ".a") + " = 1}\n"}) {
+        EXPECT_NO_THROW(Load(text)) << text.substr(0, 40);
+    }
+}
+
+TEST_F(TomlFile, MayHaveDotsAndBracketsThatNestNothing) {
+    const std::string dots = Repeated(200, ".[{");
+    Load("quoted = \"" + dots + "\\\"" + dots + "\"\nliteral = '" + dots + "' # " + dots + "\nlines = \"\"\"\n" + dots +
+         "\"\n\\\"\"\"" + dots + "\"\"\"\nliteralLines = '''" + dots + "\n''" + dots + "'''\n\"" + dots + "\" = 1\n'a" +
+         dots + "'.b = 1\n[section]\n# " + dots + "\nfractions = [" + Repeated(200, "1.5, # .[{\n") + "]\ntables = [" +
+         Repeated(200, "{a.b = 1.5, c = []}, ") + "]\n" + Repeated(200, "[[array.of]]\na.b = 1\n"));
+    EXPECT_EQ(Item("quoted"), dots + "\"" + dots);
+    EXPECT_EQ(Item("literal"), dots);
 }
 
 }  // namespace

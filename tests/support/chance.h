@@ -24,9 +24,10 @@ public:
     /// True once in `times`.
     bool Once(std::size_t times) { return Below(times) == 0; }
 
-    template <class Value, std::size_t Size>
-    const Value& From(const std::array<Value, Size>& values) {
-        return values[Below(Size)];
+    /// One of `values`, an array or a span.
+    template <class Values>
+    const auto& From(const Values& values) {
+        return values[Below(values.size())];
     }
 
 private:

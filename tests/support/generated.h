@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "support/chance.h"
+#include "support/examplelist.h"
 #include "support/recordfields.h"
 
 namespace NS_TEST {
@@ -28,10 +29,12 @@ public:
 
 private:
     std::string AnyLike() {
-        switch (m_chance.Below(6)) {
+        switch (m_chance.Below(7)) {
             case 0:
             case 1:
                 return AnyLevels();
+            case 6:
+                return ExampleLike();
             case 2:
                 return ServiceLike();
             case 3:
@@ -39,6 +42,15 @@ private:
             default:
                 return PortLike();
         }
+    }
+
+    // As identifiers of some kind are written, with other numbers.
+    std::string ExampleLike() {
+        std::string fdn;
+        for (const char character : m_chance.From(EXAMPLES)) {
+            fdn += character >= '0' && character <= '9' && m_chance.Once(2) ? Number() : std::string(1, character);
+        }
+        return fdn;
     }
 
     // A service, trail or tunnel.

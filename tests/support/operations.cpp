@@ -10,11 +10,12 @@
 #include <kx_domain_util/constanttables.h>
 #include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/fbtype.h>
+#include <kx_domain_util/fdn.h>
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/processexception.h>
 #include <kx_domain_util/resIDUtil.h>
-#include <kx_domain_util/separatorfinder.h>
+#include <kx_domain_util/surroundings.h>
 #include <kx_domain_util/utilcommon.h>
 #include <kx_platform/bundlemgr.h>
 #include <kx_platform/configitems.h>
@@ -22,6 +23,7 @@
 #include <kx_platform/selfutilcommon.h>
 #include <kx_platform/textutil.h>
 
+#include "support/conversionlists.h"
 #include "support/conversions.h"
 #include "support/generated.h"
 #include "support/services.h"
@@ -373,10 +375,98 @@ void AddTheFrame(Table& add) {
                    source.m_code = 7;
                    code = InterfaceNotExistException(source).m_code;
                }});
-    static const std::string block(NS_UTIL::NS_FDN::NS_DETAIL::BLOCK_SIZE, '|');
-    add(Row<std::uint64_t>{"NS_UTIL::NS_FDN::NS_DETAIL::FindInBlock", [](std::uint64_t& found) {
-                               found = NS_UTIL::NS_FDN::NS_DETAIL::FindInBlock(block.data(), '|');
-                           }});
+}
+
+// ---- Typed calls ----------------------------------------------------------------------------------------------------
+
+// In these everything is known, and nothing allocates.
+class AllKnown final : public NS_UTIL::Surroundings {
+public:
+    [[nodiscard]] int CarrierProfile() const override { return 1; }
+    [[nodiscard]] unsigned short NEType(int neId) const override { return neId % 2 != 0 ? 1911 : 1; }
+    [[nodiscard]] bool SpellsOutSubSlot(int neId) const override { return neId % 2 != 0; }
+    [[nodiscard]] bool IsMdNumberOmitted(int neId) const override { return neId % 2 != 0; }
+    [[nodiscard]] bool IsMaNumberOmitted(int neId) const override { return neId % 2 == 0; }
+};
+
+const AllKnown ALL_KNOWN;
+
+template <class Kind>
+std::array<NS_UTIL::NS_FDN::RecordOf<Kind>, LONG_IDENTIFIERS.size() + 1> ReadLongIdentifiers() {
+    std::array<NS_UTIL::NS_FDN::RecordOf<Kind>, LONG_IDENTIFIERS.size() + 1> records{};
+    NS_UTIL::NS_FDN::ReadInto<Kind>(END_POINT, records.back(), ALL_KNOWN);
+    for (std::size_t at = 0; at < LONG_IDENTIFIERS.size(); ++at) {
+        NS_UTIL::NS_FDN::ReadInto<Kind>(LONG_IDENTIFIERS[at], records[at], ALL_KNOWN);
+    }
+    return records;
+}
+
+template <class Kind>
+void AddReading(Table& add, const std::string& kind) {
+    using Answer = decltype(ReadLongIdentifiers<Kind>());
+    add(Row<Answer>{"NS_UTIL::NS_FDN::Conversion<" + kind + ">::Read",
+                    [](Answer& records) { records = ReadLongIdentifiers<Kind>(); }});
+}
+
+template <class Kind>
+void AddWriting(Table& add, const std::string& kind) {
+    using namespace NS_UTIL::NS_FDN;
+    using Answer = std::array<std::string, LONG_IDENTIFIERS.size() + 1>;
+    const std::string scope = "NS_UTIL::NS_FDN::Conversion<" + kind + ">::";
+    add(Row<Answer>{scope + "Write", [](Answer& fdns) {
+                        const auto records = ReadLongIdentifiers<Kind>();
+                        for (std::size_t at = 0; at < records.size(); ++at) {
+                            WriteInto<Kind>(records[at], fdns[at], ALL_KNOWN);
+                        }
+                    }});
+    if constexpr (requires { &Conversion<Kind>::WriteAs; }) {
+        add(Row<Answer>{scope + "WriteAs", [](Answer& fdns) {
+                            const auto records = ReadLongIdentifiers<Kind>();
+                            for (std::size_t at = 0; at < records.size(); ++at) {
+                                WriteInto<AsLogical<Kind>>(records[at], fdns[at], ALL_KNOWN);
+                            }
+                        }});
+    }
+}
+
+void AddTypedCalls(Table& add) {
+    ForEachConversion([&add]<class Kind, bool hasRead, bool hasWrite>(const std::string& kind) {
+        if constexpr (hasRead) {
+            AddReading<Kind>(add, kind);
+        }
+        if constexpr (hasWrite) {
+            AddWriting<Kind>(add, kind);
+        }
+    });
+}
+
+// The code of the exception with which `ask` says that nothing is known.
+template <class Ask>
+Row<std::uint32_t> UnknownRow(const std::string& name, Ask ask) {
+    return {"NS_UTIL::Surroundings::" + name, [ask](std::uint32_t& code) {
+                try {
+                    ask(NS_UTIL::Surroundings());
+                } catch (const NS_UTIL::InterfaceNotExistException& missing) {
+                    code = missing.m_code;
+                }
+            }};
+}
+
+void AddSurroundings(Table& add) {
+    using NS_UTIL::Surroundings;
+    add(Row<int>{"NS_UTIL::Surroundings::OfSystem",
+                 [](int& profile) { profile = Surroundings::OfSystem().CarrierProfile(); }});
+    add(Row<int>{"NS_UTIL::Surroundings::CarrierProfile",
+                 [](int& profile) { profile = Surroundings().CarrierProfile(); }});
+    add(Row<int>{"NS_UTIL::Surroundings::AgentCarrierProfile",
+                 [](int& profile) { profile = Surroundings().AgentCarrierProfile(); }});
+    add(UnknownRow("NEType", [](const Surroundings& known) { static_cast<void>(known.NEType(1)); }));
+    add(UnknownRow("SpellsOutSubSlot",
+                   [](const Surroundings& known) { static_cast<void>(known.SpellsOutSubSlot(1)); }));
+    add(UnknownRow("IsMdNumberOmitted",
+                   [](const Surroundings& known) { static_cast<void>(known.IsMdNumberOmitted(1)); }));
+    add(UnknownRow("IsMaNumberOmitted",
+                   [](const Surroundings& known) { static_cast<void>(known.IsMaNumberOmitted(1)); }));
 }
 
 void AddServices(Table& add) {
@@ -557,6 +647,8 @@ void AddTexts(Table& add) {
 std::vector<Operation> AllOperations() {
     Table add;
     AddConversions(add);
+    AddTypedCalls(add);
+    AddSurroundings(add);
     AddOthersOfResIDUtil(add);
     AddUtilCommon(add);
     AddFbTypesAndFilter(add);

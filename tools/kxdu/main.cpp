@@ -31,7 +31,7 @@ constexpr auto HELP = R"(Examples:
 
 Each verb lists its exit codes. Every verb ends with 4 when the memory is exhausted.)";
 
-// CLI11 leaves descriptions as long as they are.
+// Wraps the descriptions of options, which CLI11 prints in one line each.
 class HelpFormatter : public CLI::Formatter {
 public:
     HelpFormatter() { label("SUBCOMMAND", "VERB"); }
@@ -47,7 +47,7 @@ int AsInt(ExitCode code) {
     return static_cast<int>(code);
 }
 
-// The one place where what went wrong becomes an exit code.
+// The one place that turns a failure into an exit code.
 int Run(const Action& action) {
     try {
         return AsInt(action());
@@ -69,8 +69,8 @@ int Run(const Action& action) {
     }
 }
 
-// CLI11 says only that a subcommand is required where it means a verb that is missing or unknown, and that options are
-// not expected where they stand in front of one.
+// CLI11 has one message for a missing and an unknown verb ("subcommand required"), and another that names no reason for
+// options before the verb. This says what is wrong.
 std::string UsageText(const CLI::App* app, const CLI::Error& error) {
     const auto inFront = app->remaining();
     const auto option = std::find_if(inFront.begin(), inFront.end(),
@@ -81,7 +81,7 @@ std::string UsageText(const CLI::App* app, const CLI::Error& error) {
     }
     std::string text = error.what();
     if (isOptionInFront) {
-        text = *option + " stands in front of the verb; options go behind it";
+        text = *option + " stands before the verb; options go after it";
     } else if (app->get_require_subcommand_min() != 0) {
         const auto unknown = app->remaining();
         text = unknown.empty() ? "a verb is missing" : UnknownVerb(*app, AsGiven(unknown.front()));
@@ -95,8 +95,8 @@ std::string UsageText(const CLI::App* app, const CLI::Error& error) {
     return "kxdu: " + text + HELP_HINT + "\n";
 }
 
-// A file that we open must not become a standard stream that the caller closed: messages would go into it. What stands
-// in for such a stream cannot be used the way the stream is, so that it stays an error to do so.
+// If the caller closed a standard stream, the next file that we open would take its number, and messages would go into
+// that file. /dev/null takes the number instead, opened so that using the stream is still an error.
 void HoldStandardStreams() {
     for (const auto& [stream, mode] :
          {std::pair(STDIN_FILENO, O_WRONLY), std::pair(STDOUT_FILENO, O_RDONLY), std::pair(STDERR_FILENO, O_RDONLY)}) {
@@ -107,8 +107,8 @@ void HoldStandardStreams() {
 }
 
 int Main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN);  // write fails instead, and the run ends quietly
-    std::signal(SIGXFSZ, SIG_IGN);  // the same for a file that may not grow
+    std::signal(SIGPIPE, SIG_IGN);  // write() fails instead, and the run ends quietly
+    std::signal(SIGXFSZ, SIG_IGN);  // write() fails instead if a file must not grow
     HoldStandardStreams();
     CLI::App app("Reads, writes, checks and explains the identifiers of a telecom network", "kxdu");
     app.set_version_flag("--version", "kxdu " KX_VERSION);

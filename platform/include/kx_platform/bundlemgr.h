@@ -18,8 +18,8 @@ namespace NS_BUNDLEMGR1 {
 
 class NULLServiceInterface;
 
-/// Virtual base that only its friends can construct, so that no class derives from one of them: what `final` says since
-/// C++11. It stays, since bundles compile against this name; nothing new uses it.
+/// Virtual base that only its friends can construct, so that no class derives from its friends: what `final` says since
+/// C++11. Bundles compile against this name; nothing new uses it.
 class KX_PLATFORM_API FinalClass {
     friend class NULLServiceInterface;
     FinalClass() = default;
@@ -54,7 +54,7 @@ public:
     const char* GetName() const override;
 };
 
-/// One registered service under its name. The bundle manager makes it, and frees it when no thread uses it any more.
+/// One registered service under its name. The bundle manager makes it and frees it when no thread uses it any more.
 class KX_PLATFORM_API ServiceObjectBase {
 public:
     /// For the bundle manager: `service` is not owned and not null. Exceptions: std::bad_alloc.
@@ -72,9 +72,10 @@ public:
     /// The objects that carry this object's interfaces, by interface name: itself under its own name.
     const std::map<std::string, ServiceObjectBase*>& GetInterfaces() const { return m_interfaces; }
 
-    /// A word in which `user` (any address of the caller's own) remembers something that the service gave it, a logger
-    /// say. It is null at first, is the same at every call and goes away with the object, so that nothing remembered
-    /// in it outlives the service. Null when all words are taken: then the user must do without.
+    /// Returns a word in which `user` (any address of the caller's own) remembers something that the service gave it,
+    /// such as a logger. The word is null at first, the same at every call, and goes away with the object: nothing
+    /// remembered in it outlives the service. Null when all words are taken: then the user remembers nothing.
+    /// Loggers are remembered so: looking one up at each record would take the log service's lock.
     std::atomic<void*>* GetMemory(const void* user) noexcept;
 
 private:
@@ -89,14 +90,18 @@ private:
     std::array<Memory, 8> m_memories;
 };
 
-/// A mutex shared by the bundles: it guards the registry and the filling of interface buffers. Nobody holds it while
-/// calling into a service, so a service may register and unregister services from inside its operations.
+/// A mutex shared by the bundles: it guards the registry and the filling of interface buffers. No one holds it while
+/// calling into a service, so a service may register and unregister services from inside its operations; nor while
+/// forking (`readpin.h`).
 extern KX_PLATFORM_API std::mutex _g_actualmutex;
 
-/// What was found for one interface type, kept so that the registry is searched once and not at every call, under its
-/// lock: 40 % fewer instructions of PortIndex2ResID, 57 % of MDIndex2ResID, with two services registered. Emptied
-/// whenever a service comes or goes. Of several interfaces of a type only the first is ever handed out, so only that
-/// one is kept.
+/// What was found for one interface type, kept so that the registry is not searched at every call, under its lock. The
+/// buffer is emptied whenever a service comes or goes. Only the first of several interfaces of a type is kept: no other
+/// is ever handed out.
+///
+/// Readers take no lock. They compare a count before and after, as with a sequence lock (H.-J. Boehm, "Can Seqlocks Get
+/// Along With Programming Language Memory Models?", MSPC 2012). Only emptying counts: between two fillings the buffer
+/// is always emptied, and a filling writes the interface before the object.
 class KX_PLATFORM_API InterfaceBuffer {
 public:
     /// An empty buffer for the service called `name`. Users get theirs from `CheckIFBuf`.
@@ -113,9 +118,8 @@ public:
         ServiceInterface* interface = nullptr;
     };
 
-    /// Puts the first interface into `entry`, its object pinned by `pin`, or an empty entry when there is no such
-    /// service. False when the registry must be searched, since it was not searched after its last change. Takes no
-    /// lock.
+    /// Puts the first interface into `entry`, its object pinned by `pin`, or an empty entry if there is no such
+    /// service. False if the registry must be searched: it was not searched after its last change. Takes no lock.
     bool First(ReadPin& pin, Entry& entry) const noexcept;
 
     /// Appends a found interface; the caller holds `_g_actualmutex`.
@@ -132,7 +136,7 @@ private:
     std::string m_name;
     std::atomic<ServiceObjectBase*> m_object{nullptr};
     std::atomic<ServiceInterface*> m_interface{nullptr};
-    std::atomic<std::uint64_t> m_changes{0};  // counted before each change of the two
+    std::atomic<std::uint64_t> m_emptied{0};  // how often; counted before the object is cleared
     std::atomic<bool> m_searched{false};
     InterfaceBuffer* m_next = nullptr;
 };
@@ -144,8 +148,8 @@ KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
 
 /// The registry of services. All operations may be called from any thread, also from inside a service's operation: no
 /// lock is held there, so looking up, registering and taking back do not deadlock. Exceptions: std::system_error when
-/// `_g_actualmutex` cannot be taken, and std::bad_alloc from `RegisterService`; then nothing has changed. A lock that
-/// fails behind the change, when the old service is put away, ends the process.
+/// `_g_actualmutex` cannot be taken, and std::bad_alloc from `RegisterService`; then nothing has changed. If the lock
+/// fails after the change, when the old service is put away, the process ends.
 class KX_PLATFORM_API BundleMgr {
 public:
     /// The one bundle manager; lives until the process ends. Never null.
@@ -160,12 +164,12 @@ public:
     /// it. Returns once no call into the service can be in flight any more; false when the name is unknown. A service
     /// that is registered under several names is gone when the last of them is.
     ///
-    /// From inside a service's operation it does not wait for the calling thread's own calls, nor for another thread
-    /// that is itself taking a service back, or replacing one, from inside an operation: they would wait for each other
-    /// for ever. So a service may take itself back or replace itself from inside; whoever does so frees the service
-    /// only when those operations have returned.
+    /// From inside a service's operation it does not wait for the calling thread's own calls. Nor does it wait for
+    /// another thread that takes a service back, or replaces one, from inside an operation: the two would wait for each
+    /// other forever. So a service may take itself back or replace itself from inside; whoever does so frees the
+    /// service only after those operations have returned.
     ///
-    /// False, from a thread that comes second, does not say that the first has finished waiting.
+    /// If two threads unregister one name, the second gets false, perhaps while the first still waits.
     bool UnregisterService(const std::string& name);
 
     /// Every registered object, in the order of registration (a replacement keeps the place of what it replaces). The

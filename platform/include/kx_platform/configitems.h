@@ -3,7 +3,6 @@
 
 #include <array>
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <mutex>
@@ -17,8 +16,8 @@
 
 namespace NS_BUNDLEMGR1 {
 
-/// One configuration item. It lives as long as the process, also while it has no value, so that a reader may look it up
-/// once and then ask it at every call. Reading takes no lock (how that is safe: `readpin.h`). Any thread.
+/// One configuration item. It lives as long as the process, also while it has no value: a reader may look it up once
+/// and then ask it at every call. Reading takes no lock (`readpin.h` says how that is safe). Any thread.
 class KX_PLATFORM_API ConfigItem {
 public:
     /// An item without a value. Users get theirs from `CorbaConfigItems::GetItem`.
@@ -58,8 +57,7 @@ public:
 private:
     friend class CorbaConfigItems;
 
-    // The numbers are read when the item is set: 20 % fewer instructions of PortIndex2ResID than to go through the text
-    // at every call, which would allocate nothing either.
+    // The numbers are read when the item is set: going through the text at every call is slower.
     struct Value {
         std::string text;
         std::vector<int> numbers;
@@ -70,10 +68,10 @@ private:
     std::string m_key;
     std::list<Value> m_value;  // one or none; a list, so that it can be retired without any memory
     std::atomic<const Value*> m_published{nullptr};
-    // The low half is the number. One word, so that reading it needs no pin: 8 % fewer instructions of ResID2PortIndex
-    // than as a field of `Value`, 12 % fewer than to read the text at every call.
+    // The low half is the number. One word, so that reading it needs no pin.
     std::atomic<std::uint64_t> m_number{0};
-    ConfigItem* m_next = nullptr;
+    std::array<std::atomic<ConfigItem*>, 4> m_children{};  // in the trie of `CorbaConfigItems`
+    ConfigItem* m_next = nullptr;                          // in its list of all items
 };
 
 /// The reader of configuration items, and the place where a host sets them. A change is seen by the next read. Any
@@ -105,17 +103,25 @@ public:
     const ConfigItem& GetItem(std::string_view key);
 
 private:
+    friend class ForkHandlers;
+
     CorbaConfigItems() = default;
     ~CorbaConfigItems() = default;
 
-    static constexpr std::size_t BUCKETS = 64;
+    // An item, or null, and the place where it is or would be added.
+    struct Found {
+        std::atomic<ConfigItem*>& place;
+        ConfigItem* item;
+    };
 
-    std::atomic<ConfigItem*>& Bucket(std::string_view key) noexcept;
-    ConfigItem* Find(std::string_view key) noexcept;
+    Found Find(std::string_view key) noexcept;
     ConfigItem& FindOrMake(std::string_view key);
     void Assign(ConfigItem& item, std::list<ConfigItem::Value>&& value) noexcept;
 
-    std::array<std::atomic<ConfigItem*>, BUCKETS> m_buckets{};
+    // A hash trie: two bits of a key's hash choose the child at each item. Items are added as leaves and never moved,
+    // so readers need no lock while it grows, unlike with a table that is made anew.
+    std::atomic<ConfigItem*> m_root{nullptr};
+    ConfigItem* m_all = nullptr;             // the list of all items
     std::mutex m_mutex;                      // taken by those who change items
     std::list<ConfigItem::Value> m_retired;  // replaced values that a thread may still be reading
 };

@@ -1,19 +1,31 @@
-/// How services and configuration items are published to the threads that read them.
+/// How services and configuration items are published to the threads that read them: by hazard pointers (M. Michael,
+/// "Hazard Pointers: Safe Memory Reclamation for Lock-Free Objects", IEEE TPDS 15(6), 2004).
 ///
-/// The decision. Whatever a conversion reads from the platform (the buffered interface of a service, the value of a
-/// configuration item) hangs on one std::atomic pointer. A reader writes the pointer's value into a word of its own
-/// (it *pins* it), looks whether the pointer is still the same, and uses what it points to until it clears its word.
-/// To remove something, first the pointer is changed, then the words of all threads are looked through; the thing is
-/// freed, or its owner is let free it, only when no word names it any more.
+/// Whatever a conversion reads from the platform (the buffered interface of a service, the value of a configuration
+/// item) hangs on one std::atomic pointer. A reader writes the pointer's value into a word of its own (it *pins* it),
+/// checks that the pointer is still the same, and uses what it points to until it clears its word. To remove something,
+/// a writer first changes the pointer and then looks through the words of all threads. It frees the thing, or lets its
+/// owner free it, when no word names it any more.
 ///
-/// What follows from it:
-///  - A reader takes no lock and writes only to its own cache line. With a std::shared_mutex held in the place of each
-///    pin, PortIndex2ResID takes a third more time on one thread and five times as much on each of two. Only after a
-///    service came or went does a reader's next use search the registry anew, once, under the registry's lock.
-///  - A writer waits only for those threads that are inside the very service which it takes away.
-///  - Everything is std::atomic, and what decides (pin, look again; take away, look for pins) is sequentially
-///    consistent, so that ThreadSanitizer can follow it.
+/// A library for read-copy-update does not serve: a service may take itself back from inside a call, where its thread
+/// is a reader, and waiting for all readers would then wait for the waiting thread itself.
+///
+/// What follows:
+///  - A reader takes no lock and writes only to its own cache line. Only its first use after a service came or went
+///    searches the registry, once, under the registry's lock.
+///  - A writer waits only for threads that are inside the very service that it takes away.
+///  - Everything is std::atomic. What decides (pin, check again; take away, look for pins) is sequentially consistent,
+///    so ThreadSanitizer can follow it.
 ///  - A configuration number fits into one word and needs no pin at all (`ConfigItem::GetInt`).
+///
+/// Forks. A thread may fork while others use the library, also from inside a service's operation. In the child all of
+/// the library works: the pins of threads that the child does not have are released, and those of the forking thread
+/// stay. A fork waits for threads that change services or items, load a table or work on an inventory file. What does
+/// not work:
+///  - A thread that forks while it holds `_g_actualmutex` waits for itself.
+///  - vfork, `_Fork` and clone call no handlers: their child may only execute another program.
+///  - What another thread had begun is not finished in the child: memory that it was to free stays allocated.
+///  - Services of other makers hold their own locks; they must make them usable in the child (pthread_atfork).
 #pragma once
 
 #include <atomic>
@@ -26,8 +38,8 @@ namespace NS_BUNDLEMGR1 {
 /// reverse order in which they were made, on the thread that made them.
 class KX_PLATFORM_API ReadPin {
 public:
-    /// Takes a free word of the calling thread, at any depth of nesting. A thread's first pin, and every twelfth that
-    /// is nested, may allocate and throws std::bad_alloc when memory is exhausted; the others throw nothing.
+    /// Takes a free word of the calling thread, at any depth of nesting. A thread's first pin, and every twelfth nested
+    /// one, may allocate and throw std::bad_alloc; the others throw nothing.
     ReadPin();
     ~ReadPin();
     ReadPin(const ReadPin&) = delete;
@@ -52,16 +64,15 @@ public:
         return nullptr;
     }
 
-    /// Pins a `thing` that cannot go away at this moment (the caller holds the lock under which it would be taken
-    /// away).
+    /// Pins `thing`, which cannot go away at this moment: the caller holds the lock under which it would be taken away.
     void Pin(const void* thing) noexcept { m_word->store(thing); }
 
     /// Whether any thread, the calling one included, has pinned `thing`.
     [[nodiscard]] static bool IsPinned(const void* thing) noexcept;
 
-    /// Waits until no other thread has pinned `thing`, which nobody can reach any more. The calling thread's own pins
-    /// do not count. When the calling thread is itself inside a service, threads that wait here from inside a service
-    /// do not count either, so that two services which take each other away do not wait for one another for ever.
+    /// Waits until no other thread has pinned `thing`, which no one can reach any more. The calling thread's own pins
+    /// do not count. If the calling thread is inside a service, threads that wait here from inside a service do not
+    /// count either: otherwise two services that take each other away would wait for each other forever.
     static void WaitUntilReleased(const void* thing) noexcept;
 
 private:

@@ -17,12 +17,12 @@ namespace NS_UTIL {
 /// Splits texts at a separator that is itself a text. Any thread.
 class KX_PLATFORM_API Parser {
 public:
-    /// Appends the pieces of `text` between separators to `out`. Empty pieces between, before and behind separators are
+    /// Appends the pieces of `text` between separators to `out`. Empty pieces between, before and after separators are
     /// kept ("16||0|" gives 16, empty, 0, empty); an empty `text` appends nothing. An empty `separator` splits nothing.
     static void SplitStrByTag(const std::string& text, const std::string& separator, std::vector<std::string>& out);
 
-    /// Cuts `item` at the first `separator` into `name` and `value`. When there is none, or it is empty, the whole
-    /// `item` is the name, the value is empty, and the answer is false.
+    /// Cuts `item` at the first `separator` into `name` and `value`. False if there is none, or `separator` is empty:
+    /// the whole `item` is the name then, and the value is empty.
     static bool ParseItemNVByTag(const std::string& item, std::string& name, std::string& value,
                                  const std::string& separator);
 };
@@ -60,7 +60,7 @@ constexpr int Low32Bits(std::uint64_t number, bool isNegative) noexcept {
     return static_cast<int>(static_cast<std::uint32_t>(isNegative ? 0 - number : number));
 }
 
-/// `Str2Int` of any `text`. Not inlined, since it is hardly ever called: 4 % fewer instructions of ResID2PortIndex.
+/// `Str2Int` of any `text`. Not inlined: it is rarely called, and its size keeps the common path from being inlined.
 [[gnu::noinline]] constexpr int ReadAnyNumber(std::string_view text) noexcept {
     const char* at = text.data();
     const char* const end = at + text.size();
@@ -86,8 +86,7 @@ constexpr int Low32Bits(std::uint64_t number, bool isNegative) noexcept {
 
 }  // namespace NS_DETAIL
 
-// Nearly every number is a few digits, most are one: that much is read here, and only the rest asks more questions,
-// which saves 7 % of the instructions to read a port.
+// Nearly every number is a few digits: those are read here, and only the rest takes the long way.
 constexpr int Str2Int(std::string_view text) noexcept {
     constexpr std::size_t SAFE_SIZE = std::numeric_limits<std::int64_t>::digits10;  // cannot overflow
     if (text.empty() || text.size() > SAFE_SIZE || NS_DETAIL::DigitOf(text.front()) > 9) {

@@ -30,7 +30,8 @@ struct LogTarget {
 /// whole number in decimal, a boolean as 0 or 1; any other type is an error. Each table is a section, which only the
 /// data-access service shows. That service answers the whole numbers of 32 bits and the booleans of any TOML file in
 /// the folder, top level (section empty) or section; a section that the file does not have has no items. It answers
-/// null for a path that is absolute or has "..", for a file that is not there, and for one that does not parse.
+/// null for a path that is absolute or has "..", for a file that is not there, and for one that does not parse or is
+/// nested more than 100 levels deep.
 ///
 /// Inventory: `IsTransMultiSubShelf` answers from the NE alone, and whatever is not in the inventory is answered false.
 /// The lists in `DeviceDomainMgr` belong to a host with an inventory: each domain that a predicate of `netype.h` asks
@@ -52,6 +53,10 @@ struct HostOptions {
 /// else registered or set before under the same name is replaced, and does not come back.
 ///
 /// Threads: make and destroy it while no other thread uses the library. The services answer any number of threads.
+///
+/// Forks: a child has the host too, and may use, reload and destroy it (`readpin.h` says more). A fork waits until no
+/// thread works on an inventory file: some milliseconds, and up to five seconds if another program has it locked. Both
+/// processes write their log records to the same file, so only one of them should go on to log to a file that rotates.
 class KX_STANDALONE_API Host {
 public:
     /// Throws std::runtime_error when a part cannot be loaded, or an option is out of range; its text names the file

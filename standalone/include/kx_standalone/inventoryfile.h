@@ -67,11 +67,15 @@ struct Inventory {
     bool operator==(const Inventory&) const = default;
 };
 
-/// Makes an empty inventory at `file`; the file appears when it is complete. Throws when it exists.
+/// Makes an empty inventory at `file`. The file appears when it is complete. Throws if it exists.
 KX_STANDALONE_API void CreateInventory(const std::filesystem::path& file);
-/// Returns all rows. Throws when the file is missing, not SQLite, of another schema version, or has a row out of range.
+/// Returns all rows. Throws if the file is missing, not SQLite, of another schema version, has anything but the tables
+/// of an inventory (a trigger, say), a row out of range, or a name that is not UTF-8.
 KX_STANDALONE_API Inventory ReadInventory(const std::filesystem::path& file);
-/// Replaces all rows in one transaction: after a failure, or when the process is killed, the file holds what it held.
+/// Puts a whole new file with these rows in the place of `file`, with its permissions: after a failure, or if the
+/// process is killed, the file is the old one, and nothing is left beside it that would change a copy put there later.
+/// Throws what `ReadInventory` throws, and if `file` or its folder may not be written. A link stays one; hard links
+/// and extended attributes stay with the old file.
 KX_STANDALONE_API void ReplaceInventory(const std::filesystem::path& file, const Inventory& inventory);
 
 }  // namespace NS_STANDALONE

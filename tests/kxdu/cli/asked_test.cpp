@@ -1,4 +1,4 @@
-// In the program, since the words come from its standard input.
+// Tested through the program, since the words come from standard input.
 #include "cli/asked.h"
 
 #include "kxdu/program.h"
@@ -8,7 +8,7 @@ namespace {
 
 using Asked = ProgramTest;
 
-TEST_F(Asked, StandardInputIsAskedInThePlaceOfADash) {
+TEST_F(Asked, ADashStandsForStandardInput) {
     EXPECT_EQ(Shell("kxdu ctp E0 - E11 --format csv", "E1 E2\n\n E3").out,
               "asked,ctpId,name\nE0,65535,E0\nE1,65534,E1\nE2,65533,E2\nE3,65532,E3\nE11,65524,E11\n");
     EXPECT_EQ(Shell("kxdu fb - --format csv | wc -l", "810\n811\n").out, "3\n");
@@ -19,10 +19,10 @@ TEST_F(Asked, StandardInputIsAskedInThePlaceOfADash) {
     EXPECT_EQ(Shell("kxdu fb - <.").code, 2);
 }
 
-TEST_F(Asked, AWordThatTheVerbCannotTakeEndsTheRun) {
+TEST_F(Asked, AWordThatTheVerbRefusesStopsTheRun) {
     const Ended ended = Shell("kxdu fb - --format csv -o out", "810\n-7\n811\n");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_EQ(ended.err, "kxdu: \"-7\" is no number from 0 to 2147483647\n");
+    EXPECT_EQ(ended.err, "kxdu: \"-7\" is not a number from 0 to 2147483647\n");
     EXPECT_FALSE(Exists("out"));
 }
 
@@ -35,7 +35,7 @@ TEST_F(Asked, AWordThatIsTooLongIsRefused) {
     EXPECT_EQ(ended.err,
               "kxdu: a word on standard input is longer than 1024 bytes: \"" + std::string(60, 'x') + "...\"\n");
     EXPECT_FALSE(Exists("out"));
-    EXPECT_EQ(Shell("kxdu ctp " + longest + "x").code, 1) << "arguments are there already";
+    EXPECT_EQ(Shell("kxdu ctp " + longest + "x").code, 1) << "arguments have no limit: they are in memory already";
 }
 
 }  // namespace

@@ -12,11 +12,11 @@ TEST(MissingNes, SayNothingWhenNoneIsMissing) {
     EXPECT_EQ(MissingNes().Text(), "");
 }
 
-TEST(MissingNes, NameTheOne) {
+TEST(MissingNes, NameASingleNe) {
     MissingNes missing;
     missing.Note(7);
     missing.Note(7);
-    EXPECT_EQ(missing.Text(), "kxdu: NE 7 is not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(missing.Text(), "kxdu: NE 7 is not in the inventory: treated as NE type 0\n");
 }
 
 TEST(MissingNes, CountEachOnceAndNameTheLowest) {
@@ -24,10 +24,10 @@ TEST(MissingNes, CountEachOnceAndNameTheLowest) {
     for (const int neId : {9, 7, 9, 8, 7}) {
         missing.Note(neId);
     }
-    EXPECT_EQ(missing.Text(), "kxdu: 3 NEs, such as NE 7, are not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(missing.Text(), "kxdu: 3 NEs, such as NE 7, are not in the inventory: treated as NE type 0\n");
 }
 
-TEST(MissingNes, TellWhatComesOfIt) {
+TEST(MissingNes, NameTheConsequence) {
     MissingNes missing("left out");
     missing.Note(7);
     EXPECT_EQ(missing.Text(), "kxdu: NE 7 is not in the inventory: left out\n");
@@ -39,7 +39,7 @@ TEST(MissingNes, AreRememberedUpToALimit) {
         missing.Note(neId);
     }
     EXPECT_EQ(missing.Text(),
-              "kxdu: more than 10000 NEs, such as NE 0, are not in the inventory: taken to be of NE type 0\n");
+              "kxdu: more than 10000 NEs, such as NE 0, are not in the inventory: treated as NE type 0\n");
 }
 
 TEST(MissingNes, AreCountedFromManyThreads) {
@@ -55,7 +55,7 @@ TEST(MissingNes, AreCountedFromManyThreads) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(missing.Text(), "kxdu: 1000 NEs, such as NE 1, are not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(missing.Text(), "kxdu: 1000 NEs, such as NE 1, are not in the inventory: treated as NE type 0\n");
 }
 
 }  // namespace

@@ -7,22 +7,22 @@ namespace {
 
 const std::vector<std::string> WORDS{"decode", "encode", "fb", "get"};
 
-TEST(NearestWord, IsTheOneThatDiffersLeast) {
+TEST(NearestWord, DiffersLeast) {
     EXPECT_EQ(NearestWord("decod", WORDS), "decode");
     EXPECT_EQ(NearestWord("endcode", WORDS), "encode");
-    EXPECT_EQ(NearestWord("dceode", WORDS), "decode") << "two characters that changed places";
+    EXPECT_EQ(NearestWord("dceode", WORDS), "decode") << "two letters swapped";
     EXPECT_EQ(NearestWord("fbb", WORDS), "fb");
     EXPECT_EQ(NearestWord("DECODE", WORDS), "decode");
 }
 
-TEST(NearestWord, IsTheOneThatWasBegun) {
-    EXPECT_EQ(NearestWord("dec", WORDS), "decode") << "get differs less";
+TEST(NearestWord, BeginsWithTheText) {
+    EXPECT_EQ(NearestWord("dec", WORDS), "decode") << "although get differs in fewer characters";
     EXPECT_EQ(NearestWord("E", WORDS), "encode");
 }
 
-TEST(NearestWord, WhatIsFarFromAllIsNone) {
+TEST(NearestWord, IsEmptyIfNoWordIsNear) {
     EXPECT_EQ(NearestWord("nonsense", WORDS), "");
-    EXPECT_EQ(NearestWord("xy", WORDS), "") << "nothing of it is right";
+    EXPECT_EQ(NearestWord("xy", WORDS), "") << "no letter is right";
     EXPECT_EQ(NearestWord("", WORDS), "");
 }
 

@@ -18,7 +18,7 @@ TEST(NumberArgument, AnArgumentThatIsNoneIsNamedWithTheRange) {
             ADD_FAILURE() << argument;
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.GetCause(), Cause::USAGE);
-            EXPECT_EQ(failure.what(), '"' + argument + "\" is no number from 0 to 65535" + advice);
+            EXPECT_EQ(failure.what(), '"' + argument + "\" is not a number from 0 to 65535" + advice);
         }
     }
 }

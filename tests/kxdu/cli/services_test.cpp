@@ -1,4 +1,4 @@
-// What the tool says of an inventory or a configuration that it cannot load.
+// The messages about an inventory or a configuration that cannot be loaded.
 #include "kxdu/program.h"
 
 namespace {
@@ -22,9 +22,9 @@ protected:
     }
 };
 
-constexpr auto MAKE_ONE = "; kxdu inventory --help tells how to make one";
+constexpr auto MAKE_ONE = "; make one with: kxdu inventory init FILE";
 
-TEST_F(ServicesTest, OfWhatIsNoInventoryTheyTellHowToGetOne) {
+TEST_F(ServicesTest, SayHowToMakeAnInventoryIfTheFileIsNone) {
     for (const auto& [file, complaint] : std::initializer_list<std::pair<std::string, std::string>>{
              {"folder",
               "folder: is not a regular file; kxdu inventory import fills an inventory from a folder of CSV "
@@ -41,7 +41,7 @@ TEST_F(ServicesTest, OfWhatIsNoInventoryTheyTellHowToGetOne) {
     }
 }
 
-TEST_F(ServicesTest, TheEnvironmentIsNamedWhereItNamedTheFile) {
+TEST_F(ServicesTest, SayIfTheEnvironmentNamedTheFile) {
     for (const std::string verb : {"encode", "check", "explain NE=5", "ne-type 5", "inventory list"}) {
         ExpectComplaint("KX_INVENTORY=missing kxdu " + verb,
                         std::string("missing: no such file (from KX_INVENTORY)") + MAKE_ONE);

@@ -23,7 +23,7 @@ TEST_F(CheckTest, FindingsNameFileLineAndColumn) {
     EXPECT_EQ(ended.err, "kxdu: 3 found in 3 lines\n");
 }
 
-TEST_F(CheckTest, WhatWouldBeWrittenOtherwiseIsToldWithItsText) {
+TEST_F(CheckTest, ShowsTheTextThatWouldBeWrittenInstead) {
     const Ended ended = Shell("kxdu check", "NE=05\nFR=1,NE=2\nNE=1,LP=16||1|,VR=2\n");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out,
@@ -32,13 +32,13 @@ TEST_F(CheckTest, WhatWouldBeWrittenOtherwiseIsToldWithItsText) {
               "<stdin>:3:16: would be written as \"NE=1,LP=16||1|,AP=0|0|\"\n");
 }
 
-TEST_F(CheckTest, OfWhatStandsForNoPortNothingIsReadAndNothingWouldBeWritten) {
+TEST_F(CheckTest, ReportsThatNothingIsReadFromTheTextForNoPort) {
     const std::string noPort = "NE=12,FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|";
     const Ended ended = Shell("kxdu check", noPort + "\nNE=12\n");
     EXPECT_EQ(ended.code, 1);
-    EXPECT_EQ(ended.out, "<stdin>:1: nothing is read: the record stays one that knows nothing\n");
+    EXPECT_EQ(ended.out, "<stdin>:1: nothing is read: the identifier fills no field of its record\n");
     EXPECT_NE(Shell("kxdu explain '" + noPort + "'").out.find(ended.out.substr(11)), std::string::npos)
-        << "in the words of explain";
+        << "the same words as explain uses";
 }
 
 TEST_F(CheckTest, ServicesAndOamAreCheckedLikeTheRest) {
@@ -54,7 +54,7 @@ TEST_F(CheckTest, ServicesAndOamAreCheckedLikeTheRest) {
               "<stdin>:6:10: would be written as \"NE=1,MIP=|m\"\n");
 }
 
-TEST_F(CheckTest, WhetherMaintenanceNumbersBelongThereIsAskedOfTheInventory) {
+TEST_F(CheckTest, TheInventoryDecidesWhetherMaintenanceNumbersBelongThere) {
     const std::string domain = "NE=1,MD=3|md1\n";
     EXPECT_EQ(Shell("kxdu check", domain).code, 2);
     std::filesystem::create_directory(folder / "csv");
@@ -68,12 +68,12 @@ TEST_F(CheckTest, WhetherMaintenanceNumbersBelongThereIsAskedOfTheInventory) {
               "<stdin>:2:9: would be written as \"NE=1,MD=0|md1\"\n");
 }
 
-TEST_F(CheckTest, LinesThatAreNoTextAreTold) {
+TEST_F(CheckTest, LinesThatAreNotTextAreReported) {
     const Ended ended = Shell("kxdu check", std::string("\nNE=\xff\nN\0E=1\n", 12));
     EXPECT_EQ(ended.out, "<stdin>:1: the line is empty\n<stdin>:2:4: not UTF-8\n<stdin>:3:2: NUL byte\n");
 }
 
-TEST_F(CheckTest, NeedsAnInventoryUnlessLevelsAloneAreChecked) {
+TEST_F(CheckTest, NeedsAnInventoryUnlessOnlyLevelsAreChecked) {
     const std::string card = "NE=5,FR=1,S=3,CP=-1\n";
     const Ended ended = Shell("kxdu check", card);
     EXPECT_EQ(ended.code, 2);
@@ -82,7 +82,7 @@ TEST_F(CheckTest, NeedsAnInventoryUnlessLevelsAloneAreChecked) {
     EXPECT_EQ(Shell("KX_INVENTORY=none KX_CONFIG_DIR=none kxdu check --levels-only", card).err, "");
 }
 
-TEST_F(CheckTest, StrictStopsAtTheFirst) {
+TEST_F(CheckTest, StrictStopsAfterTheFirstFinding) {
     EXPECT_EQ(Shell("kxdu check --strict", "NE=1,fr=2,S=\nNE=x\n").out,
               "<stdin>:1:6: lower-case letter in the tag \"fr\"\n");
     const Ended ended = Shell("kxdu check --strict -o out", "NE=1\nNE=x\nNE=y\n");
@@ -90,17 +90,17 @@ TEST_F(CheckTest, StrictStopsAtTheFirst) {
     EXPECT_EQ(ReadFile("out"), "<stdin>:2:4: NE is not a decimal number: \"x\"\n");
 }
 
-TEST_F(CheckTest, WhatWasFoundBeforeAnInventoryIsMissedIsTold) {
+TEST_F(CheckTest, FindingsBeforeTheInventoryIsNeededAreReported) {
     const Ended ended = Shell("kxdu check", "NE=x\nNE=5,FR=1,S=3,CP=-1\nNE=y\n");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "<stdin>:1:4: NE is not a decimal number: \"x\"\n");
 }
 
-TEST_F(CheckTest, NesThatTheInventoryLacksAreToldOnce) {
+TEST_F(CheckTest, NesThatTheInventoryLacksAreReportedOnce) {
     ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
     const Ended ended = Shell("kxdu check --inventory n.db", "NE=5,FR=1,S=3,CP=-1\nNE=5,FR=1,S=4,CP=-1\n");
     EXPECT_EQ(ended.code, 0);
-    EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: treated as NE type 0\n");
 }
 
 TEST_F(CheckTest, HasNoRejects) {

@@ -14,7 +14,7 @@ TEST_F(CtpVerb, TakesNamesAndIds) {
               "| 65524 | 65524 | E11 |\n");
 }
 
-TEST_F(CtpVerb, WhatMeansNothingEndsWithOne) {
+TEST_F(CtpVerb, AnUnknownNameOrIdExitsWithOne) {
     for (const char* const unknown : {"e0", "E12", "65523", "0"}) {
         const Ended ended = Shell(std::string("kxdu ctp --format csv ") + unknown);
         EXPECT_EQ(ended.code, 1) << unknown;
@@ -22,13 +22,13 @@ TEST_F(CtpVerb, WhatMeansNothingEndsWithOne) {
     }
 }
 
-TEST_F(CtpVerb, AListingGoesToAFileToo) {
+TEST_F(CtpVerb, WritesToAFileOnRequest) {
     EXPECT_EQ(Shell("kxdu ctp E0 --format csv -o ctp.csv").out, "");
     EXPECT_EQ(ReadFile("ctp.csv"), "asked,ctpId,name\nE0,65535,E0\n");
     EXPECT_EQ(Shell("kxdu ctp E0 >/dev/full").code, 3);
 }
 
-TEST_F(CtpVerb, WithoutArgumentsEndsWithTwo) {
+TEST_F(CtpVerb, ExitsWithTwoWithoutArguments) {
     const Ended ended = Shell("kxdu ctp");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");

@@ -50,11 +50,12 @@ TEST_F(DecodeTest, ATypeCanBeForced) {
               "{\"fdn\":\"NE=5,XY=1\",\"type\":\"NEIndex\",\"record\":{\"reserved\":0,\"neId\":5}}\n");
     const Ended ended = Shell("kxdu decode --as Nothing");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_NE(ended.err.find("no type \"Nothing\"; there are\n  OSIndex ONEIndex "), std::string::npos) << ended.err;
+    EXPECT_NE(ended.err.find("unknown type \"Nothing\"; choose one of\n  OSIndex ONEIndex "), std::string::npos)
+        << ended.err;
 }
 
-TEST_F(DecodeTest, WhatIsDecodedIsShortEnoughToBeEncoded) {
-    // The record of a service keeps the whole text, so that its JSON line holds it twice.
+TEST_F(DecodeTest, ALineTooLongForEncodeIsRejected) {
+    // A service's JSON line holds the text twice: its record keeps the whole text, too.
     const std::string frame =
         R"({"fdn":"","type":"ServiceIndex","record":{"neId":-1,"resId":"","svcId":0,"svcType":0}})";
     std::string longest = "LSP=";
@@ -63,14 +64,15 @@ TEST_F(DecodeTest, WhatIsDecodedIsShortEnoughToBeEncoded) {
     const Ended ended = Shell("kxdu decode in | kxdu encode -o out");
     EXPECT_EQ(ended.err, "in:2: the JSON line would be longer than 1 MiB\nkxdu: 1 rejected in 2 lines\n");
     EXPECT_EQ(ReadFile("out"), longest + "\n");
-    EXPECT_EQ(Shell("kxdu decode --format csv in -o csv").code, 0) << "nobody reads it again";
+    EXPECT_EQ(Shell("kxdu decode --format csv in -o csv").code, 0) << "encode does not read CSV";
 }
 
 TEST_F(DecodeTest, LoopBackPortsNeedAConfiguration) {
     const Ended without = Shell("kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
     EXPECT_EQ(without.code, 2);
-    EXPECT_EQ(without.out, "") << "no half line";
-    EXPECT_TRUE(without.err.starts_with("kxdu: <stdin>:1: identifiers of this type are read as ")) << without.err;
+    EXPECT_EQ(without.out, "") << "not even half a line";
+    EXPECT_TRUE(without.err.starts_with("kxdu: identifiers of this type cannot be read without a configuration"))
+        << without.err;
     EXPECT_NE(without.err.find("--config DIR"), std::string::npos) << without.err;
     Configure("Telvandaire = 1\n");
     const Ended with = Shell("KX_CONFIG_DIR=config kxdu decode --as PortIndex:LoopBack", "NE=5,PP=16||1|a\n");
@@ -114,7 +116,7 @@ TEST_F(DecodeTest, RejectedLinesNeverReplaceWhatIsReadOrWritten) {
         EXPECT_EQ(ReadFile("a"), text) << arguments;
     }
     EXPECT_EQ(Shell("kxdu decode a -o /dev/null --rejects /dev/null").code, 1);
-    EXPECT_EQ(Shell("kxdu decode a -o new --rejects ./new").code, 2) << "nor what is not there yet";
+    EXPECT_EQ(Shell("kxdu decode a -o new --rejects ./new").code, 2) << "not even a file that does not exist yet";
     EXPECT_FALSE(Exists("new"));
     for (const char* const arguments : {"--rejects -", "-o - --rejects /dev/stdout", "-o /dev/stdout --rejects -"}) {
         const Ended ended = Shell(std::string("kxdu decode a ") + arguments + " | cat");
@@ -134,7 +136,7 @@ TEST_F(DecodeTest, WhatStandsInTheFilesOfTheStreamsStays) {
               "kxdu: 1 rejected in 1 line\n");
 }
 
-// They are those of variables that are not set.
+// An empty name mostly comes from a shell variable that is not set.
 TEST_F(DecodeTest, EmptyNamesAreRefused) {
     for (const char* const arguments :
          {"decode --output", "decode --rejects", "decode --as", "decode --config", "encode --inventory"}) {
@@ -146,7 +148,7 @@ TEST_F(DecodeTest, EmptyNamesAreRefused) {
     EXPECT_EQ(Shell("KX_INVENTORY= KX_CONFIG_DIR= kxdu decode", "NE=5\n").out, NE_5);
 }
 
-TEST_F(DecodeTest, StandardOutputMayNotGrowTheInput) {
+TEST_F(DecodeTest, StandardOutputMustNotBeTheInput) {
     WriteFile("a", "NE=5\n");
     const Ended ended = Shell("kxdu decode a >>a");
     EXPECT_EQ(ended.code, 2);
@@ -174,26 +176,26 @@ TEST_F(DecodeTest, LinesAreAnsweredAsTheyArrive) {
     EXPECT_EQ(ended.out, NE_5) << ended.err;
 }
 
-TEST_F(DecodeTest, WrongArgumentsEndWithTwo) {
+TEST_F(DecodeTest, ExitsWithTwoOnWrongArguments) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
              {"", "kxdu: a verb is missing"},
-             {"nonsense", "kxdu: no verb \"nonsense\""},
-             {"-v", "kxdu: no option \"-v\""},
-             {"decod", "kxdu: no verb \"decod\"; did you mean decode?"},
-             {"list", "kxdu: no verb \"list\"; did you mean inventory list?"},
-             {"--inventory x decode", "kxdu: --inventory stands in front of the verb; options go behind it"},
-             {"--inventory=x decode", "kxdu: --inventory=x stands in front of the verb; options go behind it"},
+             {"nonsense", "kxdu: unknown verb \"nonsense\""},
+             {"-v", "kxdu: unknown option \"-v\""},
+             {"decod", "kxdu: unknown verb \"decod\"; did you mean decode?"},
+             {"list", "kxdu: unknown verb \"list\"; did you mean inventory list?"},
+             {"--inventory x decode", "kxdu: --inventory stands before the verb; options go after it"},
+             {"--inventory=x decode", "kxdu: --inventory=x stands before the verb; options go after it"},
              {"inventory", "kxdu: a verb is missing"},
-             {"inventory imprt", "kxdu: no verb \"imprt\"; did you mean import?"},
-             {"inventory nonsense", "kxdu: no verb \"nonsense\""},
+             {"inventory imprt", "kxdu: unknown verb \"imprt\"; did you mean import?"},
+             {"inventory nonsense", "kxdu: unknown verb \"nonsense\""},
              {"decode --nonsense", "kxdu: The following argument was not expected: --nonsense"},
-             {"decode --format xml", "kxdu: --format: no \"xml\"; there are jsonl, csv, tsv, table"},
-             {"decode --format 1", "kxdu: --format: no \"1\"; there are jsonl, csv, tsv, table"},
-             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is no number from 1 to 256"},
-             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is no number from 1 to 256"}}) {
+             {"decode --format xml", "kxdu: --format: \"xml\" is not one of jsonl, csv, tsv, table"},
+             {"decode --format 1", "kxdu: --format: \"1\" is not one of jsonl, csv, tsv, table"},
+             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is not a number from 1 to 256"},
+             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is not a number from 1 to 256"}}) {
         const Ended ended = Shell(std::string("kxdu ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
-        EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help to see what there is.\n");
+        EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help for usage.\n");
     }
     EXPECT_EQ(Shell("kxdu decode --config missing").code, 2);
 }

@@ -5,7 +5,7 @@ namespace {
 
 class EncodeTest : public ProgramTest {
 protected:
-    // An inventory of NE 5, of an ordinary type, and NE 41, whose cards spell out their sub-slots.
+    // An inventory of NE 5, whose type is ordinary, and NE 41, whose cards spell out their sub-slots.
     void MakeInventory() {
         std::filesystem::create_directory(folder / "csv");
         WriteFile("csv/ne_type.csv", "ne_type,name,ip_service,klv\n100,Plain,0,0\n1911,Spelling,0,0\n");
@@ -34,22 +34,23 @@ TEST_F(EncodeTest, CanonicalIdentifiersComeBackByteForByte) {
     EXPECT_EQ(ended.out, identifiers);
 }
 
-TEST_F(EncodeTest, WhatComesOutChangedIsReported) {
+TEST_F(EncodeTest, IdentifiersThatChangeAreReported) {
     const Ended ended = Shell("kxdu decode | kxdu encode", "NE=05\nNE=6\n");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out, "NE=5\nNE=6\n");
     EXPECT_EQ(ended.err,
-              "<stdin>:1: written as \"NE=5\", which is not its fdn \"NE=05\"\n"
+              "<stdin>:1: written as \"NE=5\", which differs from its \"fdn\" \"NE=05\"\n"
               "kxdu: 1 rejected or changed in 2 lines\n");
     EXPECT_EQ(Shell("kxdu decode | kxdu encode --ignore-fdn", "NE=05\n").code, 0);
 }
 
-TEST_F(EncodeTest, WithoutAnInventoryItTellsHowToGiveOne) {
+TEST_F(EncodeTest, WithoutAnInventorySaysHowToGiveOne) {
     const Ended ended = Shell("kxdu decode | kxdu encode", "NE=5,FR=1,S=3,CP=-1\n");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: this identifier is written as ")) << ended.err;
+    EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: this identifier cannot be written without an inventory"))
+        << ended.err;
     EXPECT_NE(ended.err.find("--inventory FILE or in KX_INVENTORY"), std::string::npos) << ended.err;
-    EXPECT_EQ(Shell("kxdu decode | kxdu encode", "NE=5,FR=1\n").code, 0) << "nobody needs one here";
+    EXPECT_EQ(Shell("kxdu decode | kxdu encode", "NE=5,FR=1\n").code, 0) << "a shelf needs no inventory";
 }
 
 TEST_F(EncodeTest, TheInventoryMayComeFromTheEnvironment) {
@@ -59,16 +60,16 @@ TEST_F(EncodeTest, TheInventoryMayComeFromTheEnvironment) {
     EXPECT_EQ(ended.out, "NE=5,FR=1,S=3,CP=-1\n");
 }
 
-TEST_F(EncodeTest, NesThatTheInventoryLacksAreToldOnce) {
+TEST_F(EncodeTest, NesThatTheInventoryLacksAreReportedOnce) {
     MakeInventory();
     const std::string cards = "NE=5,FR=1,S=3,CP=-1\nNE=7,FR=1,S=3,CP=-1\nNE=7,FR=1,S=4,CP=-1\nNE=9,MD=1|m\nNE=11\n";
     const Ended ended = Shell("kxdu decode | kxdu encode --inventory inventory.db", cards);
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, cards);
-    EXPECT_EQ(ended.err, "kxdu: 2 NEs, such as NE 7, are not in the inventory: taken to be of NE type 0\n");
+    EXPECT_EQ(ended.err, "kxdu: 2 NEs, such as NE 7, are not in the inventory: treated as NE type 0\n");
 }
 
-TEST_F(EncodeTest, ANameThatWouldEndEarlyIsRejected) {
+TEST_F(EncodeTest, ANameWithASeparatorIsRejected) {
     for (const std::string name : {"a,b", "a|b"}) {
         const Ended ended =
             Shell("kxdu encode --ignore-fdn",
@@ -101,17 +102,18 @@ TEST_F(EncodeTest, AFileOfIdentifiersEndsTheRunAtItsFirstLine) {
     const Ended ended = Shell("kxdu encode records identifiers");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "NE=7\n");
-    EXPECT_EQ(ended.err, "kxdu: identifiers:1: an identifier, and no JSON line; did you mean kxdu decode?\n");
+    EXPECT_EQ(ended.err, "kxdu: identifiers:1: this is an identifier, not a JSON line; did you mean kxdu decode?\n");
     EXPECT_EQ(Shell("kxdu encode --strict identifiers").code, 2);
-    EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a line like any other that is wrong";
+    EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a wrong line does not stop the run if it begins like JSON";
 }
 
 TEST_F(EncodeTest, OtherFormatsOfDecodeEndTheRunAtTheirFirstLine) {
     for (const std::string format : {"csv", "tsv", "table", "csv --as NEIndex"}) {
         const Ended ended = Shell("kxdu decode --format " + format + " | kxdu encode", "NE=1\nNE=2,FR=1\n");
         EXPECT_EQ(ended.code, 2) << format;
-        EXPECT_EQ(ended.err,
-                  "kxdu: <stdin>:1: no JSON line; kxdu encode reads what kxdu decode --format jsonl writes\n");
+        EXPECT_EQ(
+            ended.err,
+            "kxdu: <stdin>:1: this is not a JSON line; kxdu encode reads what kxdu decode --format jsonl writes\n");
     }
 }
 

@@ -36,7 +36,7 @@ TEST_F(ExplainVerb, DrawsEachIdentifier) {
               "  ✓ canonical: what was read is written just so\n");
 }
 
-TEST_F(ExplainVerb, AnIdentifierThatNothingReadsIsDrawnAllTheSame) {
+TEST_F(ExplainVerb, DrawsAnIdentifierOfUnknownKind) {
     const Ended ended = Shell("kxdu explain 'NE=5,FOO=1'");
     EXPECT_EQ(ended.code, 0);
     EXPECT_TRUE(Contains(ended.out, "! no kind of identifier ends in the level \"FOO\"")) << ended.out;
@@ -72,7 +72,7 @@ TEST_F(ExplainVerb, ColoursOnRequestAndNotIntoAPipe) {
     EXPECT_FALSE(Contains(Shell("kxdu explain --color auto NE=5").out, "\x1b["));
 }
 
-TEST_F(ExplainVerb, ColoursOnATerminalUnlessToldNotTo) {
+TEST_F(ExplainVerb, ColoursOnATerminalUnlessForbidden) {
     EXPECT_TRUE(Contains(Shell("script -qec \"'" KXDU_PROGRAM "' explain NE=5\" /dev/null").out, "\x1b["));
     EXPECT_FALSE(Contains(Shell("NO_COLOR=1 script -qec \"'" KXDU_PROGRAM "' explain NE=5\" /dev/null").out, "\x1b["));
 }

@@ -4,7 +4,7 @@ namespace {
 
 using FbVerb = ProgramTest;
 
-TEST_F(FbVerb, TellsAllOfAType) {
+TEST_F(FbVerb, ShowsEverythingAboutAType) {
     const std::string head = "fbType,name,level,rate,bidirFbType,logical,portObject,portObjectKind3,ptnAid\n";
     const Ended ended = Shell("kxdu fb 861 131 33 2 919 4149 65536 --format csv");
     EXPECT_EQ(ended.code, 0) << ended.err;
@@ -18,7 +18,7 @@ TEST_F(FbVerb, TellsAllOfAType) {
                              "65536,,,,,true,false,false,false\n");
 }
 
-TEST_F(FbVerb, ATypeThatMeansNothingEndsWithOne) {
+TEST_F(FbVerb, AnUnknownTypeExitsWithOne) {
     const Ended ended = Shell("kxdu fb 65535 122");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out,
@@ -29,18 +29,18 @@ TEST_F(FbVerb, ATypeThatMeansNothingEndsWithOne) {
     EXPECT_EQ(ended.err, "");
 }
 
-TEST_F(FbVerb, OfANameTellsWhereTheNumbersAre) {
+TEST_F(FbVerb, GivenANameSaysWhereToFindItsNumber) {
     const Ended ended = Shell("kxdu fb TUNNEL");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.err,
-              "kxdu: \"TUNNEL\" is no number from 0 to 2147483647; kxdu tables fb-type-names tells the numbers of "
-              "names\n");
+              "kxdu: \"TUNNEL\" is not a number from 0 to 2147483647; to find the number of a name, see kxdu tables "
+              "fb-type-names\n");
     EXPECT_NE(Shell("kxdu tables fb-type-names").out.find("TUNNEL"), std::string::npos);
     EXPECT_EQ(Shell("kxdu fb 810,811").err,
-              "kxdu: \"810,811\" is no number from 0 to 2147483647; separate numbers by blanks\n");
+              "kxdu: \"810,811\" is not a number from 0 to 2147483647; separate numbers by blanks\n");
 }
 
-TEST_F(FbVerb, WrongArgumentsEndWithTwo) {
+TEST_F(FbVerb, ExitsWithTwoOnWrongArguments) {
     for (const char* const arguments : {"", "x", "1.5", "2147483648", "1 --format xml"}) {
         const Ended ended = Shell(std::string("kxdu fb ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;

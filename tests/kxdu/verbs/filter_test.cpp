@@ -34,7 +34,7 @@ TEST_F(FilterVerb, PassesAllWithoutASwitch) {
               "kxdu: 0 held back, 1 passed on\n");
     Configure("EventSwitch = 0\n");
     EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err, "kxdu: 0 held back, 1 passed on\n")
-        << "all pass on purpose";
+        << "the configuration says that all pass";
 }
 
 TEST_F(FilterVerb, SaysWhatASwitchThatIsNoNumberCountsAs) {
@@ -51,7 +51,7 @@ TEST_F(FilterVerb, SaysWhatASwitchThatIsNoNumberCountsAs) {
                                      "kxdu: EventSwitch is 1, but the configuration has no Whitelist"));
 }
 
-TEST_F(FilterVerb, TellsOfAListThatIsChosenAndMissing) {
+TEST_F(FilterVerb, WarnsOfASelectedListThatIsMissing) {
     Configure("EventSwitch = 1\nWhiteList = \"7\"\n");
     EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
               "kxdu: EventSwitch is 1, but the configuration has no Whitelist: only 2101250 passes\n"
@@ -62,24 +62,24 @@ TEST_F(FilterVerb, TellsOfAListThatIsChosenAndMissing) {
               "kxdu: 0 held back, 1 passed on\n");
 }
 
-TEST_F(FilterVerb, TellsOfAListThatHoldsNoIdentifiers) {
+TEST_F(FilterVerb, WarnsOfAListWithWordsThatAreNotIdentifiers) {
     const auto toldOf = [this](const std::string& items) {
         Configure(items);
         const std::string told = Shell("kxdu filter --config config", "1 a\n").err;
         return told.substr(0, told.find("kxdu: 0 held back"));
     };
-    const std::string end = ", which is no notification identifier (they are separated by commas)\n";
+    const std::string end = ", which is not a notification identifier; separate identifiers by commas\n";
     for (const char* const wrong : {"7;9", "[7]", "7 9", "abc", "-7", "0", "7x", "4294967303"}) {
         EXPECT_EQ(toldOf("EventSwitch = 2\nBlacklist = \"5," + std::string(wrong) + ",x\"\n"),
                   "kxdu: Blacklist holds \"" + std::string(wrong) + "\"" + end);
     }
     EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = \"1,2x\"\n"), "kxdu: Whitelist holds \"2x\"" + end);
     EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = \"1, 2 ,,3,\"\nBlacklist = \"x\"\n"), "")
-        << "blanks and commas do no harm, and the other list is not asked";
-    EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = 1\n"), "") << "a number is a list of one";
+        << "blanks and extra commas are allowed, and the other list does not matter";
+    EXPECT_EQ(toldOf("EventSwitch = 1\nWhitelist = 1\n"), "") << "a number is a list with one member";
 }
 
-TEST_F(FilterVerb, TellsOfASwitchThatChoosesNothing) {
+TEST_F(FilterVerb, WarnsOfASwitchThatSelectsNothing) {
     for (const char* const wrong : {"7", "-1", "blacklist", ""}) {
         Configure("EventSwitch = \"" + std::string(wrong) + "\"\nBlacklist = \"7\"\n");
         EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
@@ -94,7 +94,7 @@ TEST_F(FilterVerb, TheIdentifierIsWhereTheUserSays) {
               "{\"a\":7,\"id\":8}\n");
 }
 
-TEST_F(FilterVerb, ALineWithoutAnIdentifierPassesAndIsToldOf) {
+TEST_F(FilterVerb, ALineWithoutAnIdentifierPassesAndIsReported) {
     const Ended ended = Shell("kxdu filter --config config", "head\n7 a\n\n8 b\n");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out, "head\n\n8 b\n");
@@ -115,7 +115,7 @@ TEST_F(FilterVerb, ReportsGoToAFileOnRequest) {
 TEST_F(FilterVerb, LinesPassByteForByte) {
     const std::string lines("8 a\r\n8 \xff\n\n\r\nx\0y\n8\0\n  8\t \n", 25);
     EXPECT_EQ(Shell("kxdu filter --config config", lines).out, lines);
-    EXPECT_EQ(Shell("kxdu filter --config config", "7 a\r\n7\r\n8").out, "8\n") << "the last one gets its line end";
+    EXPECT_EQ(Shell("kxdu filter --config config", "7 a\r\n7\r\n8").out, "8\n") << "the last line gets a line end";
 }
 
 TEST_F(FilterVerb, OnlyALineThatIsTooLongIsRejected) {
@@ -128,7 +128,7 @@ TEST_F(FilterVerb, OnlyALineThatIsTooLongIsRejected) {
               "kxdu: 0 held back, 3 passed on, 1 too long\n");
 }
 
-TEST_F(FilterVerb, ManyLinesComeInTheirOrderOnAnyNumberOfThreads) {
+TEST_F(FilterVerb, LinesKeepTheirOrderOnAnyNumberOfThreads) {
     std::string input;
     std::string expected;
     std::size_t heldBack = 0;
@@ -170,7 +170,7 @@ TEST_F(FilterVerb, NoLineGetsLostBeforeAnInputThatCannotBeRead) {
     }
 }
 
-// The feed waits for the answer to each line before it gives the next.
+// The feed waits for the answer to each line before it sends the next.
 TEST_F(FilterVerb, LinesFromASlowPipePassAtOnce) {
     for (const char* const jobs : {"1", "2"}) {
         const Ended ended =
@@ -198,18 +198,18 @@ TEST_F(FilterVerb, WithoutAConfigurationItDoesNotStart) {
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err,
-              "kxdu: the configuration tells what is held back: give its folder with --config DIR or in "
+              "kxdu: no configuration says what to hold back: give its folder with --config DIR or in "
               "KX_CONFIG_DIR\n");
 }
 
-TEST_F(FilterVerb, WrongArgumentsEndWithTwo) {
+TEST_F(FilterVerb, ExitsWithTwoOnWrongArguments) {
     for (const char* const arguments : {"--field 0", "--field x", "--field 1 --json id", "missing.log"}) {
         EXPECT_EQ(Shell(std::string("kxdu filter --config config ") + arguments).code, 2) << arguments;
     }
     EXPECT_EQ(Shell("kxdu filter --config nowhere", "7 a\n").code, 2);
 }
 
-TEST_F(FilterVerb, OutputThatCannotBeWrittenEndsWithThree) {
+TEST_F(FilterVerb, ExitsWithThreeIfTheOutputCannotBeWritten) {
     EXPECT_EQ(Shell("kxdu filter --config config >/dev/full", "8 a\n").code, 3);
     EXPECT_EQ(Shell("yes 8 a | head -n 100000 | kxdu filter --config config | head -n 1").out, "8 a\n");
 }

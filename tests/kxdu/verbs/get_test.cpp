@@ -16,7 +16,7 @@ TEST_F(GetTest, WithoutAnIndexTheWholeValueIsGiven) {
     EXPECT_EQ(Shell("kxdu get PP PP:0", "NE=5,PP=16||7|a=b\n").out, "16||7|a=b\t16\n");
 }
 
-TEST_F(GetTest, OfARepeatedLevelTheFirstCounts) {
+TEST_F(GetTest, TheFirstOfRepeatedLevelsCounts) {
     EXPECT_EQ(Shell("kxdu get NE SS", "NE=,SS,NE=2,SS=3\n").out, "\t\n");
 }
 
@@ -24,32 +24,32 @@ TEST_F(GetTest, LongTagsAreFoundToo) {
     EXPECT_EQ(Shell("kxdu get TUNNELPGTRAIL:1 CHANNELSET", "NE=5,TUNNELPGTRAIL=a|b,CHANNELSET=3\n").out, "b\t3\n");
 }
 
-TEST_F(GetTest, FilesGoBehindAnOption) {
+TEST_F(GetTest, FilesNeedAnOption) {
     WriteFile("a", "NE=1\n");
     WriteFile("b", "NE=2\n");
     EXPECT_EQ(Shell("kxdu get -i a NE -i b").out, "1\n2\n");
     const Ended ended = Shell("kxdu get NE -i a b");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_TRUE(ended.err.ends_with("; each file goes behind a -i of its own\n")) << ended.err;
-    EXPECT_EQ(Shell("kxdu get NE c").err.find("file"), std::string::npos) << "there is none";
+    EXPECT_TRUE(ended.err.ends_with("; give each file with its own -i\n")) << ended.err;
+    EXPECT_EQ(Shell("kxdu get NE c").err.find("file"), std::string::npos) << "there is no file of this name";
 }
 
-TEST_F(GetTest, WrongColumnsEndWithTwo) {
-    const std::string index = "INDEX is a number, 0 for the first sub-value";
-    const std::string tag = "a TAG is of upper-case letters and digits, as in the identifier";
+TEST_F(GetTest, ExitsWithTwoOnWrongColumns) {
+    const std::string index = "INDEX must be a number, 0 for the first sub-value";
+    const std::string tag = "a TAG has only upper-case letters and digits";
     for (const auto& [column, rule] : std::initializer_list<std::pair<std::string, std::string>>{
              {"NE:", index},
              {"NE:x", index},
              {"NE:-1", index},
              {"NE:99999999999", index},
-             {":1", "there is no TAG"},
+             {":1", "the TAG is missing"},
              {"ne", tag},
              {"N.E", tag},
-             {"NE,FR", "blanks separate columns, no commas"},
-             {"PP:2,PP:3", "blanks separate columns, no commas"}}) {
+             {"NE,FR", "separate columns by blanks, not commas"},
+             {"PP:2,PP:3", "separate columns by blanks, not commas"}}) {
         const Ended ended = Shell("kxdu get " + column);
         EXPECT_EQ(ended.code, 2) << column;
-        EXPECT_EQ(ended.err, "kxdu: \"" + column + "\" is no TAG or TAG:INDEX, such as NE or PP:2: " + rule + "\n");
+        EXPECT_EQ(ended.err, "kxdu: \"" + column + "\" is not a TAG or TAG:INDEX, such as NE or PP:2: " + rule + "\n");
     }
     EXPECT_EQ(Shell("kxdu get").code, 2);
 }
@@ -62,7 +62,7 @@ TEST_F(GetTest, ATabInAColumnIsRejected) {
     const Ended ended = Shell("kxdu get NE PP:3", "NE=1,PP=|||a\tb\nNE=2,FR=\t\n");
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out, "2\t\n");
-    EXPECT_EQ(ended.err, "<stdin>:1: a tab in PP\nkxdu: 1 rejected in 2 lines\n");
+    EXPECT_EQ(ended.err, "<stdin>:1: the value of PP holds a tab\nkxdu: 1 rejected in 2 lines\n");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@ namespace {
 
 using HelpVerb = ProgramTest;
 
-TEST_F(HelpVerb, IsWhatTheVerbsOwnOptionGives) {
+TEST_F(HelpVerb, PrintsTheSameAsTheHelpOption) {
     for (const std::string verb : {"", "decode", "inventory", "inventory list", "help"}) {
         const Ended ended = Shell("kxdu help " + verb);
         EXPECT_EQ(ended.code, 0) << verb;
@@ -13,23 +13,23 @@ TEST_F(HelpVerb, IsWhatTheVerbsOwnOptionGives) {
     }
 }
 
-TEST_F(HelpVerb, OfAVerbThatThereIsNotNamesTheNearest) {
+TEST_F(HelpVerb, SuggestsTheNearestVerbForAnUnknownOne) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"decod", "no verb \"decod\"; did you mean decode?"},
-             {"DECODE", "no verb \"DECODE\"; did you mean decode?"},
-             {"dec", "no verb \"dec\"; did you mean decode?"},
-             {"nonsense", "no verb \"nonsense\""},
-             {"list", "no verb \"list\"; did you mean inventory list?"},
-             {"inventory lst", "no verb \"lst\"; did you mean list?"},
+             {"decod", "unknown verb \"decod\"; did you mean decode?"},
+             {"DECODE", "unknown verb \"DECODE\"; did you mean decode?"},
+             {"dec", "unknown verb \"dec\"; did you mean decode?"},
+             {"nonsense", "unknown verb \"nonsense\""},
+             {"list", "unknown verb \"list\"; did you mean inventory list?"},
+             {"inventory lst", "unknown verb \"lst\"; did you mean list?"},
              {"decode encode", "decode has no verbs"}}) {
         const Ended ended = Shell(std::string("kxdu help ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.out, "") << arguments;
-        EXPECT_EQ(ended.err, std::string("kxdu: ") + complaint + "\nRun with --help to see what there is.\n");
+        EXPECT_EQ(ended.err, std::string("kxdu: ") + complaint + "\nRun with --help for usage.\n");
     }
 }
 
-TEST_F(HelpVerb, CallsVerbsWhatAllTextsCallThem) {
+TEST_F(HelpVerb, CallsVerbsVerbs) {
     EXPECT_NE(Shell("kxdu --help").out.find("Usage: kxdu [OPTIONS] VERB\n"), std::string::npos);
     for (const char* const verb : {"", "inventory", "decode"}) {
         const Ended ended = Shell(std::string("kxdu help ") + verb + " | grep -i subcommand");

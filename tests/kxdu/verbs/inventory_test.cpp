@@ -34,7 +34,7 @@ TEST_F(InventoryVerb, InitMakesAnEmptyOne) {
     const Ended ended = Shell("kxdu inventory init n.db && kxdu inventory list n.db");
     EXPECT_EQ(ended.code, 0) << ended.err;
     EXPECT_EQ(ended.out,
-              "n.db: made, empty\n"
+              "n.db: empty inventory created\n"
               "n.db: 0 NEs, 0 NE types, 0 domain lists of 0 members\n"
               "\n"
               "neType  name  nes  ipService  klv  domains\n"
@@ -45,15 +45,16 @@ TEST_F(InventoryVerb, InitLeavesAFileThatExistsAlone) {
     WriteFile("n.db", "mine");
     const Ended ended = Shell("kxdu inventory init n.db");
     EXPECT_EQ(ended.code, 2);
-    EXPECT_EQ(ended.err, "kxdu: n.db: File exists, and is no inventory; choose another name\n");
+    EXPECT_EQ(ended.err, "kxdu: n.db: File exists, but is not an inventory; choose another name\n");
     EXPECT_EQ(ReadFile("n.db"), "mine");
     EXPECT_EQ(Shell("kxdu inventory init other.db; kxdu inventory init other.db").err,
               "kxdu: other.db: File exists; kxdu inventory import replaces what it holds\n");
     std::filesystem::create_directory(folder / "folder");
-    EXPECT_EQ(Shell("kxdu inventory init folder").err, "kxdu: folder: File exists\n") << "which holds no inventory";
+    EXPECT_EQ(Shell("kxdu inventory init folder").err, "kxdu: folder: File exists\n")
+        << "no advice: a folder is never an inventory";
 }
 
-TEST_F(InventoryVerb, ArgumentsThatAreMixedUpAreTold) {
+TEST_F(InventoryVerb, SwappedArgumentsAreReported) {
     MakeInventory();
     const std::string before = ReadFile("n.db");
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
@@ -76,7 +77,7 @@ TEST_F(InventoryVerb, ImportReplacesAllAndExportGivesItBack) {
               "out: 3 NEs, 2 NE types, 3 domain lists of 3 members\n");
 }
 
-TEST_F(InventoryVerb, ImportTellsOfListsThatNobodyAsks) {
+TEST_F(InventoryVerb, ImportWarnsOfUnusedLists) {
     MakeInventory();
     EXPECT_EQ(Shell("kxdu inventory import n.db csv").err, "");
     WriteFile("csv/domain_member.csv",
@@ -86,9 +87,9 @@ TEST_F(InventoryVerb, ImportTellsOfListsThatNobodyAsks) {
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, "n.db: now 3 NEs, 2 NE types, 4 domain lists of 5 members\n");
     EXPECT_EQ(ended.err,
-              "kxdu: nobody asks the NE_TYPE_LIST \"OTN\"\n"
-              "kxdu: nobody asks the NE_TYPE_LIST \"Transmission\"; did you mean \"transmission\"?\n"
-              "kxdu: nobody asks the EQUIPMENT_TYPE \"OTM\"; did you mean \"OTN\"?\n");
+              "kxdu: no answer depends on the NE_TYPE_LIST \"OTN\"\n"
+              "kxdu: no answer depends on the NE_TYPE_LIST \"Transmission\"; did you mean \"transmission\"?\n"
+              "kxdu: no answer depends on the EQUIPMENT_TYPE \"OTM\"; did you mean \"OTN\"?\n");
 }
 
 TEST_F(InventoryVerb, AnImportThatFailsNamesThePlaceAndChangesNothing) {

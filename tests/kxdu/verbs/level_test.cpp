@@ -15,7 +15,7 @@ TEST_F(LevelVerb, TakesNumbersAndRates) {
                          "\n");
 }
 
-TEST_F(LevelVerb, WhatMeansNothingEndsWithOne) {
+TEST_F(LevelVerb, AnUnknownLevelOrRateExitsWithOne) {
     for (const char* const unknown : {"OTU9", "810", "-7x", "99999999999"}) {
         const Ended ended = Shell(std::string("kxdu level --format csv -- ") + unknown);
         EXPECT_EQ(ended.code, 1) << unknown;
@@ -23,7 +23,7 @@ TEST_F(LevelVerb, WhatMeansNothingEndsWithOne) {
     }
 }
 
-TEST_F(LevelVerb, WithoutArgumentsEndsWithTwo) {
+TEST_F(LevelVerb, ExitsWithTwoWithoutArguments) {
     const Ended ended = Shell("kxdu level");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");

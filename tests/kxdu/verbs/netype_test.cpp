@@ -105,16 +105,16 @@ TEST_F(NeTypeVerb, TheQuestionAboutOneNeNeedsIt) {
     EXPECT_EQ(last("--ne 71"), "IsTransMultiSubShelfNE  no\n");
 }
 
-TEST_F(NeTypeVerb, AnNeThatTheInventoryLacksIsTold) {
+TEST_F(NeTypeVerb, AnNeThatTheInventoryLacksIsReported) {
     MakeInventory();
     for (const char* const format : {"table", "csv"}) {
         const Ended ended = Shell("kxdu ne-type 2701 1912 --ne 71 --inventory n.db --format " + std::string(format));
         EXPECT_EQ(ended.code, 0);
-        EXPECT_EQ(ended.err, "kxdu: NE 71 is not in the inventory: taken not to have several sub-shelves\n");
+        EXPECT_EQ(ended.err, "kxdu: NE 71 is not in the inventory: IsTransMultiSubShelfNE answers no\n");
     }
     EXPECT_EQ(Shell("kxdu ne-type 2701 --ne 5 --inventory n.db").err, "");
     EXPECT_EQ(Shell("kxdu ne-type 2701 --inventory n.db").err, "");
-    EXPECT_EQ(Shell("kxdu ne-type 1912 --ne 71").err, "") << "there is no inventory that could lack it";
+    EXPECT_EQ(Shell("kxdu ne-type 1912 --ne 71").err, "") << "without an inventory no NE is missing from it";
 }
 
 TEST_F(NeTypeVerb, WithoutAnInventoryOnlyFixedNumbersAnswer) {
@@ -130,18 +130,18 @@ TEST_F(NeTypeVerb, WithoutAnInventoryOnlyFixedNumbersAnswer) {
                               "IsRouteNE - - - -\n"))
         << ended.out;
     EXPECT_EQ(Shell("kxdu ne-type 1912 | tail -n 2").out,
-              "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n");
-    EXPECT_EQ(Shell("kxdu ne-type 1912 --format csv | wc -l").out, "2\n") << "programs get rows alone";
+              "\n-: needs an inventory; give one with --inventory FILE or in KX_INVENTORY\n");
+    EXPECT_EQ(Shell("kxdu ne-type 1912 --format csv | wc -l").out, "2\n") << "programs get rows and no footer";
     EXPECT_EQ(Shell("kxdu ne-type 1912").code, 0);
 }
 
-TEST_F(NeTypeVerb, OfWhichNothingIsKnownEndsWithOne) {
+TEST_F(NeTypeVerb, ATypeOfWhichNothingIsKnownExitsWithOne) {
     MakeInventory();
     EXPECT_EQ(Shell("kxdu ne-type 1912 301 --inventory n.db").code, 1);
-    EXPECT_EQ(Shell("kxdu ne-type 2701").code, 1) << "nothing but the inventory knows it";
+    EXPECT_EQ(Shell("kxdu ne-type 2701").code, 1) << "only the inventory knows this type";
 }
 
-TEST_F(NeTypeVerb, WrongArgumentsEndWithTwo) {
+TEST_F(NeTypeVerb, ExitsWithTwoOnWrongArguments) {
     for (const char* const arguments : {"", "x", "65536", "1 --ne x", "1 --inventory missing.db"}) {
         const Ended ended = Shell(std::string("kxdu ne-type ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;

@@ -37,7 +37,7 @@ TEST_F(Sample, TheInventoryHasTheNesOfTheIdentifiers) {
     EXPECT_EQ(highest.out, "NE=" + last.out);
 }
 
-TEST_F(Sample, WithItsInventoryItIsConvertedAndBackAndCheckedWithoutAFinding) {
+TEST_F(Sample, WithItsInventoryIsConvertedBackAndForthAndCheckedWithoutAFinding) {
     const Ended ended = Shell(
         "kxdu sample --ne 60 --seed 3 -o a.fdn --inventory-csv csv && kxdu inventory init n.db && "
         "kxdu inventory import n.db csv && export KX_INVENTORY=n.db && kxdu decode a.fdn | kxdu encode -o b.fdn && "
@@ -65,8 +65,8 @@ TEST_F(Sample, WrongArgumentsAreUsageErrors) {
 TEST_F(Sample, SeedsGoUpTo64Bits) {
     EXPECT_EQ(Shell("kxdu sample --ne 1 --seed 18446744073709551615").code, 0);
     EXPECT_EQ(Shell("kxdu sample --ne 1 --seed 18446744073709551616").err,
-              "kxdu: --seed: \"18446744073709551616\" is no number from 0 to 18446744073709551615\n"
-              "Run with --help to see what there is.\n");
+              "kxdu: --seed: \"18446744073709551616\" is not a number from 0 to 18446744073709551615\n"
+              "Run with --help for usage.\n");
     EXPECT_EQ(Shell("kxdu sample --ne 3 --seed 010").out, Shell("kxdu sample --ne 3 --seed 10").out) << "not octal";
 }
 
@@ -76,7 +76,7 @@ TEST_F(Sample, AFullDiskIsAnOutputError) {
     EXPECT_NE(ended.err.find("/dev/full"), std::string::npos) << ended.err;
 }
 
-TEST_F(Sample, AFolderThatIsNotThereIsAnOutputErrorAndLeavesNothing) {
+TEST_F(Sample, AMissingFolderIsAnOutputErrorAndLeavesNothing) {
     EXPECT_EQ(Shell("kxdu sample --ne 5 -o nowhere/network.fdn").code, 3);
     WriteFile("file", "");
     EXPECT_EQ(Shell("kxdu sample --ne 5 -o network.fdn --inventory-csv file").code, 3);
@@ -90,7 +90,7 @@ TEST_F(Sample, AClosedPipeEndsQuietly) {
     EXPECT_EQ(ReadFile("code"), "0\n");
 }
 
-TEST_F(Sample, TheInventoryIsWrittenAlsoWhenTheReaderOfTheIdentifiersGoesAway) {
+TEST_F(Sample, WritesTheInventoryEvenIfTheReaderOfTheIdentifiersStops) {
     for (const std::string count : {"--ne 300", "--identifiers 50000"}) {
         ASSERT_EQ(Shell("rm -rf whole net; kxdu sample -o all --inventory-csv whole " + count).code, 0);
         const Ended ended = Shell("{ kxdu sample --inventory-csv net " + count + "; echo $? >code; } | head -n 1");

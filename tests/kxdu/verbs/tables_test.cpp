@@ -18,7 +18,7 @@ protected:
 
     [[nodiscard]] rapidjson::Value::ConstArray Known(const char* table) const { return m_document[table].GetArray(); }
 
-    // All rows that the verb prints, with the head.
+    // All lines that the verb prints, the column names included.
     [[nodiscard]] std::vector<CsvRow> Printed(const std::string& table) const {
         const Ended ended = Shell("kxdu tables " + table + " --format csv");
         EXPECT_EQ(ended.code, 0) << ended.err;
@@ -34,7 +34,7 @@ protected:
         return value.IsString() ? value.GetString() : std::to_string(value.GetInt());
     }
 
-    // The rows of a table whose rows are objects of these two members.
+    // The rows of a table, from a listing of objects with these two members.
     [[nodiscard]] std::vector<CsvRow> KnownPairs(const char* table, const char* first, const char* second) const {
         std::vector<CsvRow> rows{{first, second}};
         for (const auto& row : Known(table)) {
@@ -51,7 +51,7 @@ protected:
         return rows;
     }
 
-    // The rows of a table that is listed as groups: a key and the FB types that belong to it.
+    // The rows of a table, from a listing of groups: a key and its FB types.
     [[nodiscard]] std::vector<CsvRow> KnownGroups(const char* table, const char* key) const {
         std::vector<CsvRow> rows{{"fbType", key}};
         for (const auto& group : Known(table)) {
@@ -77,7 +77,7 @@ TEST_F(TablesVerb, PrintsEachTableWhole) {
     EXPECT_EQ(Printed("optical-boards"), KnownNumbers("opticalBoards", "boardType"));
 }
 
-// The listing puts the types of one level, and of one bidirectional type, together; the table need not.
+// The listing groups the types by level or by bidirectional type; the table need not, so the order does not count.
 TEST_F(TablesVerb, PrintsTablesOfGroupsWhole) {
     const auto sorted = [](std::vector<CsvRow> rows) {
         std::sort(rows.begin() + 1, rows.end());
@@ -87,22 +87,22 @@ TEST_F(TablesVerb, PrintsTablesOfGroupsWhole) {
     EXPECT_EQ(sorted(Printed("bidir-fb-types")), sorted(KnownGroups("bidirFbTypes", "bidirFbType")));
 }
 
-TEST_F(TablesVerb, WithoutANameTheTablesAreListed) {
+TEST_F(TablesVerb, ListsTheTablesWithoutAName) {
     const Ended ended = Shell("kxdu tables");
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out,
               "table                 rows  about\n"
-              "--------------------  ----  -----------------------------------------------------\n"
+              "--------------------  ----  -------------------------------------------------\n"
               "fb-type-names           31  names of FB types\n"
-              "ptn-aid-fb-types        17  FB types that have a PTN AID; one stands twice\n"
-              "port-object-fb-types    13  FB types that are port objects whatever their kind\n"
-              "domain-names            10  words of domain ids\n"
+              "ptn-aid-fb-types        17  FB types that have a PTN AID; one is listed twice\n"
+              "port-object-fb-types    13  FB types that are port objects of any kind\n"
+              "domain-names            10  names of domain ids\n"
               "fb-type-levels         120  interface levels on which FB types sit\n"
               "level-fb-types          22  canonical FB types of interface levels\n"
               "bidir-fb-types         149  bidirectional FB types of unidirectional ones\n"
               "ctp-names               12  TMF names of reserved CTPs\n"
               "client-rates            17  interface levels of client rates\n"
-              "optical-boards          18  board types that are optical boards of the ROADM kind\n");
+              "optical-boards          18  types of optical boards of the ROADM kind\n");
 }
 
 TEST_F(TablesVerb, CountsAreThoseOfTheRows) {
@@ -121,11 +121,11 @@ TEST_F(TablesVerb, EachFormatHasAllRows) {
     EXPECT_EQ(Shell("kxdu tables ctp-names | grep -c '^E[0-9]*  *655[23][0-9]$'").out, "12\n");
 }
 
-TEST_F(TablesVerb, AnUnknownNameEndsWithTwo) {
+TEST_F(TablesVerb, ExitsWithTwoOnAnUnknownName) {
     const Ended ended = Shell("kxdu tables levels");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "kxdu: no table \"levels\"; kxdu tables lists them\n");
+    EXPECT_EQ(ended.err, "kxdu: unknown table \"levels\"; for their names see kxdu tables\n");
 }
 
 }  // namespace

@@ -74,7 +74,8 @@ void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
 }  // namespace
 
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help) {
-    verb.AddTexts(name, "", asked, help + "; - for those on standard input, between blanks or line ends").Required();
+    verb.AddTexts(name, "", asked, help + "; - reads them from standard input, separated by blanks or line ends")
+        .Required();
 }
 
 void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take) {

@@ -10,16 +10,16 @@ namespace NS_KX::NS_KXDU {
 
 class Verb;
 
-/// The longest word on standard input. Nothing that a verb can be asked about is nearly as long, and a stream without
-/// blanks must not fill the memory.
+/// The longest word on standard input, far longer than anything that a verb can be asked about. The limit keeps a
+/// stream without blanks from filling the memory.
 inline constexpr std::size_t LONGEST_WORD = 1024;
 
 /// Adds the positional arguments to `verb`, at least one.
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
 
-/// Calls `take` for each argument, and in the place of "-" for each word on standard input, as it comes. Throws
-/// `Failure` with `Cause::USAGE` when standard input cannot be read or has a word that is longer than `LONGEST_WORD`,
-/// and for a word that is not UTF-8.
+/// Calls `take` for each argument; for "-", calls it for each word on standard input as it comes. Throws `Failure` with
+/// `Cause::USAGE` if standard input cannot be read or holds a word longer than `LONGEST_WORD`, and
+/// for a word that is not UTF-8.
 void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take);
 
 }  // namespace NS_KX::NS_KXDU

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include <rapidjson/writer.h>
-
 #include "cli/verb.h"
 #include "formats/csv.h"
+#include "formats/json.h"
 #include "formats/texttable.h"
 #include "text/displaytext.h"
 #include "text/text.h"
@@ -50,18 +49,13 @@ std::string ForMarkdown(const Cell& cell) {
     return text;
 }
 
-using JsonWriter = rapidjson::Writer<TextBuffer>;
-
-void WriteText(JsonWriter& writer, std::string_view text) {
-    writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-}
-
-void WriteJson(JsonWriter& writer, const Cell& cell) {
-    std::visit(Cases{[&](const Listing::None&) { writer.Null(); }, [&](bool value) { writer.Bool(value); },
-                     [&](std::int64_t number) { writer.Int64(number); },
+void AppendJson(const Cell& cell, TextBuffer& out) {
+    std::visit(Cases{[&](const Listing::None&) { Append(out, "null"); },
+                     [&](bool value) { Append(out, value ? "true" : "false"); },
+                     [&](std::int64_t number) { AppendNumber(out, number); },
                      [&](const std::string& text) {
                          // What is not UTF-8 cannot stand in JSON.
-                         WriteText(writer, FindInvalidUtf8(text) == text.size() ? text : Printable(text));
+                         AppendJsonText(FindInvalidUtf8(text) == text.size() ? text : Printable(text), out);
                      }},
                cell);
 }
@@ -184,15 +178,14 @@ public:
 
     std::string Line(const Listing::Row& row) override {
         m_buffer.Clear();
-        JsonWriter writer(m_buffer);
-        writer.StartObject();
         for (std::size_t column = 0; column < Columns().size(); ++column) {
-            WriteText(writer, Columns()[column]);
-            WriteJson(writer, row[column]);
+            m_buffer.Put(column == 0 ? '{' : ',');
+            AppendJsonText(Columns()[column], m_buffer);
+            m_buffer.Put(':');
+            AppendJson(row[column], m_buffer);
         }
-        writer.EndObject();
-        m_buffer.Put('\n');
-        return std::string(ViewOf(m_buffer));
+        Append(m_buffer, "}\n");
+        return std::string(m_buffer.View());
     }
 
 private:

@@ -10,25 +10,25 @@
 
 namespace NS_KX::NS_KXDU {
 
-/// The NEs that the inventory was asked about and does not have. The user gets one message for all of them. Any thread.
+/// Collects the NEs that the inventory was asked about and lacks, for one message to the user. Any thread.
 class MissingNes {
 public:
     /// At most this many are remembered.
     static constexpr std::size_t MOST = 10'000;
 
-    /// `consequence`: what comes of it, for the message; in general such an NE is treated as NE type 0.
-    explicit MissingNes(std::string consequence = "taken to be of NE type 0") : m_consequence(std::move(consequence)) {}
+    /// `consequence` ends the message; most verbs treat such an NE as NE type 0.
+    explicit MissingNes(std::string consequence = "treated as NE type 0") : m_consequence(std::move(consequence)) {}
 
     void Note(std::int64_t neId);
 
-    /// A line for standard error; empty when none is missing.
+    /// The message, a line for standard error; empty if no NE is missing.
     [[nodiscard]] std::string Text() const;
-    /// Writes it there.
+    /// Writes the message to standard error.
     void Tell() const;
 
 private:
     std::string m_consequence;
-    // Identifiers of an NE mostly stand together.
+    // Identifiers of the same NE mostly follow each other, so most repetitions end at this comparison.
     std::atomic<std::int64_t> m_last = NONE;
     std::atomic<bool> m_isFull = false;
     mutable std::mutex m_mutex;

@@ -17,7 +17,7 @@ bool IsBegun(std::string_view word, std::string_view text) {
     return !text.empty() && std::ranges::equal(text, word.substr(0, text.size()), IsSameLetter);
 }
 
-// How many characters must be put in, taken out or changed.
+// The Levenshtein distance: how many characters to insert, delete or change, whatever their case.
 std::size_t Distance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});

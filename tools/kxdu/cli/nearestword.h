@@ -6,9 +6,9 @@
 
 namespace NS_KX::NS_KXDU {
 
-/// The word that somebody meant who mistyped it as `text`: the first that begins with it, or else the first of those
-/// that differ from it in the fewest characters; whatever their case. Empty when all differ in more than two, or in
-/// all.
+/// Returns the word that `text` was probably meant to be, whatever the case of letters: the first word that begins with
+/// `text`, else the first one that differs from it in the fewest characters. Empty if every word differs in more than
+/// two characters, or in as many as `text` has.
 std::string_view NearestWord(std::string_view text, const std::vector<std::string>& words);
 
 }  // namespace NS_KX::NS_KXDU

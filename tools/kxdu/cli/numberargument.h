@@ -9,15 +9,15 @@
 
 namespace NS_KX::NS_KXDU {
 
-/// An argument that is a decimal number up to `largest`. Throws `Failure` with `Cause::USAGE` for any other;
-/// `adviceOnName` tells what to do with a name.
+/// Reads an argument that is a decimal number from 0 to `largest`. Throws `Failure` with `Cause::USAGE` for any
+/// other; `adviceOnName` ends the message if the argument looks like a name.
 inline int ParseNumber(const std::string& argument, int largest = std::numeric_limits<int>::max(),
                        const std::string& adviceOnName = {}) {
     const auto number = ReadNumber(argument);
     if (!number || *number > largest) {
         const bool isOfDigits = argument.find_first_not_of("0123456789-,") == std::string::npos;
         const bool isList = isOfDigits && argument.find(',') != std::string::npos;
-        throw Failure(Cause::USAGE, Quoted(argument) + " is no number from 0 to " + std::to_string(largest) +
+        throw Failure(Cause::USAGE, Quoted(argument) + " is not a number from 0 to " + std::to_string(largest) +
                                         (isList ? "; separate numbers by blanks" : "") +
                                         (isOfDigits ? "" : adviceOnName));
     }

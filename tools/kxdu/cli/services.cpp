@@ -17,13 +17,13 @@ constexpr auto INVENTORY_VARIABLE = "KX_INVENTORY";
 constexpr auto CONFIG_VARIABLE = "KX_CONFIG_DIR";
 constexpr auto CONFIG_FILE = "kx_corbaagent_bundle/bundle.cfg";
 
-// Whoever did not type a name does not know where it comes from.
+// Names the variable that gave `name`: a user who did not type the name cannot know where it comes from.
 std::string SourceOf(const std::string& name, const char* variable) {
     const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): no other thread runs
     return value != nullptr && name == value ? std::string(" (from ").append(variable).append(")") : "";
 }
 
-// What to do where a file is no inventory; nothing helps against one that is corrupt, locked or secret.
+// What to do if `file` is not an inventory. No advice helps against one that is corrupt, locked or not readable.
 std::string AdviceOnInventory(const std::string& file, std::string_view complaint) {
     if (std::error_code error; std::filesystem::is_directory(file, error)) {
         return "; kxdu inventory import fills an inventory from a folder of CSV files";
@@ -32,7 +32,7 @@ std::string AdviceOnInventory(const std::string& file, std::string_view complain
                                                            "file is not a database"};
     for (const std::string_view reason : NO_INVENTORY) {
         if (complaint.ends_with(reason)) {
-            return "; kxdu inventory --help tells how to make one";
+            return "; make one with: kxdu inventory init FILE";
         }
     }
     return {};
@@ -41,14 +41,15 @@ std::string AdviceOnInventory(const std::string& file, std::string_view complain
 }  // namespace
 
 void AddInventoryOption(Verb& verb, std::string& inventory) {
-    verb.AddText("--inventory", "FILE", inventory, "Inventory of the network (see kxdu inventory --help)")
+    verb.AddText("--inventory", "FILE", inventory,
+                 "Inventory of the network, an SQLite file (see kxdu inventory --help)")
         .FromEnvironment(INVENTORY_VARIABLE);
 }
 
 void AddConfigOption(Verb& verb, std::string& config) {
-    verb.AddText("--config", "DIR", config,
-                 std::string("Folder that holds the configuration, ") + CONFIG_FILE +
-                     " in TOML; docs/guide.md tells which items count")
+    verb.AddText(
+            "--config", "DIR", config,
+            std::string("Folder that holds the configuration file, ") + CONFIG_FILE + "; docs/guide.md lists its items")
         .FromEnvironment(CONFIG_VARIABLE);
 }
 
@@ -101,14 +102,14 @@ void ComplainOfInventory(const std::string& file, const std::string& complaint, 
 void ComplainOfNoInventory() {
     throw Failure(
         Cause::USAGE,
-        "this identifier is written as the inventory says of its NE: give one with --inventory FILE or in KX_INVENTORY "
-        "(kxdu inventory --help tells how to make one)");
+        "this identifier cannot be written without an inventory: give one with --inventory FILE or in KX_INVENTORY "
+        "(to make one, see kxdu inventory --help)");
 }
 
 void ComplainOfNoConfiguration() {
     throw Failure(Cause::USAGE,
-                  "identifiers of this type are read as the configuration tells: give its folder with --config DIR or "
-                  "in KX_CONFIG_DIR");
+                  "identifiers of this type cannot be read without a configuration: give its folder with --config DIR "
+                  "or in KX_CONFIG_DIR");
 }
 
 }  // namespace NS_KX::NS_KXDU

@@ -16,7 +16,7 @@ namespace NS_KX::NS_KXDU {
 class MissingNes;
 class Verb;
 
-/// What the user said about the services that the library stands on.
+/// The files from which the services of the library are loaded, as the user named them.
 struct ServiceOptions {
     std::string inventory;  ///< SQLite file; empty: none
     std::string config;     ///< folder; empty: none
@@ -32,20 +32,20 @@ void AddServiceOptions(Verb& verb, ServiceOptions& options);
 /// The files of these services, which an output must not replace.
 std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
-/// The services, for as long as it lives. Notes in `missing`, unless it is null, which NEs the inventory is asked about
-/// in vain. Throws `Failure` with `Cause::USAGE` when one cannot be loaded; it also tells when the environment named
-/// the file, and how to get an inventory where there is none.
+/// Starts the services; they run as long as the returned host lives. Notes in `missing`, unless it is null, the NEs
+/// that the inventory is asked about and lacks. Throws `Failure` with `Cause::USAGE` if a file cannot be loaded; the
+/// message says if the environment named it, and how to make a missing inventory.
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
 
-/// What an inventory holds that an option or the environment names. Throws as above.
+/// Reads the inventory named by an option or the environment. Throws as above.
 NS_STANDALONE::Inventory ReadInventory(const std::string& file);
 
-/// Throws `Failure` with `Cause::USAGE`: what is wrong with an inventory, where its name comes from, and how to get
-/// one where there is none.
+/// Throws `Failure` with `Cause::USAGE`. The message says what is wrong with the inventory, where its name comes
+/// from, and how to make a missing one.
 [[noreturn]] void ComplainOfInventory(const std::string& file, const std::string& complaint,
                                       const std::string& source = {});
 
-/// Calls `use`, which opens an inventory that an argument names. Throws as above.
+/// Calls `use`, which opens the inventory `file`, named by an argument. Throws as above.
 template <class Use>
 auto OpeningInventory(const std::string& file, Use use) {
     try {
@@ -55,12 +55,13 @@ auto OpeningInventory(const std::string& file, Use use) {
     }
 }
 
-/// Throws `Failure` with `Cause::USAGE`, which tells how to give an inventory.
+/// Throws `Failure` with `Cause::USAGE`; the message says how to give an inventory.
 [[noreturn]] void ComplainOfNoInventory();
 /// The same for a configuration.
 [[noreturn]] void ComplainOfNoConfiguration();
 
-/// Calls `read`, which reads an identifier, and turns a missing service into the failure that asks for a configuration.
+/// Calls `read`, which reads an identifier. If a service is missing, fails with the message that asks for a
+/// configuration.
 template <class Read>
 void Reading(Read read) {
     try {
@@ -70,7 +71,8 @@ void Reading(Read read) {
     }
 }
 
-/// Calls `write`, which writes an identifier, and turns a missing service into the failure that asks for an inventory.
+/// Calls `write`, which writes an identifier. If a service is missing, fails with the message that asks for an
+/// inventory.
 template <class Write>
 void Writing(Write write) {
     try {

@@ -79,7 +79,7 @@ VerbOption Verb::AddChecked(const std::string& names, const std::string& valueNa
 
 void Verb::AddOutput(std::string& output) {
     AddText("-o,--output", "FILE", output,
-            "Write to FILE, which appears when it is complete; standard output otherwise");
+            "Write to FILE, which appears once it is complete; by default, to standard output");
 }
 
 void Verb::SetHelp(const std::string& help) {

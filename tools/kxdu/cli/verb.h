@@ -18,43 +18,44 @@ class Option;
 
 namespace NS_KX::NS_KXDU {
 
-/// What an option of a verb has besides its name, its value and its help.
+/// An option of a verb; sets the properties that few options need.
 class VerbOption {
 public:
     explicit VerbOption(CLI::Option& option) noexcept : m_option(&option) {}
 
     VerbOption& Required();
     VerbOption& Excludes(const VerbOption& other);
-    /// Has the value of a variable of the environment when the command line does not give one.
+    /// Takes its value from this environment variable if the command line gives none.
     VerbOption& FromEnvironment(const std::string& variable);
-    /// For a list: the option's name stands before each value, so that what follows a value is an argument again.
+    /// For an option that may be repeated: each value needs the option's name before it; the next word is an argument
+    /// again.
     VerbOption& OneValueEachTime();
 
 private:
     CLI::Option* m_option;
 };
 
-/// A verb while its command line is set up, which is all that verbs know of CLI11: few files compile its headers, and
-/// its own conversions, which clamp large numbers, read octal ones and take the number of an enumerator for its name,
-/// are not used.
+/// Sets up the command line of a verb. Verbs use CLI11 only through this class, for two reasons: few files compile its
+/// headers, and none uses its conversions, which clamp large numbers, read octal ones and accept the number of an
+/// enumerator in place of its name.
 ///
-/// The names of an option are as in "-o,--output"; one without a dash is that of an argument. The name of its value
-/// stands for it in the help.
+/// `names` are those of an option, such as "-o,--output"; a name without a dash makes an argument. `valueName` stands
+/// for the value in the help.
 class Verb {
 public:
-    /// Adds the verb to the tool. What it does is put into action when it was chosen.
+    /// Adds the verb to the tool. If the user chooses the verb, `action` is set to what it does.
     Verb(CLI::App& app, Action& action, const std::string& name, const std::string& description);
 
-    /// Adds a verb to this one, which then wants one of those that it has.
+    /// Adds a verb to this one, which then requires one of its own verbs.
     Verb AddVerb(const std::string& name, const std::string& description);
 
     void AddFlag(const std::string& name, bool& isGiven, const std::string& help);
-    /// An empty text is refused: it is that of a variable which is not set.
+    /// Refuses an empty text: it mostly comes from a shell variable that is not set.
     VerbOption AddText(const std::string& names, const std::string& valueName, std::string& text,
                        const std::string& help);
     VerbOption AddTexts(const std::string& names, const std::string& valueName, std::vector<std::string>& texts,
                         const std::string& help);
-    /// Passes the value to `take`, which returns what is wrong with it, or an empty text when it is accepted.
+    /// Passes the value to `take`, which returns what is wrong with it, or an empty text to accept it.
     VerbOption AddChecked(const std::string& names, const std::string& valueName,
                           std::function<std::string(const std::string&)> take, const std::string& help);
 
@@ -67,7 +68,7 @@ public:
             [&number, lowest, largest](const std::string& text) {
                 std::uint64_t value = 0;
                 if (!ReadWhole(text, value) || value < lowest || value > largest) {
-                    return Quoted(text) + " is no number from " + std::to_string(lowest) + " to " +
+                    return Quoted(text) + " is not a number from " + std::to_string(lowest) + " to " +
                            std::to_string(largest);
                 }
                 number = static_cast<Number>(value);
@@ -91,17 +92,17 @@ public:
                     }
                     words.append(words.empty() ? "" : ", ").append(word);
                 }
-                return "no " + Quoted(text) + "; there are " + words;
+                return Quoted(text) + " is not one of " + words;
             },
             help);
     }
 
-    /// Adds `--output`, for verbs that write one file; standard output when it is not given.
+    /// Adds `--output`, for verbs that write one file; the default is standard output.
     void AddOutput(std::string& output);
 
     /// Sets the text that follows the options in the help.
     void SetHelp(const std::string& help);
-    /// What the verb does, and the help.
+    /// Sets what the verb does, and the help.
     template <class Options>
     void SetAction(const std::string& help, std::shared_ptr<Options> options, ExitCode (*run)(const Options&)) {
         SetHelp(help);

@@ -12,7 +12,7 @@ namespace NS_KX::NS_KXDU {
 
 namespace {
 
-// With those that it is a verb of, such as "inventory list"; empty when all are far from verb.
+// The nearest verb, with the verb that it belongs to, such as "inventory list". Empty if none is near.
 std::string NearestVerb(const CLI::App& app, const std::string& verb) {
     const auto known = app.get_subcommands({});
     std::vector<std::string> names;
@@ -35,13 +35,13 @@ std::string NearestVerb(const CLI::App& app, const std::string& verb) {
 
 std::string UnknownVerb(const CLI::App& app, const std::string& verb) {
     if (verb.starts_with('-')) {
-        return "no option " + Quoted(verb);
+        return "unknown option " + Quoted(verb);
     }
     if (app.get_subcommands({}).empty()) {
         return app.get_name() + " has no verbs";
     }
     const std::string nearest = NearestVerb(app, verb);
-    return "no verb " + Quoted(verb) + (nearest.empty() ? "" : "; did you mean " + nearest + "?");
+    return "unknown verb " + Quoted(verb) + (nearest.empty() ? "" : "; did you mean " + nearest + "?");
 }
 
 }  // namespace NS_KX::NS_KXDU

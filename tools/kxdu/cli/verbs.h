@@ -22,12 +22,12 @@ enum class ExitCode : int {
 using Action = std::function<ExitCode()>;
 
 /// Ends every complaint about the command line.
-inline constexpr auto HELP_HINT = "\nRun with --help to see what there is.";
+inline constexpr auto HELP_HINT = "\nRun with --help for usage.";
 
-/// What to tell somebody who asked `app` for a verb that it does not have.
+/// The message to a user who gave `verb`, which `app` does not have.
 std::string UnknownVerb(const CLI::App& app, const std::string& verb);
 
-/// Each adds one verb with its options, its help and its examples to `app`, and sets `action` when the verb was chosen.
+/// Each adds one verb to `app`, with its options and its help; `action` is set if the user chooses the verb.
 void AddDecode(CLI::App& app, Action& action);
 void AddEncode(CLI::App& app, Action& action);
 void AddCheck(CLI::App& app, Action& action);

@@ -22,23 +22,27 @@ constexpr auto HELP = R"(Examples:
   kxdu check --levels-only *.fdn
   echo 'NE=1,fr=2,S=' | kxdu check --levels-only
 
-Tells, as file:line:column: message, what is not well formed (an empty level, no "=", no tag, blanks or lower-case
-letters in a tag), unknown (a tag, a last level that means no kind of identifier), out of range (no decimal number where
-one belongs, or one that is not from -2147483648 to 2147483647; port numbers go up to 4294967295), repeated, and, of
-identifiers that have none of this, which are not what would be written for the record that is read from them, with the
-text that would, or that nothing is read from them, as from the text that stands for no port. Columns count bytes, from
-1. The last needs an inventory, from the first identifier on that depends on it; --levels-only leaves it out, and opens
-no inventory and no configuration. How many NEs are missing from the inventory is told on standard error at the end:
-their identifiers are compared as those of NE type 0.
+Reports each finding as file:line:column: message. Columns count bytes, from 1. It finds
+  - malformed levels: without tag, "=" or value; with other characters in the tag than upper-case letters and digits;
+    with too few or too many sub-values
+  - unknown tags, and a last level that ends no kind of identifier
+  - numbers out of range: not decimal, or not from -2147483648 to 2147483647; port numbers go up to 4294967295
+  - repeated levels
+  - identifiers that have none of these faults, but differ from what the library writes for the record that it reads
+    from them. The message shows that text, or says that nothing is read, as from the text that stands for "no port".
 
-A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs from what would be written: the
-name is read as a|b, and nothing puts the escape back.
+Only this last comparison uses the inventory, and needs it as soon as an identifier depends on it. --levels-only skips
+the comparison, and opens neither inventory nor configuration. NEs that the inventory lacks are counted on standard
+error at the end; their identifiers are compared as those of NE type 0.
 
-Also told are lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB. A carriage return before a
-line's end belongs to the line end.
+A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs: it is read as a|b, and written
+without the escape.
 
-Exit code: 0 nothing was found; 1 something was; 2 wrong arguments, an input that cannot be read, or no inventory where
-one is needed; 3 output that cannot be written.)";
+Lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB are reported too. A carriage return before
+a line end belongs to the line end.
+
+Exit code: 0 nothing was found; 1 something was found; 2 wrong arguments, an input that cannot be read, or an inventory
+that is needed and missing; 3 the output cannot be written.)";
 
 struct Options {
     BulkOptions bulk;
@@ -51,38 +55,23 @@ public:
     explicit Checker(bool isLevelsOnly) : m_isLevelsOnly(isLevelsOnly) {}
 
     void Convert(std::string_view line, LineResult& result) override {
-        bool isGood = true;
-        CheckLevels(line, [&](const Problem& problem) {
-            isGood = false;
-            result.Report(problem.text, problem.column);
-        });
-        if (isGood) {
-            CheckWhole(line, result);
-        }
-    }
-
-private:
-    void CheckWhole(std::string_view line, LineResult& result) {
-        const Kind* const kind = FindKind(line);
-        if (kind == nullptr) {
-            const std::string_view moc = MocOf(line);
-            result.Report("no kind of identifier ends in the level " + Quoted(moc), ColumnOf(line, moc));
-        } else if (!m_isLevelsOnly) {
+        const Kind* const kind =
+            CheckIdentifier(line, [&](const Problem& problem) { result.Report(problem.text, problem.column); });
+        if (kind != nullptr && !m_isLevelsOnly) {
             CheckWriting(*kind, line, result);
         }
     }
 
-    static std::size_t ColumnOf(std::string_view line, std::string_view part) {
-        return static_cast<std::size_t>(part.data() - line.data()) + 1;
-    }
-
+private:
     void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
-        m_fdn.assign(line);
-        Writing([&] { kind.Rewrite(m_fdn, m_canonical); });
+        const NS_UTIL::Surroundings& surroundings = NS_UTIL::Surroundings::OfSystem();
+        void* const record = m_records.Fresh(kind.layout);
+        kind.read(line, record, surroundings);
+        Writing([&] { kind.write(record, m_canonical, surroundings); });
         if (m_canonical == line) {
             return;
         }
-        if (IsNothingRead(ReadFields(m_fdn, kind))) {
+        if (IsNothingRead(kind, record)) {
             result.Report(std::string(NOTHING_IS_READ));
         } else {
             const auto [place, other] = std::mismatch(line.begin(), line.end(), m_canonical.begin(), m_canonical.end());
@@ -92,7 +81,7 @@ private:
     }
 
     bool m_isLevelsOnly;
-    std::string m_fdn;
+    AnyRecord m_records;
     std::string m_canonical;
 };
 
@@ -112,13 +101,14 @@ ExitCode Check(const Options& options) {
 }  // namespace
 
 void AddCheck(CLI::App& app, Action& action) {
-    Verb verb(app, action, "check", "What is wrong with identifiers, and where");
+    Verb verb(app, action, "check", "Find what is wrong with identifiers, and where");
     const auto options = std::make_shared<Options>();
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
-    verb.AddFlag("--strict", options->bulk.isStrict, "Stop at the first finding, which is all that is told then");
+    verb.AddFlag("--strict", options->bulk.isStrict, "Stop after the first finding");
     AddServiceOptions(verb, options->services);
-    verb.AddFlag("--levels-only", options->isLevelsOnly, "Do not compare with what would be written");
+    verb.AddFlag("--levels-only", options->isLevelsOnly,
+                 "Check the levels only; do not compare with what the library writes");
     verb.SetAction(HELP, options, Check);
 }
 

@@ -18,10 +18,10 @@ constexpr auto HELP = R"(Examples:
   kxdu ctp E0 65534
   kxdu tables ctp-names
 
-Columns: what was asked for, the id of the reserved CTP, and its TMF name. The case of a name counts. Where there is no
-answer stands "-" (csv: nothing, jsonl: null).
+Columns: what was asked for, the id of the reserved CTP, and its TMF name. Names are case-sensitive. A missing answer is
+"-" (csv: empty, jsonl: null).
 
-Exit code: 0 each name or id means something; 1 one does not: all its answers are "-"; 2 wrong arguments; 3 output that
+Exit code: 0 each name and id is known; 1 one is not, and all its answers are "-"; 2 wrong arguments; 3 the output
 cannot be written.)";
 
 struct Options {
@@ -45,7 +45,7 @@ ExitCode Ctp(const Options& options) {
 }  // namespace
 
 void AddCtp(CLI::App& app, Action& action) {
-    Verb verb(app, action, "ctp", "Ids and TMF names of reserved connection termination points");
+    Verb verb(app, action, "ctp", "Show ids and TMF names of reserved connection termination points");
     const auto options = std::make_shared<Options>();
     AddAsked(verb, "NAME|ID", options->asked, "TMF names such as E0, or CTP ids");
     AddListingOptions(verb, options->listing);

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <vector>
 
+#include <kx_domain_util/fdnscanner.h>
+
 #include "catalogue/kinds.h"
 #include "cli/bulkoptions.h"
 #include "cli/services.h"
@@ -23,37 +25,37 @@ constexpr auto HELP = R"(Examples:
   echo 'NE=12,FR=1,S=3,CP=-1,PP=16||7|' | kxdu decode --format table
 
 Formats:
-  jsonl  {"fdn":"...","type":"PortIndex","record":{...}}, one a line
-  csv    quoted as in RFC 4180: where a value holds a comma, a quote or a line end
+  jsonl  {"fdn":"...","type":"PortIndex","record":{...}}, one per line
+  csv    values that hold a comma, a quote or a line end are quoted, as in RFC 4180
   tsv    nothing is quoted; tab, carriage return and backslash are written \t, \r and \\
-  table  for people: type, identifier, and the fields that say something; texts with blanks are quoted
-csv and tsv begin with a line of column names: fdn, type and the fields of all kinds (of the one, with --as); a field
-that a record does not have is empty, and the fields of a nested record are called like port.neId.
+  table  for people: type, identifier, and the fields that are set; texts with blanks are quoted
+csv and tsv begin with a line of column names: fdn, type and the fields of all types (with --as, of that type). A field
+that a record does not have is empty. Fields of a nested record are named like port.neId.
 
-Services, tunnels and pseudo-wire switches keep their whole text, "resId", and the numbers in it beside that; LSP and
-L3VPN have no number that is read. A pseudo-wire's "resId" is what follows its NE level. Of trails and groups the text
-in front, which their records drop, is "container". Channel sets (CHANNELSET) and virtual routers (VR) are read as
-access points, and written as such: no writer knows these levels, so encode tells that they are changed.
+Services, tunnels and pseudo-wire switches keep their whole text in "resId", beside the numbers that are read from it;
+LSP and L3VPN have no such number. A pseudo-wire keeps what follows its NE level. The library's records of trails and
+groups drop the text in front of their own level; kxdu keeps it in "container". Channel sets (CHANNELSET) and virtual
+routers (VR) are read as access points. No writer knows these two levels, so kxdu encode reports them as changed.
 
-kxdu fills these from the text, where the library's readers leave them as they were: "vc4Id" and "vc12Id" of a
-termination point, "mipName" of a MIP, "mdName" and "maName" of a MEP whose MD or MA has a number. And it cuts a
-pseudo-wire's "resId" (a reader of the library keeps the whole text), so that what encode writes is the text again.
+kxdu also fills these fields, which the library's readers leave unchanged: "vc4Id" and "vc12Id" of a termination point,
+"mipName" of a MIP, "mdName" and "maName" of a MEP whose MD or MA has a number. With them, and with the shorter "resId"
+of a pseudo-wire, kxdu encode writes the same text again.
 
-Numbers are read as leniently as by all programs of the system: what follows the digits is passed over, a text without
-digits is 0, and of a larger number the low 32 bits count. A port name of FB type 1025 may hold an escaped "|"
-(PP=16|1025|1|a\|b): it is read as a|b, and written without the escape, so that kxdu encode rejects such a record. kxdu
-check tells of each such place.
+Numbers are read leniently, as by all programs of the system: characters after the digits are ignored, a text without
+digits is 0, and a larger number keeps its low 32 bits. A port name of FB type 1025 may hold an escaped "|"
+(PP=16|1025|1|a\|b). It is read as a|b; kxdu encode rejects such a record, since it could only be written without the
+escape. kxdu check finds each such place.
 
-Of a port (PP or LP) with fewer than its four sub-values none is read at all: the record says that it has no number.
+A port level (PP or LP) with fewer than four sub-values is not read: the port has no number, type or name.
 
-With --as, each line is read as that type, whatever its last level; fields whose level it lacks say that nothing is
-known; PortIndex:LoopBack needs --config. Without it, lines that end in a level that means no kind of identifier are
-rejected. So are in any case lines that are empty, hold a NUL byte, are not UTF-8, or are longer than 1 MiB, also as the
-JSON line that kxdu encode would read. A carriage return before a line's end belongs to the line end. An inventory plays
-no part: only what is written depends on it.
+With --as, every line is read as that type, whatever its last level. Fields whose level is missing keep their defaults.
+PortIndex:LoopBack needs --config. Without --as, a line is rejected if its last level ends no kind of identifier. Always
+rejected are lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB, and those whose JSON line
+would be longer, since kxdu encode could not read it. A carriage return before a line end belongs to the line end. No
+inventory is used: only writing depends on it.
 
-Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read;
-3 output that cannot be written. A reader of the output that goes away is no error.)";
+Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read; 3 the
+output cannot be written. A reader of the output that stops early is no error.)";
 
 struct Options {
     BulkOptions bulk;
@@ -65,17 +67,18 @@ struct Options {
 class Decoder : public LineConverter {
 public:
     Decoder(const Kind* forced, const Layout& layout)
-        : m_forced(forced), m_isReadAgain(layout.format == FormatName::JSONL), m_format(MakeFormat(layout)) {}
+        : m_forced(forced),
+          m_isReadAgain(layout.format == FormatName::JSONL),
+          m_format(MakeFormat(layout, NS_UTIL::Surroundings::OfSystem())) {}
 
     void Convert(std::string_view line, LineResult& result) override {
         const Kind* const kind = m_forced != nullptr ? m_forced : FindKind(line);
         if (kind == nullptr) {
-            result.Report("no kind of identifier ends in the level " + Quoted(MocOf(line)));
+            result.Report("no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(line)));
             return;
         }
-        m_fdn.assign(line);
         const std::size_t before = result.output.GetSize();
-        Reading([&] { m_format->Write(m_fdn, *kind, result.output); });
+        m_format->Write(line, *kind, result.output);
         if (const std::size_t size = result.output.GetSize() - before; m_isReadAgain && size > LONGEST_LINE + 1) {
             result.output.Pop(size);
             result.Report("the JSON line would be longer than 1 MiB");
@@ -84,16 +87,15 @@ public:
 
 private:
     const Kind* m_forced;
-    bool m_isReadAgain;  // by encode
+    bool m_isReadAgain;  // by kxdu encode
     std::unique_ptr<RecordFormat> m_format;
-    std::string m_fdn;
 };
 
-// All types, in lines.
+// The names of all types, wrapped to the width of the help.
 std::string TypeNames() {
     std::vector<std::string> names;
     for (const Kind* const kind : AllKinds()) {
-        names.emplace_back(kind->Type());
+        names.emplace_back(kind->type);
     }
     return Wrapped("  ", names);
 }
@@ -101,18 +103,27 @@ std::string TypeNames() {
 const Kind* ForcedKind(const std::string& type) {
     const Kind* const kind = FindKindByType(type);
     if (kind == nullptr && !type.empty()) {
-        throw Failure(Cause::USAGE, "--as: no type " + Quoted(type) + "; there are\n" + TypeNames());
+        throw Failure(Cause::USAGE, "--as: unknown type " + Quoted(type) + "; choose one of\n" + TypeNames());
     }
     return kind;
+}
+
+// Only kinds that --as names may need a configuration, so that no line has to be asked.
+void RequireConfigurationFor(const Kind& kind) {
+    AnyRecord records;
+    Reading([&] { kind.read(kind.example, records.Fresh(kind.layout), NS_UTIL::Surroundings::OfSystem()); });
 }
 
 ExitCode Decode(const Options& options) {
     const Kind* const forced = ForcedKind(options.type);
     Layout layout;
     layout.format = options.format;
-    layout.kinds = forced != nullptr ? std::vector{forced} : AllKinds();
+    layout.kinds = forced != nullptr ? std::span(&forced, 1) : AllKinds();
     const ServiceOptions serviceOptions{{}, options.config};  // no reader asks the inventory
     const auto services = StartServices(serviceOptions);
+    if (forced != nullptr) {
+        RequireConfigurationFor(*forced);
+    }
     LineWork work;
     work.filesInUse = FilesInUse(serviceOptions);
     work.makeConverter = [&] { return std::make_unique<Decoder>(forced, layout); };
@@ -123,7 +134,7 @@ ExitCode Decode(const Options& options) {
 }  // namespace
 
 void AddDecode(CLI::App& app, Action& action) {
-    Verb verb(app, action, "decode", "Identifiers, one a line, to records");
+    Verb verb(app, action, "decode", "Convert identifiers, one per line, to records");
     const auto options = std::make_shared<Options>();
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
@@ -134,7 +145,7 @@ void AddDecode(CLI::App& app, Action& action) {
                     {"csv", FormatName::CSV},
                     {"tsv", FormatName::TSV},
                     {"table", FormatName::TABLE}},
-                   "How records are written: jsonl (the default), csv, tsv or table");
+                   "Format of the records: jsonl (the default), csv, tsv or table");
     verb.AddText("--as", "TYPE", options->type, "Read every line as this type, whatever its last level");
     verb.SetAction(HELP + ("\n\nTypes:\n" + TypeNames()), options, Decode);
 }

@@ -6,7 +6,6 @@
 #include <kx_domain_util/fdnscanner.h>
 
 #include "catalogue/kinds.h"
-#include "catalogue/tags.h"
 #include "cli/bulkoptions.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
@@ -24,24 +23,26 @@ constexpr auto HELP = R"(Examples:
   kxdu decode network.fdn | kxdu encode --inventory network.db | cmp - network.fdn
   echo '{"type":"NEIndex","record":{"reserved":0,"neId":7}}' | kxdu encode
 
-Reads lines as kxdu decode --format jsonl writes them, their members in any order. The identifier is written from the
-record alone. A "fdn" beside the record that differs from it does not keep it from being written, but is reported and
-counted, so that no identifier changes unseen; leave "fdn" out, or give --ignore-fdn, when records were changed on
-purpose.
+Reads lines as kxdu decode --format jsonl writes them; the order of their members does not matter. The identifier is
+written from the record alone. If it differs from the line's "fdn", it is written all the same, and the line is reported
+and counted, so that no identifier changes unnoticed. After changing records on purpose, leave "fdn" out or give
+--ignore-fdn.
 
-Every field of a record must be there, with no other beside it; numbers must fit their field, and names of ports and of
-maintenance levels hold no "," or "|", which would end them. Lines that are no such JSON, name a type that there is not,
-hold a text with a line end or half a surrogate pair in it, are empty, hold a NUL byte, are not UTF-8 or are longer than
-1 MiB are rejected; but a file whose first line is no JSON object ends the run, since it is likely to be one of
-identifiers, or of another format. Rejected are also records that keep their text, as services and trails do, when their
-other fields say something else than it: change both.
+A record has all fields of its type and no others. Numbers must fit their fields. Names of ports and of maintenance
+levels must not hold "," or "|", which would end them. Also rejected are
+  - lines that are not such JSON, or name an unknown type
+  - texts that hold a line end or half a surrogate pair
+  - lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB
+  - records that keep their text, as services and trails do, and have other fields that contradict it: change both
+If the first line of a file is not a JSON object, the run stops: the file probably holds identifiers or another format.
 
-The inventory is asked for the types of NEs, and whether the numbers of maintenance domains and associations are
-written; it is needed from the first identifier on that depends on it. How many NEs are missing from it is told on
-standard error at the end: their identifiers are written as those of NE type 0.
+The inventory gives the types of NEs, and says whether an NE writes the numbers of maintenance domains and associations.
+It is needed as soon as an identifier depends on it. NEs that it lacks are counted on standard error at the end; their
+identifiers are written as those of NE type 0.
 
 Exit code: 0 all lines were converted; 1 some were rejected or came out changed; 2 wrong arguments, an input that cannot
-be read or begins with other than a JSON object, or no inventory where one is needed; 3 output that cannot be written.)";
+be read, or an inventory that is needed and missing; 3 the output cannot be written. A reader of the output that stops
+early is no error.)";
 
 struct Options {
     BulkOptions bulk;
@@ -64,37 +65,34 @@ public:
             RefuseOtherThanJson(line);
         }
         try {
-            m_record.Parse(line);
-            const Kind* const kind = FindKindByType(m_record.Type());
-            if (kind == nullptr) {
-                throw BadRecord("unknown type " + Quoted(m_record.Type()));
-            }
-            Writing([&] { m_record.Encode(*kind, m_fdn); });
+            m_line.Read(line);
+            Writing([&] { m_line.Kind().write(m_line.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
         } catch (const BadRecord& bad) {
             result.Report(bad.what());
             return;
         }
-        const std::string_view fdn = m_record.Fdn();
+        const std::string_view fdn = m_line.Fdn();
         if (!m_isFdnIgnored && fdn.data() != nullptr && fdn != m_fdn) {
-            result.Report("written as " + QuotedWhole(m_fdn) + ", which is not its fdn " + QuotedWhole(fdn));
+            result.Report("written as " + QuotedWhole(m_fdn) + ", which differs from its \"fdn\" " + QuotedWhole(fdn));
         }
         Append(result.output, m_fdn);
         result.output.Put('\n');
     }
 
 private:
-    // A file of something else would be a complaint a line.
+    // Otherwise each line of a wrong file would be a complaint.
     static void RefuseOtherThanJson(std::string_view line) {
         if (line.substr(std::min(line.find_first_not_of(" \t"), line.size())).starts_with('{')) {
             return;
         }
-        throw Failure(Cause::USAGE, LooksLikeIdentifier(line)
-                                        ? "an identifier, and no JSON line; did you mean kxdu decode?"
-                                        : "no JSON line; kxdu encode reads what kxdu decode --format jsonl writes");
+        throw Failure(Cause::USAGE,
+                      LooksLikeIdentifier(line)
+                          ? "this is an identifier, not a JSON line; did you mean kxdu decode?"
+                          : "this is not a JSON line; kxdu encode reads what kxdu decode --format jsonl writes");
     }
 
     bool m_isFdnIgnored;
-    RecordLine m_record;
+    RecordLine m_line;
     std::string m_fdn;
 };
 
@@ -113,13 +111,14 @@ ExitCode Encode(const Options& options) {
 }  // namespace
 
 void AddEncode(CLI::App& app, Action& action) {
-    Verb verb(app, action, "encode", "Records, as decode writes them as JSON lines, to identifiers");
+    Verb verb(app, action, "encode", "Convert records, JSON lines as decode writes them, to identifiers");
     const auto options = std::make_shared<Options>();
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
     AddRejectOptions(verb, options->bulk);
     AddServiceOptions(verb, options->services);
-    verb.AddFlag("--ignore-fdn", options->isFdnIgnored, "Do not compare what is written with the fdn in the line");
+    verb.AddFlag("--ignore-fdn", options->isFdnIgnored,
+                 "Do not compare the written identifier with the line's \"fdn\"");
     verb.SetAction(HELP, options, Encode);
 }
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -8,6 +10,7 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "formats/explanationdrawing.h"
 #include "lines/output.h"
 
 namespace NS_KX::NS_KXDU {
@@ -20,12 +23,11 @@ constexpr auto HELP = R"(Examples:
       with the types of the NEs, and compared with what the library writes
   kxdu explain --color always 'NE=5,MD=3|md1' | less -R
 
-Behind the drawing stand the record that the identifier is read into, fields that it says nothing of dimmed, and a
-line for each thing that is wrong with it; kxdu check judges many at once. Of an identifier of more than 200 pieces, the
-first 200 are drawn.
+Below the drawing stand the record that is read from the identifier, with unset fields dimmed, and one line for each
+fault; to check many identifiers, use kxdu check. At most the first 200 pieces of an identifier are drawn.
 
-Exit code: 0 also when something is wrong; 2 wrong arguments, or an inventory or configuration that cannot be read;
-3 output that cannot be written.)";
+Exit code: 0 even if the identifier has faults; 2 wrong arguments, or an inventory or configuration that cannot be read;
+3 the output cannot be written.)";
 
 enum class Colour { AUTO, ALWAYS, NEVER };
 
@@ -43,18 +45,48 @@ bool IsColoured(Colour colour, const Output& output) {
     return output.IsTerminal() && (noColour == nullptr || *noColour == '\0');
 }
 
+// What an inventory knows of NEs.
+DescribeNe DescribeBy(const NS_STANDALONE::Inventory& inventory) {
+    return [&inventory](std::int32_t neId) -> std::string {
+        const auto& nes = inventory.nes;
+        const auto ne = std::find_if(nes.begin(), nes.end(), [&](const auto& row) { return row.neId == neId; });
+        if (ne == nes.end()) {
+            return ": not in the inventory, treated as NE type 0";
+        }
+        const auto& types = inventory.neTypes;
+        const auto type =
+            std::find_if(types.begin(), types.end(), [&](const auto& row) { return row.neType == ne->neType; });
+        const std::string name = type == types.end() ? "" : type->name + ", ";
+        return ": " + name + "NE type " + std::to_string(ne->neType);
+    };
+}
+
+// How to get what was missing.
+void AddAdvice(Explanation& explanation) {
+    for (std::string& note : explanation.notes) {
+        if (note == NOT_COMPARED) {
+            note += "; give --inventory FILE";
+        } else if (note == NOT_READ) {
+            note += "; give --config DIR";
+        }
+    }
+}
+
 ExitCode ExplainAll(const Options& options) {
     const auto services = StartServices(options.services);
     std::optional<NS_STANDALONE::Inventory> inventory;
     if (!options.services.inventory.empty()) {
         inventory = ReadInventory(options.services.inventory);
     }
+    const DescribeNe describeNe = inventory ? DescribeBy(*inventory) : DescribeNe();
     Output output({});
     const bool isColoured = IsColoured(options.colour, output);
     std::string text;
     for (const std::string& fdn : options.fdns) {
         text += text.empty() ? "" : "\n\n";
-        text += Draw(Explain(fdn, FindKind(fdn), inventory ? &*inventory : nullptr), isColoured);
+        Explanation explanation = Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem(), describeNe);
+        AddAdvice(explanation);
+        text += Draw(explanation, isColoured);
     }
     output.Write(text);
     output.Complete();
@@ -66,12 +98,13 @@ ExitCode ExplainAll(const Options& options) {
 void AddExplain(CLI::App& app, Action& action) {
     Verb verb(app, action, "explain", "Draw an identifier with a line from each piece to its meaning");
     const auto options = std::make_shared<Options>();
-    verb.AddTexts("IDENTIFIER", "TEXT", options->fdns, "What is explained; in quotes, since it may hold \"|\"")
+    verb.AddTexts("IDENTIFIER", "TEXT", options->fdns,
+                  "The identifier; quote it, since the shell would take its \"|\" for a pipe")
         .Required();
     AddServiceOptions(verb, options->services);
     verb.AddChoice("--color", "WHEN", options->colour,
                    {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
-                   "auto (the default: on a terminal, unless NO_COLOR is set), always or never");
+                   "When to use colours: auto (the default: on a terminal, unless NO_COLOR is set), always or never");
     verb.SetAction(HELP, options, ExplainAll);
 }
 

@@ -24,17 +24,17 @@ constexpr auto HELP = R"(Examples:
 
 Columns:
   fbType           the number that was asked for
-  name             of the type; three types share the name COM
-  level, rate      the interface level on which FBs of this type sit, and its client rate
-  bidirFbType      the bidirectional type that it belongs to; a bidirectional type belongs to itself
+  name             name of the type; three types share the name COM
+  level, rate      interface level of FBs of this type, and its client rate
+  bidirFbType      bidirectional type that it belongs to; a bidirectional type belongs to itself
   logical          whether it is the type of a logical port: above 65535
   portObject       whether an FB of this type is a port object, of any kind but 3
   portObjectKind3  the same for kind 3
   ptnAid           whether it has a PTN AID
-Where there is no answer stands "-" (csv: nothing, jsonl: null).
+A missing answer is "-" (csv: empty, jsonl: null).
 
-Exit code: 0 each number means something; 1 one does not: all its answers are "-" and "no"; 2 wrong arguments; 3 output
-that cannot be written.)";
+Exit code: 0 each number is known; 1 one is not, and all its answers are "-" and "no"; 2 wrong arguments; 3 the output
+cannot be written.)";
 
 struct Options {
     ListingOptions listing;
@@ -62,7 +62,7 @@ ExitCode Fb(const Options& options) {
         options.listing);
     ForEachAsked(options.numbers, [&](const std::string& number) {
         listing.AddRow(RowOf(ParseNumber(number, std::numeric_limits<int>::max(),
-                                         "; kxdu tables fb-type-names tells the numbers of names")));
+                                         "; to find the number of a name, see kxdu tables fb-type-names")));
     });
     return listing.CompleteAnswers();
 }
@@ -70,7 +70,7 @@ ExitCode Fb(const Options& options) {
 }  // namespace
 
 void AddFb(CLI::App& app, Action& action) {
-    Verb verb(app, action, "fb", "What function-block types are: name, level, bidirectional type, ...");
+    Verb verb(app, action, "fb", "Show function-block types: name, level, bidirectional type, ...");
     const auto options = std::make_shared<Options>();
     AddAsked(verb, "NUMBER", options->numbers, "FB types");
     AddListingOptions(verb, options->listing);

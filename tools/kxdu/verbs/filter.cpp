@@ -29,23 +29,25 @@ constexpr auto HELP = R"(Examples:
   tail -F alarms.log | kxdu filter --config /etc/nms | northbound-feed
   kxdu filter --config /etc/nms --json notificationId alarms.jsonl -o passed.jsonl
 
-The configuration's items decide: with EventSwitch 1, only the identifiers of Whitelist pass, and 2101250; with 2, those
-of Blacklist are held back; otherwise all pass. Where EventSwitch, or the list that it chooses, is missing or holds what
-is no identifier, that is told on standard error at the beginning; how many lines were held back is told there at the
-end, unless --strict ended the run before.
+Three items of the configuration decide:
+  EventSwitch = 1  only notifications in Whitelist pass, and 2101250 always
+  EventSwitch = 2  notifications in Blacklist are held back
+  otherwise        all notifications pass
+If EventSwitch or the list that it selects is missing or holds anything but such numbers, a warning says so on standard
+error at the start. The number of lines held back is shown there at the end, unless --strict ended the run early.
 
-An identifier is a number from 0 to 2147483647 in decimal digits. It is looked for in the fields of a line, which blanks
-or tabs, one or more, separate: the first field that is one counts, or the one that --field names; lines that begin with
-other bare numbers, such as a date, need --field. Commas separate nothing, so CSV is not read. With --json, a line is a
-JSON object, and the identifier its first member called KEY, as a number or as a text; the line is not looked at behind
-it.
+A notification identifier is a decimal number from 0 to 2147483647. Blanks or tabs separate the fields of a line. The
+identifier is the first field that is such a number, or the field that --field selects; give --field if lines begin with
+other bare numbers, such as a date. Commas do not separate fields, so CSV is not read. With --json, each line is a JSON
+object, and its first member named KEY is the identifier, as a number or a text; the rest of the line is not looked at.
 
-No alarm gets lost: a line without an identifier in its place, an empty one too, is passed on, and reported and counted.
-Lines pass byte for byte and at once, also from a slow pipe; only the last one gets the line end that it may lack. Lines
-longer than 1 MiB alone are rejected.
+No alarm gets lost: a line without an identifier, even an empty one, passes, and is reported and counted. Lines pass
+byte for byte and at once, even from a slow pipe; the last line gets a line end if it lacks one. Only lines longer than
+1 MiB are rejected.
 
-Exit code: 0 every line had an identifier; 1 some had not, or were too long; 2 wrong arguments, or an input or a
-configuration that cannot be read; 3 output that cannot be written. A reader of the output that goes away is no error.)";
+Exit code: 0 every line had an identifier; 1 some had none, or were too long; 2 wrong arguments, or an input or a
+configuration that cannot be read; 3 the output cannot be written. A reader of the output that stops early is no
+error.)";
 
 struct Options {
     BulkOptions bulk;
@@ -102,14 +104,14 @@ std::string Summary(const LineCounts& run) {
     return text + "\n";
 }
 
-// The blanks around it are no part of an identifier.
+// Whether `text` is an identifier, blanks around it aside.
 bool IsNotificationId(std::string_view text) {
     const auto begin = std::min(text.find_first_not_of(' '), text.size());
     const auto number = ReadNumber(text.substr(begin, text.find_last_not_of(' ') + 1 - begin));
     return number && *number > 0;
 }
 
-// Of a list: it is not there, or holds what is no identifier but may be read as one.
+// What to warn of in a list: that it is missing, or holds a word that only looks like an identifier to the library.
 std::string CaveatOfList(const std::string& item, int eventSwitch, const std::string& whatPassesWithout) {
     std::string list;
     if (!NS_UTIL::UtilCommon::Instance()->GetSupportCfgItem(item, list)) {
@@ -122,7 +124,8 @@ std::string CaveatOfList(const std::string& item, int eventSwitch, const std::st
     if (wrong == identifiers.end()) {
         return {};
     }
-    return item + " holds " + Quoted(*wrong) + ", which is no notification identifier (they are separated by commas)";
+    return item + " holds " + Quoted(*wrong) +
+           ", which is not a notification identifier; separate identifiers by commas";
 }
 
 // What the list of this EventSwitch lacks; empty when there is nothing to say.
@@ -165,8 +168,7 @@ std::vector<std::string> CaveatsOfConfiguration() {
 ExitCode RunFilter(const Options& options) {
     if (options.config.empty()) {
         throw Failure(Cause::USAGE,
-                      "the configuration tells what is held back: give its folder with --config DIR or in "
-                      "KX_CONFIG_DIR");
+                      "no configuration says what to hold back: give its folder with --config DIR or in KX_CONFIG_DIR");
     }
     const ServiceOptions serviceOptions{{}, options.config};
     const auto services = StartServices(serviceOptions);
@@ -185,19 +187,19 @@ ExitCode RunFilter(const Options& options) {
 }  // namespace
 
 void AddFilter(CLI::App& app, Action& action) {
-    Verb verb(app, action, "filter", "Pass on the lines whose notification is not held back");
+    Verb verb(app, action, "filter", "Pass on the lines whose notification the configuration does not hold back");
     const auto options = std::make_shared<Options>();
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
     AddRejectOptions(verb, options->bulk);
     AddConfigOption(verb, options->config);
     const VerbOption field =
-        verb.AddNumber("--field", options->field, "The identifier is the field N, counted from 1", 1);
+        verb.AddNumber("--field", options->field, "Field N of each line is the identifier, counted from 1", 1);
     const auto takeKey = [options](const std::string& key) {
         options->jsonKey = key;
         return std::string();
     };
-    verb.AddChecked("--json", "KEY", takeKey, "Lines are JSON objects; the identifier is the member KEY")
+    verb.AddChecked("--json", "KEY", takeKey, "Lines are JSON objects; their member KEY is the identifier")
         .Excludes(field);
     verb.SetAction(HELP, options, RunFilter);
 }

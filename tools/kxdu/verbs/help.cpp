@@ -31,11 +31,11 @@ ExitCode Help(const CLI::App& app, const std::vector<std::string>& verbs) {
 }  // namespace
 
 void AddHelp(CLI::App& app, Action& action) {
-    Verb verb(app, action, "help", "What kxdu --help tells, or with VERB what kxdu VERB --help does");
+    Verb verb(app, action, "help", "Show the help of kxdu, or of a verb");
     const auto verbs = std::make_shared<std::vector<std::string>>();
-    verb.AddTexts("VERB", "", *verbs, "Which verb; of inventory also two, such as inventory list");
+    verb.AddTexts("VERB", "", *verbs, "The verb; two words for a verb of inventory, such as inventory list");
     verb.SetAction([&app, verbs] {
-        app.clear();  // it would show the help of the verb that was chosen, which is this one
+        app.clear();  // otherwise CLI11 shows the help of the chosen verb, which is this one
         return Help(app, *verbs);
     });
 }

@@ -33,36 +33,37 @@ using NS_STANDALONE::Inventory;
 constexpr auto BEFORE_THE_LISTS = R"(Examples:
   kxdu inventory init network.db
   kxdu inventory import network.db network/
-      replaces all that network.db holds by the CSV files of the folder
+      replaces everything in network.db by the CSV files of the folder
   kxdu inventory export network.db network/
   kxdu inventory list network.db --nes
 
-An inventory is an SQLite file that says what each NE is. Other verbs take it with --inventory or from KX_INVENTORY;
-list takes FILE or KX_INVENTORY, and init, import and export only the one that they name. As CSV files of a folder, the
-first line of each naming its columns:
+An inventory is an SQLite file that says what each NE is. Other verbs take it with --inventory or from KX_INVENTORY.
+"list" takes FILE or KX_INVENTORY; "init", "import" and "export" need FILE. A folder of CSV files holds the same; the
+first line of each file names its columns:
   ne.csv
     ne_id               NE number, 0 to 2147483647
     ne_type             its NE type, a row of ne_type.csv
     multi_sub_shelf     1: has several sub-shelves
-    oam_number_omitted  1: its maintenance identifiers leave the numbers of domains and associations out
+    oam_number_omitted  1: its maintenance identifiers leave out the numbers of domains and associations
   ne_type.csv
     ne_type             0 to 65535
     name                for people
     ip_service          1: offers IP services
     klv                 1: belongs to the KLV family
-  domain_member.csv     which domain lists an NE type is in; it need not be in ne_type.csv
+  domain_member.csv     the domain lists of an NE type, which need not be in ne_type.csv
     cache               NE_TYPE_LIST or EQUIPMENT_TYPE
     domain              name of the list
     ne_type             0 to 65535
-Flags are 0 or 1. A byte-order mark at the beginning of a file is skipped. Domain lists that answers depend on
-(kxdu ne-type shows them):)";
+Flags are 0 or 1. A byte-order mark at the beginning of a file is skipped. Answers depend on these domain lists
+(kxdu ne-type shows the answers):)";
 
-constexpr auto BEHIND_THE_LISTS = R"(Other lists are kept, and asked by nobody; import tells of each on standard error.
+constexpr auto AFTER_THE_LISTS =
+    R"(Other lists are kept, but no answer depends on them; import names each of them on standard error.
 
-Exit code: 0 done; 2 wrong arguments, or an inventory or CSV file that cannot be read or made; 3 output that cannot be
+Exit code: 0 done; 2 wrong arguments, or an inventory or CSV file that cannot be read or made; 3 the output cannot be
 written.)";
 
-// The lists of a cache that the predicates of the library ask.
+// The lists of `cache` that the predicates of the library look into.
 std::vector<std::string> AskedLists(DomainCache cache) {
     if (cache == DomainCache::NE_TYPE_LIST) {
         return {NS_UTIL::NE_TYPE_LISTS.begin(), NS_UTIL::NE_TYPE_LISTS.end()};
@@ -81,7 +82,7 @@ std::string Footer() {
         head.append(NameOf(cache)).resize(18, ' ');
         text.append("\n").append(Wrapped(head, names));
     }
-    return text.append("\n").append(BEHIND_THE_LISTS);
+    return text.append("\n").append(AFTER_THE_LISTS);
 }
 
 struct Options {
@@ -110,7 +111,7 @@ std::string Counts(const Inventory& inventory) {
            Count(ListsOf(inventory).size(), "domain list") + " of " + Count(inventory.domainMembers.size(), "member");
 }
 
-// Arguments of which one stands in the place of the other.
+// Refuses FILE and FOLDER given in the wrong order.
 void RefuseMixUp(const Options& options) {
     std::error_code error;
     if (std::filesystem::is_directory(options.file, error) && std::filesystem::is_regular_file(options.folder, error)) {
@@ -119,7 +120,7 @@ void RefuseMixUp(const Options& options) {
     }
 }
 
-// What to do about a file that is in the place of a new inventory.
+// What to do about a file that exists where a new inventory should go.
 std::string AdviceOn(const std::string& file) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
@@ -128,7 +129,7 @@ std::string AdviceOn(const std::string& file) {
     try {
         NS_STANDALONE::ReadInventory(file);
     } catch (const std::runtime_error&) {
-        return ", and is no inventory; choose another name";
+        return ", but is not an inventory; choose another name";
     }
     return "; kxdu inventory import replaces what it holds";
 }
@@ -136,23 +137,23 @@ std::string AdviceOn(const std::string& file) {
 ExitCode Init(const Options& options) {
     RefuseJournalOfDatabase(options.file);
     try {
-        const InterruptionsWait wait;  // no one clears away the draft of a process that is killed
+        const InterruptionsWait wait;  // a killed run would leave its draft behind
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
         throw Failure(Cause::USAGE, failed.what() + AdviceOn(options.file));
     }
-    WriteWhole({}, options.file + ": made, empty\n");
+    WriteWhole({}, options.file + ": empty inventory created\n");
     return ExitCode::OK;
 }
 
-// A misspelt list is one that nobody asks.
-void TellOfUnaskedLists(const Inventory& inventory) {
+// Warns of lists that no answer depends on: their names may be misspelt.
+void WarnOfUnusedLists(const Inventory& inventory) {
     for (const auto& [cache, list] : ListsOf(inventory)) {
         const std::vector<std::string> asked = AskedLists(cache);
         if (std::find(asked.begin(), asked.end(), list) != asked.end()) {
             continue;
         }
-        std::string text("kxdu: nobody asks the ");
+        std::string text("kxdu: no answer depends on the ");
         text.append(NameOf(cache)).append(" ").append(Quoted(list));
         if (const std::string_view nearest = NearestWord(list, asked); !nearest.empty()) {
             text.append("; did you mean ").append(Quoted(nearest)).append("?");
@@ -169,7 +170,7 @@ ExitCode Import(const Options& options) {
     const Inventory inventory = ReadInventoryCsv(options.folder);
     OpeningInventory(options.file, [&] { NS_STANDALONE::ReplaceInventory(options.file, inventory); });
     WriteWhole({}, options.file + ": now " + Counts(inventory) + "\n");
-    TellOfUnaskedLists(inventory);
+    WarnOfUnusedLists(inventory);
     return ExitCode::OK;
 }
 
@@ -185,7 +186,7 @@ ExitCode Export(const Options& options) {
     return ExitCode::OK;
 }
 
-// Of each NE type, the domain lists that it is in.
+// For each NE type, the domain lists that it is in, as text.
 std::map<std::uint16_t, std::string> DomainsOfTypes(const Inventory& inventory) {
     std::map<std::uint16_t, std::string> domains;
     for (const auto& member : inventory.domainMembers) {
@@ -195,7 +196,7 @@ std::map<std::uint16_t, std::string> DomainsOfTypes(const Inventory& inventory) 
     return domains;
 }
 
-// Of a table, how much there is in the inventory stands in front.
+// A table is preceded by the size of the inventory; the other formats are for programs.
 std::string Preface(const Inventory& inventory, const Options& options) {
     return options.listing.format == Listing::Format::TABLE ? options.file + ": " + Counts(inventory) + "\n\n" : "";
 }
@@ -213,7 +214,7 @@ void ListTypes(const Inventory& inventory, const Options& options) {
                         domains[type.neType]});
         domains.erase(type.neType);
     }
-    // Domain lists may know types that the inventory has no row for.
+    // Domain lists may hold types without a row in the inventory.
     for (const auto& [neType, names] : domains) {
         listing.AddRow({std::int64_t{neType}, Listing::None{"(in domain lists only)"}, std::int64_t{0}, Listing::None{},
                         Listing::None{}, names});
@@ -242,16 +243,16 @@ ExitCode List(const Options& options) {
     return ExitCode::OK;
 }
 
-// Each operation has options of its own: a variable of the environment that stands for one's argument would overwrite
-// another's.
+// Each operation has its own options: with shared ones, KX_INVENTORY, which `list` reads, would also set the FILE of
+// the others.
 class Operation {
 public:
     Operation(Verb& inventory, const std::string& name, const std::string& description, const std::string& example,
               ExitCode (*run)(const Options&))
         : m_verb(inventory.AddVerb(name, description)) {
-        m_verb.SetAction(
-            "Example:\n  kxdu inventory " + example + "\n\nkxdu inventory --help tells more, exit codes too.",
-            m_options, run);
+        m_verb.SetAction("Example:\n  kxdu inventory " + example +
+                             "\n\nFor the CSV files and the exit codes see kxdu inventory --help.",
+                         m_options, run);
     }
 
     VerbOption AddFile() {
@@ -278,20 +279,20 @@ void AddInventory(CLI::App& app, Action& action) {
     Verb inventory(app, action, "inventory", "Make, fill and show the file that says what each NE is");
     inventory.SetHelp(Footer());
 
-    Operation init(inventory, "init", "Make an empty inventory; a file that exists is left alone, with an error",
-                   "init network.db", Init);
+    Operation init(inventory, "init", "Make an empty inventory; fails if the file exists", "init network.db", Init);
     init.AddFile();
 
-    Operation import(inventory, "import", "Replace all that an inventory holds by CSV files, all or nothing",
+    Operation import(inventory, "import",
+                     "Replace everything in an inventory by CSV files; changes nothing if it fails",
                      "import network.db network/", Import);
     import.AddFile();
-    import.AddFolder("Folder of ne.csv, ne_type.csv and domain_member.csv");
+    import.AddFolder("The folder of ne.csv, ne_type.csv and domain_member.csv");
 
     Operation toCsv(inventory, "export", "Write an inventory as CSV files", "export network.db network/", Export);
     toCsv.AddFile();
-    toCsv.AddFolder("Folder for ne.csv, ne_type.csv and domain_member.csv; made when there is none");
+    toCsv.AddFolder("The folder for ne.csv, ne_type.csv and domain_member.csv; made if missing");
 
-    Operation list(inventory, "list", "Show an inventory: its NE types, and as a table how much it holds",
+    Operation list(inventory, "list", "Show the NE types or the NEs of an inventory; a table begins with its size",
                    "list network.db --nes --format csv", List);
     list.AddFile().FromEnvironment("KX_INVENTORY");
     list.AddListing();

@@ -18,11 +18,11 @@ constexpr auto HELP = R"(Examples:
   kxdu level 12313
   kxdu level ODU2 odu0 12342 --format csv
 
-Columns: what was asked for, the interface level, its client rate, and its canonical FB type. Rates are known in upper
-and lower case. Where there is no answer stands "-" (csv: nothing, jsonl: null).
+Columns: what was asked for, the interface level, its client rate, and its canonical FB type. The case of a rate
+does not matter. A missing answer is "-" (csv: empty, jsonl: null).
 
-Exit code: 0 each level or rate means something; 1 one does not: all its answers are "-"; 2 wrong arguments; 3 output
-that cannot be written.)";
+Exit code: 0 each level and rate is known; 1 one is not, and all its answers are "-"; 2 wrong arguments; 3 the output
+cannot be written.)";
 
 struct Options {
     ListingOptions listing;
@@ -49,7 +49,7 @@ ExitCode Level(const Options& options) {
 }  // namespace
 
 void AddLevel(CLI::App& app, Action& action) {
-    Verb verb(app, action, "level", "The client rate and canonical FB type of interface levels");
+    Verb verb(app, action, "level", "Show the client rate and canonical FB type of interface levels");
     const auto options = std::make_shared<Options>();
     AddAsked(verb, "NUMBER|RATE", options->asked, "Interface levels, or client rates such as ODU2");
     AddListingOptions(verb, options->listing);

@@ -29,13 +29,13 @@ constexpr auto HELP = R"(Examples:
   kxdu ne-type 2701 --ne 37 --inventory network.db
   KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
 
-Tables have a line for each question and a column for each NE type, up to 1000 of them; csv and jsonl have a row for
-each NE type, of any number. The questions are called like the functions that answer them; name is what the inventory
-calls the type. Without an inventory, only those questions are answered that numbers fixed in the library decide, and
-the others have "-"; IsTransMultiSubShelfNE is about one NE and needs --ne too (csv: nothing, jsonl: null).
+A table has a line for each question and a column for each NE type, at most 1000. csv and jsonl have a row for each NE
+type, without limit. A question bears the name of the library's function that answers it; "name" is the inventory's name
+of the type. Without an inventory, only the questions are answered whose answers are fixed in the library; the others
+have "-" (csv: empty, jsonl: null). IsTransMultiSubShelfNE is about one NE, so it needs --ne too.
 
-Exit code: 0 something is known of each NE type; 1 of one it is not: it has no name, and no answer is yes; 2 wrong
-arguments, or an inventory that cannot be read; 3 output that cannot be written.)";
+Exit code: 0 something is known of each NE type; 1 nothing is known of one: it has no name, and no answer is yes;
+2 wrong arguments, or an inventory that cannot be read; 3 the output cannot be written.)";
 
 struct Options {
     ListingOptions listing;
@@ -44,12 +44,12 @@ struct Options {
     std::vector<std::string> numbers;
 };
 
-// What the "-" of a table means where there is no inventory.
-constexpr auto NEEDS_INVENTORY = "\n-: needs an inventory, with --inventory FILE or in KX_INVENTORY\n";
+// Explains the "-" in a table that is made without an inventory.
+constexpr auto NEEDS_INVENTORY = "\n-: needs an inventory; give one with --inventory FILE or in KX_INVENTORY\n";
 
 constexpr int LARGEST_NE_TYPE = 65535;
 
-// All of a table is held, since its first line is not known before its last column.
+// A table is kept in memory whole: its first line needs its last column.
 constexpr std::size_t MOST_IN_A_TABLE = 1000;
 
 struct Question {
@@ -64,7 +64,7 @@ constexpr std::array<Question, 4> FIXED_QUESTIONS{{
     {"IsKLVByNEType", NS_UTIL::IsKLVByNEType},
 }};
 
-// Those that domain lists decide, which are loaded from the inventory, or the inventory itself.
+// Answered by the inventory, or by the domain lists that are loaded from it.
 constexpr std::array<Question, 21> INVENTORY_QUESTIONS{{
     {"IsRouteNE", NS_UTIL::IsRouteNE},
     {"IsTransNE", NS_UTIL::IsTransNE},
@@ -112,7 +112,7 @@ Listing::Cell NameOf(std::uint16_t neType, const NeTypes& known) {
     return {};
 }
 
-// known: the NE types of the inventory; null when there is none.
+// `known`: the NE types of the inventory; null without one.
 Listing::Row AnswersFor(std::uint16_t neType, const NeTypes* known, std::int32_t ne) {
     Listing::Row row{std::int64_t{neType}, known != nullptr ? NameOf(neType, *known) : Listing::Cell()};
     for (const Question& question : FIXED_QUESTIONS) {
@@ -139,16 +139,15 @@ ExitCode ListForPrograms(const Options& options, const ToRow& toRow) {
     return listing.CompleteAnswers();
 }
 
-// Rows as programs get them are too wide to be read: they become columns.
+// The rows that programs get are too wide to read, so people get them as columns.
 ExitCode ListForPeople(const Options& options, const ToRow& toRow, std::string_view footer) {
     const std::vector<std::string> questions = ColumnNames();
     std::vector<std::string> heads{questions.front()};
     std::vector<Listing::Row> rows;
     ForEachAsked(options.numbers, [&](const std::string& number) {
         if (rows.size() == MOST_IN_A_TABLE) {
-            throw Failure(Cause::USAGE, "a table has a column for each NE type, and no more than " +
-                                            std::to_string(MOST_IN_A_TABLE) +
-                                            " of them; --format csv and jsonl take any number");
+            throw Failure(Cause::USAGE, "a table shows at most " + std::to_string(MOST_IN_A_TABLE) +
+                                            " NE types; --format csv and jsonl take any number");
         }
         rows.push_back(toRow(number));
         heads.push_back(std::to_string(std::get<std::int64_t>(rows.back().front())));
@@ -170,9 +169,9 @@ ExitCode NeType(const Options& options) {
     RefuseReplacing(FilesInUse(serviceOptions), options.listing.output);
     std::optional<NeTypes> known;
     if (!options.inventory.empty()) {
-        known = ReadInventory(options.inventory).neTypes;  // for the names, which no service tells
+        known = ReadInventory(options.inventory).neTypes;  // for the names, which no service gives
     }
-    MissingNes missing("taken not to have several sub-shelves");
+    MissingNes missing("IsTransMultiSubShelfNE answers no");
     const auto services = StartServices(serviceOptions, &missing);
     const auto toRow = [&](const std::string& number) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
@@ -189,7 +188,7 @@ ExitCode NeType(const Options& options) {
 }  // namespace
 
 void AddNeType(CLI::App& app, Action& action) {
-    Verb verb(app, action, "ne-type", "Which families of network elements NE types belong to");
+    Verb verb(app, action, "ne-type", "Show which families of network elements NE types belong to");
     const auto options = std::make_shared<Options>();
     AddAsked(verb, "NUMBER", options->numbers, "NE types");
     verb.AddNumber("--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about");

@@ -19,12 +19,14 @@ constexpr auto HELP = R"(Examples:
   kxdu path ODU2:1-ODU0:8
   kxdu path odu4:1-odu3:2 OCH:1 --format jsonl
 
-A row for each rate of a path, in the order of the interface levels: the path, the level, its client rate and the
-number. Rates are known in upper and lower case; items without ":" or of no known rate are skipped; the last of a
-repeated rate counts; what is no number is 0. What follows the digits is passed over, and of a number above 2147483647
-the low 32 bits count. A path without any rate gives one row with "-" (csv: nothing, jsonl: null).
+A path has a row for each of its rates, in the order of the interface levels. Columns: the path, the level, its client
+rate, and the number. A path without any rate has one row of "-" (csv: empty, jsonl: null).
 
-Exit code: 0 each path has a rate; 1 one has none; 2 wrong arguments; 3 output that cannot be written.)";
+The case of a rate does not matter. Items without ":" or with an unknown rate are skipped. The last of several
+items with the same rate counts. A number ends at the first character that is not a digit; without digits it is 0, and a
+number above 2147483647 keeps its low 32 bits.
+
+Exit code: 0 each path has a rate; 1 one has none; 2 wrong arguments; 3 the output cannot be written.)";
 
 struct Options {
     ListingOptions listing;
@@ -51,7 +53,7 @@ ExitCode Path(const Options& options) {
 }  // namespace
 
 void AddPath(CLI::App& app, Action& action) {
-    Verb verb(app, action, "path", "The rates and numbers of paths such as ODU2:1-ODU0:8");
+    Verb verb(app, action, "path", "Show the rates and numbers of paths such as ODU2:1-ODU0:8");
     const auto options = std::make_shared<Options>();
     AddAsked(verb, "TEXT", options->paths, "Paths");
     AddListingOptions(verb, options->listing);

@@ -19,13 +19,14 @@ constexpr auto HELP = R"(Examples:
   kxdu sample --ne 3 --seed 7
       the identifiers of three NEs
   kxdu sample --ne 2000 -o network.fdn --inventory-csv network/
-      those of a network, and the inventory that "kxdu inventory import" reads
+      the identifiers of a network, and its inventory for kxdu inventory import
   kxdu sample --identifiers 5000000 | kxdu check --levels-only
-      as many as asked for, to measure with
+      a given number of identifiers, for measuring
 
-Neither an inventory nor a configuration plays a part.
+No inventory and no configuration is used.
 
-Exit code: 0; 2 wrong arguments; 3 output that cannot be written. A reader of the output that goes away is no error.)";
+Exit code: 0 done; 2 wrong arguments; 3 the output cannot be written. A reader of the output that stops early is no
+error.)";
 
 constexpr std::int32_t MOST_NES = 100'000'000;
 
@@ -37,7 +38,7 @@ struct Options {
     std::string inventoryFolder;  // empty: no inventory is written
 };
 
-// Makes up identifiers until there are as many as asked for; answers how many NEs they are of.
+// Makes up as many identifiers as asked for; returns the number of their NEs.
 template <class Take>
 std::int32_t MakeIdentifiers(const SampleNetwork& network, const Options& options, Take take) {
     const SampleInventoryService inventory(network);
@@ -58,7 +59,7 @@ std::int32_t MakeIdentifiers(const SampleNetwork& network, const Options& option
     return neId;
 }
 
-// How many NEs the identifiers that were asked for need.
+// The number of NEs to which the identifiers belong.
 std::int32_t CountNes(const SampleNetwork& network, const Options& options) {
     return options.identifierCount == 0 ? options.neCount
                                         : MakeIdentifiers(network, options, [](const std::string&) {});
@@ -99,14 +100,13 @@ ExitCode Sample(const Options& options) {
 }  // namespace
 
 void AddSample(CLI::App& app, Action& action) {
-    Verb verb(app, action, "sample", "Make up a plausible network: its identifiers, its inventory");
+    Verb verb(app, action, "sample", "Make up a plausible network: its identifiers and its inventory");
     const auto options = std::make_shared<Options>();
-    const VerbOption neCount =
-        verb.AddNumber("--ne", options->neCount, "How many NEs the network has; 2000 by default", 1, MOST_NES);
+    const VerbOption neCount = verb.AddNumber("--ne", options->neCount, "Number of NEs; 2000 by default", 1, MOST_NES);
     verb.AddNumber("--identifiers", options->identifierCount,
-                   "How many identifiers are written, of as many NEs as it takes", 1)
+                   "Number of identifiers to write, of as many NEs as it takes", 1)
         .Excludes(neCount);
-    verb.AddNumber("--seed", options->seed, "The same seed gives the same bytes, on every machine; 1 by default");
+    verb.AddNumber("--seed", options->seed, "The same seed gives the same bytes on every machine; 1 by default");
     verb.AddOutput(options->output);
     verb.AddText("--inventory-csv", "FOLDER", options->inventoryFolder,
                  "Also write the inventory to FOLDER, as CSV files");

@@ -1,12 +1,10 @@
-#include <algorithm>
-#include <array>
+#include "catalogue/tables.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
-
-#include <kx_domain_util/constanttables.h>
+#include <variant>
 
 #include "cli/listing.h"
 #include "cli/verb.h"
@@ -23,106 +21,41 @@ constexpr auto HELP = R"(Examples:
   kxdu tables client-rates
   kxdu tables fb-type-levels --format csv -o levels.csv
 
-Without NAME, the tables are listed: name, number of rows, what they hold. With NAME, all rows of that table are
-printed, in the order in which the system shares them.
+Without NAME, lists the tables: name, number of rows, what they hold. With NAME, prints all rows of that table, in the
+order in which all programs of the system keep them.
 
-Exit code: 0; 2 wrong arguments, or no table of this name; 3 output that cannot be written.)";
+Exit code: 0 done; 2 wrong arguments, or an unknown table; 3 the output cannot be written.)";
 
 struct Options {
     ListingOptions listing;
     std::string table;
 };
 
-Listing::Cell CellOf(std::string_view text) {
-    return std::string(text);
+Listing::Cell CellOf(const ConstantTable::Cell& cell) {
+    if (const auto* const text = std::get_if<std::string_view>(&cell)) {
+        return std::string(*text);
+    }
+    return std::get<std::int64_t>(cell);
 }
 
-template <class Number>
-Listing::Cell CellOf(Number number) {
-    return static_cast<std::int64_t>(number);
-}
-
-// Lists rows, of which each member becomes a column.
-template <class Row, class... Members>
-void ListRows(const ListingOptions& options, std::vector<std::string> columns, std::span<const Row> rows,
-              Members Row::*... members) {
-    Listing listing(std::move(columns), options);
-    for (const Row& row : rows) {
-        listing.AddRow({CellOf(row.*members)...});
+void ListRows(const ConstantTable& table, const ListingOptions& options) {
+    const std::size_t columns = table.CountColumns();
+    Listing listing({table.columns.begin(), table.columns.begin() + columns}, options);
+    for (std::size_t row = 0; row < table.countRows(); ++row) {
+        Listing::Row cells;
+        for (std::size_t column = 0; column < columns; ++column) {
+            cells.push_back(CellOf(table.cellAt(row, column)));
+        }
+        listing.AddRow(std::move(cells));
     }
     listing.Complete();
 }
-
-template <class Number>
-void ListNumbers(const ListingOptions& options, const char* column, std::span<const Number> numbers) {
-    Listing listing({column}, options);
-    for (const Number number : numbers) {
-        listing.AddRow({CellOf(number)});
-    }
-    listing.Complete();
-}
-
-struct ConstantTable {
-    const char* name;
-    const char* about;
-    std::size_t (*count)();
-    void (*list)(const ListingOptions& options);
-};
-
-template <auto GetRows>
-std::size_t CountOf() {
-    return GetRows().size();
-}
-
-const std::array<ConstantTable, 10> TABLES{{
-    {"fb-type-names", "names of FB types", CountOf<NS_UTIL::GetFbTypeNameRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"fbType", "name"}, NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType,
-                  &NS_UTIL::FbTypeNameRow::name);
-     }},
-    {"ptn-aid-fb-types", "FB types that have a PTN AID; one stands twice", CountOf<NS_UTIL::GetPtnAidFbTypes>,
-     [](const ListingOptions& options) { ListNumbers(options, "fbType", NS_UTIL::GetPtnAidFbTypes()); }},
-    {"port-object-fb-types", "FB types that are port objects whatever their kind",
-     CountOf<NS_UTIL::GetPortObjectFbTypes>,
-     [](const ListingOptions& options) { ListNumbers(options, "fbType", NS_UTIL::GetPortObjectFbTypes()); }},
-    {"domain-names", "words of domain ids", CountOf<NS_UTIL::GetDomainNameRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"domainId", "name"}, NS_UTIL::GetDomainNameRows(), &NS_UTIL::DomainNameRow::domainId,
-                  &NS_UTIL::DomainNameRow::name);
-     }},
-    {"fb-type-levels", "interface levels on which FB types sit", CountOf<NS_UTIL::GetFbTypeLevelRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"fbType", "level"}, NS_UTIL::GetFbTypeLevelRows(), &NS_UTIL::FbTypeLevelRow::fbType,
-                  &NS_UTIL::FbTypeLevelRow::level);
-     }},
-    {"level-fb-types", "canonical FB types of interface levels", CountOf<NS_UTIL::GetLevelFbTypeRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"level", "fbType"}, NS_UTIL::GetLevelFbTypeRows(), &NS_UTIL::LevelFbTypeRow::level,
-                  &NS_UTIL::LevelFbTypeRow::fbType);
-     }},
-    {"bidir-fb-types", "bidirectional FB types of unidirectional ones", CountOf<NS_UTIL::GetBidirFbTypeRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"fbType", "bidirFbType"}, NS_UTIL::GetBidirFbTypeRows(), &NS_UTIL::BidirFbTypeRow::fbType,
-                  &NS_UTIL::BidirFbTypeRow::bidirFbType);
-     }},
-    {"ctp-names", "TMF names of reserved CTPs", CountOf<NS_UTIL::GetCtpNameRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"name", "ctpId"}, NS_UTIL::GetCtpNameRows(), &NS_UTIL::CtpNameRow::name,
-                  &NS_UTIL::CtpNameRow::ctpId);
-     }},
-    {"client-rates", "interface levels of client rates", CountOf<NS_UTIL::GetClientRateRows>,
-     [](const ListingOptions& options) {
-         ListRows(options, {"name", "level"}, NS_UTIL::GetClientRateRows(), &NS_UTIL::ClientRateRow::name,
-                  &NS_UTIL::ClientRateRow::level);
-     }},
-    {"optical-boards", "board types that are optical boards of the ROADM kind", CountOf<NS_UTIL::GetOpticalBoards>,
-     [](const ListingOptions& options) { ListNumbers(options, "boardType", NS_UTIL::GetOpticalBoards()); }},
-}};
 
 void ListTables(const ListingOptions& options) {
     Listing listing({"table", "rows", "about"}, options);
-    for (const ConstantTable& table : TABLES) {
-        listing.AddRow({table.name, static_cast<std::int64_t>(table.count()), table.about});
+    for (const ConstantTable& table : AllConstantTables()) {
+        listing.AddRow(
+            {std::string(table.name), static_cast<std::int64_t>(table.countRows()), std::string(table.about)});
     }
     listing.Complete();
 }
@@ -132,21 +65,20 @@ ExitCode Tables(const Options& options) {
         ListTables(options.listing);
         return ExitCode::OK;
     }
-    const auto* const table = std::find_if(TABLES.begin(), TABLES.end(),
-                                           [&](const ConstantTable& known) { return options.table == known.name; });
-    if (table == TABLES.end()) {
-        throw Failure(Cause::USAGE, "no table " + Quoted(options.table) + "; kxdu tables lists them");
+    const ConstantTable* const table = FindConstantTable(options.table);
+    if (table == nullptr) {
+        throw Failure(Cause::USAGE, "unknown table " + Quoted(options.table) + "; for their names see kxdu tables");
     }
-    table->list(options.listing);
+    ListRows(*table, options.listing);
     return ExitCode::OK;
 }
 
 }  // namespace
 
 void AddTables(CLI::App& app, Action& action) {
-    Verb verb(app, action, "tables", "The constant tables, whole");
+    Verb verb(app, action, "tables", "Print the constant tables");
     const auto options = std::make_shared<Options>();
-    verb.AddText("NAME", "", options->table, "Which table; without it, all are listed");
+    verb.AddText("NAME", "", options->table, "The table to print; without it, lists all tables");
     AddListingOptions(verb, options->listing);
     verb.SetAction(HELP, options, Tables);
 }

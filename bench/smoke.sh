@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Runs every benchmark for a moment: each agrees with its literal counterpart, and a report can be made of them.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/count.sh
+
+scripts/install-deps.sh tool bench
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+run=$folder/run.json
+report=$folder/report
+
+if scripts/build.sh bench kx_bench_allocations &&
+   build/bench/bin/kx_bench_allocations --benchmark_min_time=0.00001 --benchmark_out="$run" >"$folder/out" &&
+   bench/report.py "$run" "$run" --no-limits >"$report" &&
+   grep -q 'ResID2PortIndex(PortIndex)' "$report" && grep -q '60-byte port, written on 8 threads' "$report"; then
+    passed
+else
+    failed
+fi
+finish

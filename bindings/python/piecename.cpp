@@ -1,0 +1,26 @@
+#include "bindings/python/piecename.h"
+
+#include <optional>
+#include <utility>
+
+#include "bindings/python/errors.h"
+#include "bindings/python/text.h"
+#include "catalogue/kinds.h"
+#include "text/text.h"
+
+namespace NS_KX::NS_PYTHON {
+
+PieceName ReadPieceName(const py::handle& piece) {
+    const TextBytes text(piece, "a piece");
+    std::optional<PieceName> name = PieceName::Parse(text.View());
+    if (!name || !name->IsKnown()) {
+        Raise(BAD_ARGUMENT, "identifiers have no piece " + Quoted(text.View()) + "; pieces are such as NE or PP:2");
+    }
+    return *std::move(name);
+}
+
+bool IsOneNumber(const PieceName& name) {
+    return name.IsNumber() && (name.index || FindTag(name.tag)->most == 1);
+}
+
+}  // namespace NS_KX::NS_PYTHON

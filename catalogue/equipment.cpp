@@ -1,0 +1,92 @@
+#include <array>
+#include <string_view>
+
+#include <kx_domain_util/domainindex.h>
+#include <kx_domain_util/fdn.h>
+
+#include "catalogue/rows.h"
+
+namespace NS_KX {
+
+using namespace NS_DOMAIN;
+using NS_UTIL::NS_FDN::ContainedNE;
+using NS_UTIL::NS_FDN::Conversion;
+using NS_UTIL::NS_FDN::SubSlot;
+
+// ---- Records --------------------------------------------------------------------------------------------------------
+
+template <>
+inline constexpr std::array FIELDS<OSIndex>{
+    KX_FIELD(OSIndex, osId),
+};
+
+template <>
+inline constexpr std::array FIELDS<ONEIndex>{
+    KX_FIELD(ONEIndex, reserved),
+    KX_FIELD(ONEIndex, oneId),
+};
+
+template <>
+inline constexpr std::array FIELDS<ContainedNE>{
+    KX_FIELD(ContainedNE, oneId),
+    KX_FIELD(ContainedNE, neId),
+};
+
+template <>
+inline constexpr std::array FIELDS<NEIndex>{
+    KX_FIELD(NEIndex, reserved),
+    KX_FIELD(NEIndex, neId),
+};
+
+template <>
+inline constexpr std::array FIELDS<ShelfIndex>{
+    KX_FIELD(ShelfIndex, reserved),
+    KX_FIELD(ShelfIndex, neId),
+    KX_FIELD(ShelfIndex, shelfId),
+};
+
+template <>
+inline constexpr std::array FIELDS<SlotIndex>{
+    KX_FIELD(SlotIndex, reserved), KX_FIELD(SlotIndex, neId),      KX_FIELD(SlotIndex, shelfId),
+    KX_FIELD(SlotIndex, slotId),   KX_FIELD(SlotIndex, subSlotId),
+};
+
+template <>
+inline constexpr std::array FIELDS<CardIndex>{
+    KX_FIELD(CardIndex, reserved),
+    KX_FIELD(CardIndex, neId),
+    KX_FIELD(CardIndex, shelfId),
+    KX_FIELD(CardIndex, slotId),
+};
+
+namespace {
+
+// ---- Kinds ----------------------------------------------------------------------------------------------------------
+
+bool IsContained(std::string_view fdn) {
+    return fdn.starts_with("ONE=");
+}
+
+constexpr std::array KINDS{
+    MakeKind<Conversion<OSIndex>>("OSIndex", "management-system", {"OS"}, "OS=1"),
+    MakeKind<Conversion<ONEIndex>>("ONEIndex", "ne-container", {"ONE"}, "ONE=2"),
+    MakeKind<Conversion<ContainedNE>>("NEID", "ne", {"NE"}, "ONE=2,NE=5", IsContained),
+    MakeKind<Conversion<NEIndex>>("NEIndex", "ne", {"NE"}, "NE=5"),
+    MakeKind<Conversion<ShelfIndex>>("ShelfIndex", "shelf", {"FR"}, "NE=5,FR=1"),
+    MakeKind<Conversion<SlotIndex>>("SlotIndex", "slot", {"S"}, "NE=5,FR=1,S=3"),
+    MakeKind<Conversion<SubSlot>>("SubSlotIndex", "sub-slot", {"SS"}, "NE=5,FR=1,S=3,SS=2"),
+    MakeKind<Conversion<CardIndex>>("CardIndex", "card", {"CP", "SC"}, "NE=5,FR=1,S=3,CP=-1"),
+};
+
+constexpr std::array TAGS{
+    NumberTag("OS", "management system", "number"),           NumberTag("ONE", "container of NEs", "number"),
+    NumberTag("NE", "network element", "NE number"),          NumberTag("FR", "shelf", "shelf number; -1: none"),
+    NumberTag("S", "slot", "slot number; -1: none"),          NumberTag("CP", "card", "always -1"),
+    NumberTag("SS", "sub-slot", "sub-slot number; -1: none"), NumberTag("SC", "card in the sub-slot", "always -1"),
+};
+
+}  // namespace
+
+constinit const Family EQUIPMENT{KINDS, TAGS};
+
+}  // namespace NS_KX

@@ -1,0 +1,108 @@
+#include <array>
+#include <string_view>
+
+#include <kx_domain_util/domainindex.h>
+#include <kx_domain_util/fdn.h>
+#include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
+
+#include "catalogue/rows.h"
+
+namespace NS_KX {
+
+using namespace NS_DOMAIN;
+using NS_UTIL::Surroundings;
+using NS_UTIL::NS_FDN::Conversion;
+using NS_UTIL::NS_FDN::LevelFinder;
+using NS_UTIL::NS_FDN::RemoteMEP;
+using NS_UTIL::NS_FDN::SubValues;
+
+// ---- Records --------------------------------------------------------------------------------------------------------
+
+template <>
+inline constexpr std::array FIELDS<MDIndex>{
+    KX_FIELD(MDIndex, reserved),
+    KX_FIELD(MDIndex, neId),
+    KX_FIELD(MDIndex, mdId),
+    KX_NAME(MDIndex, mdName),
+};
+
+template <>
+inline constexpr std::array FIELDS<MAIndex>{
+    KX_FIELD(MAIndex, reserved), KX_FIELD(MAIndex, neId), KX_FIELD(MAIndex, mdId),
+    KX_NAME(MAIndex, mdName),    KX_FIELD(MAIndex, maId), KX_NAME(MAIndex, maName),
+};
+
+template <>
+inline constexpr std::array FIELDS<MEPIndex>{
+    KX_FIELD(MEPIndex, reserved), KX_FIELD(MEPIndex, neId),  KX_FIELD(MEPIndex, mdId),  KX_NAME(MEPIndex, mdName),
+    KX_FIELD(MEPIndex, maId),     KX_NAME(MEPIndex, maName), KX_FIELD(MEPIndex, mepId),
+};
+
+template <>
+inline constexpr std::array FIELDS<MIPIndex>{
+    KX_FIELD(MIPIndex, reserved), KX_FIELD(MIPIndex, neId),  KX_FIELD(MIPIndex, mdId),
+    KX_NAME(MIPIndex, mdName),    KX_FIELD(MIPIndex, mipId), KX_NAME(MIPIndex, mipName),
+};
+
+namespace {
+
+// ---- Conversions ----------------------------------------------------------------------------------------------------
+
+// The name of an OAM level, after its number.
+void ReadName(std::string_view value, std::string& name) {
+    const SubValues<2> subValues(value);
+    if (subValues.Count() == 2) {
+        name = subValues[1];
+    }
+}
+
+// Reads the names also where there are numbers, unlike the library's reader. What that cannot read stays unknown.
+template <class Kind>
+struct EndPoint : Conversion<Kind> {
+    static void Read(std::string_view fdn, MEPIndex& mep, const Surroundings& surroundings) {
+        Conversion<Kind>::Read(fdn, mep, surroundings);
+        const LevelFinder<"MD", "MA"> levels(fdn);
+        ReadName(levels.Value<"MD">(), mep.mdName);
+        ReadName(levels.Value<"MA">(), mep.maName);
+    }
+};
+
+// Reads `mipName` too.
+struct IntermediatePoint : Conversion<MIPIndex> {
+    static void Read(std::string_view fdn, Record& mip, const Surroundings& surroundings) {
+        Conversion<MIPIndex>::Read(fdn, mip, surroundings);
+        ReadName(LevelFinder<"MIP">(fdn).Value<"MIP">(), mip.mipName);
+    }
+};
+
+// ---- Kinds ----------------------------------------------------------------------------------------------------------
+
+constexpr std::array KINDS{
+    MakeKind<Conversion<MDIndex>>("MDIndex", "maintenance-domain", {"MD"}, "NE=5,MD=3|md1"),
+    MakeKind<Conversion<MAIndex>>("MAIndex", "maintenance-association", {"MA"}, "NE=5,MD=3|md1,MA=4|ma1"),
+    MakeKind<EndPoint<MEPIndex>>("MEPIndex", "maintenance-end-point", {"MEP"}, "NE=5,MD=3|md1,MA=4|ma1,MEP=7"),
+    MakeKind<EndPoint<RemoteMEP>>("MEPIndex:RMEP", "remote-maintenance-end-point", {"RMEP"},
+                                  "NE=5,MD=3|md1,MA=4|ma1,RMEP=7"),
+    MakeKind<IntermediatePoint>("MIPIndex", "maintenance-intermediate-point", {"MIP"}, "NE=5,MD=3|md1,MIP=4|mip1"),
+};
+
+// ---- Tags -----------------------------------------------------------------------------------------------------------
+
+constexpr Tag NamedTag(std::string_view name, std::string_view meaning, std::string_view number) {
+    return {name, meaning, 2, 2, {{{SubValueKind::OPTIONAL_NUMBER, number}, {SubValueKind::TEXT, "name"}}}};
+}
+
+constexpr std::array TAGS{
+    NamedTag("MD", "maintenance domain", "MD number; empty: left out on this NE, or none"),
+    NamedTag("MA", "maintenance association", "MA number; empty: left out on this NE, or none"),
+    NumberTag("MEP", "maintenance end point", "end point number"),
+    NumberTag("RMEP", "remote maintenance end point", "end point number"),
+    NamedTag("MIP", "maintenance intermediate point", "MIP number; empty or 0: none"),
+};
+
+}  // namespace
+
+constinit const Family OAM{KINDS, TAGS};
+
+}  // namespace NS_KX

@@ -1,0 +1,220 @@
+#include "catalogue/pieces.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include <kx_domain_util/fdnscanner.h>
+#include <kx_platform/textutil.h>
+
+#include "catalogue/kinds.h"
+#include "text/number.h"
+
+namespace NS_KX {
+
+using NS_UTIL::NS_FDN::Level;
+using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::SubValueScanner;
+
+namespace {
+
+// A view without data if there is no such sub-value.
+std::string_view SubValueAt(std::string_view value, unsigned index) {
+    SubValueScanner scanner(value);
+    std::string_view subValue;
+    for (unsigned at = 0; scanner.Next(subValue); ++at) {
+        if (at == index) {
+            return subValue;
+        }
+    }
+    return {};
+}
+
+bool IsTagCharacter(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
+}
+
+// The same as ==, but most tags differ in size or first character, and then nothing is called.
+bool IsTag(std::string_view level, std::string_view tag) {
+    return level.size() == tag.size() && !tag.empty() && level.front() == tag.front() && level == tag;
+}
+
+// The level of `fdn` with this tag; its value has no data if there is none.
+Level LevelOf(std::string_view fdn, std::string_view tag) {
+    LevelScanner scanner(fdn);
+    Level level;
+    while (scanner.Next(level)) {
+        if (IsTag(level.tag, tag)) {
+            return level;
+        }
+    }
+    return {};
+}
+
+// The levels of `fdn` by their tags; the first of several with the same tag.
+std::map<std::string_view, Level> LevelsByTag(std::string_view fdn) {
+    std::map<std::string_view, Level> levels;
+    LevelScanner scanner(fdn);
+    for (Level level; scanner.Next(level);) {
+        levels.try_emplace(level.tag, level);
+    }
+    return levels;
+}
+
+bool IsNumberAt(const Tag* tag, unsigned index) {
+    return tag != nullptr && index < tag->most && tag->subValues.at(index).kind != SubValueKind::TEXT;
+}
+
+bool AreEqualValues(std::string_view tag, std::string_view one, std::string_view other) {
+    if (one == other) {
+        return true;
+    }
+    const Tag* const known = FindTag(tag);
+    SubValueScanner ones(one);
+    SubValueScanner others(other);
+    std::string_view left;
+    std::string_view right;
+    for (unsigned index = 0;; ++index) {
+        const bool hasLeft = ones.Next(left);
+        if (hasLeft != others.Next(right)) {
+            return false;
+        }
+        if (!hasLeft) {
+            return true;
+        }
+        const bool areEqual = IsNumberAt(known, index) && left.empty() == right.empty()
+                                  ? NS_UTIL::Str2Int(left) == NS_UTIL::Str2Int(right)
+                                  : left == right;
+        if (!areEqual) {
+            return false;
+        }
+    }
+}
+
+}  // namespace
+
+std::optional<PieceName> PieceName::Parse(std::string_view text) {
+    const auto colon = text.find(':');
+    PieceName name{std::string(text.substr(0, colon)), std::nullopt};
+    if (name.tag.empty() || !std::all_of(name.tag.begin(), name.tag.end(), IsTagCharacter)) {
+        return std::nullopt;
+    }
+    if (colon != std::string_view::npos && !ReadWhole(text.substr(colon + 1), name.index.emplace())) {
+        return std::nullopt;
+    }
+    return name;
+}
+
+bool PieceName::IsKnown() const {
+    const Tag* const known = FindTag(tag);
+    if (known == nullptr) {
+        return false;
+    }
+    return !index || known->isOpen || *index < known->most + (known->mayEscape ? 1 : 0);
+}
+
+bool PieceName::IsNumber() const {
+    return IsNumberAt(FindTag(tag), index.value_or(0));
+}
+
+PieceFinder::PieceFinder(std::vector<PieceName> names) : m_names(std::move(names)) {
+    for (std::size_t place = 0; place < m_names.size(); ++place) {
+        const auto first = std::find_if(m_names.begin(), m_names.end(),
+                                        [&](const PieceName& name) { return name.tag == m_names[place].tag; });
+        m_firstOfTag.push_back(static_cast<std::size_t>(first - m_names.begin()));
+        if (m_firstOfTag.back() == place) {
+            m_tags.push_back(place);
+        }
+    }
+}
+
+void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
+    std::fill(found.begin(), found.end(), std::string_view());
+    std::size_t missing = m_tags.size();
+    LevelScanner scanner(fdn);
+    Level level;
+    while (missing != 0 && scanner.Next(level)) {
+        for (const std::size_t place : m_tags) {
+            if (IsTag(level.tag, m_names[place].tag) && found[place].data() == nullptr) {
+                found[place] = level.value;
+                --missing;
+                break;
+            }
+        }
+    }
+    // Backwards: the level that several names share stands at the first of them.
+    for (std::size_t place = m_names.size(); place-- > 0;) {
+        const std::string_view value = found[m_firstOfTag[place]];
+        const auto index = m_names[place].index;
+        found[place] = index ? SubValueAt(value, *index) : value;
+    }
+}
+
+std::string_view FindPiece(std::string_view fdn, const PieceName& name) {
+    const std::string_view value = LevelOf(fdn, name.tag).value;
+    return name.index ? SubValueAt(value, *name.index) : value;
+}
+
+std::optional<std::int32_t> NumberOf(std::string_view piece) {
+    constexpr std::int32_t NONE = -1;
+    const std::int32_t number = piece.empty() ? NONE : NS_UTIL::Str2Int(piece);
+    return number != NONE ? std::optional(number) : std::nullopt;
+}
+
+std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::string_view value) {
+    const std::string_view piece = FindPiece(fdn, name);
+    std::string replaced(fdn);
+    if (piece.data() == nullptr) {
+        return replaced;
+    }
+    const auto at = static_cast<std::size_t>(piece.data() - fdn.data());
+    replaced.replace(at, piece.size(), value);
+    const Level level = LevelOf(fdn, name.tag);
+    if (!level.HasEquals()) {
+        replaced.insert(at, 1, '=');
+    }
+    return replaced;
+}
+
+bool LiesIn(std::string_view fdn, std::string_view container) {
+    // For each level, `find` gives that of `fdn` with the same tag.
+    const auto hasAll = [container](auto find) {
+        LevelScanner scanner(container);
+        for (Level wanted; scanner.Next(wanted);) {
+            const Level level = find(wanted.tag);
+            if (level.value.data() == nullptr || !AreEqualValues(wanted.tag, level.value, wanted.value)) {
+                return false;
+            }
+        }
+        return true;
+    };
+    // Identifiers have few levels, so searching all of them is quickest. Texts with very many would take minutes.
+    constexpr auto MOST_SEARCHED = 64;
+    if (std::count(container.begin(), container.end(), ',') < MOST_SEARCHED) {
+        return hasAll([fdn](std::string_view tag) { return LevelOf(fdn, tag); });
+    }
+    return hasAll([levels = LevelsByTag(fdn)](std::string_view tag) {
+        const auto level = levels.find(tag);
+        return level != levels.end() ? level->second : Level();
+    });
+}
+
+bool AreSame(std::string_view one, std::string_view other, const NS_UTIL::Surroundings& surroundings, AnyRecord& first,
+             AnyRecord& second) {
+    const Kind* const kind = FindKind(one);
+    const Kind* const otherKind = FindKind(other);
+    if (kind == nullptr || otherKind == nullptr || kind->word != otherKind->word ||
+        &kind->layout != &otherKind->layout) {
+        return false;
+    }
+    void* const record = first.Fresh(kind->layout);
+    void* const otherRecord = second.Fresh(kind->layout);
+    kind->read(one, record, surroundings);
+    otherKind->read(other, otherRecord, surroundings);
+    return std::all_of(kind->layout.fields.begin(), kind->layout.fields.end(), [&](const Field& field) {
+        return VisitField(field, record,
+                          [&]<class Value>(const Value& value) { return value == field.In<Value>(otherRecord); });
+    });
+}
+
+}  // namespace NS_KX

@@ -1,0 +1,105 @@
+/// How the rows of a family are put down.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include <kx_domain_util/fdn.h>
+
+#include "catalogue/kind.h"
+
+namespace NS_KX {
+
+// ---- Fields ---------------------------------------------------------------------------------------------------------
+
+template <class Value>
+consteval FieldType TypeOf() {
+    if constexpr (std::is_same_v<Value, std::int32_t>) {
+        return FieldType::NUMBER;
+    } else if constexpr (std::is_same_v<Value, std::int64_t>) {
+        return FieldType::LONG_NUMBER;
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        return FieldType::FLAG;
+    } else {
+        static_assert(std::is_same_v<Value, std::string>, "no type of a record's field");
+        return FieldType::TEXT;
+    }
+}
+
+template <class Value>
+consteval Field MakeField(std::string_view name, std::size_t offset, bool isName = false) {
+    return {name, TypeOf<std::remove_reference_t<Value>>(), offset, isName};
+}
+
+// Macros, so that name, type and place of a member cannot differ. Records that derive from others have no standard
+// layout; the compilers that we use give the offsets in them all the same.
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+/// The field of this member.
+#define KX_FIELD(Record, member) \
+    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member))
+/// The field of a member that is a name, `Field::isName`.
+#define KX_NAME(Record, member) \
+    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), true)
+
+/// The fields of `Record`, in the order of their declaration.
+template <class Record>
+inline constexpr std::array<Field, 0> FIELDS{};
+
+/// A record that knows nothing.
+template <class Record>
+const void* Fresh() {
+    static const Record fresh;
+    return &fresh;
+}
+
+template <class Record>
+inline constexpr RecordLayout LAYOUT{
+    FIELDS<Record>, [] { return std::shared_ptr<void>(std::make_shared<Record>()); },
+    [](void* record) { *static_cast<Record*>(record) = *static_cast<const Record*>(Fresh<Record>()); }, Fresh<Record>};
+
+// ---- Kinds ----------------------------------------------------------------------------------------------------------
+
+/// The row of a kind that is read and written by `Conversion`: `Record`, `Read` and `Write`, as the library's own have
+/// them.
+template <class Conversion>
+constexpr Kind MakeKind(std::string_view type, std::string_view word, std::array<std::string_view, 6> lastTags,
+                        std::string_view example, bool (*applies)(std::string_view fdn) = nullptr) {
+    using Record = typename Conversion::Record;
+    return {type,
+            word,
+            lastTags,
+            example,
+            LAYOUT<Record>,
+            [](std::string_view fdn, void* record, const NS_UTIL::Surroundings& surroundings) {
+                Conversion::Read(fdn, *static_cast<Record*>(record), surroundings);
+            },
+            [](const void* record, std::string& fdn, const NS_UTIL::Surroundings& surroundings) {
+                Conversion::Write(*static_cast<const Record*>(record), fdn, surroundings);
+            },
+            applies};
+}
+
+// ---- Tags -----------------------------------------------------------------------------------------------------------
+
+/// A level with one number.
+constexpr Tag NumberTag(std::string_view name, std::string_view meaning, std::string_view number) {
+    return {name, meaning, 1, 1, {{{SubValueKind::NUMBER, number}}}};
+}
+
+/// A level with any text.
+constexpr Tag TextTag(std::string_view name, std::string_view meaning) {
+    return {.name = name,
+            .meaning = meaning,
+            .least = 1,
+            .most = 1,
+            .subValues = {{{SubValueKind::TEXT, "free text"}}},
+            .isOpen = true};
+}
+
+}  // namespace NS_KX

@@ -1,0 +1,252 @@
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include <kx_domain_util/domainindex.h>
+#include <kx_domain_util/fdn.h>
+
+#include "catalogue/rows.h"
+#include "text/number.h"
+#include "text/text.h"
+
+namespace NS_KX {
+
+using namespace NS_DOMAIN;
+using NS_UTIL::Surroundings;
+using NS_UTIL::NS_FDN::Conversion;
+using NS_UTIL::NS_FDN::GroupId;
+
+// ---- Records --------------------------------------------------------------------------------------------------------
+
+namespace {
+
+// A group, with the text of the levels that it stands in.
+struct ContainedGroup {
+    std::string container;     // what is in front of the group's level, its comma included: "NE=5,"
+    std::int32_t groupId = 0;  // "VEGROUP"
+
+    bool operator==(const ContainedGroup&) const = default;
+};
+
+// A trail record of the library, which keeps the text from the trail's tag on, with the text that it drops.
+template <class Trail>
+struct Contained : Trail {
+    std::string container;  // what is in front of the trail's tag, its comma included: "NE=5,"
+
+    bool operator==(const Contained&) const = default;
+};
+
+}  // namespace
+
+template <>
+inline constexpr std::array FIELDS<ContainedGroup>{
+    KX_FIELD(ContainedGroup, container),
+    KX_FIELD(ContainedGroup, groupId),
+};
+
+template <>
+inline constexpr std::array FIELDS<PWIndex>{
+    KX_FIELD(PWIndex, neId),
+    KX_FIELD(PWIndex, resId),
+};
+
+template <>
+inline constexpr std::array FIELDS<PWSwitchIndex>{
+    KX_FIELD(PWSwitchIndex, neId),
+    KX_FIELD(PWSwitchIndex, resId),
+};
+
+template <>
+inline constexpr std::array FIELDS<ServiceIndex>{
+    KX_FIELD(ServiceIndex, neId),
+    KX_FIELD(ServiceIndex, resId),
+    KX_FIELD(ServiceIndex, svcId),
+    KX_FIELD(ServiceIndex, svcType),
+};
+
+template <>
+inline constexpr std::array FIELDS<TunnelIndex>{
+    KX_FIELD(TunnelIndex, neId),        KX_FIELD(TunnelIndex, tunnelInt4),  KX_FIELD(TunnelIndex, tunnelText2),
+    KX_FIELD(TunnelIndex, tunnelText3), KX_FIELD(TunnelIndex, tunnelInt6),  KX_FIELD(TunnelIndex, tunnelInt0),
+    KX_FIELD(TunnelIndex, tunnelInt1),  KX_FIELD(TunnelIndex, tunnelText5), KX_FIELD(TunnelIndex, tunnelText5Copy),
+    KX_FIELD(TunnelIndex, resId),
+};
+
+template <>
+inline constexpr std::array FIELDS<TDIndex>{
+    KX_FIELD(TDIndex, reserved),
+    KX_FIELD(TDIndex, neId),
+    KX_FIELD(TDIndex, tdId),
+};
+
+template <>
+inline constexpr std::array FIELDS<Contained<VPNTrailIndex>>{
+    KX_FIELD(Contained<VPNTrailIndex>, container),
+    KX_FIELD(Contained<VPNTrailIndex>, trailResId),
+    KX_FIELD(Contained<VPNTrailIndex>, trailType),
+};
+
+template <>
+inline constexpr std::array FIELDS<Contained<TunnelTrailIndex>>{
+    KX_FIELD(Contained<TunnelTrailIndex>, container),
+    KX_FIELD(Contained<TunnelTrailIndex>, trailResId),
+};
+
+template <>
+inline constexpr std::array FIELDS<Contained<PWTrailIndex>>{
+    KX_FIELD(Contained<PWTrailIndex>, container),
+    KX_FIELD(Contained<PWTrailIndex>, trailResId),
+};
+
+template <>
+inline constexpr std::array FIELDS<Contained<TNPIndex_T>>{
+    KX_FIELD(Contained<TNPIndex_T>, container),
+    KX_FIELD(Contained<TNPIndex_T>, trailResId),
+};
+
+namespace {
+
+// ---- Conversions ----------------------------------------------------------------------------------------------------
+
+// Nothing is written of a record from whose text something else would be read.
+template <class Reader, class Record>
+void RejectContradiction(const Record& record, const std::string& fdn, const Surroundings& surroundings) {
+    thread_local Record readBack;  // kept, so that its texts have room
+    readBack = *static_cast<const Record*>(Fresh<Record>());
+    Reader::Read(fdn, readBack, surroundings);
+    if (!(readBack == record)) {
+        throw BadRecord("the fields say something else than the text that the record keeps, " + Quoted(fdn));
+    }
+}
+
+struct Group {
+    using Record = ContainedGroup;
+
+    static void Read(std::string_view fdn, Record& group, const Surroundings& surroundings) {
+        Conversion<GroupId>::Read(fdn, group.groupId, surroundings);
+        const auto comma = fdn.rfind(',');
+        group.container = fdn.substr(0, comma == std::string_view::npos ? 0 : comma + 1);
+    }
+    static void Write(const Record& group, std::string& fdn, const Surroundings& surroundings) {
+        fdn.assign(group.container).append("VEGROUP=").append(std::to_string(group.groupId));
+        RejectContradiction<Group>(group, fdn, surroundings);
+    }
+};
+
+struct PseudoWire : Conversion<PWIndex> {
+    // `resId` becomes what the writer wants there, the text after a leading NE level; the library's reader keeps all.
+    static void Read(std::string_view fdn, Record& pw, const Surroundings& surroundings) {
+        Conversion<PWIndex>::Read(fdn, pw, surroundings);
+        if (const auto comma = fdn.find(','); fdn.starts_with("NE=") && comma != std::string_view::npos) {
+            pw.resId.erase(0, comma + 1);
+        }
+    }
+};
+
+// A record that keeps its whole text, in `resId`.
+template <class Record_>
+struct WholeText : Conversion<Record_> {
+    static void Write(const Record_& record, std::string& fdn, const Surroundings& surroundings) {
+        RejectContradiction<Conversion<Record_>>(record, record.resId, surroundings);
+        fdn = record.resId;
+    }
+};
+
+template <class Trail>
+struct TrailInContainer {
+    using Record = Contained<Trail>;
+
+    static void Read(std::string_view fdn, Record& trail, const Surroundings& surroundings) {
+        Conversion<Trail>::Read(fdn, trail, surroundings);
+        trail.container = fdn.substr(0, fdn.size() - trail.trailResId.size());
+    }
+    static void Write(const Record& trail, std::string& fdn, const Surroundings& surroundings) {
+        fdn.assign(trail.container).append(trail.trailResId);
+        RejectContradiction<TrailInContainer>(trail, fdn, surroundings);
+    }
+};
+
+struct TrafficDescriptor : Conversion<TDIndex> {
+    // Readers read back 32 bits.
+    static void Write(const Record& descriptor, std::string& fdn, const Surroundings& /*surroundings*/) {
+        fdn.assign("NE=").append(Decimal(descriptor.neId, "neId"));
+        fdn.append(",ATMTD=").append(Decimal(descriptor.tdId, "tdId"));
+    }
+
+private:
+    static std::string Decimal(std::int64_t number, std::string_view field) {
+        using Limits = std::numeric_limits<std::int32_t>;
+        if (number < Limits::min() || number > Limits::max()) {
+            throw BadRecord("field " + Quoted(field) + " is not " + RANGE_OF_32_BITS + ": " + std::to_string(number));
+        }
+        return std::to_string(number);
+    }
+};
+
+// ---- Kinds ----------------------------------------------------------------------------------------------------------
+
+// LSP and layer-3 VPN have no reader of their own: of them, as of any service, the NE and the text are kept.
+constexpr std::array KINDS{
+    MakeKind<Group>("GroupID", "group", {"VEGROUP"}, "NE=5,VEGROUP=3"),
+    MakeKind<PseudoWire>("PWIndex", "pseudo-wire", {"PW"}, "NE=5,PW=4"),
+    MakeKind<WholeText<PWSwitchIndex>>("PWSwitchIndex", "pseudo-wire-switch", {"PWSW"}, "NE=5,PWSW=4"),
+    MakeKind<WholeText<ServiceIndex>>("ServiceIndex", "service", {"PWE3", "NETH", "VSI", "VRF", "LSP", "L3VPN"},
+                                      "NE=5,PWE3=3|17"),
+    MakeKind<WholeText<TunnelIndex>>("TunnelIndex", "tunnel", {"TUNNEL"}, "NE=5,TUNNEL=1|2|a|b|3|c|4"),
+    MakeKind<TrafficDescriptor>("TDIndex", "traffic-descriptor", {"ATMTD"}, "NE=5,ATMTD=9"),
+    MakeKind<TrailInContainer<VPNTrailIndex>>("VPNTrailIndex", "trail", {"PWE3TRAIL", "VPLS"}, "NE=5,PWE3TRAIL=7"),
+    MakeKind<TrailInContainer<TunnelTrailIndex>>("TunnelTrailIndex", "trail", {"TUNNELTRAIL"}, "NE=5,TUNNELTRAIL=7"),
+    MakeKind<TrailInContainer<PWTrailIndex>>("PWTrailIndex", "trail", {"PWTRAIL"}, "NE=5,PWTRAIL=7"),
+    MakeKind<TrailInContainer<TNPIndex_T>>("TNPIndex_T", "trail", {"TUNNELPGTRAIL"}, "NE=5,TUNNELPGTRAIL=7"),
+};
+
+// ---- Tags -----------------------------------------------------------------------------------------------------------
+
+constexpr auto NUMBER = SubValueKind::NUMBER;
+constexpr auto TEXT = SubValueKind::TEXT;
+
+constexpr std::array TAGS{
+    NumberTag("VEGROUP", "group", "group number"),
+    NumberTag("NETH", "Ethernet service", "service number"),
+    // What the sub-values of a tunnel mean is not known: they are called like the fields that they fill.
+    Tag{.name = "TUNNEL",
+        .meaning = "tunnel",
+        .least = 7,
+        .most = 7,
+        .subValues = {{{NUMBER, "tunnelInt0"},
+                       {NUMBER, "tunnelInt1"},
+                       {TEXT, "tunnelText2"},
+                       {TEXT, "tunnelText3"},
+                       {NUMBER, "tunnelInt4"},
+                       {TEXT, "tunnelText5"},
+                       {NUMBER, "tunnelInt6"}}},
+        .isOpen = true,
+        .isReadWhole = true},
+    TextTag("LSP", "label-switched path"),
+    TextTag("PW", "pseudo-wire"),
+    TextTag("PWSW", "pseudo-wire switch"),
+    Tag{.name = "PWE3",
+        .meaning = "pseudo-wire service",
+        .least = 2,
+        .most = 2,
+        .subValues = {{{NUMBER, "service type"}, {NUMBER, "service number"}}},
+        .isOpen = true,
+        .isReadWhole = true},
+    NumberTag("VSI", "virtual switch instance", "service number"),
+    NumberTag("VRF", "virtual routing and forwarding instance", "service number"),
+    TextTag("VPLS", "virtual private LAN service"),
+    TextTag("L3VPN", "layer-3 virtual private network"),
+    NumberTag("ATMTD", "ATM traffic descriptor", "descriptor number"),
+    TextTag("PWE3TRAIL", "pseudo-wire service trail"),
+    TextTag("TUNNELTRAIL", "tunnel trail"),
+    TextTag("PWTRAIL", "pseudo-wire trail"),
+    TextTag("TUNNELPGTRAIL", "tunnel protection group"),
+};
+
+}  // namespace
+
+constinit const Family SERVICES{KINDS, TAGS};
+
+}  // namespace NS_KX

@@ -1,0 +1,191 @@
+#include "newfile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <random>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace NS_STANDALONE {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t DEFAULT_PERMISSIONS = 0666;  // less what the umask takes away
+constexpr mode_t ALL_PERMISSIONS = 0777;      // without the bits that run a program as another user
+
+[[noreturn]] void Fail(int error) {
+    throw std::system_error(error, std::generic_category());
+}
+
+// While it lives, no signal ends the process between a hidden name and the final one.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_before);
+    }
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t m_before{};
+};
+
+// Calls tryName with hidden names in folder until it answers other than EEXIST, and returns the name. Throws what else
+// it answers, unless that is 0.
+template <class TryName>
+std::string FindHiddenName(const fs::path& folder, TryName tryName) {
+    constexpr int TRIES = 100;
+    std::random_device random;
+    int error = EEXIST;
+    for (int attempt = 0; attempt < TRIES && error == EEXIST; ++attempt) {
+        std::string name = folder / (".inventory." + std::to_string(random()));
+        error = tryName(name) ? 0 : errno;
+        if (error == 0) {
+            return name;
+        }
+    }
+    Fail(error);
+}
+
+}  // namespace
+
+NewFile::NewFile(const fs::path& folder, std::string_view bytes)
+    : m_folder(folder.empty() ? "." : folder), m_bytes(bytes) {
+    m_descriptor = open(m_folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, DEFAULT_PERMISSIONS);
+    try {
+        if (m_descriptor == -1) {
+            OpenHidden();
+        }
+        Write();
+    } catch (...) {
+        Discard();
+        throw;
+    }
+}
+
+NewFile::~NewFile() {
+    Discard();
+}
+
+void NewFile::Create(const fs::path& file) {
+    // A link, unlike a rename, leaves a file that is there alone, and needs no hidden name before.
+    if (m_hidden.empty() && Link(file)) {
+        return SyncFolder();
+    }
+    if (m_hidden.empty() && errno == EEXIST) {
+        Fail(EEXIST);
+    }
+    const SignalsBlocked blocked;
+    TakeHiddenName();
+    if (renameat2(AT_FDCWD, m_hidden.c_str(), AT_FDCWD, file.c_str(), RENAME_NOREPLACE) == 0) {
+        m_hidden.clear();
+        return SyncFolder();
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        Fail(errno);
+    }
+    // The file system cannot rename that way: an empty file keeps the name for it.
+    const int reserved = open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, DEFAULT_PERMISSIONS);
+    if (reserved == -1) {
+        Fail(errno);
+    }
+    close(reserved);
+    Rename(file);
+}
+
+void NewFile::Replace(const fs::path& file) {
+    const SignalsBlocked blocked;
+    TakeHiddenName();
+    struct stat old {};
+    if (stat(file.c_str(), &old) != 0) {
+        Fail(errno);
+    }
+    // Only the superuser may give a file away; others may at least keep its group if it is one of theirs.
+    if (fchown(m_descriptor, old.st_uid, old.st_gid) != 0) {
+        static_cast<void>(fchown(m_descriptor, static_cast<uid_t>(-1), old.st_gid) != 0);
+    }
+    if (fchmod(m_descriptor, old.st_mode & ALL_PERMISSIONS) != 0) {
+        Fail(errno);
+    }
+    Rename(file);
+}
+
+void NewFile::OpenHidden() {
+    m_hidden = FindHiddenName(m_folder, [this](const std::string& name) {
+        m_descriptor = open(name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, DEFAULT_PERMISSIONS);
+        return m_descriptor != -1;
+    });
+}
+
+void NewFile::Write() {
+    for (std::string_view rest = m_bytes; !rest.empty();) {
+        const ssize_t written = write(m_descriptor, rest.data(), rest.size());
+        if (written == -1 && errno != EINTR) {
+            Fail(errno);
+        }
+        rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    if (fsync(m_descriptor) != 0) {
+        Fail(errno);
+    }
+}
+
+// Gives a file without a name its first one; false, and errno says why, if it cannot.
+bool NewFile::Link(const fs::path& name) const {
+    const std::string descriptor = "/proc/self/fd/" + std::to_string(m_descriptor);
+    return linkat(AT_FDCWD, descriptor.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+// Where a file without a name cannot be given one (no hard links, no /proc), it is written once more under one.
+void NewFile::TakeHiddenName() {
+    if (!m_hidden.empty()) {
+        return;
+    }
+    try {
+        m_hidden = FindHiddenName(m_folder, [this](const std::string& name) { return Link(name); });
+    } catch (const std::system_error&) {
+        Discard();
+        OpenHidden();
+        Write();
+    }
+}
+
+void NewFile::Rename(const fs::path& file) {
+    if (rename(m_hidden.c_str(), file.c_str()) != 0) {
+        Fail(errno);
+    }
+    m_hidden.clear();
+    SyncFolder();
+}
+
+// So that the name is on the disk too. Not every file system can do that, and the file is there already.
+void NewFile::SyncFolder() {
+    const int folder = open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder != -1) {
+        static_cast<void>(fsync(folder));
+        close(folder);
+    }
+}
+
+void NewFile::Discard() noexcept {
+    if (m_descriptor != -1) {
+        close(std::exchange(m_descriptor, -1));
+    }
+    if (!m_hidden.empty()) {
+        static_cast<void>(std::remove(m_hidden.c_str()));
+        m_hidden.clear();
+    }
+}
+
+}  // namespace NS_STANDALONE
