@@ -33,8 +33,17 @@ std::atomic<int> waitingSignal{0};  // came while there was an `InterruptionsWai
 
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
+bool IsFault(int signal) {
+    return signal == SIGSEGV || signal == SIGBUS || signal == SIGFPE || signal == SIGILL || signal == SIGTRAP ||
+           signal == SIGSYS;
+}
+
 // Both sides announce themselves before they look at the other one, so at least one of them sees the other.
-extern "C" void Interrupt(int signal) {
+extern "C" void Interrupt(int signal, siginfo_t* info, void* /*context*/) {
+    if (IsFault(signal) && info->si_code > 0) {  // others have such codes too, when a terminal or a limit sends them
+        std::signal(signal, SIG_DFL);            // what failed fails again, and ends the process
+        return;
+    }
     const int error = errno;
     handlers.fetch_add(1);
     if (waits.load() != 0) {
@@ -58,10 +67,11 @@ void WaitForHandlers() {
     }
 }
 
-// All signals that end a process by default, can be caught, and do not stand for a fault of the process.
+// All signals that end a process by default and can be caught; others may send those that stand for a fault, too.
 std::vector<int> Interruptions() {
-    std::vector<int> signals{SIGHUP,  SIGINT,    SIGQUIT, SIGUSR1,   SIGUSR2, SIGPIPE, SIGALRM, SIGTERM,
-                             SIGXCPU, SIGVTALRM, SIGPROF, SIGSTKFLT, SIGIO,   SIGPWR,  SIGXFSZ};
+    std::vector<int> signals{SIGHUP,    SIGINT,  SIGQUIT,   SIGUSR1, SIGUSR2, SIGPIPE, SIGALRM, SIGTERM,
+                             SIGXCPU,   SIGPROF, SIGVTALRM, SIGIO,   SIGPWR,  SIGXFSZ, SIGSEGV, SIGBUS,
+                             SIGSTKFLT, SIGFPE,  SIGILL,    SIGABRT, SIGTRAP, SIGSYS};
     for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) {
         signals.push_back(signal);
     }
@@ -72,8 +82,8 @@ bool CatchInterruptions() {
     for (const int signal : Interruptions()) {
         struct sigaction action {};
         if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
-            action.sa_handler = Interrupt;
-            action.sa_flags = SA_RESTART;
+            action.sa_sigaction = Interrupt;
+            action.sa_flags = SA_RESTART | SA_SIGINFO;
             sigaction(signal, &action, nullptr);
         }
     }

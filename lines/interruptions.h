@@ -5,9 +5,9 @@
 
 namespace NS_KX {
 
-/// While one lives, no signal that can be caught ends the process, whichever thread it reaches: for short work that
-/// would leave files. Such a signal takes effect when the last one is gone. A signal that the process ignores or
-/// handles itself, and a fault of its own such as SIGSEGV, is left alone.
+/// While one lives, no signal from outside that can be caught ends the process, whichever thread it reaches: for short
+/// work that would leave files. Such a signal takes effect when the last one is gone. A signal that the process ignores
+/// or handles itself is left alone, and so is a fault of its own.
 class InterruptionsWait {
 public:
     InterruptionsWait();

@@ -50,9 +50,9 @@ protected:
                 NS_TEST::ReadFile(streams / "err")};
     }
 
-    /// The command that runs the program in the background, where the shell would let it ignore SIGINT.
+    /// The command that runs the program in the background, where the shell would let it ignore SIGINT and SIGQUIT.
     [[nodiscard]] static std::string InBackground(const std::string& arguments) {
-        return "env --default-signal=INT '" KXDU_PROGRAM "' " + arguments + " & ";
+        return "env --default-signal=INT,QUIT '" KXDU_PROGRAM "' " + arguments + " & ";
     }
 
     /// The command that sends `signal` to the background run once the command `reached` succeeds, and prints the name

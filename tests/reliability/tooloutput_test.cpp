@@ -148,7 +148,34 @@ INSTANTIATE_TEST_SUITE_P(By, ToolStopped,
                                          "PROF", "RTMIN", "SEGV", "ABRT"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
-// ---- Nobody there ---------------------------------------------------------------------------------------------------
+// Such signals come from the kernel itself: a limit on the processor's time, and the key of a terminal.
+TEST_F(ToolOutput, ASignalOfTheKernelEndsTheRunToo) {
+    EXPECT_EQ(
+        Shell("(ulimit -St 1; exec timeout 60 '" KXDU_PROGRAM "' sample --identifiers 4000000000 -o out); kill -l $?")
+            .out,
+        "XCPU\n");
+    WriteFile("terminal.py", R"(
+import os, pty, sys, time
+pid, terminal = pty.fork()
+if pid == 0:
+    os.execv(sys.argv[1], [sys.argv[1], "get", "NE", "-o", "out"])
+time.sleep(0.5)
+os.write(terminal, b"\x03")
+for wait in range(50):
+    ended, status = os.waitpid(pid, os.WNOHANG)
+    if ended:
+        print(os.WTERMSIG(status))
+        break
+    time.sleep(0.1)
+else:
+    os.kill(pid, 9)
+)");
+    EXPECT_EQ(Shell("python3 terminal.py '" KXDU_PROGRAM "'").out, "2\n");
+    EXPECT_EQ(HiddenFiles(), "");
+    EXPECT_FALSE(Exists("out"));
+}
+
+// ---- No one there ---------------------------------------------------------------------------------------------------
 
 TEST_F(ToolOutput, AReaderThatGoesAwayIsNoError) {
     for (const auto& [name, command, line] : LINE_VERBS) {
@@ -322,7 +349,7 @@ TEST_F(ToolOutput, ExhaustedMemoryIsNamed) {
                     " sed \"s/$/,$type,0,0/\"; } >ne && mv ne csv/ne.csv")
                   .code,
               0);
-    const Ended ended = Shell("ulimit -v 100000; kxdu inventory import n.db csv");
+    const Ended ended = Shell("ulimit -v 50000; kxdu inventory import n.db csv");
     EXPECT_EQ(ended.code, 4);
     EXPECT_EQ(ended.err, "kxdu: the memory is exhausted\n");
 }

@@ -27,7 +27,9 @@ namespace {
 constexpr auto HELP = R"(Examples:
   kxdu sample --ne 10 --seed 1 | kxdu decode | head -3
   kxdu check --inventory network.db network.fdn
-  kxdu help decode)";
+  kxdu help decode
+
+Each verb lists its exit codes. Every verb ends with 4 when the memory is exhausted.)";
 
 // Wraps the descriptions of options, which CLI11 prints in one line each.
 class HelpFormatter : public CLI::Formatter {
