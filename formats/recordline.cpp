@@ -48,8 +48,8 @@ void Set(const Field& field, ondemand::value value, bool& flag) {
 
 void Set(const Field& field, ondemand::value value, std::string& text) {
     std::string_view view;
-    if (value.get_string().get(view) != simdjson::SUCCESS) {
-        Refuse(field, "is not a text");
+    if (const auto error = value.get_string().get(view); error != simdjson::SUCCESS) {
+        Refuse(field, error == simdjson::STRING_ERROR ? "holds an escape that is no character" : "is not a text");
     }
     RequireWritable(field, view);
     text = view;

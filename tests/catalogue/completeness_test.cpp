@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include <gtest/gtest.h>
+#include <rapidjson/reader.h>
 
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
@@ -18,29 +19,28 @@ bool IsFoundByItsLastLevel(const Kind& kind) {
     return !kind.lastTags.front().empty();
 }
 
-// The types of the identifiers that stand in quotes in a JSON text.
-std::set<std::string_view> TypesIn(std::string_view json) {
+// The types of the identifiers among the texts of a JSON file.
+struct TypesOfTexts : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, TypesOfTexts> {
     std::set<std::string_view> types;
-    for (auto begin = json.find('"'); begin != std::string_view::npos;) {
-        auto end = json.find('"', begin + 1);
-        while (end != std::string_view::npos && json[end - 1] == '\\') {
-            end = json.find('"', end + 1);
-        }
-        if (const Kind* const kind = FindKind(json.substr(begin + 1, end - begin - 1))) {
+
+    bool String(const char* text, rapidjson::SizeType size, bool /*copy*/) {
+        if (const Kind* const kind = FindKind({text, size})) {
             types.insert(kind->type);
         }
-        begin = end == std::string_view::npos ? end : json.find('"', end + 1);
+        return true;
     }
-    return types;
-}
+};
 
 std::set<std::string_view> TypesInVectors() {
-    static std::string texts;
-    for (const auto* const family : {"equipment", "port", "service", "oam"}) {
-        texts += NS_TEST::ReadFile(std::string(KX_TEST_DATA "/vectors/") + family + "readers.json");
-        texts += NS_TEST::ReadFile(std::string(KX_TEST_DATA "/vectors/") + family + "writers.json");
+    TypesOfTexts found;
+    for (const std::string family : {"equipment", "port", "service", "oam"}) {
+        for (const char* const side : {"readers", "writers"}) {
+            const std::string json = NS_TEST::ReadFile(KX_TEST_DATA "/vectors/" + family + side + ".json");
+            rapidjson::StringStream stream(json.c_str());
+            EXPECT_FALSE(rapidjson::Reader().Parse(stream, found).IsError());
+        }
     }
-    return TypesIn(texts);
+    return found.types;
 }
 
 TEST(Completeness, TheExampleOfAKindIsOfItWellFormedAndWrittenJustSo) {

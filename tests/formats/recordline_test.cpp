@@ -119,7 +119,7 @@ TEST(RecordLine, TextsThatWouldNotStayOneLineAreRefused) {
     EXPECT_EQ(complaint("a\\rb"), "field \"portLabel\" holds a line end or NUL");
     EXPECT_EQ(complaint("a\\u0000b"), "field \"portLabel\" holds a line end or NUL");
     EXPECT_EQ(complaint("a\\tb"), "no complaint: NE=1,PP=||1|a\tb");
-    EXPECT_EQ(complaint("a\\ude00b"), "field \"portLabel\" is not a text");
+    EXPECT_EQ(complaint("a\\ude00b"), "field \"portLabel\" holds an escape that is no character");
     EXPECT_EQ(complaint("\\ud83d\\ude00"), "no complaint: NE=1,PP=||1|\xf0\x9f\x98\x80");
 }
 

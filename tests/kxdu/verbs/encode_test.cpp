@@ -91,7 +91,7 @@ TEST_F(EncodeTest, BadLinesAreRejected) {
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err,
               "<stdin>:1: unknown type \"NoIndex\"\n"
-              "<stdin>:2: JSON, at byte 2: Invalid value.\n"
+              "<stdin>:2: not an object\n"
               "<stdin>:3: field \"osId\" is not a whole number of 32 bits\n"
               "kxdu: 3 rejected or changed in 3 lines\n");
 }
