@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs a command in a bare Debian 12 that has git and nothing else, in a clean clone of the last commit, /clone. The machine's
-# own package sources are used. Nothing is left of it afterwards. Wants to be root.
+# Runs a command in a bare Debian 12 that has git and nothing else. It starts in /clone, a clean clone of the last
+# commit. The machine's own package sources are used. Nothing is left of it afterwards. Wants to be root.
 #   scripts/bare.sh [--with PATH]... COMMAND [ARGUMENT...]      --with PATH: copies a file or folder into /with
 set -euo pipefail
 cd "$(dirname "$0")/.."
