@@ -364,8 +364,10 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
              {explainManyPieces, "", 0, "  ! 1 more part is not drawn; kxdu check ", ""},
              {countMeanings, "", 0, "200\n", ""},
 
-             {encode, MdRecord("a\\ude00b"), 1, "", "<stdin>:1: field \"mdName\" holds an escape that is no character\n"},
-             {encode, MdRecord("a\\ud83d"), 1, "", "<stdin>:1: field \"mdName\" holds an escape that is no character\n"},
+             {encode, MdRecord("a\\ude00b"), 1, "",
+              "<stdin>:1: field \"mdName\" holds an escape that is no character\n"},
+             {encode, MdRecord("a\\ud83d"), 1, "",
+              "<stdin>:1: field \"mdName\" holds an escape that is no character\n"},
              {encode, MdRecord("a\\nb"), 1, "", "<stdin>:1: field \"mdName\" holds a line end or NUL\n"},
              {encode, MdRecord("a\\rb"), 1, "", "<stdin>:1: field \"mdName\" holds a line end or NUL\n"},
              {encode, NeRecord(R"("neId":7)"), 1, "", "<stdin>:1: field \"reserved\" is missing\n"},
