@@ -11,14 +11,13 @@ heading() {
 
 if [ "${1-}" != ask ]; then
     heading "Build"
-    scripts/install-deps.sh
-    cmake --preset release -DKX_BUILD_SQLITE=ON -DKX_BUILD_POSTGRESQL=ON >/dev/null
-    scripts/build.sh release kxdu kx_sqlite kx_fdn
-    exec scripts/with-postgresql.sh build/release main -- "$0" ask
+    scripts/install-deps.sh tool postgresql python
+    scripts/build.sh bindings kxdu kx_sqlite kx_fdn
+    exec scripts/with-postgresql.sh build/bindings main -- "$0" ask
 fi
 
-extension=$PWD/build/release/lib/kx_sqlite
-PATH="$PWD/build/release/bin:$PATH"
+extension=$PWD/build/bindings/lib/kx_sqlite
+PATH="$PWD/build/bindings/bin:$PATH"
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
