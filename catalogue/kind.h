@@ -22,7 +22,7 @@ public:
 
 /// A kind of identifier: which level ends it, which record it fills, and how.
 struct Kind {
-    /// The name of the record, and of its variant after a ":".
+    /// The name of the kind wherever it is written; a variant of a record follows a ":".
     std::string_view type;
     /// What people call it, the same for all variants.
     std::string_view word;

@@ -5,9 +5,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh
 
-scripts/install-deps.sh tool test lint
+scripts/install-deps.sh tool test postgresql python lint
 mkdir -p build
-cmake --preset release >build/lint.log  # clang-tidy asks it how each file is compiled
+cmake --preset bindings >build/lint.log  # clang-tidy asks it how each file is compiled
 
 mapfile -t sources < <(git ls-files -- '*.cpp' '*.h' '*.c')
 mapfile -t misformatted < <(printf '%s\n' "${sources[@]}" | xargs -P "$(nproc)" -n 16 bash -c \
@@ -20,7 +20,7 @@ passed $((${#sources[@]} - ${#misformatted[@]}))
 
 mapfile -t checked < <(git ls-files -- '*.cpp' | grep -vE '^(tests|fuzz|bench)/')
 findings=build/tidy.txt
-scripts/tidy.py build/release/compile_commands.json build/tidy "${checked[@]}" >"$findings"
+scripts/tidy.py build/bindings/compile_commands.json build/tidy "${checked[@]}" >"$findings"
 head -n -1 "$findings"
 read -r clean dirty < <(tail -n 1 "$findings")
 passed "$clean"
@@ -29,7 +29,7 @@ failed "$dirty"
 mapfile -t folders < <(printf '%s\n' "${checked[@]}" | cut -d/ -f1 | sort -u)
 if cppcheck --enable=warning,performance,portability --suppressions-list=.cppcheck-suppressions --std=c++20 \
             --language=c++ --error-exitcode=1 --quiet -j "$(nproc)" -Iinclude -Iplatform/include \
-            -Istandalone/include -I. -Itools/kxdu "${folders[@]}"; then
+            -Istandalone/include -Ibindings/c/include -I. -Itools/kxdu "${folders[@]}"; then
     passed
 else
     echo "cppcheck: findings above"

@@ -40,13 +40,13 @@
 /// | `MDIndex`                   | the kind        | `ResID2MDIndex`           | NE, MD
 /// | `MAIndex`                   | the kind        | `ResID2MAIndex`           | NE, MD, MA
 /// | `MIPIndex`                  | the kind        | `ResID2MIPIndex`          | NE, MIP
-/// | `MEPIndex`, `RemoteMEP`     | `MEPIndex`      | `ResID2MepIndex`          | four levels with "=", whatever the
-/// tags
+/// | `MEPIndex`, `RemoteMEP`     | `MEPIndex`      | `ResID2MepIndex`          | four levels with "=" (5)
 ///
 /// (1) The port level has four sub-values, and the text is not the one that stands for no port.
 /// (2) Unless the key already names an NE: then its port is kept. AP has three sub-values.
 /// (3) With "=", even if its value is empty.
 /// (4) Searched as plain text.
+/// (5) Whatever their tags.
 ///
 /// All other levels of the table have a value. A kind that is only read has no `Write`.
 ///

@@ -1,5 +1,5 @@
-/// Reading of FDN text: this header and `levelfinder.h` alone know where a level, a tag, a sub-value and an escape
-/// begin and end. All answers are views of the text, so they also show where in the text something stands.
+/// Reading of FDN text: where a level, a tag, a sub-value and an escape begin and end. All answers are views of the
+/// text, so they also show where in the text something stands.
 ///
 /// To read records, use `fdn.h`. Threads: any, scanners are not shared. Nothing allocates or throws.
 #pragma once

@@ -5,7 +5,7 @@
 namespace NS_UTIL {
 
 /// What conversions need from outside the text. Each question is asked only when its answer matters, and where it
-/// stands in the order of the work: whoever answers from a service sees the same calls as before.
+/// stands in the order of the work, so that a service that answers sees a fixed sequence of calls.
 ///
 /// This class knows nothing: the carrier profile is 0, and the questions that only writers ask throw
 /// `InterfaceNotExistException`. Derive from it to answer; whatever an answer throws propagates to the caller of the

@@ -19,7 +19,7 @@ runs() {
     "$source/tests/package/example_test.sh" "$1" "$examples/c_reader.c"
 }
 
-cmake -S "$source/tests/bindings/c/outside" -B "$work/outside" -DCMAKE_PREFIX_PATH="$work/prefix" \
+cmake -G Ninja -S "$source/tests/bindings/c/outside" -B "$work/outside" -DCMAKE_PREFIX_PATH="$work/prefix" \
       -DEXAMPLES="$examples" >>"$work/log"
 cmake --build "$work/outside" >>"$work/log"
 runs "$work/outside/outside"
