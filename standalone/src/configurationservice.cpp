@@ -51,7 +51,7 @@ void ConfigurationService::Section::Replace(TomlFile::IntItems items) {
 ConfigurationService::ConfigurationService(fs::path folder, PublishedFiles files)
     : m_folder(std::move(folder)), m_published(std::make_unique<PublishedFiles>(std::move(files))) {}
 
-// An object from here on, so that items are removed again when not all of them can be set.
+// Delegates, so that the destructor runs and removes the items again if not all of them can be set.
 ConfigurationService::ConfigurationService(fs::path folder) : ConfigurationService(std::move(folder), {}) {
     const TomlFile& bundleFile = m_files.emplace(BUNDLE_FILE, ReadBundleFile()).first->second;
     Publish();
@@ -103,7 +103,7 @@ TomlFile ConfigurationService::ReadBundleFile() const {
     return file;
 }
 
-// Items that somebody else set are left alone, unless the file has them too.
+// Items that others set stay, unless the file has them too.
 void ConfigurationService::SetItems(const std::map<std::string, std::string>& items) {
     CorbaConfigItems& configItems = *CorbaConfigItems::Instance();
     std::erase_if(m_itemKeys, [&](const std::string& key) {
@@ -119,7 +119,7 @@ void ConfigurationService::SetItems(const std::map<std::string, std::string>& it
     }
 }
 
-// Null: the file is not known.
+// Returns null for a file that is not known.
 ConfigObject* ConfigurationService::Find(const std::string& path, const std::string& section) {
     ReadPin pin;
     const PublishedFiles& files = m_published.Read(pin);
@@ -131,7 +131,7 @@ ConfigObject* ConfigurationService::Find(const std::string& path, const std::str
     return found != file->second.end() ? found->second : &m_noItems;
 }
 
-// False: there is no such file, or nothing that could be shown of it.
+// Returns false if the path leads out of the folder, or the file is missing or cannot be read or parsed.
 bool ConfigurationService::TryRead(const std::string& path) {
     std::error_code ignored;
     if (!StaysInside(path) || !fs::is_regular_file(m_folder / path, ignored)) {
@@ -145,11 +145,11 @@ bool ConfigurationService::TryRead(const std::string& path) {
             return false;
         }
     }
-    Publish();  // also what another thread has read: it may have had no memory to show it
+    Publish();  // also a file that another thread read: it may have run out of memory before it published
     return true;
 }
 
-// Shows what m_files holds. The caller holds ConfigurationMutex.
+// Publishes m_files. The caller holds ConfigurationMutex.
 void ConfigurationService::Publish() {
     auto published = std::make_unique<PublishedFiles>();
     for (const auto& [path, file] : m_files) {

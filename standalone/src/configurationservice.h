@@ -15,11 +15,10 @@
 namespace NS_STANDALONE {
 
 /// The configuration folder: its bundle file gives the process's configuration items, and the data-access service
-/// answers from each of its files. A file is read when it is first asked for; what is known already is answered without
-/// a lock.
+/// answers from each of its files. A file is read when it is first asked for. Questions about known files take no lock.
 class ConfigurationService final : public NS_SERVICE::DAWSvcInterface {
 public:
-    /// Sets the configuration items. Throws std::runtime_error, and sets nothing, when the bundle file is missing, does
+    /// Sets the configuration items. Throws std::runtime_error, and sets nothing, if the bundle file is missing, does
     /// not parse, or has an item of a type that items cannot have.
     explicit ConfigurationService(std::filesystem::path folder);
     /// Removes the configuration items that were set.
@@ -27,12 +26,12 @@ public:
     ConfigurationService(const ConfigurationService&) = delete;
     ConfigurationService& operator=(const ConfigurationService&) = delete;
 
-    /// Reads all files again that are known, and sets the configuration items anew. Throws as the constructor does, and
-    /// when another file does not parse any more; all stays as it was then.
+    /// Reads all known files again and sets the configuration items anew. Throws as the constructor does, and if
+    /// another file no longer parses; then everything stays as it was.
     void Reload();
 
-    /// Null also for a path that leads out of the folder and for a file that does not parse. A section that the file
-    /// does not have has no items.
+    /// Also returns null for a path that leads out of the folder, and for a file that does not parse. A section that
+    /// the file lacks has no items.
     NS_SERVICE::ConfigObject* GetConfiguration(const std::string& path, const std::string& section) override;
 
 private:
@@ -60,13 +59,13 @@ private:
     Section& FindOrMake(const std::string& path, const std::string& section);
 
     std::filesystem::path m_folder;
-    std::set<std::string> m_itemKeys;  // of the items that we set
+    std::set<std::string> m_itemKeys;  // of the items that this service set
 
     Files m_files;  // by path, as asked for; guarded by ConfigurationMutex, as are the sections
-    // By path and section. Made once, since whoever asked may keep them as long as the service is there.
+    // By path and section. Never removed: callers may keep pointers to them as long as the service lives.
     std::map<std::pair<std::string, std::string>, Section> m_sections;
     Section m_noItems;
-    Published<PublishedFiles> m_published;  // how m_sections are found without the mutex
+    Published<PublishedFiles> m_published;  // finds m_sections without the mutex
 };
 
 }  // namespace NS_STANDALONE

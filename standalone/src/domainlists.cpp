@@ -19,7 +19,7 @@ namespace {
 
 using Domain = std::pair<DomainCache, std::string>;
 
-// What the predicates of NE types look up.
+// The domains that the predicates of NE types look up.
 std::vector<Domain> PredicateDomains() {
     std::vector<Domain> domains;
     domains.reserve(NS_UTIL::NE_TYPE_LISTS.size() + NS_UTIL::EQUIPMENT_TYPE_LISTS.size());
@@ -60,7 +60,7 @@ void DomainLists::Load(const std::vector<DomainMemberRow>& members) {
     if (manager == nullptr) {
         throw std::runtime_error("the domain lists cannot be reached");
     }
-    // All names before the first list: none is forgotten when memory runs out between two lists.
+    // Stores all names before the first list, so that none is lost if memory runs out between two lists.
     std::vector<Domain> domains;
     domains.reserve(lists.size());
     for (const auto& [domain, neTypes] : lists) {

@@ -8,19 +8,19 @@
 
 namespace NS_STANDALONE {
 
-/// The domain lists of an inventory in `DeviceDomainMgr`, which it deletes when it goes. No other thread may use the
+/// The domain lists of an inventory in `DeviceDomainMgr`. The destructor deletes them. No other thread may use the
 /// lists while they are loaded.
 class DomainLists {
 public:
-    /// Throws what `Load` throws, and leaves no lists then.
+    /// Throws what `Load` throws; no lists are left then.
     explicit DomainLists(const std::vector<DomainMemberRow>& members);
     ~DomainLists();
     DomainLists(const DomainLists&) = delete;
     DomainLists& operator=(const DomainLists&) = delete;
 
-    /// Stores the list of each domain, also of those that have no member (any more): looking up a domain that was never
-    /// stored would change the caches, which threads must not do at the same time. Throws std::runtime_error when the
-    /// caches cannot be reached.
+    /// Stores a list for each domain, also for those without members: looking up a domain that was never stored changes
+    /// the caches, which threads must not do at the same time. Throws std::runtime_error if the caches cannot be
+    /// reached.
     void Load(const std::vector<DomainMemberRow>& members);
 
 private:

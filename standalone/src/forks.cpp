@@ -15,10 +15,10 @@ std::mutex loggersMutex;
 std::mutex recordsMutex;
 RecordsFlush* recordsToFlush = nullptr;  // guarded by recordsMutex
 
-// Counters and not a shared mutex: that would belong to the forking thread of the parent, which the child does not
-// have.
+// Counters instead of a shared mutex: in the child, the mutex would belong to a thread of the parent that the child
+// does not have.
 std::atomic<int> inventoryUsers{0};
-std::atomic<int> forks{0};  // that wait, or are going on
+std::atomic<int> forks{0};  // waiting or in progress
 
 template <class Condition>
 void WaitUntil(Condition isTrue) noexcept {
@@ -51,7 +51,7 @@ void AfterForkInParent() {
 
 void AfterForkInChild() {
     Unlock();
-    inventoryUsers.store(0);  // others may have been about to find out that they must wait
+    inventoryUsers.store(0);  // a thread of the parent may have counted itself just before it saw the fork
     forks.store(0);
 }
 

@@ -2,19 +2,19 @@
 
 #include <mutex>
 
-/// What the services of a host do so that a process may fork while other threads use them: a fork takes these locks and
-/// waits for those who work on inventory files, so that the child finds all of it whole and free. There is one of each
-/// in the process, as there is one host.
+/// Lets a process fork while other threads use the services of its host. A fork takes these locks, and waits for the
+/// threads that work on inventory files: so the child finds all locks free and all data whole. A process has one of
+/// each, as it has one host.
 namespace NS_STANDALONE {
 
-/// Of those who read configuration files.
+/// Held while configuration files are read.
 std::mutex& ConfigurationMutex() noexcept;
-/// Of those who look a logger up.
+/// Held while a logger is looked up.
 std::mutex& LoggersMutex() noexcept;
-/// Of those who write log records, or change where they go.
+/// Held while log records are written, or their target changes.
 std::mutex& RecordsMutex() noexcept;
 
-/// Where records go that are not yet with the system: a child would write them once more.
+/// A buffer of log records, flushed before a fork: else the child would write its records once more.
 class RecordsFlush {
 public:
     virtual void Flush() = 0;  ///< called with `RecordsMutex` held
@@ -23,11 +23,12 @@ protected:
     ~RecordsFlush() = default;
 };
 
-/// Flushes `records` before each fork; null: nothing.
+/// Flushes `records` before each fork; null flushes nothing.
 void FlushBeforeFork(RecordsFlush* records) noexcept;
 
-/// A local variable of who works on an inventory file. SQLite keeps locks and what it knows of open files in the
-/// process, none of which outlives a fork in its midst: the fork waits until no thread works on such a file.
+/// A local variable of each function that works on an inventory file. SQLite keeps locks and the state of open files in
+/// the process; neither survives a fork in the middle of the work. So a fork waits until no thread works on such a
+/// file.
 class InventoryFileUse {
 public:
     InventoryFileUse() noexcept;

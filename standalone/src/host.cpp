@@ -18,7 +18,7 @@ namespace {
 
 using NS_BUNDLEMGR1::BundleMgr;
 
-// A service is registered as long as this lives.
+// Registers a service as long as it lives.
 class Registration {
 public:
     Registration(std::string name, NS_BUNDLEMGR1::ServiceInterface* service) : m_name(std::move(name)) {

@@ -31,7 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int APPLICATION_ID = 0x6B784E45;  // "kxNE": tells an inventory from other SQLite files
+constexpr int APPLICATION_ID = 0x6B784E45;  // "kxNE": marks inventories among SQLite files
 constexpr int SCHEMA_VERSION = 1;
 constexpr int BUSY_TIMEOUT_MS = 5000;
 constexpr const char* TEXT_RULE = "a text in UTF-8 without NUL";
@@ -71,7 +71,7 @@ constexpr Table DOMAIN_MEMBER_TABLE{
     "STRICT, WITHOUT ROWID"};
 constexpr std::array TABLES{NE_TYPE_TABLE, NE_TABLE, DOMAIN_MEMBER_TABLE};
 
-// What text says of the first `count` columns of a table, separated by commas.
+// Calls text for each of the first `count` columns of a table, and joins the results with commas.
 template <class Text>
 std::string OfColumns(const Table& table, std::size_t count, Text text) {
     std::string all;
@@ -109,7 +109,7 @@ struct Place {
     }
 };
 
-// Why `file` cannot be opened, read or written, where SQLite says only that it cannot.
+// Returns why `file` cannot be opened, read or written; SQLite may say only that it cannot.
 std::string CauseOf(const SQLite::Exception& error, const fs::path& file) {
     if (error.getErrorCode() != SQLITE_CANTOPEN && error.getErrorCode() != SQLITE_READONLY) {
         return error.what();
@@ -126,7 +126,7 @@ std::string CauseOf(const SQLite::Exception& error, const fs::path& file) {
     return error.what();
 }
 
-// Runs action; what SQLite has to say against it is reported with its place.
+// Runs action, and reports an error of SQLite with its place.
 template <class Action>
 auto At(const Place& place, Action action) {
     try {
@@ -139,8 +139,8 @@ auto At(const Place& place, Action action) {
     }
 }
 
-// The rows of a table, in the order of the key. Others may have made the file, with fewer checks than ours, so that
-// each value is checked here again.
+// Reads the rows of a table in the order of the key. Checks each value again: another program may have made the file
+// with fewer checks.
 class RowReader {
 public:
     RowReader(const SQLite::Database& database, Place place, const Table& table)
@@ -232,7 +232,7 @@ public:
             m_statement.exec();
         } catch (const SQLite::Exception& error) {
             std::ostringstream row;
-            row.exceptions(std::ios::badbit);  // memory that runs out is told, not left out of the text
+            row.exceptions(std::ios::badbit);  // else exhausted memory would silently shorten the text
             const char* separator = "";
             ((row << separator << values, separator = ", "), ...);
             m_place.Fail("row (" + m_columns + ") = (" + row.str() + "): " + error.what());
@@ -251,8 +251,8 @@ private:
     SQLite::Statement m_statement;
 };
 
-// For writing if possible, also to read: a transaction of another program that did not live to finish it is undone by
-// the next one who opens the file.
+// Opens the file for writing if possible, even to read it: if another program died in a transaction, the next one that
+// opens the file undoes it.
 SQLite::Database Open(const fs::path& file) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
@@ -262,7 +262,7 @@ SQLite::Database Open(const fs::path& file) {
     if (!fs::is_regular_file(status)) {
         Place{file}.Fail(fs::exists(status) ? "is not a regular file" : "no such file");
     }
-    // An absolute name is never one of those to which SQLite gives a meaning of its own.
+    // SQLite gives some names a special meaning (":memory:", say), but no absolute ones.
     return {fs::absolute(file).string(), SQLite::OPEN_READWRITE, BUSY_TIMEOUT_MS};
 }
 
@@ -271,7 +271,8 @@ std::string QueryText(const SQLite::Database& database, const char* query) {
     return statement.executeStep() ? statement.getColumn(0).getString() : std::string();
 }
 
-// Refuses what the tables of an inventory do not have: what a trigger or a view does, nobody reads in its rows.
+// Refuses a file of another kind or version, and one with more than the tables of an inventory: rows do not show what
+// a trigger or a view does.
 void CheckSchema(const SQLite::Database& database, const fs::path& file) {
     const auto pragma = [&](const char* query) {
         SQLite::Statement statement(database, query);
@@ -320,7 +321,7 @@ DomainCache ReadCache(RowReader& reader) {
     return *cache;
 }
 
-// Rows come in the order of their numbers; in a damaged file they may not.
+// Rows come in the order of their numbers, unless the file is damaged.
 template <class Number>
 void CheckFollows(RowReader& reader, Number number, Number before) {
     if (number == before) {
@@ -372,7 +373,7 @@ std::vector<DomainMemberRow> ReadDomainMembers(const SQLite::Database& database,
         }
         rows.push_back(row);
     });
-    // The file has the caches in the order of their names.
+    // The file orders the caches by name.
     std::ranges::stable_sort(rows, {}, &DomainMemberRow::cache);
     return rows;
 }
@@ -417,8 +418,8 @@ std::string Schema() {
     return schema;
 }
 
-// The bytes of an inventory file. It is made in memory: so no journal is ever left beside it, which the next one who
-// opens the file would apply, also to a copy of another file that was put there meanwhile.
+// The bytes of an inventory file. They are made in memory, so that no journal is ever left beside the file: the next
+// program that opens the file would apply it, even to another file that was copied there meanwhile.
 class FileImage {
 public:
     FileImage(const Inventory& inventory, const fs::path& file) {
@@ -460,7 +461,7 @@ void WriteFile(const fs::path& file, Write write) {
     }
 }
 
-// Another file may have been put in the place of the one that was opened.
+// Whether the opened file was moved, deleted or replaced.
 bool IsMoved(const SQLite::Database& database) {
     int isMoved = 0;
     sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &isMoved);
@@ -471,8 +472,8 @@ bool HasWriteAheadLog(const SQLite::Database& database) {
     return QueryText(database, "PRAGMA journal_mode") == "wal";
 }
 
-// Calls action while no one else can write `file`. A write-ahead log, which others may have switched on, is switched
-// off first: it would be applied to the next file of that name.
+// Calls action while no one else can write `file`. First switches off a write-ahead log, which others may have switched
+// on: SQLite would apply it to the next file of that name.
 template <class Action>
 void WhileLocked(const fs::path& file, Action action) {
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::milliseconds{BUSY_TIMEOUT_MS};
@@ -529,7 +530,7 @@ Inventory ReadInventory(const fs::path& file) {
     const InventoryFileUse use;
     return At(Place{file}, [&] {
         SQLite::Database database = Open(file);
-        // One state of the file, whatever others write meanwhile.
+        // Reads one state of the file, even if others write meanwhile.
         const SQLite::Transaction transaction(database);
         CheckSchema(database, file);
         Inventory inventory;
@@ -546,7 +547,7 @@ void ReplaceInventory(const fs::path& file, const Inventory& inventory) {
         const FileImage image(inventory, file);
         WhileLocked(file, [&](const SQLite::Database& database) {
             CheckSchema(database, file);
-            const fs::path target = fs::canonical(file);  // a link stays one
+            const fs::path target = fs::canonical(file);  // a symbolic link stays a link
             WriteFile(file, [&] { NewFile(target.parent_path(), image.View()).Replace(target); });
         });
     });

@@ -35,7 +35,7 @@ std::optional<NeRow> InventoryService::FindNe(std::int64_t neId) const {
             return *ne;
         }
     }
-    // Without the pin: it may wait for a thread that replaces the table.
+    // Called without the pin: the callback may wait for a thread that replaces the table.
     if (m_missingNe) {
         m_missingNe(neId);
     }

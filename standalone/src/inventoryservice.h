@@ -18,12 +18,12 @@ namespace NS_STANDALONE {
 /// Answers from an inventory that is held in memory. A query costs one look-up and takes no lock.
 class InventoryService final : public NS_SERVICE::InventoryBufif {
 public:
-    /// What answers are read from.
+    /// The data that queries read.
     class Table {
     public:
         explicit Table(const Inventory& inventory);
 
-        /// Null: unknown NE.
+        /// Returns null for an unknown NE.
         [[nodiscard]] const NeRow* FindNe(std::int64_t neId) const;
         [[nodiscard]] bool IsIpService(std::uint16_t neType) const { return m_ipService[neType]; }
         [[nodiscard]] bool IsKlv(std::uint16_t neType) const { return m_klv[neType]; }
@@ -39,19 +39,19 @@ public:
     /// `missingNe`: see `HostOptions`.
     explicit InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe = {});
 
-    /// Puts `table` in the place of what was there. One thread at a time; queries go on meanwhile.
+    /// Replaces the table. One thread at a time; queries go on meanwhile.
     void Replace(std::unique_ptr<const Table> table) noexcept { m_table.Replace(std::move(table)); }
 
-    /// `flag` plays no part.
+    /// Ignores `flag`.
     bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override;
     bool IsOamNumberOmitted(int neId) override;
     bool IsIPServiceNEType(unsigned short neType) override;
     bool IsKLVNEType(unsigned short neType) override;
-    /// What is recorded of the NE; `neType` plays no part.
+    /// Answers from the NE's row; ignores `neType`.
     bool IsTransMultiSubShelf(unsigned long neId, unsigned short neType) override;
 
 private:
-    // The NE's row; nothing, and `missingNe` is told, when there is none.
+    // Returns the NE's row. If there is none, calls `missingNe` and returns nothing.
     [[nodiscard]] std::optional<NeRow> FindNe(std::int64_t neId) const;
 
     Published<Table> m_table;

@@ -26,7 +26,7 @@ namespace {
 
 constexpr const char* RECORD_PATTERN = "%Y-%m-%d %H:%M:%S.%e %l [%t] %n %v";
 
-// By the numbers that records carry.
+// Indexed by the level numbers of records.
 constexpr std::array RECORD_LEVELS{spdlog::level::err, spdlog::level::warn, spdlog::level::info, spdlog::level::debug};
 
 constexpr std::array<std::pair<std::string_view, spdlog::level::level_enum>, 5> THRESHOLDS{{
@@ -47,8 +47,8 @@ spdlog::level::level_enum Threshold(std::string_view name) {
     return found != THRESHOLDS.end() ? found->second : spdlog::level::debug;
 }
 
-// The message that printf makes of format and arguments; a format that printf refuses stands for itself. None when
-// there is no memory for it.
+// Returns the message that printf makes of format and arguments; a format that printf refuses stands for itself.
+// Returns nothing if memory runs out.
 std::optional<std::string> FormatMessage(const char* format, std::va_list arguments) {
     std::array<char, 512> buffer{};
     std::va_list again;
@@ -62,7 +62,7 @@ std::optional<std::string> FormatMessage(const char* format, std::va_list argume
             message.emplace(buffer.data(), static_cast<std::size_t>(needed));
         } else {
             std::string text(static_cast<std::size_t>(needed), '\0');
-            static_cast<void>(std::vsnprintf(text.data(), text.size() + 1, format, again));  // it went well once
+            static_cast<void>(std::vsnprintf(text.data(), text.size() + 1, format, again));  // succeeded above
             message = std::move(text);
         }
     } catch (const std::bad_alloc&) {
@@ -91,7 +91,7 @@ public:
         va_start(arguments, format);
         const std::optional<std::string> message = FormatMessage(format, arguments);
         va_end(arguments);
-        if (message) {  // the operation that a record tells of is worth more than the record
+        if (message) {  // else the record is lost: exhausted memory must not fail the logged operation
             m_logger.log(recordLevel, "{}:{} {}: {}", file, line, function, *message);
         }
     }
@@ -114,7 +114,7 @@ spdlog::sink_ptr MakeSink(const LogTarget& target) {
 
 }  // namespace
 
-// Writes records under a mutex that a fork can hold, unlike those of the library's own sinks.
+// Writes records under a mutex that a fork can hold, unlike the mutexes of spdlog's own sinks.
 class LogService::Sink final : public spdlog::sinks::sink, public RecordsFlush {
 public:
     explicit Sink(spdlog::sink_ptr target) : m_target(std::move(target)) {
@@ -145,7 +145,7 @@ public:
         try {
             m_target->flush();
         } catch (const spdlog::spdlog_ex&) {
-            // A full disk, say: the fork goes on, and the next record meets it again.
+            // A full disk, say: the fork goes on, and the next record hits the same error.
         }
     }
 

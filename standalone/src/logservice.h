@@ -13,8 +13,7 @@ namespace NS_STANDALONE {
 /// Writes log records to one target.
 class LogService final : public NS_SERVICE::LogSvcInterface {
 public:
-    /// Throws std::runtime_error that names the file when it cannot be written. `target` is not of
-    /// kind NONE.
+    /// Throws std::runtime_error that names the file if it cannot be written. `target` is not of kind NONE.
     explicit LogService(const LogTarget& target);
     ~LogService() override;
     LogService(const LogService&) = delete;

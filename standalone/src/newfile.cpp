@@ -18,14 +18,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr mode_t DEFAULT_PERMISSIONS = 0666;  // less what the umask takes away
+constexpr mode_t DEFAULT_PERMISSIONS = 0666;  // less the bits of the umask
 constexpr mode_t ALL_PERMISSIONS = 0777;      // without the bits that run a program as another user
 
 [[noreturn]] void Fail(int error) {
     throw std::system_error(error, std::generic_category());
 }
 
-// While it lives, no signal ends the process between a hidden name and the final one.
+// Blocks signals while it lives, so that none ends the process between the hidden name and the final one.
 class SignalsBlocked {
 public:
     SignalsBlocked() {
@@ -41,8 +41,8 @@ private:
     sigset_t m_before{};
 };
 
-// Calls tryName with hidden names in folder until it answers other than EEXIST, and returns the name. Throws what else
-// it answers, unless that is 0.
+// Calls tryName with hidden names in folder until one is free, and returns that name. Throws the error of tryName if it
+// is not EEXIST, or after too many tries.
 template <class TryName>
 std::string FindHiddenName(const fs::path& folder, TryName tryName) {
     constexpr int TRIES = 100;
@@ -79,7 +79,7 @@ NewFile::~NewFile() {
 }
 
 void NewFile::Create(const fs::path& file) {
-    // A link, unlike a rename, leaves a file that is there alone, and needs no hidden name before.
+    // Unlike a rename, a link never replaces an existing file, and it needs no hidden name first.
     if (m_hidden.empty() && Link(file)) {
         return SyncFolder();
     }
@@ -95,7 +95,7 @@ void NewFile::Create(const fs::path& file) {
     if (errno != EINVAL && errno != ENOSYS) {
         Fail(errno);
     }
-    // The file system cannot rename that way: an empty file keeps the name for it.
+    // The file system cannot rename without replacing: an empty file reserves the name.
     const int reserved = open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, DEFAULT_PERMISSIONS);
     if (reserved == -1) {
         Fail(errno);
@@ -141,13 +141,13 @@ void NewFile::Write() {
     }
 }
 
-// Gives a file without a name its first one; false, and errno says why, if it cannot.
+// Gives a file without a name its first one. Returns false if it cannot; errno says why.
 bool NewFile::Link(const fs::path& name) const {
     const std::string descriptor = "/proc/self/fd/" + std::to_string(m_descriptor);
     return linkat(AT_FDCWD, descriptor.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
-// Where a file without a name cannot be given one (no hard links, no /proc), it is written once more under one.
+// If a file without a name cannot get one (no hard links, no /proc), writes it once more under a hidden name.
 void NewFile::TakeHiddenName() {
     if (!m_hidden.empty()) {
         return;
@@ -169,7 +169,7 @@ void NewFile::Rename(const fs::path& file) {
     SyncFolder();
 }
 
-// So that the name is on the disk too. Not every file system can do that, and the file is there already.
+// Writes the name to the disk too. Ignores errors: not every file system can do that, and the file is already there.
 void NewFile::SyncFolder() {
     const int folder = open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder != -1) {

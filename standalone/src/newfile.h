@@ -6,9 +6,9 @@
 
 namespace NS_STANDALONE {
 
-/// A file that is written whole, to the disk, before it gets its name. Until then it has none where the file system can
-/// hold such a file (O_TMPFILE), so that nothing is left of a process that is killed; elsewhere its name is hidden. The
-/// operations throw std::system_error, and std::bad_alloc.
+/// A file that is completely on the disk before it gets its name. Until then it has no name if the file system supports
+/// that (O_TMPFILE): a killed process leaves nothing there. On other file systems it has a hidden name. The operations
+/// throw std::system_error and std::bad_alloc.
 class NewFile {
 public:
     /// Writes `bytes`, which outlive this object, into a new file in `folder`.
@@ -17,10 +17,10 @@ public:
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    /// Names it `file`, a name in the folder; throws EEXIST when there is such a file. Once.
+    /// Gives it the name `file`, which is in the folder. Throws EEXIST if there is such a file. Call it once.
     void Create(const std::filesystem::path& file);
 
-    /// Puts it in the place of `file`, which is in the folder, with its permissions and, if possible, its owner. Once.
+    /// Replaces `file`, which is in the folder; keeps its permissions and, if possible, its owner. Call it once.
     void Replace(const std::filesystem::path& file);
 
 private:
@@ -34,7 +34,7 @@ private:
 
     std::filesystem::path m_folder;
     std::string_view m_bytes;
-    std::string m_hidden;  // its hidden name; empty: it has none
+    std::string m_hidden;  // its hidden name; empty if it has none
     int m_descriptor = -1;
 };
 

@@ -54,7 +54,7 @@ private:
         }
     }
 
-    // Of a header or a key.
+    // Takes a character of a header or a key.
     void TakeOfName(char character) {
         if (m_part == Part::START && character == '[') {
             m_part = Part::HEADER;
@@ -65,7 +65,7 @@ private:
         } else if (m_part == Part::HEADER) {
             m_headerDepth = m_depth;
         } else if (character == '}') {
-            Close();  // of a table without items, or with a comma after the last
+            Close();  // the table is empty, or has a comma after its last item
         } else if (character == '=') {
             m_part = Part::VALUE;
         } else if (m_part == Part::START) {
@@ -104,8 +104,8 @@ private:
         ++m_depth;
     }
 
-    // The rest of a text, after its first quote. One in three quotes may hold line breaks, and may end with one or two
-    // quotes of its own before the three that end it.
+    // Skips the rest of a text, after its first quote. A text in triple quotes may hold line breaks, and may have one
+    // or two quotes right before the closing three.
     void SkipQuoted(char quote) {
         const auto follows = [&](std::size_t quotes) {
             return m_text.substr(m_at, quotes) == std::string_view(quote == '"' ? R"(""")" : "'''").substr(0, quotes);

@@ -16,9 +16,9 @@ struct TextPlace {
 /// array and each inline table; levels within one another add up.
 inline constexpr std::size_t MAX_TOML_DEPTH = 100;
 
-/// Returns the place of the first level of `text` (TOML) past `MAX_TOML_DEPTH`, or nothing. The parser and the
-/// destructor of its tables call themselves for each level, so a text is asked this first. A text that is not TOML may
-/// get either answer, as long as the parser meets its error before it gets too deep. Throws std::bad_alloc.
+/// Returns the place of the first level of `text` (TOML) past `MAX_TOML_DEPTH`, or nothing. Call it before the parser:
+/// the parser and the destructor of its tables call themselves for each level. A text that is not TOML may get either
+/// answer, but nothing only if the parser meets the error before it gets too deep. Throws std::bad_alloc.
 std::optional<TextPlace> FindTooDeep(std::string_view text);
 
 }  // namespace NS_STANDALONE

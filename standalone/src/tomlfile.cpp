@@ -27,7 +27,7 @@ std::string PlaceText(const std::filesystem::path& file, const toml::source_posi
     return PlaceText(file, position.line, position.column);
 }
 
-// The iterators bypass the stream, which would take an error, and exhausted memory, for the end of the file.
+// The iterators read the buffer: the stream would mistake an error or exhausted memory for the end of the file.
 std::string ReadText(const std::filesystem::path& file) try {
     const std::ifstream stream(file, std::ios::binary);
     if (!stream) {
@@ -76,7 +76,7 @@ TomlFile::IntItems ReadIntItems(const toml::table& table) {
 
 std::string MisfitText(const std::filesystem::path& file, std::string_view key, const toml::node& node) {
     std::ostringstream text;
-    text.exceptions(std::ios::badbit);  // else text that memory runs out for would be missing
+    text.exceptions(std::ios::badbit);  // else exhausted memory would silently shorten the text
     text << PlaceText(file, node.source().begin) << "item \"" << key << "\" is of type " << node.type()
          << "; only texts, whole numbers and booleans can be items";
     return text.str();

@@ -13,7 +13,7 @@ constexpr bool IsUtf8Text(std::string_view text) noexcept {
         if (first == 0 || (first >= 0x80 && first < 0xC2) || first > 0xF4 || size > text.size() - at) {
             return false;
         }
-        // The first two bytes of what is overlong, a surrogate or too large.
+        // The first two bytes of an overlong form, a surrogate, or a code point past U+10FFFF.
         const unsigned second = size > 1 ? byteAt(at + 1) : 0;
         if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) || (first == 0xF0 && second < 0x90) ||
             (first == 0xF4 && second > 0x8F)) {

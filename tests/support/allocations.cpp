@@ -15,7 +15,7 @@ thread_local bool isOnlyOneFailing = false;
 thread_local bool hasOneFailed = false;
 std::atomic<std::ptrdiff_t> live{0};
 
-// What getMemory gives, unless this allocation is one that fails.
+// Returns what getMemory returns, unless this allocation must fail.
 template <class GetMemory>
 void* Count(GetMemory getMemory) {
     ++allocations;

@@ -1,4 +1,4 @@
-/// Counting and failing of heap allocations. A program that links allocations.cpp has its operator new replaced.
+/// Counts heap allocations and makes them fail. In a program that links allocations.cpp, it replaces operator new.
 #pragma once
 
 #include <array>
@@ -16,17 +16,17 @@ private:
     std::size_t m_before;
 };
 
-/// How many allocations of all threads have not been freed.
+/// Returns how many allocations of all threads are not yet freed.
 [[nodiscard]] std::ptrdiff_t LiveAllocations() noexcept;
 
-/// What becomes of the allocations after one that failed. When others work again, code that goes on in spite of the
-/// failure may take what is not whole for an answer.
+/// Whether the allocations after a failed one fail too. If they work again, code that goes on after the failure may
+/// take incomplete data for an answer.
 enum class Shortage { STAYS, PASSES };
 
 inline constexpr std::array<Shortage, 2> SHORTAGES{Shortage::STAYS, Shortage::PASSES};
 
-/// While it lives, an allocation of the calling thread throws std::bad_alloc, but for the first `spared` ones: each, or
-/// only one.
+/// While it lives, the first `spared` allocations of the calling thread work and the next one throws std::bad_alloc;
+/// with `Shortage::STAYS`, each later one throws too.
 class FailingAllocations {
 public:
     explicit FailingAllocations(std::size_t spared = 0, Shortage shortage = Shortage::STAYS) noexcept;

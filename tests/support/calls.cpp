@@ -40,7 +40,7 @@ bool NS_TEST::CallCount::IsPossible() noexcept {
 
 namespace {
 
-// The function that the program would have called without this file.
+// Returns the function that the program would call without this file.
 template <class Function>
 Function* Original(const char* name, Function* /*ofThisType*/) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -48,7 +48,7 @@ Function* Original(const char* name, Function* /*ofThisType*/) {
 
 }  // namespace
 
-// Visible, for the libraries to find them first.
+// Visible, so that the libraries find them first.
 #pragma GCC visibility push(default)
 extern "C" {
 

@@ -1,5 +1,5 @@
-/// Counting of locks taken and exceptions thrown. A program that links calls.cpp has those functions of the system
-/// replaced, unless a sanitizer replaces them already.
+/// Counts locks taken and exceptions thrown. In a program that links calls.cpp, it replaces those functions of the
+/// system, unless a sanitizer replaces them already.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-/// Numbers by chance: the same seed gives the same ones everywhere.
+/// Random numbers: the same seed gives the same ones everywhere.
 #pragma once
 
 #include <array>
@@ -7,7 +7,7 @@
 
 namespace NS_TEST {
 
-/// A generator of numbers that does not depend on the standard library's distributions.
+/// Does not use the standard library's distributions: they differ between libraries.
 class Chance {
 public:
     explicit Chance(std::uint64_t seed) : m_state(seed) {}

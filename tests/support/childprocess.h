@@ -6,8 +6,8 @@
 
 namespace NS_TEST {
 
-/// What `say` says in a process that is forked for it, so that it meets this process's state and leaves it alone.
-/// Nothing when that process does not end well, or not within five minutes. No other thread may run in this process.
+/// Returns what `say` returns in a forked process, which starts with the state of this one but cannot change it.
+/// Returns nothing if that process fails or takes more than five minutes. No other thread may run in this process.
 std::optional<std::string> InChildProcess(const std::function<std::string()>& say);
 
 }  // namespace NS_TEST

@@ -1,5 +1,5 @@
-/// All readers and writers as rows, each beside its literal counterpart and the typed calls of `fdn.h`: what tests of
-/// all of them walk over.
+/// All readers and writers as rows, for tests of all of them. Each row has the function of the library, its literal
+/// counterpart and the typed call of `fdn.h`.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@
 
 namespace NS_TEST {
 
-/// A reader of a text, or of what `Input` says.
+/// A reader of a text, or of another type of input.
 template <class Record_, class Input = std::string>
 struct Reader {
     using Record = Record_;
@@ -24,14 +24,14 @@ struct Reader {
     std::string_view name;
     Function library;
     Function literal;
-    TypedFunction typed = nullptr;  ///< null: no typed call reads this input
+    TypedFunction typed = nullptr;  ///< null if no typed call reads this input
 };
 
-/// `read` is called with the class to convert by, as a std::type_identity.
+/// `read` gets the class that converts, as a std::type_identity.
 template <class Record, class Input = std::string, class Read>
 Reader<Record, Input> MakeReader(std::string_view name, Read /*read*/,
                                  typename Reader<Record, Input>::TypedFunction typed = nullptr) {
-    // `read` captures nothing, so that a function without it can call it.
+    // `read` captures nothing, so a plain function can construct and call it.
     return {name,
             [](const Input& input, Record& record) { Read{}(std::type_identity<NS_UTIL::ResIDUtil>{}, input, record); },
             [](const Input& input, Record& record) { Read{}(std::type_identity<LiteralResIDUtil>{}, input, record); },
@@ -41,7 +41,7 @@ Reader<Record, Input> MakeReader(std::string_view name, Read /*read*/,
 /// A reader of a parsed FDN.
 template <class Record>
 struct MapReader : Reader<Record, NS_UTIL::MocLvlValueMap> {
-    Reader<Record> afterParsing;  ///< is given the text, of which it makes the map first
+    Reader<Record> afterParsing;  ///< gets the text, and parses it into the map first
 };
 
 /// As `MakeReader`.
@@ -56,7 +56,7 @@ MapReader<Record> MakeMapReader(std::string_view name, Read read) {
             })};
 }
 
-/// Calls `visit` with the row of each reader that is given a text.
+/// Calls `visit` with the row of each reader that gets a text.
 template <class Visit>
 void ForEachReaderOfText(Visit visit) {
     using namespace NS_UTIL::NS_FDN;
@@ -128,11 +128,11 @@ void ForEachReaderOfText(Visit visit) {
             reading.answer = By::type::ResID2MepIndex(fdn, reading.mep);
         },
         [](std::string_view fdn, EndPointReading& reading, const NS_UTIL::Surroundings& surroundings) {
-            return NS_FDN::ReadInto<MEPIndex>(fdn, reading.mep, surroundings);  // says nothing of the answer
+            return NS_FDN::ReadInto<MEPIndex>(fdn, reading.mep, surroundings);  // does not set reading.answer
         }));
 }
 
-/// Calls `visit` with the row of each reader that is given a parsed FDN.
+/// Calls `visit` with the row of each reader that gets a parsed FDN.
 template <class Visit>
 void ForEachReaderOfMap(Visit visit) {
     using namespace NS_DOMAIN;
@@ -152,7 +152,7 @@ void ForEachReader(Visit visit) {
     ForEachReaderOfMap([&visit](const auto& reader) { visit(reader.afterParsing); });
 }
 
-/// What writers take besides record and text.
+/// The arguments that writers take besides record and text.
 struct WriterArguments {
     bool flag = false;         // `asLogical` or `withSubIf`
     unsigned long neType = 0;  // of `PortIndex2ResIDByNEType`
@@ -165,13 +165,13 @@ struct Writer {
     using TypedFunction = void (*)(const Record&, std::string&, const WriterArguments&, const NS_UTIL::Surroundings&);
 
     std::string_view name;
-    std::string_view flagName;  // empty: takes none
+    std::string_view flagName;  // empty if it takes no flag
     Function library;
     Function literal;
     TypedFunction typed;
 };
 
-/// Writes by the typed call: as the first kind without a flag, as the second with it.
+/// Writes by the typed call: as the second kind if the flag is set, else as the first.
 template <class Kind, class KindWithFlag = Kind>
 void WriteTyped(const NS_UTIL::NS_FDN::RecordOf<Kind>& record, std::string& fdn, const WriterArguments& arguments,
                 const NS_UTIL::Surroundings& surroundings) {

@@ -1,4 +1,4 @@
-/// What stands around the conversions while they are compared with their literal counterparts.
+/// Configuration and services for comparing the conversions with their literal counterparts.
 #pragma once
 
 #include <array>
@@ -24,7 +24,7 @@ inline void PrintTo(const ConversionProfile& profile, std::ostream* out) {
     *out << profile.name;
 }
 
-/// All that conversions make a difference of.
+/// All configurations and services that make a difference to conversions.
 inline const std::array<ConversionProfile, 5> CONVERSION_PROFILES{
     {{"NoItems", {}, true},
      {"CarrierProfile", {{"Telvandaire", "1"}}, true},
@@ -32,7 +32,7 @@ inline const std::array<ConversionProfile, 5> CONVERSION_PROFILES{
      {"OtherSubSlotList", {{"Telvandaire", "2"}, {"NETypeListForSubSlot", ",, 1911,x"}}, true},
      {"NoServices", {{"NETypeListForSubSlot", "1912"}}, false}}};
 
-/// Configuration and services of a profile, for the library and for its literal counterpart, for as long as this lives.
+/// Sets the configuration and services of a profile, for the library and its literal counterpart, while it lives.
 class ConversionSurroundings {
 public:
     explicit ConversionSurroundings(const ConversionProfile& profile) : m_configuration(profile.configuration) {
@@ -51,7 +51,7 @@ public:
     ConversionSurroundings& operator=(const ConversionSurroundings&) = delete;
 
 private:
-    // Has no file; it keeps nothing, so that many questions cost nothing.
+    // Has no file, and records no questions: there are too many.
     class EmptyDataAccess : public NS_SERVICE::DAWSvcInterface {
     public:
         NS_SERVICE::ConfigObject* GetConfiguration(const std::string& /*path*/,

@@ -1,4 +1,4 @@
-/// Inputs in memory of exactly their size, so that the address sanitizer sees a read of one byte too many.
+/// Inputs in memory of exactly their size, so that the address sanitizer catches a read past their end.
 #pragma once
 
 #include <cstddef>
@@ -21,12 +21,12 @@
 
 namespace NS_TEST {
 
-/// A text for operations that take a std::string. Under the address sanitizer all behind its last character is out of
-/// bounds, the terminator included: readers have no business there.
+/// A text for operations that take a std::string. Under the address sanitizer, all bytes past its last character are
+/// out of bounds, even the terminator: readers must not read it.
 class ExactText {
 public:
     explicit ExactText(std::string_view text) {
-        // A text kept inside the string object, or one that ends where its memory ends, could not be fenced off whole.
+        // The room makes the text leave the string object, and leaves bytes past its end that can be fenced off.
         constexpr std::size_t FENCE = 32;
         m_text.reserve(text.size() + FENCE);
         m_text.assign(text);

@@ -13,8 +13,8 @@ thread_local bool releasesFail = false;
 
 }  // namespace
 
-// Visible, because the linker wraps the names for shared libraries too, where a sanitizer left them open in them. The
-// long ones are ACE_OS::mutex_lock and ACE_OS::mutex_unlock.
+// Visible: a sanitizer may leave these names open in shared libraries, and the linker wraps them there too. The long
+// names are ACE_OS::mutex_lock and ACE_OS::mutex_unlock.
 #pragma GCC visibility push(default)
 extern "C" {
 

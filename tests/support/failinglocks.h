@@ -1,5 +1,5 @@
-/// Locks that fail. A program that uses them is made of the library's objects instead of linking it, and links
-/// `kx_test_failinglocks` (tests/CMakeLists.txt); what lies in shared libraries is not affected.
+/// Locks that fail. A program that uses them links the library's objects instead of the shared library, and
+/// `kx_test_failinglocks` (tests/CMakeLists.txt). Locks in shared libraries do not fail.
 #pragma once
 
 #include <cerrno>
@@ -8,15 +8,15 @@
 
 namespace NS_TEST {
 
-/// While it lives, no lock can be taken on the thread that made it: no mutex, no read-write lock for writing, and not
-/// the lock of singletons. Assertions of tests take locks too, so make none meanwhile.
+/// While it lives, the thread that made it can take no lock: no mutex, no read-write lock for writing, and not the lock
+/// of singletons. Test assertions take locks too, so make none meanwhile.
 class FailingLocks {
 public:
-    /// With which locks fail.
+    /// The error with which locks fail.
     static constexpr int ERROR = EDEADLK;
 
     FailingLocks() noexcept;
-    /// Before a lock fails, `meanwhile` runs, which may take locks: what another thread may have done by then.
+    /// Runs `meanwhile` before a lock fails. It may take locks, and stands for another thread that was faster.
     explicit FailingLocks(std::function<void()> meanwhile) noexcept;
     ~FailingLocks();
     FailingLocks(const FailingLocks&) = delete;
@@ -24,10 +24,10 @@ public:
 
     /// How many locks failed.
     [[nodiscard]] std::size_t GetFailed() const noexcept { return m_failed; }
-    /// How many locks were released all the same.
+    /// How many locks were released meanwhile.
     [[nodiscard]] std::size_t GetReleased() const noexcept { return m_released; }
 
-    /// What the wrapped functions of the system call: whether to fail, and that a lock is released.
+    /// The wrapped functions of the system call these: to learn whether to fail, and to report that a lock is released.
     static bool Fail();
     static void CountRelease() noexcept;
 
@@ -39,7 +39,7 @@ private:
     std::size_t m_released = 0;
 };
 
-/// While it lives, releasing a read-write lock on the thread that made it releases it, and yet reports an error.
+/// While it lives, releasing a read-write lock on the thread that made it works, but reports an error.
 class FailingReleases {
 public:
     static constexpr int ERROR = EPERM;

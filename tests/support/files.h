@@ -1,4 +1,4 @@
-/// Files that a test makes and looks at.
+/// Files that a test makes and reads.
 #pragma once
 
 #include <filesystem>
@@ -35,7 +35,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Writes `file`, and makes the folders that it is in.
+/// Writes `file`, and makes its folders.
 inline void WriteFile(const std::filesystem::path& file, const std::string& text) {
     std::filesystem::create_directories(file.parent_path());
     if (!(std::ofstream(file, std::ios::binary) << text).flush()) {

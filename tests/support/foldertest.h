@@ -1,4 +1,4 @@
-/// A test in an empty folder of its own.
+/// A test that has its own empty folder.
 #pragma once
 
 #include <cstddef>

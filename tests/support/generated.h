@@ -1,4 +1,4 @@
-/// Identifiers and records by chance: the same seed gives the same ones everywhere.
+/// Random identifiers and records: the same seed gives the same ones everywhere.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace NS_TEST {
 
-/// Identifiers: some as writers write them, some with whatever levels, many of them damaged.
+/// Generates identifiers: some as writers write them, some with arbitrary levels; many are damaged.
 class IdentifierGenerator {
 public:
     explicit IdentifierGenerator(std::uint64_t seed) : m_chance(seed) {}
@@ -44,7 +44,7 @@ private:
         }
     }
 
-    // As identifiers of some kind are written, with other numbers.
+    // An example of some kind, with other numbers.
     std::string ExampleLike() {
         std::string fdn;
         for (const char character : m_chance.From(EXAMPLES)) {
@@ -253,7 +253,7 @@ private:
     Chance m_chance;
 };
 
-/// Records whose fields hold the values that writers treat in some way of their own, and others.
+/// Generates records whose fields hold the values that writers treat specially, and others.
 class RecordGenerator {
 public:
     explicit RecordGenerator(std::uint64_t seed) : m_chance(seed) {}

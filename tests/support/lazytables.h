@@ -1,4 +1,4 @@
-/// Whether look-ups answer right from all of a table that the library builds on first call.
+/// Checks of the tables that the library builds on first call: do look-ups answer right from all of a table?
 #pragma once
 
 #include <kx_domain_util/fbtype.h>

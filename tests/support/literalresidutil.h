@@ -1,7 +1,7 @@
-/// The conversions once more, the plainest way: every reader fills a map and looks levels up in it, every writer is a
-/// string stream. Slow and obvious; what `NS_UTIL::ResIDUtil` is compared with by tests, fuzzers and benchmarks.
+/// A reference implementation of the conversions, slow and obvious: every reader fills a map and looks levels up in it,
+/// every writer uses a string stream. Tests, fuzzers and benchmarks compare `NS_UTIL::ResIDUtil` with it.
 ///
-/// Same names and arguments as in `NS_UTIL::ResIDUtil`. The services are given to it, not looked up.
+/// Has the names and arguments of `NS_UTIL::ResIDUtil`. The caller sets the services; they are not looked up.
 #pragma once
 
 #include <cstdint>
@@ -29,11 +29,11 @@ public:
         NoService() : std::runtime_error("no service") {}
     };
 
-    /// What the writers ask; null: there is none.
+    /// The writers ask it; null if there is none.
     inline static NS_SERVICE::InventoryBufif* inventory = nullptr;
-    /// What the reader of loop-back ports asks; null: there is none.
+    /// The reader of loop-back ports asks it; null if there is none.
     inline static NS_SERVICE::DAWSvcInterface* dataAccess = nullptr;
-    /// What the OAM readers log to; null: there is none.
+    /// The OAM readers log to it; null if there is none.
     inline static NS_SERVICE::ModuleLogger* logger = nullptr;
 
     // ---- The grammar ------------------------------------------------------------------------------------------------
@@ -422,7 +422,7 @@ public:
         pw.resId = fdn;
     }
 
-    // By items NAME=value, of which the first of a name counts, an empty value too.
+    // Reads items NAME=value. The first item of a name counts, even if its value is empty.
     static void ResID2PWSwitchIndex(const std::string& fdn, NS_DOMAIN::PWSwitchIndex& pwSwitch) {
         for (const std::string& item : Split(fdn, ',')) {
             if (item.substr(0, 3) == "NE=") {

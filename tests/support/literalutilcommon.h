@@ -1,5 +1,5 @@
-/// The text helpers of `NS_UTIL::UtilCommon` once more, the plainest way: one character after the other. What tests and
-/// fuzzers compare with.
+/// A reference implementation of the text helpers of `NS_UTIL::UtilCommon`, one character after the other. Tests and
+/// fuzzers compare the library with it.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace NS_TEST {
 
-/// Same names and arguments as in `NS_UTIL::UtilCommon`.
+/// Has the names and arguments of `NS_UTIL::UtilCommon`.
 class LiteralUtilCommon {
 public:
     static std::string GetMoc(const std::string& fdn) {
@@ -49,7 +49,7 @@ public:
     }
 
     static void GetSplitePPDataByLine(std::map<int, std::string>& out, const std::string& line) {
-        std::size_t start = 0;  // one past the separator found last
+        std::size_t start = 0;  // one past the last separator found
         for (int key = 0; key <= 2; ++key) {
             std::string field;
             std::size_t at = start;

@@ -32,7 +32,7 @@ namespace NS_TEST {
 
 namespace {
 
-// One operation: call puts its answer where it is told to.
+// One operation: call writes its answer to its argument.
 template <class Value>
 struct Row {
     std::string name;
@@ -71,11 +71,11 @@ const std::string LONG_PIECES{"the first of some long pieces|another one of the 
 const std::string LONG_ITEMS{
     "the name of the first item=the value of the first item,the name of the second item=the value of the second item"};
 
-// Items that were read before, by name and by number.
+// Items that are already parsed, by name and by number.
 const std::map<std::string, std::string> TEXTS{{LONG_KEY, LONG_TEXT}, {"7", "7"}};
 const std::map<int, std::string> LINES{{7, LONG_TEXT}};
 
-// Identifiers from which each reader fills what it can fill.
+// Identifiers that together fill what each reader can fill.
 const std::array<std::string, 4> LONG_IDENTIFIERS{
     "OS=7,ONE=3,NE=12,FR=1,S=3,CP=-1,SS=2,SC=-1,PP=16|1025|7|a port with quite a long name,SUBIF=5",
     "NE=12,S=0,LP=16|65547|7|a logical port with a long name,AP=1|2|3,VR=6,VC4=5",
@@ -84,7 +84,7 @@ const std::array<std::string, 4> LONG_IDENTIFIERS{
 const std::string END_POINT{
     "NE=5,MD=3|a maintenance domain with a long name,MA=4|an association with a long name,MEP=7"};
 
-// A record whose texts are long, and whose numbers are one.
+// A record whose texts are long and whose numbers are 1.
 template <class Record>
 Record LongRecord() {
     Record record;
@@ -286,7 +286,7 @@ void AddFbTypesAndFilter(Table& add) {
              }});
     add(Flag{"NS_UTIL::NtfFilter::IsFilteNtf", [](bool& is) { is = NtfFilter::Instance()->IsFilteNtf(5); }});
     add(Flag{"NS_UTIL::NtfFilter::IsFilteNtf", [](bool& is) {
-                 NtfFilter::Destroy();  // so that each call loads
+                 NtfFilter::Destroy();  // makes each call load
                  is = NtfFilter::Instance()->IsFilteNtf(5);
              }});
 }
@@ -331,7 +331,7 @@ void AddNeTypes(Table& add) {
                  is = DeviceDomainMgr::Instance() != nullptr;
                  DeviceDomainMgr::Destroy();
              }});
-    // To store a list and to read all: each is tried by both.
+    // The rows of storing and of reading each do both: store a list, then read all.
     const auto storeAndReadNeTypeLists = [](Lists& lists) {
         DeviceDomainMgr::Instance()->AddDomainDevTypelistCache(LONG_KEY, unsorted);
         DeviceDomainMgr::Instance()->GetDomainDevTypelistCache(lists);
@@ -379,7 +379,7 @@ void AddTheFrame(Table& add) {
 
 // ---- Typed calls ----------------------------------------------------------------------------------------------------
 
-// In these everything is known, and nothing allocates.
+// Knows everything and allocates nothing.
 class AllKnown final : public NS_UTIL::Surroundings {
 public:
     [[nodiscard]] int CarrierProfile() const override { return 1; }
@@ -478,7 +478,7 @@ void AddServices(Table& add) {
                  BundleMgr::Instance()->RegisterService(LONG_KEY, &service);
                  is = BundleMgr::Instance()->UnregisterService(LONG_KEY);
              }});
-    // A replacement for which there is no memory leaves what it would replace, and taking that back needs none.
+    // If memory runs out for a replacement, the old service stays registered, and taking it back needs no memory.
     static ServiceInterface other;
     add(Flag{"NS_BUNDLEMGR1::BundleMgr::RegisterService", [](bool& is) {
                  const auto isTakenBack = [](const ServiceInterface& expected) noexcept {

@@ -1,4 +1,4 @@
-/// Splitting of a text the plainest way: what scanners and finders are compared with.
+/// Splits a text the plainest way; tests compare scanners and finders with it.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace NS_TEST {
 
-/// What stands between separators; a text has at least one piece.
+/// Returns the pieces between separators; a text has at least one.
 inline std::vector<std::string> PiecesOneByOne(std::string_view text, char separator) {
     std::vector<std::string> pieces(1);
     for (const char character : text) {

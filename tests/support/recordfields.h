@@ -1,5 +1,5 @@
-/// The fields of every record by name, in their order: for printing, for test vectors and for generated records. Those
-/// of the index records are read from `domainindex.h` when the tests are configured.
+/// The fields of every record by name, in their order: for printing, for test vectors and for generated records. CMake
+/// reads the fields of the index records from `domainindex.h`.
 #pragma once
 
 #include <ostream>
@@ -19,20 +19,20 @@ struct Field {
 template <class Record, class Value>
 Field(std::string_view, Value Record::*) -> Field<Record, Value>;
 
-/// What `NEID2ResID` takes.
+/// The arguments of `NEID2ResID`.
 struct NEPath {
     std::int32_t oneId = 0;
     std::int32_t neId = -1;
 };
 
-/// What `ResID2GroupID` gives.
+/// The result of `ResID2GroupID`.
 struct ServiceGroup {
     std::int32_t group = 0;
 
     bool operator==(const ServiceGroup&) const = default;
 };
 
-/// What `ResID2MepIndex` gives.
+/// The results of `ResID2MepIndex`.
 struct EndPointReading {
     NS_DOMAIN::MEPIndex mep;
     std::int32_t answer = 0;

@@ -1,4 +1,4 @@
-/// The room that the texts of a caller's record have, for tests of what conversions allocate.
+/// Room in the texts of a caller's record, for tests of the allocations of conversions.
 #pragma once
 
 #include <cstddef>
@@ -29,12 +29,12 @@ void MakeRoom(Record& record) {
     ForEachText(record, [](std::string& text) { text.reserve(ROOM); });
 }
 
-/// Whether a text does not fit into a string object itself.
+/// Whether a text does not fit into the string object itself.
 inline bool NeedsRoom(const std::string& text) {
     return text.size() > std::string().capacity();
 }
 
-/// How many texts of a record that had none before need room of their own.
+/// Returns how many texts of a record do not fit into their string objects.
 template <class Record>
 std::size_t CountTextsThatNeedRoom(const Record& record) {
     std::size_t count = 0;

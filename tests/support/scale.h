@@ -1,5 +1,5 @@
-/// How much a test does: sanitizers cost an order of magnitude, and need fewer rounds to see what they look for. Builds
-/// that are slow in other ways define KX_TEST_FEWER_ROUNDS.
+/// How much a test does. Sanitizers slow tests down, and need fewer rounds to find errors. Builds that are slow for
+/// other reasons define KX_TEST_FEWER_ROUNDS.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-/// Services for tests: they answer from what the test gave them and record what they were asked.
+/// Services for tests. They answer from what the test gave them, and record the questions.
 #pragma once
 
 #include <array>
@@ -23,7 +23,7 @@
 
 namespace NS_TEST {
 
-/// A service is registered for as long as this lives.
+/// Registers a service for as long as it lives.
 class Registration {
 public:
     Registration(std::string name, NS_BUNDLEMGR1::ServiceInterface& service) : m_name(std::move(name)) {
@@ -37,7 +37,7 @@ private:
     std::string m_name;
 };
 
-/// The service registered under `name`; null when there is none.
+/// Returns the service registered under `name`, or null.
 template <class Service>
 Service* FindService(const std::string& name) {
     const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
@@ -49,7 +49,7 @@ Service* FindService(const std::string& name) {
     return nullptr;
 }
 
-/// Configuration items are set for as long as this lives; at its ends there are none.
+/// Sets configuration items for as long as it lives. Removes all items first, and again at the end.
 class Configuration {
 public:
     Configuration() { Items().Clear(); }
@@ -77,7 +77,7 @@ public:
     using Types = std::map<std::int64_t, std::uint32_t>;
     struct Query {
         std::int64_t neId;
-        std::uint32_t neType;  // as it came in
+        std::uint32_t neType;  // its value when the query came in
         bool flag;
 
         bool operator==(const Query&) const = default;
@@ -108,7 +108,7 @@ public:
 
     Types m_types;
     std::set<int> m_omitting;  // the NEs whose identifiers leave OAM numbers out
-    unsigned m_yes = 0;        // the NE type of which every question is answered by yes
+    unsigned m_yes = 0;        // the NE type for which every question is answered with yes
     std::vector<Query> m_queries;
     std::vector<std::pair<std::string, unsigned short>> m_questions;
     std::vector<unsigned long> m_neIds;

@@ -1,4 +1,4 @@
-# The headers that tests, benchmarks and fuzzers share, as the target kx_test_support. Three of them are made here
+# The headers that tests, benchmarks and fuzzers share, as the target kx_test_support. Three of them are generated here
 # from the sources, so that no new record or kind is forgotten.
 include_guard(GLOBAL)
 

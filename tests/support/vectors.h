@@ -1,4 +1,4 @@
-/// Test vectors: cases of conversion as JSON, which any implementation could run. tests/vectors/README.md tells their
+/// Test vectors: cases of conversion as JSON, which any implementation can run. tests/vectors/README.md describes their
 /// form.
 #pragma once
 
@@ -15,7 +15,7 @@
 
 namespace NS_TEST {
 
-/// One case of a vector file. Asking for a member that is not there, or of another type, throws.
+/// One case of a vector file. Throws if a member is missing or of another type.
 class VectorCase {
 public:
     VectorCase(const rapidjson::Value& json, std::string name) : m_json(json), m_name(std::move(name)) {}
@@ -35,9 +35,9 @@ public:
     bool Bool(const char* member) const { return Member(member).GetBool(); }
     /// An object from names to lists of texts.
     std::map<std::string, std::vector<std::string>> TextLists(const char* member) const;
-    /// An object from names to texts; empty when there is no such member.
+    /// An object from names to texts; empty if the member is missing.
     std::map<std::string, std::string> TextMap(const char* member) const;
-    /// An object from numbers to numbers; empty when there is no such member.
+    /// An object from numbers to numbers; empty if the member is missing.
     std::map<std::int64_t, std::uint32_t> NumberMap(const char* member) const;
     std::vector<std::int64_t> Numbers(const char* member) const;
 
@@ -49,7 +49,7 @@ public:
         }
     }
 
-    /// Throws unless every member is one of `known`, so that a misspelt one does not go unnoticed.
+    /// Throws unless every member is one of `known`: finds misspelt members.
     void AllowOnly(const std::set<std::string_view>& known) const;
 
 private:

@@ -12,45 +12,46 @@
 namespace NS_STANDALONE {
 
 /// Where log records go. A record is one line: time, level, thread, module/sub-module, source file:line, function,
-/// message. Record levels: 0 error, 1 warning, 2 info, 3 debug, above that trace; below 0 counts as 0. A logger writes
-/// the records from the level on by which it was asked for ("error", "warning", "info", "debug", "trace"; any other
-/// name counts as "debug"). Warnings and errors are in the file at once, others by and by.
+/// message. Record levels: 0 error, 1 warning, 2 info, 3 debug, above that trace; below 0 counts as 0. A caller asks
+/// for a logger by its level ("error", "warning", "info", "debug", "trace"; any other name counts as "debug"). The
+/// logger writes records of that level and more severe ones. Warnings and errors are in the file at once, others later.
 struct LogTarget {
     enum class Kind { NONE, STDERR, FILE };
 
-    Kind kind = Kind::NONE;                 ///< NONE registers no log service: records are dropped unbuilt
+    Kind kind = Kind::NONE;                 ///< NONE registers no log service: records are dropped unformatted
     std::filesystem::path file;             ///< of kind FILE: the newest file; older ones get a number
     std::size_t maxFileBytes = 10U << 20U;  ///< a file that grows beyond it is rotated; 1 or more for kind FILE
     std::size_t maxFiles = 5;               ///< how many older files are kept; 0 to 200000 for kind FILE
 };
 
-/// What a host is made of. Each part may be left out; its service is then not registered.
+/// The parts of a host. Each part may be left out; its service is then not registered.
 ///
 /// Configuration: each top-level item of the bundle file becomes an item of `CorbaConfigItems`: a text as it is, a
 /// whole number in decimal, a boolean as 0 or 1; any other type is an error. Each table is a section, which only the
 /// data-access service shows. That service answers the whole numbers of 32 bits and the booleans of any TOML file in
-/// the folder, top level (section empty) or section; a section that the file does not have has no items. It answers
-/// null for a path that is absolute or has "..", for a file that is not there, and for one that does not parse or is
+/// the folder, at the top level (empty section) or in a section. A section that the file lacks has no items. It
+/// returns null for a path that is absolute or has "..", for a missing file, and for a file that does not parse or is
 /// nested more than 100 levels deep.
 ///
-/// Inventory: `IsTransMultiSubShelf` answers from the NE alone, and whatever is not in the inventory is answered false.
-/// The lists in `DeviceDomainMgr` belong to a host with an inventory: each domain that a predicate of `netype.h` asks
-/// for gets a list, an empty one where the inventory has none, so that any number of threads may ask the predicates;
-/// all lists go with the host (`DeviceDomainMgr::Destroy`). A host without an inventory leaves them alone.
+/// Inventory: `IsTransMultiSubShelf` answers from the NE alone. Questions about anything that the inventory lacks are
+/// answered false. The lists in `DeviceDomainMgr` belong to a host with an inventory. Each domain that a predicate of
+/// `netype.h` asks for gets a list, which is empty if the inventory has none: so any number of threads may call the
+/// predicates. The host deletes all lists with itself (`DeviceDomainMgr::Destroy`). A host without an inventory leaves
+/// them alone.
 struct HostOptions {
     std::filesystem::path configFolder;   ///< holds "kx_corbaagent_bundle/bundle.cfg" (TOML); empty: no configuration
     std::filesystem::path inventoryFile;  ///< SQLite file (see `inventoryfile.h`); empty: no inventory
     LogTarget log;
-    /// Told of each question about an NE that the inventory does not have, with its number, on the thread that asks;
-    /// empty: nobody is. It may ask the services, and may wait for a thread in `Host::ReloadInventory`. It may not
-    /// throw, nor destroy the host; nor wait for a thread that does, or that takes back or replaces the inventory
-    /// service: that thread waits until the question is answered.
+    /// Called for each question about an NE that the inventory lacks, with the NE's number, on the thread that asks.
+    /// If empty, it is not called. It may call the services and may wait for a thread in `Host::ReloadInventory`. It
+    /// must not throw or destroy the host. Nor may it wait for a thread that destroys the host, or that unregisters or
+    /// replaces the inventory service: that thread waits until the question is answered.
     std::function<void(std::int64_t neId)> missingNe;
 };
 
 /// Registers the inventory, data-access and log services of a process, sets its configuration items, and loads the
-/// domain lists into `DeviceDomainMgr`; takes all of it back when it is destroyed. One host at a time. What somebody
-/// else registered or set before under the same name is replaced, and does not come back.
+/// domain lists into `DeviceDomainMgr`. The destructor takes all of it back. One host at a time. A host replaces
+/// services and items that were registered or set before under the same names; they do not come back.
 ///
 /// Threads: make and destroy it while no other thread uses the library. The services answer any number of threads.
 ///
@@ -59,25 +60,25 @@ struct HostOptions {
 /// processes write their log records to the same file, so only one of them should go on to log to a file that rotates.
 class KX_STANDALONE_API Host {
 public:
-    /// Throws std::runtime_error when a part cannot be loaded, or an option is out of range; its text names the file
-    /// and, where it applies, the place in it. Nothing stays registered or set then.
+    /// Throws std::runtime_error if a part cannot be loaded or an option is out of range. The text names the file and,
+    /// if there is one, the place in it. Nothing stays registered or set then.
     explicit Host(const HostOptions& options);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Reads the inventory file again and puts it in the place of what was read before, for all threads at once;
-    /// queries in flight finish on the old one. Throws as the constructor does, and then keeps what was there; only
-    /// when memory runs out (std::bad_alloc) while the domain lists are stored, some of them may be new and the others
-    /// old, beside the old NEs and NE types, until the next call. The domain lists are loaded anew too, so no other
-    /// thread may use the predicates of `netype.h` meanwhile; a domain that is in the file no more gets an empty list.
-    /// Does nothing without an inventory. One thread at a time.
+    /// Reads the inventory file again and replaces the inventory for all threads at once. Queries in flight finish on
+    /// the old one. Throws as the constructor does, and then keeps the old inventory. The exception: if memory runs out
+    /// (std::bad_alloc) while the domain lists are stored, some lists may be new and others old until the next call;
+    /// the NEs and NE types stay old. The domain lists are loaded anew too, so no other thread may use the predicates
+    /// of `netype.h` meanwhile. A domain that is no longer in the file gets an empty list. Does nothing without an
+    /// inventory. One thread at a time.
     void ReloadInventory();
     /// Reads the configuration file again, and the files that the data-access service was asked for. Throws as the
-    /// constructor does, also for one of these that does not parse any more, and then leaves all as it was; only when
-    /// memory runs out (std::bad_alloc) while items are set, some of them may be new and the others old. Items that the
-    /// file no longer has are removed; items that the host did not set stay. Objects that the data-access service gave
-    /// out answer from the new files. Does nothing without a configuration folder. Any thread.
+    /// constructor does, also if one of those files no longer parses, and then leaves everything as it was. The
+    /// exception: if memory runs out (std::bad_alloc) while items are set, some may be new and others old. Items that
+    /// the file no longer has are removed; items that the host did not set stay. Objects that the data-access service
+    /// gave out answer from the new files. Does nothing without a configuration folder. Any thread.
     void ReloadConfiguration();
 
 private:

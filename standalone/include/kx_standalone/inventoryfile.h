@@ -1,8 +1,8 @@
 /// The inventory as a file: an SQLite database of three tables with a schema version.
 ///
-/// The functions that take a file throw std::runtime_error, whose text names the file and, where it applies, the table
-/// and the row, and std::bad_alloc. The others throw nothing. Threads: any; processes and threads that write one file
-/// wait a few seconds for each other.
+/// The functions that take a file throw std::runtime_error and std::bad_alloc. The text of the error names the file
+/// and, if there is one, the table and the row. The other functions throw nothing. Threads: any; processes and threads
+/// that write one file wait a few seconds for each other.
 #pragma once
 
 #include <array>
@@ -40,13 +40,13 @@ struct NeTypeRow {
 /// The cache of `DeviceDomainMgr` that a domain list belongs to.
 enum class DomainCache { NE_TYPE_LIST, EQUIPMENT_TYPE };
 
-/// The two.
+/// Both caches.
 inline constexpr std::array DOMAIN_CACHES{DomainCache::NE_TYPE_LIST, DomainCache::EQUIPMENT_TYPE};
 
-/// What a cache is called in files: "NE_TYPE_LIST" or "EQUIPMENT_TYPE". A value that is no cache is "unknown".
+/// Returns the name of a cache in files: "NE_TYPE_LIST" or "EQUIPMENT_TYPE"; "unknown" for any other value.
 KX_STANDALONE_API std::string_view NameOf(DomainCache cache) noexcept;
 
-/// The cache of this name.
+/// Returns the cache of this name, or nothing.
 KX_STANDALONE_API std::optional<DomainCache> FindDomainCache(std::string_view name) noexcept;
 
 /// One NE type in one domain list; no two rows are equal.
@@ -67,15 +67,15 @@ struct Inventory {
     bool operator==(const Inventory&) const = default;
 };
 
-/// Makes an empty inventory at `file`. The file appears when it is complete. Throws if it exists.
+/// Makes an empty inventory at `file`. The file appears when it is complete. Throws if there is one.
 KX_STANDALONE_API void CreateInventory(const std::filesystem::path& file);
 /// Returns all rows. Throws if the file is missing, not SQLite, of another schema version, has anything but the tables
 /// of an inventory (a trigger, say), a row out of range, or a name that is not UTF-8.
 KX_STANDALONE_API Inventory ReadInventory(const std::filesystem::path& file);
-/// Puts a whole new file with these rows in the place of `file`, with its permissions: after a failure, or if the
-/// process is killed, the file is the old one, and nothing is left beside it that would change a copy put there later.
-/// Throws what `ReadInventory` throws, and if `file` or its folder may not be written. A link stays one; hard links
-/// and extended attributes stay with the old file.
+/// Replaces `file` by a new file with these rows and the same permissions. After a failure, or if the process is
+/// killed, the file is the old one, and nothing is left beside it that would change a copy put there later. Throws
+/// what `ReadInventory` throws, and if `file` or its folder may not be written. A symbolic link stays a link; hard
+/// links and extended attributes stay with the old file.
 KX_STANDALONE_API void ReplaceInventory(const std::filesystem::path& file, const Inventory& inventory);
 
 }  // namespace NS_STANDALONE
