@@ -1,4 +1,4 @@
-/// What is said of a kind of identifier, and of the levels that identifiers are made of.
+/// Describes kinds of identifiers, and the levels that identifiers consist of.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace NS_KX {
 
-/// A record from which no identifier can be written; the text says why.
+/// Thrown for a record that cannot be written as an identifier; the text says why.
 class BadRecord : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -22,24 +22,24 @@ public:
 
 /// A kind of identifier: which level ends it, which record it fills, and how.
 struct Kind {
-    /// The name of the record, and of its variant after a ":".
+    /// The name of the record; the name of a variant follows a ":".
     std::string_view type;
     /// What people call it, the same for all variants.
     std::string_view word;
-    /// The tags of the levels that end it; empty ones are unused. None: found by its type only.
+    /// The tags of the levels that may end it; empty ones are unused. If there is none, only its type finds the kind.
     std::array<std::string_view, 6> lastTags;
-    /// An identifier of this kind as it is written, NE 5 being of no type that has rules of its own.
+    /// An identifier of this kind as the library writes it, if the type of NE 5 has no rules of its own.
     std::string_view example;
 
     const RecordLayout& layout;
 
-    /// Reads `fdn` into a record that knows nothing. Throws std::bad_alloc, and what `surroundings` throws.
+    /// Reads `fdn` into a fresh record. Throws std::bad_alloc, and what `surroundings` throws.
     void (*read)(std::string_view fdn, void* record, const NS_UTIL::Surroundings& surroundings);
-    /// Writes a record into `fdn`, in place of what it held. Throws `BadRecord` for a record whose fields contradict
-    /// the text that it keeps, std::bad_alloc, and what `surroundings` throws.
+    /// Replaces `fdn` with the identifier of a record. Throws std::bad_alloc, what `surroundings` throws, and
+    /// `BadRecord`, for example if the fields contradict the text that the record keeps.
     void (*write)(const void* record, std::string& fdn, const NS_UTIL::Surroundings& surroundings);
 
-    /// Whether an identifier that ends in one of these tags is of this kind; null: it is.
+    /// Whether an identifier that ends in one of these tags is of this kind; null means always.
     bool (*applies)(std::string_view fdn) = nullptr;
 };
 
@@ -47,28 +47,28 @@ enum class SubValueKind {
     NUMBER,           ///< signed 32 bits
     OPTIONAL_NUMBER,  ///< the same, or empty
     PORT_NUMBER,      ///< signed or unsigned 32 bits: -1 is also written 4294967295
-    TEXT,             ///< anything, also nothing
+    TEXT,             ///< any text, also an empty one
 };
 
 struct SubValue {
     SubValueKind kind;
-    /// Its name; after a ";" its special values and what they say: "slot number; -1: none".
+    /// Its name; after a ";" its special values with their meaning: "slot number; -1: none".
     std::string_view meaning;
 };
 
 /// Enough for the longest level, "TUNNEL".
 using SubValueArray = std::array<SubValue, 7>;
 
-/// The tag of a level, and what the level's sub-values are.
+/// The tag of a level, with a description of the level's sub-values.
 struct Tag {
     std::string_view name;
     std::string_view meaning;
-    std::size_t least;  ///< sub-values that must be there
-    std::size_t most;   ///< sub-values that are described
+    std::size_t least;  ///< number of sub-values that must be present
+    std::size_t most;   ///< number of sub-values that are described
     SubValueArray subValues;
     bool isOpen = false;       ///< may have more sub-values than are described
-    bool isReadWhole = false;  ///< readers take none of its sub-values when one is missing
-    bool mayEscape = false;    ///< the last sub-value that is described may go on after an escaped "|"
+    bool isReadWhole = false;  ///< readers skip all its sub-values if one is missing
+    bool mayEscape = false;    ///< the last described sub-value may continue after an escaped "|"
 };
 
 /// The kinds and tags of one family of identifiers.
