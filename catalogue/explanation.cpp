@@ -22,8 +22,8 @@ using NS_UTIL::NS_FDN::SubValueScanner;
 
 namespace {
 
-// What the tags' rows say of a sub-value: "slot number; -1: none" has a name, "slot number", and a gloss, "none", for
-// the special values "-1".
+// The parts of a sub-value's description: "slot number; -1: none" has the name "slot number", and the gloss "none" for
+// the special value "-1".
 struct Wording {
     std::string_view name;
     std::string_view specialValues;
@@ -55,7 +55,7 @@ std::string Between(std::string_view opening, std::string_view text, std::string
     return std::string(opening).append(text).append(closing);
 }
 
-// A text where a number belongs; in quotes when it is none, since a blank would not be seen.
+// The text of a number. Quotes anything else, so that blanks can be seen.
 std::string NumberText(std::string_view value) {
     return value.empty() || IsDecimal(value) ? std::string(value) : Quoted(value);
 }
@@ -89,7 +89,7 @@ private:
         m_parts.push_back({m_levelBegin, PlaceOf(place), place.size(), std::move(meaning), {}});
     }
 
-    // One number or text: named after its level.
+    // A level with one number or text takes the level's meaning as its name.
     void ExplainSingle(const Level& level, const Tag& tag) {
         SubValueScanner scanner(level.value);
         std::string_view value;
@@ -169,13 +169,13 @@ private:
     std::size_t m_levelBegin = 0;
 };
 
-// The part that a problem at this place is about: the last part of the level there that begins at the place or before
-// it; if there is none, the level's first.
+// The part that a problem at `place` is about: the last part of that level that begins at or before `place`, or else
+// the level's first part.
 ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
     const auto beginsBehind = [](std::size_t where, const ExplainedPart& part) { return part.begin > where; };
     const auto next = std::upper_bound(parts.begin(), parts.end(), place, beginsBehind);
     if (next == parts.begin()) {
-        return *next;  // there is one: the first level begins with the identifier
+        return *next;  // exists: the first level begins with the identifier
     }
     const auto previous = std::prev(next);
     const bool isNextInLevel = next != parts.end() && next->levelBegin <= place;
@@ -183,7 +183,7 @@ ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
 }
 
 void AddProblems(Explanation& explanation) {
-    // A shell takes the first "|" that is not in quotes for its own, and what follows it.
+    // A shell cuts an identifier at the first "|" outside quotes.
     const bool mayBeCut = explanation.fdn.find('|') == std::string::npos;
     CheckLevels(explanation.fdn, [&](const Problem& problem) {
         std::string& caveat = PartAt(explanation.parts, problem.column - 1).caveat;

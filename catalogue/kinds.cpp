@@ -12,7 +12,7 @@ namespace NS_KX {
 
 namespace {
 
-// What is found by a tag.
+// What a tag leads to.
 struct TagEntry {
     const Tag* tag = nullptr;
     std::vector<const Kind*> kinds;  // of identifiers that end in it

@@ -30,7 +30,7 @@ bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-// Whether `text` is a decimal number of a few digits, as most are: whatever its kind, it is in range.
+// The common case: a few decimal digits are in range for every kind.
 bool IsPlainNumber(std::string_view text) {
     constexpr std::size_t MOST_DIGITS = 9;
     return !text.empty() && text.size() <= MOST_DIGITS && std::all_of(text.begin(), text.end(), IsDigit);

@@ -57,7 +57,7 @@ void ReadName(std::string_view value, std::string& name) {
     }
 }
 
-// Reads the names also where there are numbers, unlike the library's reader. What that cannot read stays unknown.
+// Also reads the names beside numbers, which the library's reader leaves out.
 template <class Kind>
 struct EndPoint : Conversion<Kind> {
     static void Read(std::string_view fdn, MEPIndex& mep, const Surroundings& surroundings) {
@@ -68,7 +68,7 @@ struct EndPoint : Conversion<Kind> {
     }
 };
 
-// Reads `mipName` too.
+// Also reads `mipName`.
 struct IntermediatePoint : Conversion<MIPIndex> {
     static void Read(std::string_view fdn, Record& mip, const Surroundings& surroundings) {
         Conversion<MIPIndex>::Read(fdn, mip, surroundings);

@@ -34,7 +34,7 @@ bool IsTagCharacter(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
 }
 
-// The same as ==, but most tags differ in size or first character, and then nothing is called.
+// Like ==, but calls no function for tags that differ in size or first character, as most do.
 bool IsTag(std::string_view level, std::string_view tag) {
     return level.size() == tag.size() && !tag.empty() && level.front() == tag.front() && level == tag;
 }
@@ -51,7 +51,7 @@ Level LevelOf(std::string_view fdn, std::string_view tag) {
     return {};
 }
 
-// The levels of `fdn` by their tags; the first of several with the same tag.
+// The levels of `fdn` by their tags; the first of several levels with the same tag counts.
 std::map<std::string_view, Level> LevelsByTag(std::string_view fdn) {
     std::map<std::string_view, Level> levels;
     LevelScanner scanner(fdn);
@@ -142,7 +142,7 @@ void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) 
             }
         }
     }
-    // Backwards: the level that several names share stands at the first of them.
+    // Backwards: names that share a level find its value at the first of them, which must be overwritten last.
     for (std::size_t place = m_names.size(); place-- > 0;) {
         const std::string_view value = found[m_firstOfTag[place]];
         const auto index = m_names[place].index;
@@ -177,7 +177,7 @@ std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::strin
 }
 
 bool LiesIn(std::string_view fdn, std::string_view container) {
-    // For each level, `find` gives that of `fdn` with the same tag.
+    // `find` returns the level of `fdn` with the same tag.
     const auto hasAll = [container](auto find) {
         LevelScanner scanner(container);
         for (Level wanted; scanner.Next(wanted);) {
@@ -188,7 +188,7 @@ bool LiesIn(std::string_view fdn, std::string_view container) {
         }
         return true;
     };
-    // Identifiers have few levels, so searching all of them is quickest. Texts with very many would take minutes.
+    // Searching is quickest for the few levels of an identifier. A text with very many would take minutes.
     constexpr auto MOST_SEARCHED = 64;
     if (std::count(container.begin(), container.end(), ',') < MOST_SEARCHED) {
         return hasAll([fdn](std::string_view tag) { return LevelOf(fdn, tag); });

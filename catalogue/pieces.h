@@ -16,10 +16,10 @@ namespace NS_KX {
 /// Which piece is meant.
 struct PieceName {
     std::string tag;
-    std::optional<unsigned> index;  ///< of the sub-value, from 0; none: all of the level's value
+    std::optional<unsigned> index;  ///< of the sub-value, from 0; none means the whole value of the level
 
-    /// Reads "NE" or "PP:2". None for any other text, a tag being of upper-case letters and digits; whether the tag is
-    /// known does not matter.
+    /// Reads "NE" or "PP:2". A tag consists of upper-case letters and digits, and need not be known. None for any other
+    /// text.
     static std::optional<PieceName> Parse(std::string_view text);
 
     /// Whether identifiers have such a piece: the tag is known, and its level may have that sub-value.
@@ -36,32 +36,32 @@ public:
 
     [[nodiscard]] const std::vector<PieceName>& Names() const noexcept { return m_names; }
 
-    /// Puts the pieces of `fdn` into `found`, one for each name: views of `fdn`, which may be empty; views without data
-    /// (null) for those that are not there. The first of several levels with the same tag counts.
+    /// Puts the pieces of `fdn` into `found`, one for each name. They are views of `fdn` and may be empty; a missing
+    /// piece gives a view without data (null). The first of several levels with the same tag counts.
     void Find(std::string_view fdn, std::span<std::string_view> found) const;
 
 private:
     std::vector<PieceName> m_names;
-    std::vector<std::size_t> m_firstOfTag;  // for each name the place of the first with its tag
-    std::vector<std::size_t> m_tags;        // the places of the names that are the first with their tags
+    std::vector<std::size_t> m_firstOfTag;  // for each name, the index of the first name with the same tag
+    std::vector<std::size_t> m_tags;        // the indexes of the names that are the first with their tag
 };
 
-/// The piece of `fdn` that `name` means; a view without data if it is not there.
+/// The piece `name` of `fdn`; a view without data if it is missing.
 std::string_view FindPiece(std::string_view fdn, const PieceName& name);
 
-/// The number that a piece is read as. None if the piece is not there, and if it says "none": it reads as -1.
+/// The number that a piece is read as. None if the piece is missing or empty, or reads as -1, which means "none".
 std::optional<std::int32_t> NumberOf(std::string_view piece);
 
-/// `fdn` with this piece replaced by `value`, which holds no "," and, if the piece is a sub-value, no "|". As it is
-/// where the piece is not there.
+/// `fdn` with this piece replaced by `value`; unchanged if the piece is missing. `value` holds no ",", and no "|" if
+/// the piece is a sub-value.
 std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::string_view value);
 
-/// Whether `fdn` lies in `container`: each level of the container is one of `fdn` too, with the same value. Numbers
-/// compare as they are read. An identifier lies in itself.
+/// Whether `fdn` lies in `container`: `fdn` has each level of the container, with the same value. Numbers compare as
+/// they are read. An identifier lies in itself.
 bool LiesIn(std::string_view fdn, std::string_view container);
 
-/// Whether both are read as the same record of the same kind of thing; false if either is of no kind. `first` and
-/// `second` are the records that are read into.
+/// Whether both are read as the same record of the same kind of thing; false if either is of no kind. Reads them into
+/// `first` and `second`.
 bool AreSame(std::string_view one, std::string_view other, const NS_UTIL::Surroundings& surroundings, AnyRecord& first,
              AnyRecord& second);
 

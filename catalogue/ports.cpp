@@ -67,7 +67,7 @@ namespace {
 
 // ---- Conversions ----------------------------------------------------------------------------------------------------
 
-// As for an NE of this type: a number of which the writer only asks whether it spells out absent sub-slots.
+// Writes a port as for an NE of this type: the writer only asks whether the type spells out absent sub-slots.
 template <unsigned short NEType>
 struct PortOfNEType : Conversion<PortByNEType> {
     static void Write(const Record& port, std::string& fdn, const Surroundings& /*surroundings*/) {
@@ -75,14 +75,14 @@ struct PortOfNEType : Conversion<PortByNEType> {
     }
 };
 
-// The library has no writer of its own for loop-back ports: they are written as any port.
+// The library has no special writer for loop-back ports: they are written like any port.
 struct LoopBack : Conversion<LoopBackPort> {
     static void Write(const Record& port, std::string& fdn, const Surroundings& surroundings) {
         Conversion<PortIndex>::Write(port, fdn, surroundings);
     }
 };
 
-// Reads the two path numbers too, which the library's reader leaves to its caller.
+// Also reads the two path numbers, which the library's reader leaves to its caller.
 struct TerminationPoint : Conversion<TPIndex> {
     static void Read(std::string_view fdn, Record& tp, const Surroundings& surroundings) {
         const LevelFinder<"VC4", "VC12"> levels(fdn);
@@ -94,8 +94,8 @@ struct TerminationPoint : Conversion<TPIndex> {
 
 // ---- Which of several kinds with the same last level ----------------------------------------------------------------
 
-// Ports that the usual writer writes, which the NE's type does not change: those in a slot, which has a card, and those
-// in nothing but the NE, or, if physical, in a shelf.
+// Whether the usual writer writes this port, whatever the NE's type: the port is in a slot and on a card, or in no slot
+// and no sub-slot, and if it is logical, in no shelf.
 bool IsWrittenAsUsual(std::string_view fdn) {
     const LevelFinder<"FR", "S", "SS", "CP", "LP"> levels(fdn);
     if (levels.Has<"S">()) {
@@ -108,8 +108,8 @@ bool SpellsOutSubSlot(std::string_view fdn) {
     return LevelFinder<"SS">(fdn).Value<"SS">() == "-1";
 }
 
-// A sub-interface that the label of a termination point cannot hold: on a logical port that is not identified by its
-// name, or whose name has a "." already.
+// Whether the label of a termination point cannot hold this sub-interface: its logical port is not identified by name,
+// or the name already has a ".".
 bool IsOnNumberedPort(std::string_view fdn) {
     const LevelFinder<"LP"> levels(fdn);
     const SubValues<4> port(levels.Value<"LP">());
@@ -119,7 +119,7 @@ bool IsOnNumberedPort(std::string_view fdn) {
 
 // ---- Kinds ----------------------------------------------------------------------------------------------------------
 
-// Of the kinds of ports the usual one comes first, since most ports are of it.
+// The usual kind of port comes before the other kinds: most ports are of it.
 constexpr std::array KINDS{
     MakeKind<Conversion<PortIndex>>("PortIndex", "port", {"PP", "LP"}, "NE=5,FR=1,S=3,CP=-1,PP=16||2|",
                                     IsWrittenAsUsual),

@@ -8,23 +8,23 @@
 
 namespace NS_KX {
 
-/// A field of the record that an identifier was read into.
+/// A field of a record that an identifier was read into.
 struct ReadField {
-    std::string_view name;  ///< that of a nested record: "port.neId"
+    std::string_view name;  ///< in a nested record: "port.neId"
     std::string value;      ///< texts in quotes
-    bool isKnown;           ///< not what a record that knows nothing has
+    bool isKnown;           ///< differs from a fresh record
 };
 
-/// Whether the field of `record`, which is of this kind, differs from that of a record that knows nothing.
+/// Whether the field of `record`, which is of this kind, differs from that of a fresh record.
 bool IsKnown(const Kind& kind, const Field& field, const void* record);
 
-/// Whether no field is known, reserved ones aside: the identifier says nothing, as the text that stands for no port.
+/// Whether no field is known, except for reserved ones: for example the text that means "no port".
 bool IsNothingRead(const Kind& kind, const void* record);
 
 /// The fields of `record`, which is of this kind, without reserved ones.
 std::vector<ReadField> FieldsOf(const Kind& kind, const void* record);
 
-/// What users are told when nothing is read.
+/// The message to users when nothing is read.
 inline constexpr std::string_view NOTHING_IS_READ = "nothing is read: the identifier fills no field of its record";
 
 }  // namespace NS_KX

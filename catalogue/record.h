@@ -1,4 +1,4 @@
-/// Records of any kind, seen through their fields: what shows a record to the world needs to know no more of it.
+/// Records of any kind, seen through their fields: formats need to know no more.
 #pragma once
 
 #include <cstddef>
@@ -44,7 +44,7 @@ struct Field {
     /// The name without that of the nested record: "neId" of "port.neId".
     [[nodiscard]] constexpr std::string_view Member() const noexcept { return name.substr(name.find('.') + 1); }
 
-    /// Whether the field means nothing to conversions.
+    /// Whether conversions ignore the field.
     [[nodiscard]] constexpr bool IsReserved() const noexcept { return Member().starts_with("reserved"); }
 };
 
@@ -68,17 +68,17 @@ decltype(auto) VisitField(const Field& field, RecordPointer record, Visit visit)
 struct RecordLayout {
     std::span<const Field> fields;  ///< in the order of their declaration
     std::shared_ptr<void> (*make)();
-    void (*clear)(void* record);  ///< makes it one that knows nothing; its texts keep their memory
-    const void* (*fresh)();       ///< a record that knows nothing
+    void (*clear)(void* record);  ///< makes it fresh; its texts keep their memory
+    const void* (*fresh)();       ///< a record as its constructor leaves it
 };
 
-/// A record that may be of any kind, one after the other. Used again and again it allocates nothing more once it has
-/// room. One thread at a time.
+/// A record that can be of any kind, and of another one at the next use. It keeps its memory for later uses. One thread
+/// at a time.
 class AnyRecord {
 public:
-    /// The record as it was left when it was of this layout last; a new one at first. Throws std::bad_alloc.
+    /// The record as its last use with this layout left it; a new one at first. Throws std::bad_alloc.
     void* Of(const RecordLayout& layout);
-    /// The same, knowing nothing.
+    /// The same, but fresh.
     void* Fresh(const RecordLayout& layout) {
         void* const record = Of(layout);
         layout.clear(record);

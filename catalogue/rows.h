@@ -1,4 +1,4 @@
-/// How the rows of a family are put down.
+/// Helpers to write the rows of a family.
 #pragma once
 
 #include <array>
@@ -37,8 +37,8 @@ consteval Field MakeField(std::string_view name, std::size_t offset, bool isName
     return {name, TypeOf<std::remove_reference_t<Value>>(), offset, isName};
 }
 
-// Macros, so that name, type and place of a member cannot differ. Records that derive from others have no standard
-// layout; the compilers that we use give the offsets in them all the same.
+// Macros keep name, type and place of a member together. Records that derive from others have no standard layout; the
+// supported compilers give their offsets nevertheless.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 /// The field of this member.
 #define KX_FIELD(Record, member) \
@@ -51,7 +51,7 @@ consteval Field MakeField(std::string_view name, std::size_t offset, bool isName
 template <class Record>
 inline constexpr std::array<Field, 0> FIELDS{};
 
-/// A record that knows nothing.
+/// A record as its constructor leaves it.
 template <class Record>
 const void* Fresh() {
     static const Record fresh;
@@ -65,8 +65,8 @@ inline constexpr RecordLayout LAYOUT{
 
 // ---- Kinds ----------------------------------------------------------------------------------------------------------
 
-/// The row of a kind that is read and written by `Conversion`: `Record`, `Read` and `Write`, as the library's own have
-/// them.
+/// The row of a kind that `Conversion` reads and writes. It has `Record`, `Read` and `Write`, like the library's own
+/// conversions.
 template <class Conversion>
 constexpr Kind MakeKind(std::string_view type, std::string_view word, std::array<std::string_view, 6> lastTags,
                         std::string_view example, bool (*applies)(std::string_view fdn) = nullptr) {

@@ -22,18 +22,18 @@ using NS_UTIL::NS_FDN::GroupId;
 
 namespace {
 
-// A group, with the text of the levels that it stands in.
+// A group, with the text of the levels before its own.
 struct ContainedGroup {
-    std::string container;     // what is in front of the group's level, its comma included: "NE=5,"
+    std::string container;     // the text before the group's level, with its comma: "NE=5,"
     std::int32_t groupId = 0;  // "VEGROUP"
 
     bool operator==(const ContainedGroup&) const = default;
 };
 
-// A trail record of the library, which keeps the text from the trail's tag on, with the text that it drops.
+// A trail record of the library, which keeps the text from the trail's tag on, together with the text before.
 template <class Trail>
 struct Contained : Trail {
-    std::string container;  // what is in front of the trail's tag, its comma included: "NE=5,"
+    std::string container;  // the text before the trail's tag, with its comma: "NE=5,"
 
     bool operator==(const Contained&) const = default;
 };
@@ -110,10 +110,10 @@ namespace {
 
 // ---- Conversions ----------------------------------------------------------------------------------------------------
 
-// Nothing is written of a record from whose text something else would be read.
+// Throws `BadRecord` unless `fdn` is read back as `record`.
 template <class Reader, class Record>
 void RejectContradiction(const Record& record, const std::string& fdn, const Surroundings& surroundings) {
-    thread_local Record readBack;  // kept, so that its texts have room
+    thread_local Record readBack;  // its texts keep their memory
     readBack = *static_cast<const Record*>(Fresh<Record>());
     Reader::Read(fdn, readBack, surroundings);
     if (!(readBack == record)) {
@@ -136,7 +136,7 @@ struct Group {
 };
 
 struct PseudoWire : Conversion<PWIndex> {
-    // `resId` becomes what the writer wants there, the text after a leading NE level; the library's reader keeps all.
+    // Cuts `resId` to the text after a leading NE level, which the writer expects; the library's reader keeps all.
     static void Read(std::string_view fdn, Record& pw, const Surroundings& surroundings) {
         Conversion<PWIndex>::Read(fdn, pw, surroundings);
         if (const auto comma = fdn.find(','); fdn.starts_with("NE=") && comma != std::string_view::npos) {
@@ -169,7 +169,7 @@ struct TrailInContainer {
 };
 
 struct TrafficDescriptor : Conversion<TDIndex> {
-    // Readers read back 32 bits.
+    // Throws for numbers beyond 32 bits, which readers would not read back.
     static void Write(const Record& descriptor, std::string& fdn, const Surroundings& /*surroundings*/) {
         fdn.assign("NE=").append(Decimal(descriptor.neId, "neId"));
         fdn.append(",ATMTD=").append(Decimal(descriptor.tdId, "tdId"));
@@ -187,7 +187,7 @@ private:
 
 // ---- Kinds ----------------------------------------------------------------------------------------------------------
 
-// LSP and layer-3 VPN have no reader of their own: of them, as of any service, the NE and the text are kept.
+// LSP and layer-3 VPN have no reader of their own: their records keep the NE and the text, like those of any service.
 constexpr std::array KINDS{
     MakeKind<Group>("GroupID", "group", {"VEGROUP"}, "NE=5,VEGROUP=3"),
     MakeKind<PseudoWire>("PWIndex", "pseudo-wire", {"PW"}, "NE=5,PW=4"),
@@ -210,7 +210,7 @@ constexpr auto TEXT = SubValueKind::TEXT;
 constexpr std::array TAGS{
     NumberTag("VEGROUP", "group", "group number"),
     NumberTag("NETH", "Ethernet service", "service number"),
-    // What the sub-values of a tunnel mean is not known: they are called like the fields that they fill.
+    // The meaning of a tunnel's sub-values is not known, so they have the names of the fields that they fill.
     Tag{.name = "TUNNEL",
         .meaning = "tunnel",
         .least = 7,

@@ -1,4 +1,4 @@
-/// The constant tables under the names that people use, with their columns: for those who list them.
+/// The constant tables with their names and columns, for listings.
 #pragma once
 
 #include <array>
@@ -10,13 +10,13 @@
 
 namespace NS_KX {
 
-/// A constant table: rows of one or two columns, in the order in which the system shares them. A column holds numbers
-/// or texts. The rows live as long as the library. Any thread.
+/// A constant table: rows of one or two columns, in the order that the whole system shares. A column holds numbers or
+/// texts. The rows live as long as the library. Any thread.
 struct ConstantTable {
     using Cell = std::variant<std::int64_t, std::string_view>;
 
     std::string_view name;                    ///< "fb-type-levels"
-    std::string_view about;                   ///< what its rows say
+    std::string_view about;                   ///< what its rows mean
     std::array<std::string_view, 2> columns;  ///< "fbType"; the second is empty if there is one column
     std::size_t (*countRows)();
     Cell (*cellAt)(std::size_t row, std::size_t column);  ///< both within the table

@@ -1,5 +1,4 @@
-/// What the constant tables say, if anything: where the library's look-ups answer a miss with a number, these answer
-/// nothing.
+/// Look-ups in the constant tables. They return no value for a miss, while the library's own return a number.
 #pragma once
 
 #include <optional>
@@ -21,7 +20,7 @@ std::optional<int> LevelOfFbType(int fbType);
 /// The bidirectional FB type that an FB type belongs to; a bidirectional type belongs to itself.
 std::optional<int> BidirOfFbType(int fbType);
 
-/// The id of the reserved CTP of this TMF name, case counts.
+/// The id of the reserved CTP with this TMF name; case matters.
 std::optional<int> IdOfCtp(const std::string& name);
 /// The TMF name of a reserved CTP.
 std::optional<std::string> NameOfCtp(int ctpId);

@@ -58,7 +58,7 @@ struct Tsv {
     static void AppendText(std::string_view text, TextBuffer& out) { AppendTsvCell(text, out); }
 };
 
-// Every field has its column; a record leaves those that it does not have empty.
+// Every field has a column, which stays empty for a record without that field.
 template <class Style>
 class RowFormat : public RecordFormat {
 public:
@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    // What follows the identifier: the type, and the fields in their columns.
+    // After the identifier: the type, and the fields in their columns.
     static RecordShape MakeShape(const Kind& kind, const std::vector<std::string_view>& names) {
         RecordShape shape;
         std::string before = Style::SEPARATOR + std::string(kind.type);
@@ -129,7 +129,7 @@ std::string Word(std::string_view text) {
     return quoted + "\"";
 }
 
-// For people: type and identifier in columns, and of the fields only those that a fresh record does not say too.
+// For people: type and identifier in columns, then only the fields that differ from a fresh record.
 class TableFormat : public RecordFormat {
 public:
     explicit TableFormat(const NS_UTIL::Surroundings& surroundings) : RecordFormat(surroundings) {}

@@ -1,4 +1,4 @@
-/// Comma-separated values as RFC 4180 has them.
+/// Comma-separated values as in RFC 4180.
 #pragma once
 
 #include <cstddef>
@@ -17,16 +17,15 @@ using CsvRow = std::vector<std::string>;
 /// ends and doubled quotes.
 class CsvReader {
 public:
-    /// `name` stands in messages for `text`, which must outlive the reader and begins at the line `firstLine`.
+    /// `text` must outlive the reader. Messages call it `name`, and count its lines from `firstLine`.
     CsvReader(std::string name, std::string_view text, std::size_t firstLine = 1)
         : m_name(std::move(name)), m_text(text), m_line(firstLine), m_rowLine(firstLine) {}
 
-    /// Reads the next row into `row`; false behind the last. Throws std::runtime_error, its text as `Complain` makes
-    /// it, at a quote in the middle of a field, a quoted field that does not end or goes on behind its quote, a lone
-    /// CR, and a NUL byte.
+    /// Reads the next row into `row`; false after the last. Throws std::runtime_error as `Complain` does for a quote in
+    /// the middle of a field, a quoted field without its end, text after a closing quote, a lone CR, or a NUL byte.
     bool Next(CsvRow& row);
 
-    /// Throws std::runtime_error "name:line: reason" for the row that was read last.
+    /// Throws std::runtime_error "name:line: reason" for the last row read.
     [[noreturn]] void Complain(std::string_view reason) const;
 
 private:
@@ -42,7 +41,7 @@ private:
     std::size_t m_rowLine;  // where the row began
 };
 
-/// Appends `field` to `out`, quoted where it must be.
+/// Appends `field` to `out`, quoted if necessary.
 void AppendCsvField(std::string_view field, TextBuffer& out);
 
 /// A row as a line, ended by LF.

@@ -23,8 +23,7 @@ constexpr std::string_view CAVEAT = "\x1b[33m";
 // A part, its line and its meaning have one colour; neighbours have different ones.
 constexpr std::array<std::string_view, 5> PART_COLOURS{"\x1b[36m", "\x1b[35m", "\x1b[34m", "\x1b[32m", "\x1b[31m"};
 
-// A line is as long as the identifier, so that with all parts of a long one the drawing would grow with the square of
-// its length. Nobody follows so many lines anyway.
+// Each line can be as long as the identifier, so the drawing of all parts would grow with the square of its length.
 constexpr std::size_t MOST_PARTS = 200;
 
 class Drawing {
@@ -88,7 +87,7 @@ private:
         }
     }
 
-    // The lines that go on downwards, those of the first parts.
+    // The lines of the first parts, which continue downwards.
     void AddStems(std::size_t count) {
         m_text += MARGIN;
         m_at = 0;
@@ -162,7 +161,7 @@ private:
 
     const Explanation& m_explanation;
     bool m_isColoured;
-    std::vector<std::size_t> m_columns;  // where each part begins that is drawn
+    std::vector<std::size_t> m_columns;  // where each drawn part begins
     std::size_t m_at = 0;                // the column of the line being drawn
     std::string m_text;
 };

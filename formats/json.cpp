@@ -7,8 +7,8 @@ namespace NS_KX {
 
 namespace {
 
-// What stands after the backslash of each character that is escaped: "u" for those without a letter of their own; NUL
-// for those that are not.
+// For each character the one that follows the backslash of its escape: "u" if it has no letter of its own, NUL if it
+// needs no escape.
 constexpr std::array<char, 256> ESCAPES = [] {
     std::array<char, 256> escapes{};
     for (std::size_t control = 0; control < 0x20; ++control) {
@@ -44,7 +44,7 @@ void AppendEscaped(char character, char escape, TextBuffer& out) {
 
 void AppendJsonText(std::string_view text, TextBuffer& out) {
     out.Put('"');
-    std::size_t plain = 0;  // where the characters begin that are appended as they are
+    std::size_t plain = 0;  // the first character that was not appended yet
     for (std::size_t at = 0; at < text.size(); ++at) {
         if (const char escape = EscapeOf(text[at]); escape != '\0') {
             Append(out, text.substr(plain, at - plain));

@@ -65,7 +65,7 @@ std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Su
 }
 
 void AppendJsonRecord(const Kind& kind, const void* record, TextBuffer& out) {
-    // One for each thread, since looking a shape up remembers where it was found.
+    // One for each thread: a look-up remembers the place of the shape.
     static thread_local RecordShapes shapes(AllKinds(), MakeJsonShape);
     AppendRecord(shapes.Of(kind), record, out, AppendJsonText);
 }

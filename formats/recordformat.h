@@ -14,7 +14,7 @@
 namespace NS_KX {
 
 /// JSONL: {"fdn":...,"type":...,"record":{...}}. CSV and TSV: the columns "fdn", "type" and the fields of all kinds.
-/// TABLE, for people: type, identifier, and those fields that say something.
+/// TABLE, for people: type, identifier, and the fields that differ from a fresh record.
 enum class FormatName { JSONL, CSV, TSV, TABLE };
 
 /// What all records of one run have in common.
@@ -46,10 +46,10 @@ private:
     AnyRecord m_record;
 };
 
-/// The line ahead of all others, with its end; empty when the format has none.
+/// The line before all records, with its end; empty if the format has none.
 std::string MakeHeader(const Layout& layout);
 
-/// The format that `layout` asks for; `surroundings` are asked by readers, and must outlive it.
+/// The format that `layout` asks for. Its readers use `surroundings`, which must outlive it.
 std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings);
 
 /// Appends the fields of a record of `kind` as a JSON object, as they stand after "record" in a JSON line.

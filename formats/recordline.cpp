@@ -245,7 +245,7 @@ private:
             throw BadRecord("\"record\" is not an object");
         }
         if (line.m_kind == nullptr) {
-            m_later = record.raw_json().value();  // which fields it has is only known after the type
+            m_later = record.raw_json().value();  // its fields are known only after the type
         } else {
             Filler(*line.m_kind, line.m_record).Fill(record);
         }
@@ -259,7 +259,7 @@ private:
         }
     }
 
-    std::string m_text;  // with the bytes that the parser may read after a line
+    std::string m_text;  // the line, and the bytes that the parser may read past it
     ondemand::parser m_parser;
     ondemand::parser m_laterParser;
     std::string_view m_later;  // the record, if it comes before its type

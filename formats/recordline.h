@@ -10,8 +10,8 @@
 
 namespace NS_KX {
 
-/// Reads JSON lines as `decode` writes them: {"fdn":...,"type":...,"record":{...}}, the members in any order; "fdn" may
-/// be missing. Its memory is kept for the next line. One thread at a time.
+/// Reads JSON lines as `decode` writes them: {"fdn":...,"type":...,"record":{...}}. The members may have any order, and
+/// "fdn" may be missing. Keeps its memory for the next line. One thread at a time.
 class RecordLine {
 public:
     RecordLine();
@@ -19,11 +19,11 @@ public:
     RecordLine(const RecordLine&) = delete;
     RecordLine& operator=(const RecordLine&) = delete;
 
-    /// Reads `line` in the place of what was read before. Every field of the record must be there, and no other. Throws
-    /// `BadRecord`; nothing that was read before may be asked for then.
+    /// Reads `line`, which replaces the line read before. The record must have every field of its kind and no other.
+    /// Throws `BadRecord`; until the next `Read` the other functions must not be called then.
     void Read(std::string_view line);
 
-    /// The identifier beside the record; without data if there is none.
+    /// The identifier beside the record; a view without data if there is none.
     [[nodiscard]] std::string_view Fdn() const noexcept { return m_fdn; }
     /// The kind that the line names.
     [[nodiscard]] const NS_KX::Kind& Kind() const noexcept { return *m_kind; }

@@ -1,4 +1,4 @@
-/// What the records of a kind have in common in a format, prepared once: the text between their values.
+/// The text between the values of a record, which is the same for all records of a kind and is prepared once.
 #pragma once
 
 #include <string>
@@ -22,7 +22,7 @@ struct RecordShape {
     std::string after;
 };
 
-/// Appends a value: numbers in decimal, flags as true and false, texts as `appendText(text, out)` has them.
+/// Appends a value: a number in decimal, a flag as true or false, a text by `appendText(text, out)`.
 template <class Value, class AppendText>
 void AppendValue(const Value& value, TextBuffer& out, AppendText appendText) {
     if constexpr (std::is_same_v<Value, bool>) {
@@ -47,7 +47,7 @@ void AppendRecord(const RecordShape& shape, const void* record, TextBuffer& out,
 /// The shapes of all kinds, each found by its kind.
 class RecordShapes {
 public:
-    /// Prepares those of `kinds` by `make(kind)`.
+    /// Prepares the shape of each of `kinds` by `make(kind)`.
     template <class Kinds, class Make>
     RecordShapes(const Kinds& kinds, Make make) {
         m_shapes.reserve(kinds.size());
@@ -56,7 +56,7 @@ public:
         }
     }
 
-    /// That of `kind`, which is one of them.
+    /// The shape of `kind`, which must be one of those prepared.
     [[nodiscard]] const RecordShape& Of(const Kind& kind) {
         for (std::size_t tried = 0; tried < m_shapes.size() && m_shapes[m_last].first != &kind; ++tried) {
             m_last = (m_last + 1) % m_shapes.size();
@@ -66,7 +66,7 @@ public:
 
 private:
     std::vector<std::pair<const Kind*, RecordShape>> m_shapes;
-    std::size_t m_last = 0;  // neighbours in a file are mostly of one kind, or of the next
+    std::size_t m_last = 0;  // searches start here: the next record is mostly of the same kind, or of the next
 };
 
 }  // namespace NS_KX

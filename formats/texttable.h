@@ -6,7 +6,7 @@
 
 namespace NS_KX {
 
-/// A table for people, line by line: columns as wide as their widest cell that was measured, two blanks between them.
+/// A table for people, line by line. Each column is as wide as its widest measured cell; two blanks separate columns.
 class TextTable {
 public:
     enum class Align { LEFT, RIGHT };
@@ -14,7 +14,7 @@ public:
     struct Column {
         std::string head;
         Align align = Align::LEFT;
-        std::size_t width = 0;  ///< the least; there is room for the head in any case
+        std::size_t width = 0;  ///< the least width; the head always has room
     };
 
     explicit TextTable(std::vector<Column> columns);
@@ -24,7 +24,7 @@ public:
 
     /// The head and a rule, two lines ended by LF.
     [[nodiscard]] std::string Head() const;
-    /// A row, ended by LF. A cell for which there is no room pushes the others to the right.
+    /// A row, ended by LF. A cell that is too wide pushes the following ones to the right.
     [[nodiscard]] std::string Line(const std::vector<std::string>& cells) const;
 
 private:

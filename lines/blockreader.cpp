@@ -15,7 +15,7 @@ namespace NS_KX {
 
 namespace {
 
-// Very short lines make smaller blocks, so that what is made of a block stays small.
+// Very short lines make smaller blocks, so that the results of a block stay small.
 constexpr std::size_t MOST_LINES = 8192;
 
 constexpr std::string_view STANDARD_INPUT = "-";
@@ -108,7 +108,7 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     block.memory.resize(std::max(m_blockSize, m_rest.size()));
     std::copy(m_rest.begin(), m_rest.end(), block.memory.begin());
     m_rest.clear();
-    // An input that comes line by line gets its answers line by line. No line is lost when the rest cannot be read.
+    // An input that arrives line by line is answered line by line. No line is lost if a later read fails.
     bool hasLine = block.Text().find('\n') != std::string_view::npos;
     while (!hasLine && !m_isAtEnd && block.size <= m_longestLine) {
         if (block.size == block.memory.size()) {
@@ -124,13 +124,13 @@ bool BlockReader::FillFromInput(InputBlock& block) {
     return true;
 }
 
-// Returns whether there is a line end in what was read. It does not search the bytes before again: a long line may come
-// in many small pieces.
+// Returns whether the new bytes hold a line end. Earlier bytes are not searched again: a long line may come in many
+// small pieces.
 bool BlockReader::ReadMore(InputBlock& block) {
     const std::size_t sizeBefore = block.size;
     block.size += Read(block.memory.data() + block.size, block.memory.size() - block.size);
     const bool hasLine = block.Text().find('\n', sizeBefore) != std::string_view::npos;
-    // The mark may come in pieces too.
+    // The byte-order mark may come in pieces too.
     if (m_isAtBegin && (m_isAtEnd || !BYTE_ORDER_MARK.starts_with(block.Text()))) {
         m_isAtBegin = false;
         const std::string_view text = WithoutByteOrderMark(block.Text());
@@ -150,7 +150,7 @@ void BlockReader::CutAfterLastLine(InputBlock& block) {
         SkipTooLongLine(block);
         ++m_line;
     }
-    // Otherwise it is the last line, without its end.
+    // Otherwise the rest is the last line, which lacks its line end.
 }
 
 void BlockReader::SkipTooLongLine(InputBlock& block) {

@@ -14,7 +14,7 @@ class BufferedOutput {
 public:
     explicit BufferedOutput(const std::filesystem::path& file) : m_output(file) { m_buffer.reserve(CAPACITY); }
 
-    /// Throws as `Output` does, maybe late: for a piece that was given earlier.
+    /// Throws as `Output` does; the failure may concern an earlier piece.
     void Write(std::string_view text) {
         if (text.size() > CAPACITY - m_buffer.size()) {
             Flush();
@@ -27,7 +27,7 @@ public:
         m_output.Complete();
     }
 
-    /// Hands over what was given until now. Throws as above.
+    /// Hands over all pieces written so far. Throws as above.
     void Flush() {
         m_output.Write(m_buffer);
         m_buffer.clear();

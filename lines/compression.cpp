@@ -24,11 +24,11 @@ constexpr std::string_view XZ_HEAD{
     "7zXZ\0",
     6};
 
-// A part of the 64 MiB that the tool promises to stay below.
+// A part of the 64 MiB of memory that the tool promises not to exceed.
 constexpr std::uint64_t MOST_MEMORY = std::uint64_t{20} << 20U;
 constexpr int LARGEST_WINDOW_LOG = 24;  // 16 MiB
 
-// Says what is wrong with an input.
+// Reports what is wrong with an input.
 class Complaint {
 public:
     explicit Complaint(std::string name) : m_name(std::move(name)) {}
@@ -64,7 +64,7 @@ public:
     std::size_t Decode(std::string_view& input, char* room, std::size_t size) override {
         for (;;) {
             if (m_isBetweenMembers) {
-                // Tapes and some programs fill up with zeros.
+                // Tapes and some programs pad files with zeros.
                 input.remove_prefix(std::min(input.find_first_not_of('\0'), input.size()));
                 if (input.empty()) {
                     return 0;
@@ -144,7 +144,7 @@ public:
 
     std::size_t Decode(std::string_view& input, char* room, std::size_t size) override {
         if (m_isBetweenFrames && input.empty()) {
-            return 0;  // another call would begin a frame
+            return 0;  // another call would begin a new frame
         }
         ZSTD_inBuffer in{input.data(), input.size(), 0};
         ZSTD_outBuffer out{room, size, 0};
@@ -196,7 +196,7 @@ public:
             ZSTD_outBuffer out{m_room.data(), m_room.size(), 0};
             const std::size_t left = ZSTD_compressStream2(m_context, &out, &in, isLast ? ZSTD_e_end : ZSTD_e_continue);
             if (ZSTD_isError(left) != 0) {
-                throw std::bad_alloc();  // nothing else can be wrong
+                throw std::bad_alloc();  // the only possible cause
             }
             compressed.append(m_room.data(), out.pos);
             isDone = isLast ? left == 0 : in.pos == in.size;
@@ -222,7 +222,7 @@ public:
     XzDecoder& operator=(const XzDecoder&) = delete;
 
     std::size_t Decode(std::string_view& input, char* room, std::size_t size) override {
-        // The decoder learns from the end of the input that no further stream follows.
+        // Another stream may follow; LZMA_FINISH, at the end of the input, says that none does.
         return Step(input, room, size, LZMA_RUN);
     }
 

@@ -9,7 +9,7 @@ namespace NS_KX {
 
 namespace {
 
-// Whether the call that just failed may succeed when it is made again; waits until then.
+// Whether the call that just failed may succeed if it is repeated. Waits until then.
 bool MayTryAgain(int descriptor, short event) noexcept {
     if (errno == EINTR) {
         return true;

@@ -1,4 +1,4 @@
-/// Reads and writes that neither a signal nor a non-blocking descriptor ends early.
+/// Reading and writing that neither signals nor non-blocking descriptors cut short.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ ssize_t ReadSome(int descriptor, char* memory, std::size_t size) noexcept;
 /// write.
 bool WriteAll(int descriptor, std::string_view text) noexcept;
 
-/// Writes `text` to standard error. A message that cannot be written is lost: there is no other place for it.
+/// Writes `text` to standard error. A failure is ignored: there is no other place for a message.
 void WriteMessage(std::string_view text) noexcept;
 
 }  // namespace NS_KX

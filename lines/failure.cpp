@@ -10,7 +10,7 @@ namespace NS_KX {
 
 namespace {
 
-// The first folder on the way to a file that this user may not enter; empty when there is none.
+// The first folder on the path to a file that this user may not enter; empty if there is none.
 std::string ClosedFolder(const std::filesystem::path& file) {
     std::filesystem::path folder;
     const std::filesystem::path parent = file.parent_path();

@@ -11,7 +11,7 @@ enum class Cause {
     OUTPUT,  ///< output that cannot be written: disk full, no such folder
 };
 
-/// Ends a run; the text tells the user why.
+/// Ends a run; the text says why.
 class Failure : public std::runtime_error {
 public:
     Failure(Cause cause, const std::string& text) : std::runtime_error(text), m_cause(cause) {}
@@ -22,11 +22,11 @@ private:
     Cause m_cause;
 };
 
-/// Ends a run because the system could not do something with the file `name`; errno says why. A refusal that comes from
-/// a folder on the way to the file names the folder.
+/// Throws `Failure` for the file `name`, with the reason in errno. If a folder on the path to the file denies access,
+/// the message names the folder.
 [[noreturn]] void FailByErrno(Cause cause, const std::string& name);
 
-/// The reader of the output has gone: nothing is left to do, and nothing is wrong.
+/// Thrown when the reader of the output has gone: the run ends without an error.
 class ClosedPipe : public std::runtime_error {
 public:
     ClosedPipe() : std::runtime_error("the reader of the output has gone") {}

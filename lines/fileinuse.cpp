@@ -9,7 +9,7 @@ namespace NS_KX {
 
 namespace {
 
-// Empty where the system cannot say, as in a current folder that was removed.
+// Empty if the system cannot say, for example in a removed current folder.
 std::filesystem::path WholePath(const std::filesystem::path& file) {
     std::error_code error;
     // Made absolute first: weakly_canonical leaves a missing bare name relative.

@@ -25,12 +25,12 @@ namespace NS_KX {
 
 namespace {
 
-// As much as a pipe holds: what is there already comes at once.
+// The usual capacity of a pipe, so that one read takes everything that waits in it.
 constexpr std::size_t FIRST_READ = std::size_t{64} << 10U;
 
 }  // namespace
 
-// A thread that reads and decompresses, and the text that it has made and that no one has taken yet.
+// A thread that reads and decompresses, with the text that waits for the reader.
 class Decompression {
 public:
     Decompression(int descriptor, std::string name, std::string head, std::unique_ptr<Decoder> decoder,
@@ -53,7 +53,7 @@ public:
             m_isStopped = true;
         }
         m_changed.notify_all();
-        eventfd_write(m_wakeUp, 1);  // it may wait for a pipe in which nothing comes
+        eventfd_write(m_wakeUp, 1);  // the thread may be waiting for an idle pipe
         m_thread.join();
         close(m_wakeUp);
     }
@@ -111,7 +111,7 @@ private:
         }
     }
 
-    // False at the end, and when no one wants more.
+    // False at the end, and if no more text is wanted.
     bool ReadRaw(std::string_view& raw) {
         std::array<pollfd, 2> waited{{{m_descriptor, POLLIN, 0}, {m_wakeUp, POLLIN, 0}}};
         while (poll(waited.data(), waited.size(), -1) == -1 && errno == EINTR) {}
@@ -128,7 +128,7 @@ private:
         return count != 0;
     }
 
-    // False when no one wants more.
+    // False if no more text is wanted.
     bool Give(std::string text) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_texts.size() < MOST_TEXTS || m_isStopped; });

@@ -10,19 +10,19 @@ namespace NS_KX {
 
 class Decompression;
 
-/// The bytes of one file, or of standard input. A compressed file (gzip, zstd, xz, by its first bytes) is decompressed
-/// on a thread of its own.
+/// The bytes of one file, or of standard input. A compressed file (gzip, zstd or xz, recognized by its first bytes) is
+/// decompressed on a thread of its own.
 class Input {
 public:
-    /// `name` is for messages. Adds the bytes that are read to `bytesRead`, compressed as they are. Throws `Failure`
+    /// `name` is for messages. Adds the number of bytes read, before decompression, to `bytesRead`. Throws `Failure`
     /// with `Cause::USAGE`.
     Input(int descriptor, std::string name, std::atomic<std::uint64_t>& bytesRead);
     ~Input();
     Input(const Input&) = delete;
     Input& operator=(const Input&) = delete;
 
-    /// Reads at least one byte, and returns how many; 0 at the end. What arrives slowly is given as it comes. Throws
-    /// `Failure` with `Cause::USAGE` when the input cannot be read, or is compressed and corrupt or cut off.
+    /// Reads at least one byte, and returns how many; 0 at the end. Returns slow input as it arrives. Throws `Failure`
+    /// with `Cause::USAGE` if the input cannot be read, or if its compressed data is corrupt or cut off.
     std::size_t Read(char* memory, std::size_t size);
 
 private:

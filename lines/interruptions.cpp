@@ -23,12 +23,12 @@ struct Noted {
     std::array<char, 32> name{};
 };
 
-// A run writes at most four files at once: a made-up network and the three tables of its inventory. Two runs in one
-// process, as in tests, have room too.
+// A run writes at most four files at once: a sample network and the three tables of its inventory. There is also room
+// for two runs in one process, as in tests.
 std::array<Noted, 8> notedFiles;
 
 std::atomic<int> waits{0};          // `InterruptionsWait` objects
-std::atomic<int> handlers{0};       // that run, or that have begun to end the process
+std::atomic<int> handlers{0};       // that are running, or that have begun to end the process
 std::atomic<int> waitingSignal{0};  // came while there was an `InterruptionsWait`
 
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
@@ -38,10 +38,10 @@ bool IsFault(int signal) {
            signal == SIGSYS;
 }
 
-// Both sides announce themselves before they look at the other one, so at least one of them sees the other.
+// Both sides announce themselves before they look at the other side, so at least one of them sees the other.
 extern "C" void Interrupt(int signal, siginfo_t* info, void* /*context*/) {
-    if (IsFault(signal) && info->si_code > 0) {  // others have such codes too, when a terminal or a limit sends them
-        std::signal(signal, SIG_DFL);            // what failed fails again, and ends the process
+    if (IsFault(signal) && info->si_code > 0) {  // signals of terminals and limits have such codes too
+        std::signal(signal, SIG_DFL);            // the fault occurs again and ends the process
         return;
     }
     const int error = errno;
@@ -67,7 +67,7 @@ void WaitForHandlers() {
     }
 }
 
-// All signals that end a process by default and can be caught; others may send those that stand for a fault, too.
+// All signals that end a process by default and can be caught. Signals for faults too: another process may send them.
 std::vector<int> Interruptions() {
     std::vector<int> signals{SIGHUP,    SIGINT,  SIGQUIT,   SIGUSR1, SIGUSR2, SIGPIPE, SIGALRM, SIGTERM,
                              SIGXCPU,   SIGPROF, SIGVTALRM, SIGIO,   SIGPWR,  SIGXFSZ, SIGSEGV, SIGBUS,

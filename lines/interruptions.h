@@ -1,13 +1,13 @@
-/// The signals by which somebody ends the process before it has finished, and the files that it must not leave then.
+/// Signals that end the process early, and the files that must not remain then.
 #pragma once
 
 #include <cstddef>
 
 namespace NS_KX {
 
-/// While one lives, no signal from outside that can be caught ends the process, whichever thread it reaches: for short
-/// work that would leave files. Such a signal takes effect when the last one is gone. A signal that the process ignores
-/// or handles itself is left alone, and so is a fault of its own.
+/// Protects short work that would leave files if it were interrupted. While an object of this class lives, no catchable
+/// signal from outside ends the process, whichever thread it reaches. The signal takes effect when the last object is
+/// gone. Signals that the process ignores or handles itself are left alone, and so are its own faults.
 class InterruptionsWait {
 public:
     InterruptionsWait();
@@ -16,10 +16,10 @@ public:
     InterruptionsWait& operator=(const InterruptionsWait&) = delete;
 };
 
-/// A file that such a signal removes, as long as this lives. Make one while interruptions wait.
+/// While this lives, such a signal removes a file before it ends the process. Make one while interruptions wait.
 class RemovedWhenInterrupted {
 public:
-    /// `folder` is a descriptor, and stays open meanwhile. Throws `Failure` with `Cause::OUTPUT` when too many files
+    /// `folder` is a descriptor that must stay open meanwhile. Throws `Failure` with `Cause::OUTPUT` if too many files
     /// are noted already.
     RemovedWhenInterrupted(int folder, const char* name);
     ~RemovedWhenInterrupted();

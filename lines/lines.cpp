@@ -29,7 +29,7 @@ namespace {
 
 constexpr std::string_view LINE_TOO_LONG = "the line is longer than 1 MiB";
 
-// For what is on its way: blocks, and what is made of them. The output's buffer may have room for half as much again.
+// For the blocks in flight and their results. The output's buffer may take half as much again.
 constexpr std::size_t MEMORY = std::size_t{24} << 20U;
 // Larger blocks fall out of the processor's caches.
 constexpr std::size_t LARGEST_BLOCK = std::size_t{256} << 10U;
@@ -39,10 +39,10 @@ std::size_t BlockSize(std::size_t inFlight) {
     return std::clamp(MEMORY / LineResult::MOST_GROWTH / inFlight, SMALLEST_BLOCK, LARGEST_BLOCK);
 }
 
-// A block on its way, with all that belongs to it.
+// A block in flight, with everything that belongs to it.
 struct Piece {
     InputBlock input;
-    std::string_view rest;  // of the input's text: lines that are not converted yet
+    std::string_view rest;  // of the block's text: lines that are not converted yet
     LineResult result;
     std::unique_ptr<LineConverter> converter;
     std::exception_ptr failure;  // what the converter threw
@@ -64,8 +64,8 @@ std::string Summary(const LineWork& work, const LineCounts& counts) {
            (counts.isStopped ? ", and stopped there\n" : "\n");
 }
 
-// An input may be replaced by the output, which takes its place when all is read; but not by the rejected lines, and it
-// may not grow while it is read. What else the run needs is replaced by neither.
+// The output may replace an input: it takes the input's place after everything is read. The rejected lines may not, and
+// no input may grow while it is read. Neither of the two may replace the other files that the run needs.
 void RefuseLoss(const BulkOptions& options, const LineWork& work) {
     std::vector<FileInUse> filesInUse = work.filesInUse;
     const bool areReportsMessages = options.rejects.empty() && !work.isReportTheOutput;
@@ -154,7 +154,7 @@ public:
     LineRun(const BulkOptions& options, const LineWork& work)
         : m_options(options),
           m_work(work),
-          // One for each thread, and some that are read or written; more of them fall out of the processor's caches.
+          // One for each thread, and some that are read or written; more would fall out of the processor's caches.
           m_inFlight(Threads(options.jobs) * 3 / 2 + 1),
           m_blockSize(BlockSize(m_inFlight)),
           m_reader(options.files, m_blockSize),
@@ -202,7 +202,7 @@ private:
                 std::rethrow_exception(m_readFailure);
             }
         }
-        if (!m_isStopped || m_work.isReportTheOutput) {  // otherwise, half an output is none
+        if (!m_isStopped || m_work.isReportTheOutput) {  // a stopped run leaves no incomplete output
             m_output.Complete();
         }
     }
@@ -240,7 +240,7 @@ private:
         return nullptr;
     }
 
-    // What is thrown here would cancel the pipeline, and with it the lines that were read already.
+    // An exception here would cancel the pipeline, and the lines read before would be lost.
     bool ReadBlock(InputBlock& block) {
         try {
             return m_reader.Next(block);
@@ -250,7 +250,7 @@ private:
         }
     }
 
-    // Only one block with very long lines is held at a time, and after all others.
+    // Only one block with very long lines is held at a time, and only after all others are written.
     void RunLargePiece() {
         if (m_large && !m_isStopped) {
             BeginPiece(*m_large);
@@ -271,7 +271,7 @@ private:
         ConvertPiece(piece);
     }
 
-    // Converts lines until there are no more, or until what was made of them is as much as may wait.
+    // Converts lines until there are no more, or until their results are as large as one piece allows.
     void ConvertPiece(Piece& piece) const {
         LineResult& result = piece.result;
         // Checked once for each block instead of for each line.
@@ -316,7 +316,7 @@ private:
         }
     }
 
-    // Reports what is in the way otherwise.
+    // Whether the line can be converted; reports the reason if not.
     static bool IsText(std::string_view line, bool hasNul, bool isChecked, LineResult& result) {
         if (line.empty()) {
             result.Report("the line is empty");
@@ -333,7 +333,7 @@ private:
         return true;
     }
 
-    // A reader of the library may begin or end a field inside of a character. What is ASCII stays so.
+    // A reader of the library may cut a field inside a character. ASCII input needs no such check.
     static void RefuseInvalidOutput(std::size_t before, LineResult& result) {
         const std::string_view made = result.output.View().substr(before);
         if (FindInvalidUtf8(made) != made.size()) {
@@ -342,7 +342,7 @@ private:
         }
     }
 
-    // Writes what was made of a piece, and goes on with the lines for which there was no room before.
+    // Writes the results of a piece, and continues with the lines that had no room before.
     void WritePiece(Piece& piece) {
         while (!m_isStopped) {
             WriteResult(piece);
@@ -382,7 +382,7 @@ private:
         }
     }
 
-    // Puts the input's name in front of each line of a report; of long names, only a few lines are held at a time.
+    // Puts the input's name before each line of a report. If the name is long, holds only a few lines at a time.
     void WriteReport(std::string_view report, std::string_view inputName) {
         constexpr std::size_t MOST = std::size_t{64} << 10U;
         while (!report.empty()) {
@@ -407,19 +407,19 @@ private:
         }
     }
 
-    // Only the reader of the output may go away: without the rejected lines, its files would be incomplete unseen.
+    // Fails if the reader of the rejected lines goes away: otherwise the output would lack lines unnoticed.
     void WriteRejects(std::string_view report) {
         try {
             m_rejects->Write(report);
         } catch (const ClosedPipe& closed) {
             throw Failure(Cause::OUTPUT, m_options.rejects + ": " + closed.what());
         } catch (const Failure&) {
-            m_rejects.reset();  // half of them are none
+            m_rejects.reset();  // an incomplete file must not appear
             throw;
         }
     }
 
-    // The rejected lines are of use however the run ended.
+    // The rejected lines are useful however the run ended.
     LineCounts End() {
         if (m_rejects) {
             m_rejects->Complete();
@@ -429,7 +429,7 @@ private:
         return m_counts;
     }
 
-    // Who catches the failure reports it.
+    // The caller reports the failure that ended the run.
     void EndAfterFailure() {
         try {
             End();
@@ -442,7 +442,7 @@ private:
     const LineWork& m_work;
     std::size_t m_inFlight;
     std::size_t m_blockSize;
-    std::size_t m_mostResult = m_blockSize * LineResult::MOST_GROWTH;  // of one piece, that may wait to be written
+    std::size_t m_mostResult = m_blockSize * LineResult::MOST_GROWTH;  // of one piece
     BlockReader m_reader;
     Output m_output;
     std::optional<Output> m_rejects;
@@ -451,7 +451,7 @@ private:
     tbb::concurrent_queue<Piece*> m_free;
     std::unique_ptr<Piece> m_large;
     bool m_isInputAtEnd = false;
-    std::exception_ptr m_readFailure;  // waits until all is written that was read before
+    std::exception_ptr m_readFailure;  // thrown after everything read before is written
     std::atomic<bool> m_isStopped = false;
     std::string m_named;
     LineCounts m_counts;

@@ -1,5 +1,5 @@
-/// Bulk work: every line of the inputs through a converter, on all cores, in the order of the lines, and in little
-/// memory whatever the inputs' size.
+/// Bulk work: converts every line of the inputs on all cores and writes the results in the order of the lines. Memory
+/// does not grow with the inputs.
 #pragma once
 
 #include <array>
@@ -23,22 +23,22 @@ struct BulkOptions {
     std::string rejects;             ///< empty: standard error
     unsigned jobs = 0;               ///< threads; 0: one for each core
     bool isStrict = false;           ///< the first finding ends the run
-    bool isProgressHidden = false;   ///< no progress bar, where standard error is a terminal
+    bool isProgressHidden = false;   ///< no progress bar, even if standard error is a terminal
 };
 
-/// Counts of a converter's own, by whatever it counts.
+/// Counts that a converter uses as it likes.
 using Tallies = std::array<std::uint64_t, 3>;
 
 /// Where a converter puts what it makes of the lines of a block.
 class LineResult {
 public:
-    /// What goes to the output. A line appends here, and reports, at most `MOST_GROWTH` times its size and a few
-    /// hundred bytes; use `Room` for what may be more.
+    /// The output. A line may add at most `MOST_GROWTH` times its size and a few hundred bytes to output and reports
+    /// together; use `Room` for more.
     TextBuffer output;
     static constexpr std::size_t MOST_GROWTH = 20;
 
-    /// Appends room for `size` bytes to the output, which the caller fills at once. The line may be converted anew when
-    /// there is no such room now: this then ends `Convert` by an exception, which the caller lets pass.
+    /// Appends room for `size` bytes to the output; the caller fills it at once. If there is no room now, throws an
+    /// exception that `Convert` must let pass; the line is then converted again.
     char* Room(std::size_t size);
 
     /// Reports something about the current line, as "file:line: reason", or "file:line:column: reason" when `column`
@@ -54,10 +54,10 @@ public:
 private:
     friend class LineRun;
 
-    // Thrown where there is no room for a line until all before it are written.
+    // Thrown if a line has no room before all earlier lines are written.
     struct Full {};
 
-    // What a line has added so far, to be taken back.
+    // Where the additions of a line begin, to take them back.
     struct Mark {
         std::size_t output;
         std::size_t report;
@@ -82,21 +82,21 @@ private:
     Tallies m_tallies{};
 };
 
-/// Makes something of lines. Each belongs to one thread at a time.
+/// Converts lines. Each object belongs to one thread at a time.
 class LineConverter {
 public:
     virtual ~LineConverter() = default;
-    /// `line` has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. Of verbatim work it
-    /// may be empty, and have NUL bytes and a carriage return at its end.
+    /// `line` has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. In verbatim work it
+    /// may be empty, hold NUL bytes, and end in a carriage return.
     virtual void Convert(std::string_view line, LineResult& result) = 0;
 };
 
-/// How a run went, of all lines whose results were written whole.
+/// How a run went. Counts only lines whose results were written completely.
 struct LineCounts {
     std::uint64_t lines = 0;
     std::uint64_t findings = 0;
     Tallies tallies{};
-    bool isFound = false;    ///< there was a finding, maybe in what could not be written
+    bool isFound = false;    ///< there was a finding, maybe in a line that could not be written
     bool isStopped = false;  ///< ended at the first finding, as asked
 };
 
@@ -104,25 +104,24 @@ struct LineCounts {
 struct LineWork {
     std::function<std::unique_ptr<LineConverter>()> makeConverter;  ///< called once for each block that is in flight
     std::string header;                                             ///< the output begins with it
-    bool mustBeUtf8 = true;                 ///< lines that are not, or whose output is not, are rejected
-    bool isVerbatim = false;                ///< every line is converted that is not too long, just as it is
-    bool isReportTheOutput = false;         ///< findings are what the user asked for: they go to the output
-    std::string_view finding = "rejected";  ///< a line with a finding, in the summary
-    std::vector<FileInUse> filesInUse;      ///< what the run needs besides the inputs
+    bool mustBeUtf8 = true;                 ///< rejects lines that are not, or whose output is not
+    bool isVerbatim = false;                ///< the converter gets every line that is not too long, just as it is
+    bool isReportTheOutput = false;         ///< findings go to the output: the user asked for them
+    std::string_view finding = "rejected";  ///< the summary's word for a line with a finding
+    std::vector<FileInUse> filesInUse;      ///< files that the run needs besides the inputs
 
-    /// The last line on standard error of a run that nothing stopped, with its end, in place of the usual one.
+    /// Makes the summary, with its line end, for a run that nothing stopped; replaces the usual one.
     std::function<std::string(const LineCounts&)> summarize;
 };
 
-/// Runs the work, and says how it went. Throws `Failure` as the parts do, and with `Cause::USAGE` when one file would
-/// be written over another that is read or written.
+/// Runs the work, and returns how it went. Throws `Failure` as its parts do, and with `Cause::USAGE` if an output would
+/// replace a file that is read or written.
 ///
-/// An exception from a converter, or an input that cannot be read, ends the run. All earlier lines have been converted
-/// and written then if the output is standard output; a named output file does not appear. If an input fails in the
-/// middle of a line, the beginning of that line is not converted. A `Failure` of a converter gets "file:line: " in
-/// front of its text.
+/// An exception from a converter ends the run, and so does an input that cannot be read. Standard output has received
+/// the results of all earlier lines by then; a named output file does not appear. If an input fails in the middle of a
+/// line, the beginning of that line is not converted. A `Failure` of a converter gets "file:line: " before its text.
 ///
-/// The file of the rejected lines appears however the run ends, unless a signal ends it or it cannot be written itself.
+/// The file of the rejected lines appears however the run ends, unless a signal ends it or the file cannot be written.
 LineCounts RunLines(const BulkOptions& options, const LineWork& work);
 
 }  // namespace NS_KX

@@ -14,9 +14,9 @@ namespace NS_KX {
 
 namespace {
 
-// A link is followed, so that it still leads to the file afterwards; also one to a file that is not there yet.
+// Follows a link, so that it still leads to the file afterwards; also a link to a missing file.
 std::filesystem::path Target(std::filesystem::path file) {
-    constexpr int MOST_LINKS = 40;  // as the system has it
+    constexpr int MOST_LINKS = 40;  // the limit of the kernel
     std::error_code error;
     for (int links = 0; std::filesystem::is_symlink(file, error); ++links) {
         if (links == MOST_LINKS) {

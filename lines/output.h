@@ -12,24 +12,24 @@
 namespace NS_KX {
 
 /// Where a verb's results go: standard output, or a file that appears under its name only when it is complete. A file
-/// whose name ends in .gz or .zst is compressed. Devices and pipes that are given by name are written as they are, and
-/// so are "/dev/stdout" and "/dev/stderr" if they lead to a file: what is in it stays.
+/// whose name ends in .gz or .zst is compressed. Named devices and pipes are written directly. So are "/dev/stdout" and
+/// "/dev/stderr" if they lead to a file, whose content then stays.
 class Output {
 public:
-    /// Standard output when `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
+    /// Standard output if `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
     /// `Cause::USAGE` for the journal of a database and for .xz.
     explicit Output(const std::filesystem::path& file);
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Hands `text` over at once. Throws `ClosedPipe`, or `Failure` with `Cause::OUTPUT`.
+    /// Writes `text` at once. Throws `ClosedPipe`, or `Failure` with `Cause::OUTPUT`.
     void Write(std::string_view text);
 
     /// Lets the file appear. Throws `Failure` as above.
     void Complete();
 
-    /// Whether what is written is shown on a terminal.
+    /// Whether the output goes to a terminal.
     [[nodiscard]] bool IsTerminal() const;
 
 private:
@@ -37,7 +37,7 @@ private:
 
     std::string m_name;
     std::optional<TemporaryFile> m_file;
-    std::unique_ptr<Encoder> m_encoder;  // null: nothing is compressed
+    std::unique_ptr<Encoder> m_encoder;  // null: no compression
     std::string m_compressed;
     int m_device = -1;
     int m_descriptor = -1;

@@ -5,19 +5,19 @@
 
 namespace NS_KX {
 
-/// A bar on standard error that shows how far a run is and how fast it goes. It is one line, and goes away when the run
+/// A bar on standard error that shows the progress and the speed of a run. It is one line, and disappears when the run
 /// ends.
 class Progress {
 public:
-    /// `totalBytes` is 0 when it is not known.
+    /// `totalBytes` is 0 if it is not known.
     Progress(bool isShown, std::uint64_t totalBytes);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// Draws anew when enough time has gone by.
+    /// Redraws the bar if enough time has passed.
     void Update(std::uint64_t bytes, std::uint64_t lines);
-    /// Takes the bar away, to make room for other text.
+    /// Removes the bar, to make room for other text.
     void Clear();
 
 private:

@@ -15,7 +15,7 @@ namespace NS_KX {
 
 namespace {
 
-// Short whatever the target's name, which may be as long as a name may be.
+// Not derived from the target's name, which may already have the greatest length.
 std::string HiddenName() {
     constexpr std::string_view LETTERS = "abcdefghijklmnopqrstuvwxyz234567";
     std::random_device random;
@@ -58,7 +58,7 @@ TemporaryFile::~TemporaryFile() {
 void TemporaryFile::Open() {
     m_descriptor = openat(m_folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (m_descriptor != -1 && access(NameOf(m_descriptor).c_str(), F_OK) != 0) {
-        close(m_descriptor);  // without /proc it would never get a name
+        close(m_descriptor);  // without /proc the file could never get a name
         m_descriptor = -1;
         errno = EOPNOTSUPP;
     }
@@ -91,7 +91,7 @@ void TemporaryFile::OpenNamed() {
     m_note = std::make_unique<RemovedWhenInterrupted>(m_folder, m_name.c_str());
 }
 
-// A new file has the usual rights; one that replaces another has that one's, without its special bits.
+// A new file gets the usual rights. A file that replaces another takes over its rights, without the special bits.
 void TemporaryFile::SetRights() {
     constexpr mode_t RIGHTS = S_IRWXU | S_IRWXG | S_IRWXO;
     constexpr mode_t WRITING = S_IWUSR | S_IWGRP | S_IWOTH;
@@ -99,7 +99,7 @@ void TemporaryFile::SetRights() {
     mode_t rights = 0;
     if (fstatat(m_folder, m_targetName.c_str(), &existing, 0) == 0) {
         rights = existing.st_mode & RIGHTS;
-        // The superuser may write to it all the same, and would not know that it was protected.
+        // The bits are checked too: the superuser may write to a protected file, and would replace it unknowingly.
         if ((rights & WRITING) == 0 || faccessat(m_folder, m_targetName.c_str(), W_OK, AT_EACCESS) != 0) {
             throw Failure(Cause::OUTPUT, m_target.string() + ": is write-protected; remove it, or choose another name");
         }
@@ -148,7 +148,7 @@ void TemporaryFile::Keep() {
     }
 }
 
-// A link cannot take the place of a file that is there; a rename can, but needs a name to begin with.
+// A link cannot replace an existing file. A rename can, but the file needs a name first.
 bool TemporaryFile::PutInPlace() {
     if (m_name.empty()) {
         if (LinkAs(m_targetName)) {

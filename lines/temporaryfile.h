@@ -8,15 +8,15 @@
 
 namespace NS_KX {
 
-/// A file that takes the place of its target in one step when it is complete. Until then the target is what it was.
+/// A file that takes the place of its target in one step when it is complete. Until then the target is unchanged.
 ///
-/// The file has no name before that, so that nothing is left of it however the process ends. Where the file system
-/// cannot hold a file without a name, it has a hidden name beside the target, and only SIGKILL, a crash and a power
-/// failure leave it.
+/// Until then the file has no name, so nothing of it remains however the process ends. On a file system that cannot
+/// hold a file without a name, it has a hidden name beside the target, and remains only after SIGKILL, a crash or a
+/// power failure.
 class TemporaryFile {
 public:
-    /// Makes the file for `target`, which is no link. Throws `Failure` with `Cause::OUTPUT`, also when the target is
-    /// write-protected.
+    /// Makes the file for `target`, which must not be a link. Throws `Failure` with `Cause::OUTPUT`, also if the target
+    /// is write-protected.
     explicit TemporaryFile(std::filesystem::path target);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] int Descriptor() const noexcept { return m_descriptor; }
 
-    /// Puts the file in the place of the target, once all of it is on the disk. Throws `Failure` as above.
+    /// Waits until the whole file is on the disk, then puts it in the place of the target. Throws `Failure` as above.
     void Keep();
 
 private:

@@ -121,7 +121,7 @@ void WritePaths(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& ta
         }
         NS_DOMAIN::TPIndex tp = TerminationPointOf(port.index);
         for (tp.vc4Id = 1; tp.vc4Id <= 4; ++tp.vc4Id) {
-            // Higher-order as a whole, or cut into lower-order paths.
+            // A whole higher-order path, or a lower-order path in it.
             tp.vc12Id = random.OneIn(2) ? 0 : random.Between(1, 63);
             ResIDUtil::TPIndex2ResID(tp, fdn);
             take(fdn);
@@ -129,7 +129,7 @@ void WritePaths(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& ta
     }
 }
 
-// Ports, named by way of their NE's type.
+// Ports, written by the rules of their NE's type.
 void WritePortsByNEType(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
     std::string fdn;
     for (const SamplePort& port : ne.ports) {
@@ -140,7 +140,7 @@ void WritePortsByNEType(const SampleNe& ne, SplitMix64& random, const TakeIdenti
     }
 }
 
-// Sub-interfaces of logical ports that go by their number.
+// Sub-interfaces of logical ports that are identified by their number.
 void WriteNumberedSubInterfaces(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take) {
     constexpr std::int32_t PP_TYPE = 16;
     std::string fdn;
@@ -164,8 +164,8 @@ void WriteNeInArea(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentif
     take(fdn);
 }
 
-// The types that the other generators write. Each type that the catalogue has besides is written as its example, so
-// that a new kind is in every sample from the beginning.
+// The types that the other generators write. The examples of all other types of the catalogue are written too, so that
+// every sample has each new kind at once.
 constexpr std::array<std::string_view, 29> GENERATED{"OSIndex",          "ONEIndex",      "NEID",
                                                      "NEIndex",          "ShelfIndex",    "SlotIndex",
                                                      "SubSlotIndex",     "CardIndex",     "PortIndex:NEType1911",
@@ -191,8 +191,8 @@ void WriteExamples(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentif
     }
 }
 
-// What is written of an NE, in this order. A new one goes to the end: each has a sequence of random numbers of its own,
-// by its place, so the identifiers of those before it stay as they are.
+// They run in this order for each NE. Append new ones at the end: the place of each seeds its random numbers, so the
+// identifiers of those before it stay the same.
 constexpr std::array GENERATORS{
     WriteAreas,         WriteNe,      WriteSlots,    WritePorts,         WriteAccessPoints,
     WriteSubInterfaces, WritePaths,   WriteNeInArea, WritePortsByNEType, WriteNumberedSubInterfaces,

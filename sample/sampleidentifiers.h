@@ -8,18 +8,18 @@
 
 namespace NS_KX {
 
-/// Is given one identifier after the other; the text is only lent.
+/// Receives one identifier after the other; the text is valid only during the call.
 using TakeIdentifier = std::function<void(const std::string& fdn)>;
 
-/// Writes the identifiers of a sample network, of every kind. Each is what the library's own writers give, or of a kind
-/// that the library keeps as text; so it comes back byte for byte under the network's inventory and without
-/// configuration items. A `SampleInventoryService` of the network must live.
+/// Writes identifiers of every kind for a sample network. Each comes from the library's own writers, or is of a kind
+/// that the library keeps as text. So reading and rewriting it gives the same bytes, with the network's inventory and
+/// without configuration items. A `SampleInventoryService` of the network must exist meanwhile.
 class SampleIdentifiers {
 public:
     explicit SampleIdentifiers(const SampleNetwork& network) noexcept : m_network(network) {}
 
-    /// Writes those of one NE and of all that is in it, in a fixed order; before the first NE of an administrative area
-    /// that of the area.
+    /// Writes the identifiers of one NE and of everything in it, in a fixed order. The identifier of an administrative
+    /// area comes before those of its first NE.
     void Write(std::int32_t neId, const TakeIdentifier& take);
 
 private:

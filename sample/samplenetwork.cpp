@@ -16,7 +16,7 @@ using NS_DOMAIN::PortIndex;
 // The `ppType` of a port that is identified by its name.
 constexpr std::int32_t NAMED_PORT = 251;
 
-// What operators write behind a port's name.
+// What operators write after a port's name.
 constexpr std::array<std::string_view, 12> PLACES{
     "to Nordbahnhof", "to Lyon Part-Dieu", "→ München Süd", "→ Kraków", "spare",       "ring 7 west",
     "to Åre",         "\"old\" link",      "北京",          "to Évora", "customer 17", "to Bergen"};
@@ -34,11 +34,11 @@ constexpr std::array<LogicalPortKind, 4> LOGICAL_PORT_KINDS{{
     {65562, "tunnel-if ", true},
 }};
 
-// Of NEs, of a thousand.
+// Per thousand NEs.
 constexpr std::uint32_t ALL_SHARES = 1000;
 constexpr std::uint32_t OAM_NUMBER_OMITTED_SHARE = 100;
 
-// Draws of different purpose do not disturb each other: each has its own sequence.
+// Each purpose draws from its own sequence, so that more draws for one leave the others unchanged.
 enum class Purpose : std::uint64_t { TYPE = 1, EQUIPMENT = 2, OAM = 3 };
 
 SplitMix64 Sequence(std::uint64_t seed, std::int32_t neId, Purpose purpose) noexcept {

@@ -17,7 +17,7 @@ struct SamplePort {
     SampleCardKind::Terminations terminations;
 };
 
-/// One NE of a sample network with all that is in it.
+/// One NE of a sample network with everything in it.
 struct SampleNe {
     std::int32_t neId = 0;
     const SampleNeType* type = nullptr;
@@ -27,7 +27,7 @@ struct SampleNe {
     std::vector<SamplePort> ports;  ///< the logical ones last; no name has a "."
 };
 
-/// A synthetic but plausible network, drawn from a seed. NEs are numbered from 1; each is drawn for itself, so that a
+/// A synthetic but plausible network, drawn from a seed. NEs are numbered from 1. Each is drawn independently, so a
 /// larger network of the same seed begins with the smaller one.
 class SampleNetwork {
 public:
@@ -35,7 +35,7 @@ public:
 
     [[nodiscard]] std::uint64_t Seed() const noexcept { return m_seed; }
 
-    /// The type of an NE; any number is an NE of the network.
+    /// The type of an NE. Every number is an NE of the network.
     [[nodiscard]] const SampleNeType& NeType(std::int32_t neId) const noexcept;
 
     /// Draws the NE `neId` into `ne`, in place of what it held.
@@ -51,8 +51,7 @@ private:
     std::uint64_t m_seed;
 };
 
-/// Answers the library's writers for the NEs of a network, as the inventory service of this process, for as long as it
-/// lives.
+/// The inventory service of this process as long as it lives: answers the library's writers for the NEs of a network.
 class SampleInventoryService final : public NS_SERVICE::InventoryBufif {
 public:
     explicit SampleInventoryService(const SampleNetwork& network);

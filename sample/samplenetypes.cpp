@@ -59,7 +59,7 @@ constexpr std::uint32_t ShareOfAll() {
 }
 static_assert(ShareOfAll() == 1000);
 
-// As DomainMemberRow, which cannot be a constant.
+// Like DomainMemberRow, which cannot be a constant.
 struct DomainMember {
     DomainCache cache;
     std::string_view domain;

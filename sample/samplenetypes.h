@@ -43,7 +43,7 @@ struct SampleNeType {
     std::array<const SampleCardKind*, 3> cardKinds;
 };
 
-/// All of them; their shares add up to a thousand.
+/// All NE types of sample networks; their shares add up to a thousand.
 std::span<const SampleNeType> SampleNeTypes();
 
 /// The domain lists that these types are in.

@@ -16,14 +16,14 @@ using NS_UTIL::ResIDUtil;
 constexpr std::array<std::string_view, 8> CUSTOMERS{"city hall",    "harbour",       "Universität", "銀行",
                                                     "north clinic", "railway radio", "école 4",     "water \"works\""};
 
-// "NE=7,VSI=3": of levels that the library only reads.
+// "NE=7,VSI=3": for levels that the library reads but does not write.
 std::string Numbered(std::int32_t neId, std::string_view tag, std::int32_t number) {
     std::string fdn;
     ResIDUtil::NEID2ResID(0, neId, fdn);
     return fdn.append(",").append(tag).append("=").append(std::to_string(number));
 }
 
-// NEs that switch packets, and one in eight of the others.
+// True for NEs that switch packets, and for one in eight of the others.
 bool HasServices(const SampleNe& ne) {
     return ne.type->ipService || ne.neId % 8 == 0;
 }
@@ -137,7 +137,7 @@ void WriteMaintenance(const SampleNe& ne, SplitMix64& random, const TakeIdentifi
     }
 }
 
-// In this order; a new one goes to the end, as each draws from a sequence of its own, by its place.
+// They run in this order. Append new ones at the end: the place of each seeds its random numbers.
 constexpr std::array GENERATORS{WriteTunnels, WritePseudoWires, WriteServiceLevels, WriteTrails, WriteMaintenance};
 
 }  // namespace

@@ -1,4 +1,4 @@
-/// The services of the NEs of a sample network, with what they run over and what watches them.
+/// The services of the NEs of a sample network, with the tunnels that carry them and the points that monitor them.
 #pragma once
 
 #include "sample/sampleidentifiers.h"
@@ -6,8 +6,8 @@
 
 namespace NS_KX {
 
-/// Writes their identifiers: tunnels, pseudo-wires, services, trails, and the points of maintenance. None on most NEs
-/// that do not switch packets.
+/// Writes the identifiers of tunnels, pseudo-wires, services, trails, and maintenance points. Most NEs that do not
+/// switch packets have none.
 void WriteServices(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take);
 
 }  // namespace NS_KX

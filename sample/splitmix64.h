@@ -4,8 +4,7 @@
 
 namespace NS_KX {
 
-/// SplitMix64: random numbers that are the same on every machine, which the distributions of the standard library are
-/// not.
+/// SplitMix64: random numbers that are the same on every machine, unlike those of the standard library's distributions.
 class SplitMix64 {
 public:
     explicit SplitMix64(std::uint64_t seed) noexcept : m_state(seed) {}

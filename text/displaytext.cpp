@@ -15,7 +15,7 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-// The code point that begins at the start of text, which is UTF-8, and its length in bytes.
+// A code point, and its length in UTF-8 in bytes.
 struct CodePoint {
     char32_t value;
     std::size_t size;
@@ -27,7 +27,7 @@ CodePoint FirstCodePoint(std::string_view text) {
     while (size < text.size() && IsContinuation(text[size])) {
         ++size;
     }
-    // The bits of the lead byte that are not its length count.
+    // The bits of the lead byte without those that count the length.
     char32_t value = size == 1 ? lead : lead & (0x7FU >> size);
     for (std::size_t at = 1; at < size; ++at) {
         value = value << 6U | (static_cast<unsigned char>(text[at]) & 0x3FU);
@@ -46,7 +46,7 @@ struct Range {
     char32_t last;
 };
 
-// Rough, by whole blocks: enough for names.
+// Whole Unicode blocks: precise enough for names.
 constexpr std::array<Range, 4> COMBINING{{{0x0300, 0x036F}, {0x200B, 0x200F}, {0x20D0, 0x20F0}, {0xFE00, 0xFE0F}}};
 constexpr std::array<Range, 9> WIDE{{{0x1100, 0x115F},
                                      {0x2E80, 0x303E},

@@ -7,10 +7,10 @@
 
 namespace NS_KX {
 
-/// `text` without what would steer the terminal: control characters, and bytes that are not UTF-8, become U+FFFD each.
+/// `text` made harmless for a terminal: each control character, and each byte that is not UTF-8, becomes U+FFFD.
 std::string Printable(std::string_view text);
 
-/// How many columns a terminal needs for `text`, which is printable: wide characters take two, combining marks none.
+/// How many columns a terminal needs for printable `text`. Wide characters take two, combining marks none.
 std::size_t DisplayWidth(std::string_view text);
 
 }  // namespace NS_KX

@@ -8,7 +8,7 @@
 
 namespace NS_KX {
 
-/// What a number of 32 bits can be, for messages.
+/// The range of a signed 32-bit number, for messages.
 inline constexpr const char* RANGE_OF_32_BITS = "from -2147483648 to 2147483647";
 
 /// Whether `text` is a whole number in decimal digits of any length, with or without a "-" before them.
@@ -17,7 +17,7 @@ inline bool IsDecimal(std::string_view text) noexcept {
     return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Reads all of `text` as a decimal number. False, and `number` is not to be used, when it is none or out of range.
+/// Reads all of `text` as a decimal number. Returns false if it is none or out of range; `number` has no meaning then.
 template <class Number>
 bool ReadWhole(std::string_view text, Number& number) noexcept {
     const char* const end = text.data() + text.size();
@@ -25,7 +25,7 @@ bool ReadWhole(std::string_view text, Number& number) noexcept {
     return error == std::errc() && readEnd == end;
 }
 
-/// `text` as a number up to 2147483647; none unless it is nothing but decimal digits.
+/// `text` as a number from 0 to 2147483647; none if the number is larger, or if anything but decimal digits occurs.
 inline std::optional<int> ReadNumber(std::string_view text) noexcept {
     unsigned number = 0;
     if (!ReadWhole(text, number) || number > std::numeric_limits<int>::max()) {

@@ -16,7 +16,7 @@ std::size_t FindInvalidUtf8(std::string_view text) {
     if (simdjson::validate_utf8(text.data(), text.size())) {
         return text.size();
     }
-    // Sequence by sequence: the first that is not UTF-8 by itself.
+    // Finds the first sequence that is not UTF-8 by itself.
     for (std::size_t begin = 0; begin < text.size();) {
         const auto lead = static_cast<unsigned char>(text[begin]);
         const std::size_t size = lead < 0x80U ? 1 : lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;

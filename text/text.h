@@ -17,11 +17,11 @@ inline std::string_view WithoutByteOrderMark(std::string_view text) noexcept {
 /// Whether `text` holds nothing but ASCII.
 bool IsAscii(std::string_view text) noexcept;
 
-/// Where the first byte sequence begins that is not UTF-8; `text.size()` when all of it is.
+/// The position of the first byte sequence that is not UTF-8; `text.size()` if there is none.
 std::size_t FindInvalidUtf8(std::string_view text);
 
-/// Appends `text` in double quotes to a message: cut when it has more than `longest` bytes, and without characters that
-/// would steer a terminal.
+/// Appends `text` in double quotes to a message. Cuts it if it has more than `longest` bytes, and replaces characters
+/// that would steer a terminal.
 void AppendQuoted(std::string& message, std::string_view text, std::size_t longest = 60);
 /// The same by itself.
 inline std::string Quoted(std::string_view text, std::size_t longest = 60) {
@@ -29,16 +29,16 @@ inline std::string Quoted(std::string_view text, std::size_t longest = 60) {
     AppendQuoted(quoted, text, longest);
     return quoted;
 }
-/// The same for a text that is of no use unless it is whole.
+/// The same for a text that must not be cut.
 inline std::string QuotedWhole(std::string_view text) {
     return Quoted(text, std::string_view::npos);
 }
 
-/// The columns that a line of help has at most.
+/// The greatest width of a line of help, in columns.
 inline constexpr std::size_t HELP_WIDTH = 120;
 
-/// The words, a blank between two, on lines of at most width columns. The first line begins with `head`, the others
-/// with as many blanks; no line end after the last.
+/// Puts the words on lines of at most `width` columns, separated by blanks. The first line begins with `head`, the
+/// others with as many blanks. The last line has no line end.
 std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width = HELP_WIDTH);
 
 }  // namespace NS_KX

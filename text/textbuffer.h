@@ -10,8 +10,7 @@
 
 namespace NS_KX {
 
-/// A text that grows at its end; for output, a block of lines at a time. Unlike a string, it does not clear the room
-/// that it gives.
+/// A text that grows at its end, for a block of output lines. Unlike std::string, it does not clear new room.
 class TextBuffer {
 public:
     [[nodiscard]] std::size_t GetSize() const noexcept { return m_size; }
@@ -19,9 +18,9 @@ public:
 
     /// Makes it empty; its memory is kept.
     void Clear() noexcept { m_size = 0; }
-    /// Takes the last `count` characters away.
+    /// Removes the last `count` characters.
     void Pop(std::size_t count) noexcept { m_size -= count; }
-    /// Room for `count` more characters, which the caller fills. Throws std::bad_alloc.
+    /// Adds room for `count` characters, which the caller fills. Throws std::bad_alloc.
     char* Push(std::size_t count) {
         if (count > m_capacity - m_size) {
             Grow(m_size + count);
