@@ -210,7 +210,8 @@ TEST_P(LookUpsDeathTest, EndTheProcessWhenTheSearchFails) {
         "terminate called");
 }
 
-// The look-up prepares itself before the search, and exceptions of that preparation pass. A log record is lost instead.
+// The look-up prepares itself before the search, and exceptions of that preparation pass. An operation that only writes
+// a log record loses the record instead.
 TEST_P(LookUps, LetPassThatTheyCannotBePrepared) {
     const auto said = InChildProcess([] {
         UtilCommon::Instance();
