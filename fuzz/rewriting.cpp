@@ -61,7 +61,8 @@ std::optional<std::string> Rewrite(const NS_KX::Kind& kind, const std::string& f
 
 // Rewriting an odd text may change it once more, and once for each backslash in a name, because each reading removes
 // one. After that the text stays the same, unless it has become an identifier of another kind. A termination point on a
-// port without a name never settles: each rewriting swaps its sub-interface and the name.
+// port without a name never settles: its sub-interface becomes the name, then the name becomes the sub-interface, by
+// turns.
 void CompareRewritten(const std::string& fdn) {
     const auto rounds = 2 + std::count(fdn.begin(), fdn.end(), '\\');
     for (const NS_KX::Kind* const kind : NS_KX::AllKinds()) {

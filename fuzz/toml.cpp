@@ -37,8 +37,8 @@ std::optional<std::size_t> ParsedDepth(std::string_view text) try {
     return std::nullopt;
 }
 
-// A text that parses is refused only if it is nested too deep. Each part of a header may be an array of tables, so the
-// tables may be twice as deep as the text.
+// A text that parses is refused if and only if it is nested too deep. Each part of a header may be an array of tables,
+// so the tables may be twice as deep as the text.
 void CheckDepth(std::string_view text) {
     const std::optional<std::size_t> depth = ParsedDepth(text);
     if (!depth) {
