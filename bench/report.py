@@ -3,9 +3,9 @@
 
     report.py ALLOCATIONS TIMES... [--json FILE] [--svg FILE] [--no-limits]
 
-ALLOCATIONS is the JSON that kx_bench_allocations wrote. Each of TIMES is one that kx_bench wrote: one round. The fastest
-repetition of all rounds counts. Within a round, the runs on one and on two threads follow each other, so that the
-machine is in the same state. The gain of two threads is the median of the rounds' ratios.
+ALLOCATIONS is the JSON that kx_bench_allocations wrote. Each of TIMES is one that kx_bench wrote: one round. The
+fastest repetition of all rounds counts. Within a round, the runs on one and on two threads follow each other, so that
+the machine is in the same state. The gain of two threads is the median of the rounds' ratios.
 """
 import argparse
 import json
