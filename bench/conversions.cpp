@@ -56,8 +56,8 @@ void AddWriters(const Corpus& corpus) {
     });
 }
 
-// Measures `call`, which is called with the class to convert by, as a std::type_identity, with an input and with an
-// answer to fill, always the same.
+// Measures `call`. Its arguments are the converting class as a std::type_identity, an input, and an answer to fill,
+// which is the same object in all calls.
 template <class Answer, class Input, class Call>
 void AddByClass(Subject<Input> subject, Call call) {
     const auto by = [call](auto conversions) {
@@ -106,8 +106,8 @@ void AddGrammar(const Corpus& corpus) {
     });
 }
 
-// What it costs to look at each byte of a text once, one after the other: what a reader cannot do without, when it has
-// no vectors. The bytes are volatile, so that the compiler does not make vectors of them.
+// Looks at each byte of a text once, one after the other, as every reader without vectors must. The bytes are volatile,
+// so that the compiler does not use vectors.
 struct CommaCount {
     std::size_t operator()(const std::string& text) const {
         std::size_t commas = 0;
@@ -119,7 +119,7 @@ struct CommaCount {
     }
 };
 
-// Reading and writing a port by a class, without a pointer between.
+// Calls the class directly to read and write a port, not through a pointer.
 template <class Conversions>
 struct PortReading {
     PortIndex port;
@@ -140,7 +140,7 @@ struct PortWriting {
     }
 };
 
-// The records of texts.
+// The records read from `texts`.
 Subject<PortIndex> PortSubject(const std::string& name, const char* group, const std::vector<std::string>& texts) {
     Subject<PortIndex> subject{name, group, {}, BytesOf(texts)};
     PortReading<ResIDUtil> read;
@@ -156,7 +156,7 @@ auto Share(Subject<Input> subject) {
     return std::make_shared<const Subject<Input>>(std::move(subject));
 }
 
-// Ports of 60 bytes that are written just as they are read, so that both can be compared with the same commas.
+// Ports of 60 bytes that are written exactly as they are read, so that both can be compared with the same commas.
 std::vector<std::string> SixtyBytePorts(const Corpus& corpus) {
     std::vector<std::string> texts = corpus.SixtyBytePorts();
     PortReading<ResIDUtil> read;
@@ -179,7 +179,7 @@ void AddYardstick(const Corpus& corpus) {
         ->Threads(1);
 }
 
-// What a call costs while others convert: the same inputs on more and more threads.
+// Measures a call while other threads convert: the same inputs on more and more threads.
 template <class Input, class Call>
 void AddThreads(const Subject<Input>& inputs, const Call& call) {
     for (const int threads : {1, 2, 4, 8}) {
@@ -204,7 +204,7 @@ std::vector<std::string> TextsBehindNEs(const std::string& levels) {
     return texts;
 }
 
-// How cost grows with the text: ports whose names make them this long, and ports with this many levels behind them.
+// How the cost grows with the text: ports with longer and longer names, and ports with more and more levels after them.
 void AddLengths() {
     const std::string port = ",FR=1,S=12,CP=-1,PP=16|1025|7|";
     for (const std::size_t length : {48, 96, 192, 384, 768, 1536}) {

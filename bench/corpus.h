@@ -1,4 +1,4 @@
-/// The identifiers that everything is measured on.
+/// The identifiers that all measurements use.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,8 @@
 
 namespace NS_BENCH {
 
-/// The first identifiers of a made-up network, of every kind and as often as networks have them, in random order: no
-/// conversion is helped by a neighbour that looks the same. The same ones on every machine.
+/// The first identifiers of a sample network, of every kind and in realistic shares. The order is random, so that no
+/// conversion profits from a similar neighbour. The identifiers are the same on every machine.
 class Corpus {
 public:
     static constexpr std::size_t SIZE = 20'000;
@@ -21,14 +21,14 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& All() const noexcept { return m_identifiers; }
 
-    /// The identifiers that hold a level of one of `tags`, in the order of the corpus. Rare ones are repeated, so
-    /// that a walk over the answer takes at least `LEAST` calls. Throws when there is none.
+    /// The identifiers that hold a level with one of `tags`, in the order of the corpus. Rare ones are repeated until
+    /// there are at least `LEAST`. Throws if there is none.
     [[nodiscard]] std::vector<std::string> Holding(std::span<const std::string_view> tags) const;
 
     /// The ports of 58 to 62 bytes.
     [[nodiscard]] std::vector<std::string> SixtyBytePorts() const;
 
-    /// What the NEs of these identifiers are.
+    /// The inventory of the NEs of these identifiers.
     [[nodiscard]] const NS_STANDALONE::Inventory& GetInventory() const noexcept { return m_inventory; }
 
     static constexpr std::size_t LEAST = 1000;

@@ -1,4 +1,4 @@
-"""What is done with measured figures. Their limits are a list of (text, whether it is kept)."""
+"""Writes and checks measured figures. Their limits are a list of (text, whether it is kept)."""
 import json
 import pathlib
 

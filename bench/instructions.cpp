@@ -1,5 +1,5 @@
-// Runs each conversion on a fixed number of inputs, for callgrind to count the instructions: one dump for each, by its
-// name. Prints name and number of calls of each. Run by instructions.sh.
+// Runs each conversion on a fixed number of inputs, so that callgrind counts the instructions: one dump for each, with
+// its name. Prints the name and the number of calls of each. instructions.sh runs this program.
 #include <algorithm>
 #include <exception>
 #include <iostream>
@@ -25,7 +25,7 @@ void Count(const std::string& name, std::vector<Input> inputs, Call call) {
             call(input);
         }
     };
-    walk();  // gives the texts their room, and makes what a first call makes
+    walk();  // a first walk allocates the texts, and everything that is made only once
     CALLGRIND_START_INSTRUMENTATION;
     walk();
     CALLGRIND_DUMP_STATS_AT(name.c_str());

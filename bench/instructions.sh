@@ -18,8 +18,8 @@ if ! scripts/build.sh bench kx_bench_instructions; then
     finish
 fi
 
-# The C library picks its text functions by what the processor can do, and so does this one, for texts of 64 bytes and
-# more. The C library is told to take what every x86-64 has. What is left is less than 1 % with AVX2 or without.
+# The C library chooses its text functions by the processor; here it must take those that every x86-64 has. This library
+# also chooses by the processor, but only for texts of 64 bytes and more.
 without=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI2,-ERMS,-FSRM,-RTM,-LZCNT,-MOVBE,-SSE4_1,-SSE4_2,-SSSE3
 export GLIBC_TUNABLES=glibc.cpu.hwcaps=$without
 if ! valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file="$folder/dump" \

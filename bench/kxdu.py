@@ -3,11 +3,11 @@
 
     kxdu.py KXDU [--identifiers N] [--seconds N] [--json FILE]
 
-One command runs at a time, on two processors: always the one that has had the least time yet, so that each gets its
-share of the machine's quiet moments. Its fastest run counts. Runs with one job and with two follow each other, with the
-machine in the same state; the gain of the second core is the median of their ratios. Two programs at once, which share
-nothing, show in the same way what that core can give. Commands that should write the same are compared first. Exits
-with 1 if a limit is missed.
+One command runs at a time, on two processors: always the one that has run for the least time so far, so that each gets
+its share of the machine's quiet moments. The fastest run of a command counts. A run with one job and a run with two
+follow each other, so that the machine is in the same state; the gain of the second core is the median of their ratios.
+Two programs that share nothing run at once to show the greatest possible gain. First, the outputs of commands that
+should write the same are compared. Exits with 1 if a limit is missed.
 """
 import argparse
 import contextlib
@@ -26,7 +26,7 @@ from figures import tell, write_json
 # The shortest program that is right for any identifier.
 MAWK_GET = ('{n=p="";for(i=NF;i;i--){if($i~/^NE=/)n=substr($i,4);'
             'if($i~/^PP=/){split($i,a,"|");p=a[3]}}print n"\\t"p}')
-# The fastest we could write; right for identifiers that do not begin with a port.
+# The fastest known program; right for identifiers that do not begin with a port.
 MAWK_GET_FAST = ('{n=p="";if(match($0,/(^|,)NE=[^,]*/)){n=substr($0,RSTART,RLENGTH);sub(/.*=/,"",n)}'
                  'if(i=index($0,",PP=")){split(substr($0,i),a,"|");p=a[3]}print n"\\t"p}')
 VERBS = ("get NE PP:2", "decode", "filter")
@@ -47,7 +47,7 @@ class Run:
         return min(self.times)
 
     def run(self, outputs):
-        # A small process starts it: the kernel counts that one's memory as the command's.
+        # A small process starts it: the kernel counts the memory of the starting process as the command's.
         peak = self.folder / "peak"
         command = ["/usr/bin/time", "-q", "-f", "%M", "-o", peak] + self.command
         with contextlib.ExitStack() as stack:

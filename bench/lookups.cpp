@@ -1,6 +1,6 @@
-// Predicates, look-ups in the tables, and the notification filter. Each stands beside the plainest code that does what
-// is asked for: the key made at every call, the service searched by its name, the table an ordered map, a text looked
-// at one character after the other.
+// Predicates, look-ups in the tables, and the notification filter. Each is compared with the plainest code for the same
+// task. That code makes the key at every call, searches the service by its name, keeps a table in an ordered map, and
+// looks at a text one character after the other.
 #include <algorithm>
 #include <list>
 #include <map>
@@ -55,7 +55,7 @@ std::vector<Input> Drawn(const std::vector<Input>& values) {
     return inputs;
 }
 
-// The keys of rows, and as many others.
+// The keys of `rows`, and as many keys that no row has.
 template <class Rows, class Key>
 auto KeysOf(const Rows& rows, Key key) {
     std::vector<std::decay_t<decltype(key(rows.front()))>> keys;
@@ -269,7 +269,7 @@ void AddTerminationPoints() {
             const std::string& name) { return ids.contains(name) ? ids.at(name) : 0UL; });
 }
 
-// The words of a termination point, each of which holds the FB type of a layer and a number.
+// The words of a termination point. Each holds the FB type of a layer, and a number.
 void AddLocations() {
     using namespace NS_UTIL;
     const auto levels =

@@ -1,5 +1,5 @@
 // Measures every conversion, predicate and look-up beside its literal counterpart. Takes the options of the benchmark
-// library; scripts/bench.sh runs it and makes a report of what it writes.
+// library. scripts/bench.sh runs it and makes a report from its output.
 #include <exception>
 #include <iostream>
 

@@ -1,4 +1,4 @@
-/// How a call is measured: in walks over its inputs, with clock or with a count of allocations.
+/// Measures a call in walks over its inputs: the time, or the number of allocations.
 #pragma once
 
 #include <cstddef>
@@ -16,14 +16,14 @@
 
 namespace NS_BENCH {
 
-/// How many allocations `operation` makes; nothing in the program that measures time.
+/// How many allocations `operation` makes; none in the program that measures time, which does not count them.
 std::optional<std::size_t> CountAllocations(const std::function<void()>& operation);
 
-/// What is measured, and on what.
+/// What is measured, with its inputs.
 template <class Input>
 struct Subject {
     std::string name;
-    std::string group;  ///< what the report lists it under
+    std::string group;  ///< the report's heading for it
     std::vector<Input> inputs;
     std::size_t bytes = 0;  ///< of identifiers, read or written in one walk
 };
@@ -36,7 +36,7 @@ inline std::size_t BytesOf(const std::vector<std::string>& texts) {
     return bytes;
 }
 
-/// Measures `call`, a function object with texts and records of its own, of which every thread gets a copy.
+/// Measures `call`, a function object with its own texts and records. Every thread gets a copy of it.
 template <class Input, class Call>
 benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>& subject, const std::string& variant,
                                     const Call& call) {
@@ -47,7 +47,7 @@ benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>&
                 benchmark::DoNotOptimize(own(input));
             }
         };
-        walk();  // gives the texts their room, and makes what a first call makes
+        walk();  // a first walk allocates the texts, and everything that is made only once
         const auto allocations = CountAllocations(walk);
         for ([[maybe_unused]] auto _ : state) {
             walk();
@@ -65,7 +65,7 @@ benchmark::internal::Benchmark* Add(const std::shared_ptr<const Subject<Input>>&
     return benchmark::RegisterBenchmark(name.c_str(), measure)->UseRealTime();
 }
 
-/// Measures `library`, on one and on two threads, beside `literal`. Throws when they disagree about an input.
+/// Measures `library`, on one and on two threads, beside `literal`. Throws if they disagree about an input.
 template <class Input, class Library, class Literal>
 void AddPair(Subject<Input> subject, Library library, Literal literal) {
     for (const Input& input : subject.inputs) {

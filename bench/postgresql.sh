@@ -11,7 +11,7 @@ if [ "${1-}" != measure ]; then
     exec scripts/with-postgresql.sh build/release main -- "$0" measure
 fi
 
-# Of several rounds in turn the fastest counts: what else the machine does makes a query slower, never faster.
+# The fastest of several rounds counts: other work on the machine makes a query slower, never faster.
 psql -q -v ON_ERROR_STOP=1 -c 'CREATE EXTENSION kx_fdn' -c 'CREATE TABLE network (fdn text NOT NULL)'
 build/release/bin/kxdu sample --identifiers 2000000 |
     psql -q -c "\copy network FROM STDIN WITH (FORMAT csv, DELIMITER E'\x01', QUOTE E'\x02')"

@@ -3,10 +3,10 @@
 
     python.py KXDU [--identifiers N] [--seconds N] [--no-limits] [--json FILE]
 
-The regular expression finds the number of the NE, and FB type and number of its port, if it has one; it is right for
-identifiers in which no port comes before its NE. All take turns, so that all have as much of the quiet moments of a
-machine; of each the fastest turn counts. What they find is compared first. Needs the package in PYTHONPATH. Ends with 1
-when a limit is missed.
+The regular expression finds the number of the NE, and the FB type and number of its port, if it has one. It is right
+for identifiers in which no port comes before its NE. All candidates take turns, so that each gets its share of the
+machine's quiet moments; the fastest turn of each counts. First, their results are compared. Needs the package in
+PYTHONPATH. Exits with 1 if a limit is missed.
 """
 import argparse
 import os

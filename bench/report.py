@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Prints a table of what kx_bench measured, and which limits are missed. Exits with 1 if one is.
+"""Prints a table of what kx_bench measured, and the missed limits. Exits with 1 if there is one.
 
     report.py ALLOCATIONS TIMES... [--json FILE] [--svg FILE] [--no-limits]
 
-ALLOCATIONS is the JSON that kx_bench_allocations wrote, each TIMES one that kx_bench wrote: a round. The fastest
-repetition of all rounds counts. Within a round, two threads run right after one, with the machine in the same state;
-the gain of two threads is the median of the rounds' ratios.
+ALLOCATIONS is the JSON that kx_bench_allocations wrote. Each of TIMES is one that kx_bench wrote: one round. The
+fastest repetition of all rounds counts. Within a round, the runs on one and on two threads follow each other, so that
+the machine is in the same state. The gain of two threads is the median of the rounds' ratios.
 """
 import argparse
 import json

@@ -1,5 +1,5 @@
-/// Every reader and writer with what it is measured on: a reader on the identifiers that hold what it reads, a writer
-/// on the records read from those.
+/// Every reader and writer with its inputs: a reader gets the identifiers that hold what it reads, a writer the records
+/// read from those.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 
 namespace NS_BENCH {
 
-/// Conversions that are not called after the type of their kind, with that type.
+/// Conversions that are not named after the type of their kind, with that type.
 inline constexpr auto OTHER_NAMES = std::to_array<std::pair<std::string_view, std::string_view>>({
     {"OSID", "OSIndex"},
     {"ONEID", "ONEIndex"},
@@ -42,7 +42,7 @@ inline std::string_view ThingOf(std::string_view conversion) {
     return conversion.substr(0, conversion.find("2ResID"));
 }
 
-/// The identifiers that hold a level which ends identifiers of the kind that `conversion` converts.
+/// The identifiers that hold a level with one of the last tags of the kind that `conversion` converts.
 inline std::vector<std::string> IdentifiersFor(std::string_view conversion, const Corpus& corpus) {
     const std::string_view thing = ThingOf(conversion);
     const auto* const other = std::find_if(OTHER_NAMES.begin(), OTHER_NAMES.end(),
@@ -55,7 +55,7 @@ inline std::vector<std::string> IdentifiersFor(std::string_view conversion, cons
     return corpus.Holding(kind->lastTags);
 }
 
-/// What a row is called: the function, and the record where two functions share a name.
+/// The name of a row: the function, and the record if two functions share a name.
 template <class Conversion>
 std::string NameOf(const Conversion& conversion) {
     const std::string name(conversion.name);
@@ -72,7 +72,7 @@ struct ReadCall {
 
     const Record& operator()(const std::string& fdn) {
         if constexpr (std::is_same_v<Record, NS_DOMAIN::CtpKey_T>) {
-            record.port.neId = -1;  // otherwise the reader of access points takes the port for known
+            record.port.neId = -1;  // otherwise the reader of access points would think that the port is known
         }
         read(fdn, record);
         return record;
@@ -100,7 +100,7 @@ inline std::vector<NS_UTIL::MocLvlValueMap> MapsOf(const std::vector<std::string
     return maps;
 }
 
-/// What a writer is called with.
+/// The input of a writer.
 template <class Record_>
 struct WriterCase {
     Record_ record;

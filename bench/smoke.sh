@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs every benchmark for a moment: each agrees with its literal counterpart, and a report can be made of them.
+# Runs every benchmark for a moment, to test that each agrees with its literal counterpart and that the report works.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh

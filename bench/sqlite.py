@@ -3,15 +3,15 @@
 
     sqlite.py KXDU EXTENSION [--lines N] [--rows N] [--rounds N]
 
-What is compared takes turns, and the run with the least processor time counts.
+The compared programs take turns; the run of each with the least processor time counts.
 
 - Three columns of a file, summed by the sqlite3 shell through fdn_file, beside `kxdu get --jobs 1` of the same three
   pieces: the time of the whole process, user and system.
 - A function, once for each row of a table, beside length() of the same column. The statement only counts the answers
-  that are not NULL. What the statement takes without a function, to walk the table and to fetch the column, is taken
-  off from both: it is the same, and would hide how much the function costs.
+  that are not NULL. The time of the statement without a function is subtracted from both: walking the table and
+  fetching the column takes the same time, and would hide the cost of the function.
 
-Ends with 1 when a limit is missed. It is Debian's Python that runs it: others may be unable to load extensions.
+Exits with 1 if a limit is missed. Runs with Debian's Python: others may be unable to load extensions.
 """
 import argparse
 import os

@@ -14,7 +14,7 @@ namespace NS_BENCH {
 
 namespace {
 
-// Items that conversions read at every call, with values that are in use; and a filter that holds most back.
+// Items that conversions read at every call, with realistic values; and a filter that holds back most notifications.
 constexpr std::string_view CONFIGURATION = R"(Telvandaire = 1
 NETypeListForSubSlot = "1911,1912,1913"
 PfmFrameRdSize = 1500

@@ -1,5 +1,5 @@
-/// What stands around the library while it is measured: the same real services and configuration as in a process of an
-/// operator.
+/// The surroundings of the library while it is measured: real services and a configuration, as in an operator's
+/// process.
 #pragma once
 
 #include <filesystem>
@@ -11,8 +11,8 @@
 
 namespace NS_BENCH {
 
-/// Inventory, configuration items and domain lists are there for as long as it lives, for the library and for its
-/// literal counterpart.
+/// As long as it lives, the library and its literal counterpart have an inventory, configuration items and domain
+/// lists.
 class Surroundings {
 public:
     explicit Surroundings(const Corpus& corpus);

@@ -1,4 +1,4 @@
-/// The lines of inputs are the same whatever the size of blocks and however many bytes come at a time.
+/// The lines of inputs are the same for every block size, and for every number of bytes that arrive at a time.
 #include "lines/blockreader.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace {
 using namespace NS_KX;
 using NS_FUZZ::ExpectEqual;
 
-// Inputs are short, so that there are many of them; the longest line is as short.
+// Short, like the inputs: short inputs make many runs.
 constexpr std::size_t LONGEST = 40;
 
 std::size_t mostBytesAtATime = LONGEST;
@@ -33,7 +33,7 @@ void PrintTo(const Line& line, std::ostream* out) {
     *out << line.number << ": " << testing::PrintToString(line.text.substr(0, 100)) << " of " << line.text.size();
 }
 
-// As the lines of a block are gone through: a line that is too long may be there all the same when blocks are larger.
+// Walks over the lines of a block. A line that is too long may still be in a larger block.
 void AppendLines(std::string_view text, std::size_t firstLine, std::vector<Line>& lines) {
     while (!text.empty()) {
         const std::size_t size = std::min(text.find('\n'), text.size() - 1) + 1;
@@ -63,14 +63,14 @@ std::vector<Line> LinesInBlocks(const std::vector<std::string>& files, std::size
 
 }  // namespace
 
-// Takes the place of the system's: a pipe may give any part of what was asked for.
+// Replaces the system's read: a pipe may give fewer bytes than asked for.
 extern "C" ssize_t __real_read(int descriptor, void* memory, std::size_t size);
 extern "C" ssize_t __wrap_read(int descriptor, void* memory, std::size_t size);
 ssize_t __wrap_read(int descriptor, void* memory, std::size_t size) {
     return __real_read(descriptor, memory, std::min(size, 1 + chance.Below(mostBytesAtATime)));
 }
 
-// A byte 2 stands between two inputs.
+// A byte 2 separates two inputs.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text = NS_FUZZ::ToText(data, size);
     const auto cut = std::min(text.find('\2'), text.size());

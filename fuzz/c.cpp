@@ -1,5 +1,5 @@
-/// All that the C interface answers about an identifier, beside the catalogue's answers; also of records of types that
-/// the identifier does not have.
+/// Compares all answers of the C interface about an identifier with the catalogue's answers, also for records of types
+/// that the identifier does not have.
 #include "bindings/c/comparison.h"
 #include "catalogue/kinds.h"
 #include "fuzz/input.h"

@@ -1,4 +1,4 @@
-/// The reader of CSV, and that of inventories on top of it: what they read comes back from what is written of it.
+/// The reader of CSV, and the reader of inventories on top of it: what they read can be written and read again.
 #include "formats/csv.h"
 
 #include <stdexcept>
@@ -47,7 +47,7 @@ void CompareRows(std::string_view text) {
     ExpectEqual(ReadRows(written), rows, "what is written and read", text);
 }
 
-// The three files of an inventory, one behind the other; a row of its own, "-", stands between them.
+// `text` holds the three files of an inventory, one after the other, separated by a row "-".
 void CompareInventories(std::string_view text) {
     static constexpr std::array<const char*, 3> FILES{"ne_type.csv", "ne.csv", "domain_member.csv"};
     static const NS_TEST::TemporaryFolder folder;

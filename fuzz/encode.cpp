@@ -1,4 +1,4 @@
-/// Lines of `kxdu encode`: what is written is one line, and it comes back by way of a record.
+/// Lines of `kxdu encode`: the output is one line, and reading it into a record and writing that gives it back.
 #include <kx_domain_util/processexception.h>
 
 #include "formats/recordformat.h"
@@ -34,7 +34,7 @@ Answer Encode(RecordLine& record, std::string_view line) {
     }
 }
 
-// What is decoded of an identifier is encoded as it would be written of its record.
+// Encoding a decoded identifier gives the same as writing its record directly.
 void CompareWays(const std::string& fdn, const Kind& kind) {
     Answer expected;
     try {
@@ -51,8 +51,8 @@ void CompareWays(const std::string& fdn, const Kind& kind) {
     ExpectEqual(record.Fdn(), fdn, "the identifier in the line", decoded.View());
 }
 
-// Of records that keep their text nothing is written that would be read as another one. A pseudo-wire's text is what
-// follows its NE.
+// A record that keeps its text is never written as text that would be read as another record. The text of a pseudo-wire
+// is the part after its NE.
 bool KeepsItsText(const Kind& kind) {
     return FindField(kind, "container") != nullptr || (FindField(kind, "resId") != nullptr && kind.type != "PWIndex");
 }

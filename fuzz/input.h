@@ -1,4 +1,4 @@
-/// What all fuzzers share: the input as a text, and the end of a run at the first answer that is not as expected.
+/// Shared by all fuzzers: gives the input as text, and ends a run at the first unexpected answer.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ inline std::string_view ToText(const std::uint8_t* data, std::size_t size) {
     std::abort();
 }
 
-/// Fails unless both are equal; the message names `what` was looked at, and `of` which input.
+/// Fails unless both are equal. The message names `what` was compared, and the input `of` which it comes.
 template <class Actual, class Expected, class Of>
 void ExpectEqual(const Actual& actual, const Expected& expected, std::string_view what, const Of& of) {
     if (!(actual == expected)) {

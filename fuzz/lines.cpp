@@ -1,5 +1,5 @@
-/// The text helpers of `UtilCommon` beside their literal counterparts, and the splitters below them: what they give,
-/// joined again, is the text.
+/// The text helpers of `UtilCommon` beside their literal counterparts, and the splitters below them: their parts,
+/// joined again, give the text.
 #include <kx_domain_util/utilcommon.h>
 #include <kx_platform/textutil.h>
 

@@ -9,7 +9,7 @@
 
 namespace NS_FUZZ {
 
-/// A file that costs no disk: readers that take a file's name are asked a thousand times a second.
+/// A file in memory, for readers that take a file's name: a fuzzer calls them too often for a disk.
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view text) : m_descriptor(memfd_create("fuzz", MFD_CLOEXEC)) {

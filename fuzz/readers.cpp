@@ -23,7 +23,7 @@ void Compare(const NS_TEST::Reader<Record>& reader, const std::string& fdn, Reco
 
 }  // namespace
 
-// Which profile is told by the input's size, so that an input is an identifier and nothing else.
+// The input's size selects the profile, so that an input is an identifier and nothing else.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string fdn(NS_FUZZ::ToText(data, size));
     const auto& profiles = NS_TEST::CONVERSION_PROFILES;

@@ -1,5 +1,5 @@
-/// Records that are read from an identifier, written beside the literal writing; and the same again of what was
-/// written.
+/// Reads records from an identifier and compares their writing with the literal writing; then does the same with the
+/// text that was written.
 #include <algorithm>
 #include <optional>
 
@@ -47,7 +47,7 @@ void CompareWriters(const std::string& fdn) {
     });
 }
 
-// Nothing when no identifier can be written of what is read.
+// Returns nothing if the record cannot be written as an identifier.
 std::optional<std::string> Rewrite(const NS_KX::Kind& kind, const std::string& fdn) {
     try {
         std::string canonical;
@@ -59,10 +59,10 @@ std::optional<std::string> Rewrite(const NS_KX::Kind& kind, const std::string& f
     return std::nullopt;
 }
 
-// What is read from odd text may be written, and read again, once more in another way, and for each backslash in a name
-// once more, as each reading takes one away; after that it stays, unless it has become an identifier of another kind.
-// Of a termination point on a port without a name it does not: its sub-interface is written into the name and the name
-// into the sub-interface, by turns.
+// Rewriting an odd text may change it once more, and once for each backslash in a name, because each reading removes
+// one. After that the text stays the same, unless it has become an identifier of another kind. A termination point on a
+// port without a name never settles: its sub-interface becomes the name, then the name becomes the sub-interface, by
+// turns.
 void CompareRewritten(const std::string& fdn) {
     const auto rounds = 2 + std::count(fdn.begin(), fdn.end(), '\\');
     for (const NS_KX::Kind* const kind : NS_KX::AllKinds()) {
@@ -81,7 +81,7 @@ void CompareRewritten(const std::string& fdn) {
 
 }  // namespace
 
-// Which profile is told by the input's size, so that an input is an identifier and nothing else.
+// The input's size selects the profile, so that an input is an identifier and nothing else.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string fdn(NS_FUZZ::ToText(data, size));
     const auto& profiles = NS_TEST::CONVERSION_PROFILES;

@@ -1,4 +1,4 @@
-/// Scanners and finders beside a splitting that looks at one character after the other.
+/// Compares scanners and finders with a splitter that looks at one character after the other.
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
 

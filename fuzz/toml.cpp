@@ -1,4 +1,4 @@
-/// The reader of configuration files: it reads a file, or says where it cannot.
+/// The reader of configuration files reads a file, or reports the place of its error.
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
@@ -14,7 +14,7 @@ namespace {
 
 using NS_FUZZ::ExpectEqual;
 
-// How deep the tables and arrays of a text are nested; nothing when it does not parse.
+// How deep the tables and arrays of a node are nested.
 std::size_t DepthOf(const toml::node& node) {
     std::size_t inside = 0;
     if (const auto* const table = node.as_table()) {
@@ -37,8 +37,8 @@ std::optional<std::size_t> ParsedDepth(std::string_view text) try {
     return std::nullopt;
 }
 
-// A text that parses is refused when it is nested too deep, and only then. Each part of a header may be an array of
-// tables, so the tables may be twice as deep as the text.
+// A text that parses is refused if and only if it is nested too deep. Each part of a header may be an array of tables,
+// so the tables may be twice as deep as the text.
 void CheckDepth(std::string_view text) {
     const std::optional<std::size_t> depth = ParsedDepth(text);
     if (!depth) {

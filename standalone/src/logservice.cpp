@@ -91,7 +91,7 @@ public:
         va_start(arguments, format);
         const std::optional<std::string> message = FormatMessage(format, arguments);
         va_end(arguments);
-        if (message) {  // else the record is lost: exhausted memory must not fail the logged operation
+        if (message) {  // without memory, only the record is lost: the logged operation goes on
             m_logger.log(recordLevel, "{}:{} {}: {}", file, line, function, *message);
         }
     }

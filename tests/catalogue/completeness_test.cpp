@@ -1,4 +1,4 @@
-// What fails when a kind is added to the catalogue and forgotten elsewhere.
+// These tests fail if a kind is added to the catalogue and forgotten elsewhere.
 #include <set>
 #include <string>
 #include <string_view>

@@ -1,4 +1,4 @@
-// What the catalogue's readers and writers do beside the library's own: a text comes back from its record.
+// What the catalogue's readers and writers add to the library's own: a text comes back from its record.
 #include <gmock/gmock.h>
 
 #include "catalogue/kinds.h"
@@ -13,7 +13,7 @@ const NS_UTIL::Surroundings& System() {
     return NS_UTIL::Surroundings::OfSystem();
 }
 
-// A record of the kind `type`, made of an identifier and changed from there.
+// A record of the kind `type`, read from an identifier and then changed.
 class Record {
 public:
     explicit Record(std::string_view type, std::string_view fdn = {})

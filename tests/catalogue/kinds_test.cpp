@@ -11,7 +11,7 @@ namespace {
 
 using NS_UTIL::ResIDUtil;
 
-// Knows one NE of the model that spells out absent sub-slots of cards, and one that leaves out OAM numbers.
+// Knows one NE whose model spells out absent sub-slots of cards, and one NE that leaves out OAM numbers.
 class FixedInventory : public NS_SERVICE::InventoryBufif {
 public:
     FixedInventory() { NS_BUNDLEMGR1::BundleMgr::Instance()->RegisterService("InventoryBufif", this); }

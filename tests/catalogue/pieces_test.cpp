@@ -11,7 +11,7 @@ PieceName Name(std::string_view text) {
     return PieceName::Parse(text).value();
 }
 
-// "none" for a piece that is not there.
+// "none" for a missing piece.
 std::string Piece(std::string_view fdn, std::string_view name) {
     const std::string_view piece = FindPiece(fdn, Name(name));
     return piece.data() == nullptr ? "none" : std::string(piece);
@@ -90,7 +90,7 @@ TEST(Pieces, AnIdentifierLiesInItsContainersLevelByLevel) {
     EXPECT_FALSE(LiesIn("NE=5,FR=10", "NE=5,FR=1"));
     EXPECT_FALSE(LiesIn("NE=5,FR=1", "NE=5,FR=1,S=3"));
     EXPECT_FALSE(LiesIn("NE=5,MD=3|a", "NE=5,MD=3|b"));
-    EXPECT_FALSE(LiesIn("NE=5,PP=16||2|", "NE=5,PP=16|0|2|")) << "empty is no 0";
+    EXPECT_FALSE(LiesIn("NE=5,PP=16||2|", "NE=5,PP=16|0|2|")) << "an empty sub-value is not 0";
 }
 
 TEST(Pieces, ContainersOfVeryManyLevelsCountLikeOthers) {
@@ -112,7 +112,7 @@ TEST(Pieces, TwoTextsAreTheSameIfTheirRecordsAre) {
     EXPECT_TRUE(Same("NE=05", "NE=5"));
     EXPECT_FALSE(Same("NE=5,FR=1", "NE=5"));
     EXPECT_FALSE(Same("NE=5,MD=3|a,MA=4|b,MEP=7", "NE=5,MD=3|a,MA=4|b,RMEP=7"));
-    EXPECT_FALSE(Same("XY=1", "XY=1")) << "of no kind";
+    EXPECT_FALSE(Same("XY=1", "XY=1")) << "the identifiers are of no kind";
 }
 
 }  // namespace

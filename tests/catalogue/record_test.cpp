@@ -9,7 +9,7 @@
 namespace NS_KX {
 namespace {
 
-// Where the catalogue sees the field of a record.
+// The address at which the catalogue expects the field of a record.
 template <class Value, class Record>
 const Value* Seen(std::string_view type, std::string_view field, const Record& record) {
     return &FindField(*FindKindByType(type), field)->In<Value>(&record);

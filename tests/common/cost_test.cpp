@@ -1,4 +1,4 @@
-// What a call costs when nobody logs: no allocation, no lock, no exception.
+// The cost of a call without log records: no allocation, no lock, no exception.
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -44,7 +44,7 @@ using NS_UTIL::NtfFilter;
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::UtilCommon;
 
-// Expects that operation costs nothing, once a first call has made what stays.
+// Expects that operation costs nothing after a first call, which makes what later calls reuse.
 template <class Operation>
 void ExpectFree(Operation operation) {
     operation();
@@ -58,7 +58,7 @@ void ExpectFree(Operation operation) {
     EXPECT_EQ(calls.GetThrows(), 0U);
 }
 
-// As ExpectFree, but for the room that the answer takes itself when it is too long for a string object.
+// Like ExpectFree, but allows the one allocation of an answer that does not fit into its string object.
 template <class Operation>
 void ExpectFreeButForItsAnswer(Operation operation) {
     operation();
@@ -91,7 +91,7 @@ protected:
 
 TEST_F(Cost, IsCounted) {
     if (!CallCount::IsPossible()) {
-        GTEST_SKIP() << "a sanitizer has the functions that are counted";
+        GTEST_SKIP() << "a sanitizer already replaces the counted functions";
     }
     UtilCommon::Destroy();
     NS_DOMAIN::MDIndex md;
@@ -238,7 +238,7 @@ TEST_F(Cost, OfLookUpsOfTexts) {
     }
 }
 
-// Into maps that hold the keys already, whose texts have room.
+// Splits into maps that already hold the keys, and whose texts have room.
 TEST_F(Cost, OfSplitTexts) {
     const std::string name(100, 'n');
     for (const std::string& line : {std::string(), "16|1025|7|" + name, std::string("|||"), name}) {
@@ -254,7 +254,7 @@ TEST_F(Cost, OfSplitTexts) {
     }
 }
 
-// With lists that are loaded, with none, and with an inventory that gives the last word.
+// With loaded lists and without, and with an inventory for the questions that lists leave open.
 TEST_F(Cost, OfNeTypes) {
     const auto expectFreePredicates = [] {
         for (const unsigned short neType : std::array<unsigned short, 5>{0, 7, 1335, 1911, 65535}) {
@@ -280,11 +280,11 @@ TEST_F(Cost, OfNeTypes) {
     DeviceDomainMgr::Destroy();
 }
 
-// ---- Conversions, with all that they make a difference of -----------------------------------------------------------
+// ---- Conversions, in all surroundings that make a difference --------------------------------------------------------
 
 class CostOfConversions : public testing::TestWithParam<ConversionProfile> {
 protected:
-    // Converts once to make what stays, then expects that the same again costs nothing.
+    // Converts once to make what later calls reuse, then expects that the same conversion costs nothing.
     template <class Convert>
     static void ExpectFreeConversion(std::string_view name, Convert convert) {
         convert();
@@ -329,7 +329,7 @@ TEST_P(CostOfConversions, OfWriters) {
     }
 }
 
-// Without services, those that need one throw.
+// Leaves out the profile without services: conversions that need one throw there.
 std::vector<ConversionProfile> ProfilesWithServices() {
     std::vector<ConversionProfile> profiles;
     std::ranges::copy_if(NS_TEST::CONVERSION_PROFILES, std::back_inserter(profiles), &ConversionProfile::hasServices);

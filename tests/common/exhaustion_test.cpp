@@ -1,4 +1,4 @@
-// What becomes of singletons and tables when memory runs out while they are made: each allocation fails in turn.
+// Singletons and tables when memory runs out while they are made: each allocation fails in turn.
 #include <chrono>
 #include <cstdlib>
 #include <functional>
@@ -28,7 +28,7 @@ using NS_TEST::LiveAllocations;
 using NS_UTIL::NtfFilter;
 using NS_UTIL::UtilCommon;
 
-// The answer of ask in a thread of its own. A lock that somebody left held ends the process here.
+// Returns the answer of ask in a new thread. Aborts the process if a lock was left held.
 bool InOtherThread(const std::function<bool()>& ask) {
     std::promise<bool> answer;
     std::future<bool> future = answer.get_future();
@@ -41,7 +41,7 @@ bool InOtherThread(const std::function<bool()>& ask) {
     return future.get();
 }
 
-// Whether memory runs out in make when only this many allocations are spared.
+// Whether memory runs out in make if all allocations after the first `spared` ones fail.
 bool RunsOut(std::size_t spared, const std::function<void()>& make) {
     const FailingAllocations failing(spared);
     try {
@@ -77,7 +77,7 @@ TEST(Exhaustion, LeavesNoUtilCommon) {
         UtilCommon::Destroy();
         ASSERT_EQ(LiveAllocations(), live) << spared;
     }
-    EXPECT_GE(spared, 120U + 22U + 1U + 12U + 12U) << "not every table was met";
+    EXPECT_GE(spared, 120U + 22U + 1U + 12U + 12U) << "some table was never interrupted";
     EXPECT_TRUE(IsUtilCommonComplete());
     UtilCommon::Destroy();
 }
@@ -135,7 +135,7 @@ protected:
         UtilCommon::Destroy();
     }
     static void Ask() { NtfFilter::Instance()->IsFilteNtf(5); }
-    // As the lists below say.
+    // Whether the filter answers as the lists below say.
     static bool AnswersRight() {
         NtfFilter& filter = *NtfFilter::Instance();
         const bool isWhite = std::string(GetParam()) == "1";
@@ -151,7 +151,7 @@ protected:
         Configuration::Set("Blacklist", list);
     }
 
-    // A value that does not fit into the string object itself.
+    // Lists that do not fit into the string object itself.
     Configuration m_configuration{{"EventSwitch", GetParam()},
                                   {"Whitelist", "5,6,7,8,not a number at all, nor this"},
                                   {"Blacklist", "5,6,7,8,2101250,not a number at all"}};
@@ -159,7 +159,7 @@ protected:
 
 TEST_P(ExhaustedFilter, IsLoadedByTheNextQuestion) {
     Ask();
-    InOtherThread(&AnswersRight);  // makes what stays, as any first thread beside this one does
+    InOtherThread(&AnswersRight);  // makes what stays after the first additional thread
     Forget();
     const std::ptrdiff_t live = LiveAllocations();
     std::size_t spared = 0;
@@ -173,7 +173,7 @@ TEST_P(ExhaustedFilter, IsLoadedByTheNextQuestion) {
         ASSERT_EQ(LiveAllocations(), live) << spared;
         ++spared;
     }
-    EXPECT_GE(spared, 168U + 4U) << "neither the tables nor the list were met";
+    EXPECT_GE(spared, 168U + 4U) << "tables or list were never interrupted";
 }
 
 TEST_P(ExhaustedFilter, KeepsNothingOfTheLoadThatFailed) {
@@ -187,8 +187,8 @@ TEST_P(ExhaustedFilter, KeepsNothingOfTheLoadThatFailed) {
             break;
         }
         Configuration::Remove("EventSwitch");
-        ASSERT_FALSE(filter.IsFilteNtf(9)) << "not on the white list of a load that failed at " << spared;
-        ASSERT_FALSE(filter.IsFilteNtf(5)) << "on the black list of a load that failed at " << spared;
+        ASSERT_FALSE(filter.IsFilteNtf(9)) << "9 is judged by the white list of a load that failed at " << spared;
+        ASSERT_FALSE(filter.IsFilteNtf(5)) << "5 is judged by the black list of a load that failed at " << spared;
         ++spared;
     }
     EXPECT_GE(spared, 4U);
@@ -206,7 +206,7 @@ TEST_P(ExhaustedFilter, HasOnlyTheListsOfTheLoadThatWentWell) {
             break;
         }
         SetLists("77");
-        ASSERT_EQ(filter.IsFilteNtf(5), isWhite) << "of the lists of a load that failed at " << spared;
+        ASSERT_EQ(filter.IsFilteNtf(5), isWhite) << "judged by the lists of a load that failed at " << spared;
         ASSERT_EQ(filter.IsFilteNtf(77), !isWhite) << spared;
         ++spared;
     }

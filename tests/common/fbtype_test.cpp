@@ -42,7 +42,7 @@ TEST(FbType, PortObjects) {
     EXPECT_TRUE(IsPortObjByFbType(3, 0));
     EXPECT_FALSE(IsPortObjByFbType(2, 3));
     EXPECT_FALSE(IsPortObjByFbType(3, 3));
-    EXPECT_TRUE(IsPortObjByFbType(128, 3)) << "the list goes before the kind";
+    EXPECT_TRUE(IsPortObjByFbType(128, 3)) << "the list takes precedence over the kind";
     EXPECT_FALSE(IsPortObjByFbType(4, 1));
     EXPECT_FALSE(IsPortObjByFbType(1, 1));
     EXPECT_FALSE(IsPortObjByFbType(LOWEST, 1)) << "2 below the lowest number is no small one";

@@ -1,5 +1,5 @@
-// Tables that are built on first call and stay until the process ends: each first call is made in a process of its own,
-// so that it is a first one whatever ran before. No test may ask for such a table in this process.
+// Tables that are built on first call and stay until the process ends. Each test makes that call in a forked process,
+// so that it is the first one whatever ran before. No test may ask for such a table in this process.
 #include <atomic>
 #include <barrier>
 #include <functional>
@@ -31,13 +31,13 @@ constexpr long WRONG_ANSWER = -1;
 constexpr long CHILD_FAILED = -2;
 constexpr long NOT_FAILED = -3;
 
-// What measure gives in a process that is forked for it.
+// Returns the result of measure in a forked process.
 long InChild(const std::function<long()>& measure) {
     const auto said = InChildProcess([&measure] { return std::to_string(measure()); });
     return said.has_value() ? std::stol(*said) : CHILD_FAILED;
 }
 
-// A lazily built table: whether look-ups answer from all of it, and the least number of allocations that it takes.
+// A lazily built table, with a check of look-ups in all parts of it, and its least number of allocations.
 struct Table {
     const char* name;
     bool (*answersRight)();
@@ -53,14 +53,14 @@ protected:
     FirstCall() { UtilCommon::Instance(); }
     ~FirstCall() override { UtilCommon::Destroy(); }
 
-    // All that one thread allocates for a first call.
+    // Counts the allocations of one thread in a first call.
     static long CountAllocations() {
         const AllocationCount count;
         const bool isRight = GetParam().answersRight();
         return isRight ? static_cast<long>(count.Get()) : WRONG_ANSWER;
     }
 
-    // All that threads allocate whose first calls come at once.
+    // Counts the allocations of several threads whose first calls come at once.
     static long CountAllocationsOfThreads() {
         constexpr int THREADS = 6;
         std::barrier start(THREADS);
@@ -86,8 +86,8 @@ protected:
         return GetParam().answersRight() ? LiveAllocations() - before : WRONG_ANSWER;
     }
 
-    // What stays after a first call that runs out of memory behind `spared` allocations, and another in another thread,
-    // which would wait for ever for a lock that the first left held.
+    // Counts what stays after a first call that runs out of memory after `spared` allocations, and a second call in
+    // another thread, which would wait for ever if the first one left a lock held.
     static long LiveAfterFailure(std::size_t spared) {
         alarm(60);
         const std::ptrdiff_t before = LiveAllocations();

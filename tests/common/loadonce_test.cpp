@@ -1,4 +1,4 @@
-// What is loaded once: under its lock, and without it when the lock fails.
+// Things that are loaded once: under a lock, and without it if the lock fails.
 #include "common/loadonce.h"
 
 #include <array>
@@ -77,7 +77,7 @@ TEST_F(LoadsOnce, UnderTheLock) {
     Load();
     EXPECT_EQ(m_loads, 1);
     EXPECT_TRUE(m_wasHeldByLoad);
-    EXPECT_EQ(m_tried, 1) << "what is loaded needs no lock";
+    EXPECT_EQ(m_tried, 1) << "the second call takes no lock";
     EXPECT_EQ(m_released, 1);
 }
 
@@ -87,7 +87,7 @@ TEST_F(LoadsOnce, WithoutALockThatFails) {
     Load();
     EXPECT_EQ(m_loads, 1);
     EXPECT_EQ(m_tried, 1);
-    EXPECT_EQ(m_released, 0) << "it was not taken";
+    EXPECT_EQ(m_released, 0) << "the lock was not taken";
 }
 
 TEST_F(LoadsOnce, NotWhenItWasLoadedMeanwhile) {
@@ -140,7 +140,7 @@ protected:
         return InChildProcess([&say] {
             const Configuration configuration{{"EventSwitch", "2"}, {"Blacklist", "5,6,7,8"}};
             NtfFilter::Instance();
-            UtilCommon::Instance()->GetPFMPacketSize();  // from now on it is known that there is no log service
+            UtilCommon::Instance()->GetPFMPacketSize();  // the library now knows that there is no log service
             return say();
         });
     }

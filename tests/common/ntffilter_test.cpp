@@ -109,7 +109,7 @@ TEST_F(Filter, HoldsTheBlackListBack) {
     EXPECT_EQ(Answers({{"EventSwitch", "2"}, {"Blacklist", "5,-3,0,x"}, {"Whitelist", "5"}}, {5, -3, 0, 6, 1}),
               (std::vector<bool>{true, false, false, false, false}));
     EXPECT_EQ(Answers({{"EventSwitch", "2"}, {"Blacklist", "2101250"}}, {ALWAYS_PASSES}), (std::vector<bool>{true}))
-        << "the exemption is the white list's";
+        << "only the white list has the exemption";
     EXPECT_EQ(Answers({{"EventSwitch", "2"}}, {5, 0}), (std::vector<bool>{false, false}));
 }
 
@@ -122,7 +122,7 @@ TEST_F(Filter, ReadsListsAsNumbersBetweenCommas) {
 TEST_F(Filter, ReadsTheItemsOnce) {
     const Configuration configuration({{"EventSwitch", "2"}, {"Blacklist", "5"}});
     NtfFilter* const filter = NtfFilter::Instance();
-    Configuration::Set("Blacklist", "6");  // before the first question: counts
+    Configuration::Set("Blacklist", "6");  // counts: it comes before the first question
     EXPECT_TRUE(filter->IsFilteNtf(6));
     Configuration::Set("Blacklist", "5");
     Configuration::Set("EventSwitch", "1");
@@ -158,7 +158,7 @@ TEST_F(FilterRecords, TellTheSwitchOnce) {
     const Configuration configuration;
     EXPECT_THAT(m_log.m_records, IsEmpty());
     NtfFilter::Instance();
-    EXPECT_THAT(m_log.m_records, IsEmpty()) << "the first question loads, not the instance";
+    EXPECT_THAT(m_log.m_records, IsEmpty()) << "making the instance loads nothing; the first question does";
     IsHeldBack(5);
     IsHeldBack(6);
     EXPECT_THAT(m_log.m_records, ElementsAre(Loaded("0")));

@@ -1,4 +1,4 @@
-// The constant tables against the listing in tests/vectors/tables.json, row by row, and the look-ups on top of them.
+// Compares the constant tables with the listing in tests/vectors/tables.json, row by row, and tests their look-ups.
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -90,7 +90,7 @@ std::vector<std::pair<int, int>> Flatten(const std::vector<Group>& groups) {
     return pairs;
 }
 
-// Tests of a whole range ask for every number from the one to the other, far beyond all that is listed.
+// Tests of a whole range ask for every number between these two, far beyond all listed ones.
 constexpr int BELOW_ALL = -70000;
 constexpr int ABOVE_ALL = 140000;
 
@@ -109,7 +109,7 @@ protected:
         return fbType;
     }
 
-    // By both orders of the arguments.
+    // Calls both overloads, which differ in the order of arguments.
     static std::string CtpNameOf(unsigned long ctpId) {
         std::string name = "what stood here before";
         UtilCommon::Instance()->InterfaceCTPId2TMFName(ctpId, name);
@@ -141,7 +141,7 @@ TEST_F(Tables, FbTypeNames) {
 
     std::map<int, std::string> known;
     for (const auto& [name, fbType] : names) {
-        EXPECT_TRUE(known.emplace(fbType, name).second) << fbType << " stands twice";
+        EXPECT_TRUE(known.emplace(fbType, name).second) << fbType << " is listed twice";
     }
     for (int fbType = BELOW_ALL; fbType < ABOVE_ALL; ++fbType) {
         const auto name = known.find(fbType);
@@ -152,7 +152,7 @@ TEST_F(Tables, FbTypeNames) {
 TEST_F(Tables, PtnAidFbTypes) {
     const auto listed = m_listing.Numbers("ptnAidFbTypes");
     ASSERT_EQ(listed.size(), 17U);
-    EXPECT_EQ(std::count(listed.begin(), listed.end(), 4168), 2) << "one stands twice";
+    EXPECT_EQ(std::count(listed.begin(), listed.end(), 4168), 2) << "one FB type is listed twice";
     EXPECT_THAT(NS_UTIL::GetPtnAidFbTypes(), ElementsAreArray(listed));
 
     const std::set<int> known(listed.begin(), listed.end());
@@ -362,7 +362,7 @@ TEST_F(Tables, FillingAgainChangesNoAnswer) {
     EXPECT_EQ(CtpNameOf(65524), "E11");
 }
 
-// The cases that people ask about.
+// Frequently asked cases.
 
 TEST_F(Tables, SingleLevels) {
     EXPECT_EQ(LevelOf(202), 12342);

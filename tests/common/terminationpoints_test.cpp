@@ -1,4 +1,4 @@
-// TP numbers in location words, compared with what arithmetic on 64 bits says.
+// TP numbers in location words, compared with 64-bit arithmetic.
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -21,18 +21,18 @@ using NS_UTIL::UtilCommon;
 constexpr std::int64_t TWO_TO_16 = 65536;
 constexpr std::int64_t TWO_TO_32 = TWO_TO_16 * TWO_TO_16;
 
-// number without the bits above the low 32.
+// Returns the low 32 bits of number.
 std::int64_t Wrap(std::int64_t number) {
     const std::int64_t rest = number % TWO_TO_32;
     return rest < 0 ? rest + TWO_TO_32 : rest;
 }
 
-// The 32 bits of word as a signed number.
+// Returns the 32 bits of word as a signed number.
 std::int64_t AsSigned(std::int64_t word) {
     return word >= TWO_TO_32 / 2 ? word - TWO_TO_32 : word;
 }
 
-// Location words by 64-bit arithmetic alone, and by tables that are searched row by row.
+// A reference implementation of location words: 64-bit arithmetic, and tables searched row by row.
 struct Arithmetic {
     static std::int64_t FbTypeOf(std::int64_t level) {
         for (const auto& row : NS_UTIL::GetLevelFbTypeRows()) {
@@ -67,8 +67,8 @@ struct Arithmetic {
     }
 };
 
-// Levels, location words and TP numbers: those near the limits of their halves and of 32 bits, those in the tables,
-// any.
+// Generates levels, location words and TP numbers: values near the limits of 16 and 32 bits, values of the tables, and
+// random ones.
 class Numbers {
 public:
     std::int32_t Next() {
@@ -147,7 +147,7 @@ TEST_F(LocationWords, KeepTheBitsOfANegativeWord) {
     EXPECT_EQ(word, -1);
 }
 
-// A level that is an FB type, too, is stored under its own number, but read back as the level of that FB type.
+// A level whose number is also an FB type is stored under that number, but reads back as the level of the FB type.
 TEST_F(LocationWords, OfALevelWithoutARow) {
     int word = 0;
     EXPECT_TRUE(m_utilCommon.SetTpNoToLocation(word, 12288, 5));
@@ -228,10 +228,10 @@ TEST_F(TpNumbers, FillTheWordsInOrder) {
     EXPECT_TRUE(m_utilCommon.SetTpNo(tp, 999, 4));
     const Four all{810 * 65536 + 1, 804 * 65536 + 2, 810 * 65536 + 3, 999 * 65536 + 4};
     EXPECT_EQ(Words(tp), all);
-    EXPECT_FALSE(m_utilCommon.SetTpNo(tp, 12313, 5)) << "all four are taken";
+    EXPECT_FALSE(m_utilCommon.SetTpNo(tp, 12313, 5)) << "all four words are taken";
     EXPECT_EQ(Words(tp), all);
 
-    EXPECT_EQ(m_utilCommon.GetTpNo(tp, 12313), 1) << "the first that matches";
+    EXPECT_EQ(m_utilCommon.GetTpNo(tp, 12313), 1) << "the first matching word counts";
     EXPECT_EQ(m_utilCommon.GetTpNo(tp, 12311), 2);
     EXPECT_EQ(m_utilCommon.GetTpNo(tp, 999), 4);
     EXPECT_EQ(m_utilCommon.GetTpNo(tp, 12342), 0);

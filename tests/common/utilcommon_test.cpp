@@ -38,7 +38,7 @@ using testing::Pair;
 using Fields = std::map<int, std::string>;
 using Path = std::map<int, int>;
 
-// Texts put together from pieces, so that the interesting ones come up often.
+// Builds texts from pieces, so that the interesting ones come up often.
 template <std::size_t Size>
 std::string Put(Chance& chance, const std::array<std::string_view, Size>& pieces) {
     std::string text;
@@ -173,7 +173,7 @@ TEST_F(UtilCommonTexts, RatesOfAPath) {
     EXPECT_THAT(PathOf("-"), IsEmpty());
     EXPECT_THAT(PathOf("ODU2"), IsEmpty()) << "no number";
     EXPECT_THAT(PathOf("ODU9:1-:5- ODU2:1-ODU2 :1"), IsEmpty()) << "no such rate";
-    EXPECT_EQ(PathOf("ODU2-ODU1:4"), (Path{{12329, 4}})) << "what is skipped ends nothing";
+    EXPECT_EQ(PathOf("ODU2-ODU1:4"), (Path{{12329, 4}})) << "a skipped piece does not end the path";
     EXPECT_EQ(PathOf("ODU2:x"), (Path{{12327, 0}}));
     EXPECT_EQ(PathOf("ODU2:"), (Path{{12327, 0}}));
     EXPECT_EQ(PathOf("ODU2: +7z"), (Path{{12327, 7}}));
@@ -206,7 +206,7 @@ TEST_F(UtilCommonTexts, RatesOfAnyPath) {
     EXPECT_GT(found, Scaled(60000) / 4) << "too few rates were found for this to say anything";
 }
 
-// ---- What is handed on to the platform ------------------------------------------------------------------------------
+// ---- Calls that the platform answers --------------------------------------------------------------------------------
 
 TEST_F(UtilCommonTexts, SplitsItemsIntoAMap) {
     using Texts = std::map<std::string, std::string>;
@@ -296,7 +296,7 @@ TEST_F(UtilCommonTexts, PfmPacketSizeIsLogged) {
         log.m_records,
         ElementsAre(Record{"utilcommon", "unknown", 766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = 1500"},
                     Record{"utilcommon", "unknown", 766, 3, "[UtilCommon::GetPFMPacketSize]: PfmFrameRdSize = 2000"}));
-    EXPECT_THAT(log.m_asked, ElementsAre(RecordingLog::LoggerName{"vemo", "vemo", "debug"})) << "asked for once";
+    EXPECT_THAT(log.m_asked, ElementsAre(RecordingLog::LoggerName{"vemo", "vemo", "debug"})) << "asks once";
 }
 
 TEST_F(UtilCommonTexts, ALogServiceThatFailsChangesNoAnswer) {
@@ -341,7 +341,7 @@ TEST(UtilCommonInstance, IsOneForThreadsThatAskAtOnce) {
             threads.emplace_back([&seen, &levels, &start, at] {
                 start.arrive_and_wait();
                 seen[at] = UtilCommon::Instance();
-                seen[at]->FBType2InterfaceLevel(levels[at], 897);  // the row that is filled in last
+                seen[at]->FBType2InterfaceLevel(levels[at], 897);  // the last row to be filled in
             });
         }
         for (std::thread& thread : threads) {

@@ -134,7 +134,7 @@ TEST(DeviceDomainMgr, IsOneUntilDestroyed) {
     ASSERT_NE(instance, nullptr);
     EXPECT_EQ(DeviceDomainMgr::Instance(), instance);
     DeviceDomainMgr::Destroy();
-    DeviceDomainMgr::Destroy();  // nothing left to delete
+    DeviceDomainMgr::Destroy();  // nothing is left to delete
     EXPECT_NE(DeviceDomainMgr::Instance(), nullptr);
     DeviceDomainMgr::Destroy();
 }

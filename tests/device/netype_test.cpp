@@ -46,7 +46,7 @@ TEST(NETypesFixedInTheLibrary, AreTheseAndNoOthers) {
 struct Row {
     const char* name;
     Predicate predicate;
-    bool isInNETypeList;  // else in the equipment-type list
+    bool isInNETypeList;  // else it is in the equipment-type list
     const char* domain;
 };
 
@@ -115,7 +115,7 @@ std::set<std::string> NamesOf(const Domains& domains) {
     return names;
 }
 
-// Each list that was asked for is left empty under its name; these are all that hosts must load.
+// Each question leaves an empty list under the name that it asked for. These are all lists that hosts must load.
 TEST(DomainPredicates, AskTheListsThatAreNamedAndNoOthers) {
     DeviceDomainMgr::Destroy();
     RecordingInventory inventory;
@@ -133,7 +133,7 @@ TEST(DomainPredicates, AskTheListsThatAreNamedAndNoOthers) {
     DeviceDomainMgr::Destroy();
 }
 
-// "Or else": the second list is asked only when the first does not hold the type.
+// A predicate of two lists asks the second one only if the first does not hold the type.
 TEST(DomainPredicates, AskTheirSecondListOnlyWhenNeeded) {
     DeviceDomainMgr::Destroy();
     DeviceDomainMgr::Instance()->AddDomainEqtCache("PTN", {5});
@@ -183,7 +183,7 @@ TEST_F(InventoryPredicates, DoNotAskTheInventoryWhenAListAnswers) {
     EXPECT_THAT(inventory.m_questions, IsEmpty());
     Domains domains;
     DeviceDomainMgr::Instance()->GetDomainEqtCache(domains);
-    EXPECT_EQ(domains.count("OTN"), 0U) << "the first list has answered";
+    EXPECT_EQ(domains.count("OTN"), 0U) << "the first list answers alone";
     EXPECT_FALSE(NS_UTIL::IsIPServiceNE(1335)) << "the fixed number counts for IsPTN31 alone";
     EXPECT_THAT(inventory.m_questions, ElementsAre(Pair("IsIPServiceNEType", 1335)));
 }
@@ -204,7 +204,7 @@ TEST_F(InventoryPredicates, PassArgumentsAndAnswersOn) {
         ElementsAre(Pair("IsIPServiceNEType", 65535), Pair("IsIPServiceNEType", 0), Pair("IsKLVNEType", 65535),
                     Pair("IsKLVNEType", 1887), Pair("IsTransMultiSubShelf", 65535), Pair("IsTransMultiSubShelf", 1)));
     EXPECT_THAT(inventory.m_neIds, ElementsAre(LARGEST, 7UL));
-    EXPECT_THAT(inventory.m_queries, IsEmpty()) << "nobody asks for the NE's type";
+    EXPECT_THAT(inventory.m_queries, IsEmpty()) << "no predicate asks for the NE's type";
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ TEST(RecordFormat, WhatCannotBeReadLeavesTheOutputAsItWas) {
         EXPECT_THROW(writer->Write("NE=5,PP=16||1|a", *needsConfiguration, out), NS_UTIL::InterfaceNotExistException);
         EXPECT_EQ(out.View(), "before\n");
         writer->Write("NE=5", *FindKind("NE=5"), out);
-        EXPECT_EQ(std::count(out.View().begin(), out.View().end(), '\n'), 2) << "it still writes";
+        EXPECT_EQ(std::count(out.View().begin(), out.View().end(), '\n'), 2) << "the format can still write";
     }
 }
 

@@ -45,9 +45,9 @@ TEST(ProcessException, IsCopiedFromItsReadPositions) {
     ProcessException first(source);
     const ProcessException second(source);
 
-    EXPECT_EQ(first.m_text1.str(), " rest") << "what was read is not copied";
+    EXPECT_EQ(first.m_text1.str(), " rest") << "a copy holds only the unread text";
     EXPECT_EQ(second.m_text1.str(), "") << "the first copy has read all";
-    EXPECT_EQ(source.m_text1.str(), "read rest") << "the text itself stays";
+    EXPECT_EQ(source.m_text1.str(), "read rest") << "copying leaves the text itself unchanged";
 }
 
 TEST(ProcessException, IsReadToItsEndWithoutExceptions) {
@@ -56,7 +56,7 @@ TEST(ProcessException, IsReadToItsEndWithoutExceptions) {
     ProcessException copy(source);
     std::string word;
     EXPECT_NO_THROW(copy.m_text1 >> word >> word);
-    EXPECT_TRUE(copy.m_text1.fail()) << "there is one word";
+    EXPECT_TRUE(copy.m_text1.fail()) << "there is only one word to read";
 }
 
 TEST(ProcessException, CanBeWrittenToAfterCopying) {

@@ -131,10 +131,10 @@ TEST(DefaultService, IsOneForEachType) {
     EXPECT_EQ(GetDefaultService<InventoryBufif>(), service);
     EXPECT_NE(GetDefaultService<DAWSvcInterface>(), service);
     ServiceAccess<InventoryBufif> access;
-    EXPECT_EQ(access.TryGet(), nullptr) << "it is no inventory";
+    EXPECT_EQ(access.TryGet(), nullptr) << "the service is no inventory";
 }
 
-// A search whose lock fails: the one thing besides a missing service that can go wrong in it.
+// A search whose lock fails. Apart from a missing service, nothing else can go wrong in a search.
 class FailingSearch : public testing::Test {
 protected:
     RecordingInventory m_inventory;

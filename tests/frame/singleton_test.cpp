@@ -69,7 +69,7 @@ TEST_F(Singleton, LetsTheExceptionOfItsConstructionPass) {
     const auto fail = []() -> int* { throw std::runtime_error("no"); };
     EXPECT_THROW(GetInstance(m_instance, fail), std::runtime_error);
     EXPECT_EQ(m_instance.load(), nullptr);
-    EXPECT_NE(Instance(), nullptr) << "the lock was given back";
+    EXPECT_NE(Instance(), nullptr) << "the failed call released the lock";
     Destroy();
 }
 
@@ -97,7 +97,7 @@ TEST_F(Singleton, IsMadeAndDisposedOfUnderTheLock) {
     bool isFreeWhileDisposing = true;
     DestroyInstance(m_instance, [&](int* instance) {
         isFreeWhileDisposing = IsLockFree();
-        EXPECT_EQ(m_instance.load(), nullptr) << "nobody is handed what goes";
+        EXPECT_EQ(m_instance.load(), nullptr) << "no caller gets the object that is being freed";
         delete instance;
     });
     EXPECT_FALSE(isFreeWhileDisposing);
@@ -119,7 +119,7 @@ protected:
             instance = Class::Instance();
             released = failing.GetReleased();
         }
-        EXPECT_EQ(released, 0U) << "it was not taken";
+        EXPECT_EQ(released, 0U) << "the lock was not taken";
         return instance;
     }
 };
@@ -146,8 +146,8 @@ TYPED_TEST(FailingSingletonLock, GivesNoInstanceThatIsMadeMeanwhile) {
         instance = TypeParam::Instance();
         released = failing.GetReleased();
     }
-    EXPECT_EQ(released, 0U) << "it was not taken";
-    EXPECT_EQ(instance, nullptr) << "what was there when the call began";
+    EXPECT_EQ(released, 0U) << "the lock was not taken";
+    EXPECT_EQ(instance, nullptr) << "there was no instance when the call began";
     EXPECT_NE(meanwhile, nullptr);
     EXPECT_EQ(TypeParam::Instance(), meanwhile);
 }

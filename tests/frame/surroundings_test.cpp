@@ -54,7 +54,7 @@ TEST(SystemSurroundings, ReadTheConfigurationAtEachQuestion) {
     Configuration::Set("NETypeListForSubSlot", "7,1911");
     EXPECT_EQ(system.CarrierProfile(), 3);
     EXPECT_TRUE(system.SpellsOutSubSlot(5));
-    EXPECT_THAT(inventory.m_queries, ElementsAre(Query{5, 0, true}, Query{5, 0, true})) << "asked without a list, too";
+    EXPECT_THAT(inventory.m_queries, ElementsAre(Query{5, 0, true}, Query{5, 0, true})) << "asks even without a list";
 }
 
 TEST(Surroundings, KnowNothingByDefault) {

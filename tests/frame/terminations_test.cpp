@@ -1,4 +1,4 @@
-// Which exceptions of a service look-up end the process, and which pass: for each operation that looks a service up.
+// For each operation that looks a service up: which exceptions of the look-up end the process, and which pass?
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
@@ -47,7 +47,7 @@ NS_DOMAIN::CtpKey_T KeyOnSlot() {
     return key;
 }
 
-// An operation that looks a service up, and whether it needs it or only writes a log record.
+// An operation that looks a service up; isLog if it only writes a log record, and does not need the service.
 struct LookUp {
     const char* name;
     bool isLog;
@@ -115,7 +115,7 @@ const LookUp LOOK_UPS[] = {
     {"MIPIndex2ResID", false,
      [] {
          NS_DOMAIN::MIPIndex mip;
-         mip.mdId = 3;  // asks nothing without an MD
+         mip.mdId = 3;  // without an MD, the writer asks nothing
          std::string fdn;
          ResIDUtil::MIPIndex2ResID(mip, fdn);
      }},
@@ -174,10 +174,10 @@ private:
     void WriteLog(const std::string&, const std::string&, int, int, const char*, ...) override { throw OfService(); }
 };
 
-// Each test looks up in a process in which nobody has looked anything up before.
+// Each test runs in a process without any earlier look-up.
 class LookUps : public testing::TestWithParam<LookUp> {
 protected:
-    // What comes out of the operation; ends the process when the exception does not come this far.
+    // Returns which exception leaves the operation. Does not return if the exception ends the process.
     static std::string WhatComesOut() {
         try {
             GetParam().call();
@@ -195,14 +195,14 @@ protected:
 };
 using LookUpsDeathTest = LookUps;
 
-// The search takes the registry's lock. A lock that fails there is an exception other than that of a missing service,
-// and one that the look-up is declared not to throw.
+// The search takes the registry's lock. A lock that fails there throws an exception that the look-up is declared not to
+// throw: it may only report a missing service.
 TEST_P(LookUpsDeathTest, EndTheProcessWhenTheSearchFails) {
     EXPECT_DEATH(
         {
-            WhatComesOut();  // makes what a look-up needs besides
+            WhatComesOut();  // makes the other things that a look-up needs
             NS_BUNDLEMGR1::ServiceInterface other;
-            BundleMgr::Instance()->RegisterService("Other", &other);  // so that the registry is searched anew
+            BundleMgr::Instance()->RegisterService("Other", &other);  // makes the next look-up search the registry
             const FailingLocks failing;
             WhatComesOut();
             std::exit(0);
@@ -210,7 +210,8 @@ TEST_P(LookUpsDeathTest, EndTheProcessWhenTheSearchFails) {
         "terminate called");
 }
 
-// Before the search the look-up is prepared, and what fails there passes. A log record is lost by it.
+// The look-up prepares itself before the search, and exceptions of that preparation pass. An operation that only writes
+// a log record loses the record instead.
 TEST_P(LookUps, LetPassThatTheyCannotBePrepared) {
     const auto said = InChildProcess([] {
         UtilCommon::Instance();
@@ -225,7 +226,8 @@ TEST_P(LookUps, TellThatTheServiceIsMissing) {
     EXPECT_EQ(InChildProcess(&WhatComesOut), GetParam().isLog ? "nothing" : "no service");
 }
 
-// What a service throws is no affair of its look-up; but a log service that gives no logger costs the record alone.
+// The look-up lets the exceptions of services pass. But if the log service throws instead of giving a logger, only the
+// record is lost.
 TEST_P(LookUps, LetPassWhatAServiceThrows) {
     const auto said = InChildProcess([] {
         std::string all;
@@ -239,14 +241,14 @@ TEST_P(LookUps, LetPassWhatAServiceThrows) {
             all = WhatComesOut();
             log.m_hasLogger = true;
             all += ", " + WhatComesOut();
-        }  // ends only when no call into a service is taken to be in flight
+        }  // unregistering returns only if no call seems to be in flight
         return all + ", " + WhatComesOut();
     });
     EXPECT_EQ(said, GetParam().isLog ? "nothing, the service's exception, nothing"
                                      : "the service's exception, the service's exception, no service");
 }
 
-// Whoever catches the exception finds what was written before the question.
+// After the exception, the caller's text holds what was written before the question.
 TEST_F(LookUps, LeaveWhatWasWrittenBefore) {
     const auto written = InChildProcess([] {
         std::string fdn = "whatever the caller had";

@@ -47,7 +47,7 @@ BundleMgr& Registry() {
     return *BundleMgr::Instance();
 }
 
-// Ends the process when a test hangs, saying where, instead of leaving it to the time limit of all tests.
+// Aborts the process when a test hangs, so that the log shows which one; the time limit of all tests would hide it.
 class Watchdog {
 public:
     Watchdog()
@@ -66,7 +66,7 @@ private:
     std::jthread m_thread;
 };
 
-// Threads that do work over and over until this object goes; work is told the number of its thread.
+// Threads that repeat work until this object is destroyed; work gets the number of its thread.
 class Workers {
 public:
     explicit Workers(const std::function<void(std::size_t)>& work) {
@@ -178,8 +178,8 @@ TEST_F(Singletons, GiveEveryFirstCallerTheSameObject) {
 
 // ---- Services -------------------------------------------------------------------------------------------------------
 
-// An inventory that its owner frees as soon as it is taken back: a call that comes too late is seen by the sanitizers,
-// and without them by the mark that the destructor leaves.
+// An inventory that its owner frees right after unregistering it. Sanitizers catch a call that comes too late; without
+// them, the mark that the destructor leaves does.
 class MortalInventory : public CountingInventory {
 public:
     using CountingInventory::CountingInventory;
@@ -236,7 +236,7 @@ TEST_F(Services, AreNeverMissedWhileOneReplacesAnother) {
         RepeatFor(UNDER_LOAD, [&current] {
             auto next = std::make_unique<MortalInventory>(1911);
             Registry().RegisterService("InventoryBufif", next.get());
-            current = std::move(next);  // frees the one that was replaced
+            current = std::move(next);  // frees the replaced one
         });
         EXPECT_GT(converters.GetRounds(), 0U);
     }
@@ -262,7 +262,7 @@ TEST_F(Services, AreNeverMissedWhileOthersComeAndGo) {
     EXPECT_GT(converters.GetRounds(), 0U);
 }
 
-// What a lookup that finds nothing remembers must not outlive the registration of a service.
+// A look-up that finds nothing remembers that; registering a service must clear the memory.
 TEST_F(Services, AreFoundOnceTheyAreRegistered) {
     const Workers askers([](std::size_t) {
         std::string fdn;
@@ -278,7 +278,7 @@ TEST_F(Services, AreFoundOnceTheyAreRegistered) {
     });
 }
 
-// Its calls wait until they may leave.
+// An inventory whose queries wait until the test lets them return.
 struct HeldInventory : CountingInventory {
     using CountingInventory::CountingInventory;
     bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
@@ -293,7 +293,7 @@ struct HeldInventory : CountingInventory {
     std::atomic<bool> m_left{false};
 };
 
-// A call into a registered inventory that goes on until it is let go.
+// A call into a registered inventory that lasts until LetGo.
 class CallInFlight {
 public:
     CallInFlight() {
@@ -307,7 +307,7 @@ public:
         m_inventory.m_mayLeave.notify_all();
     }
     [[nodiscard]] bool HasLeft() const { return m_inventory.m_left.load(); }
-    // Waits for the call's answer.
+    // Waits for the call, and returns its answer.
     std::string Answer() {
         m_converter.join();
         return m_fdn;
@@ -356,7 +356,7 @@ TEST_F(Services, AreReplacedWhenNoCallIsInFlight) {
         Registry().RegisterService("InventoryBufif", &inventory);
         EXPECT_TRUE(call.HasLeft()) << "a call is in flight";
     });
-    while (!NS_UTIL::IsKLVNE(1887)) {  // the new one is found while the call into the old one goes on
+    while (!NS_UTIL::IsKLVNE(1887)) {  // look-ups find the new one during the call into the old one
         std::this_thread::yield();
     }
     call.LetGo();
@@ -385,11 +385,11 @@ TEST_F(Services, MayRegisterOthersAndTakeThemselvesBackFromInside) {
         std::string fdn;
         ResIDUtil::CardIndex2ResID(Card(), fdn);
         EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT);
-        EXPECT_FALSE(Registry().UnregisterService("InventoryBufif")) << "it has taken itself back";
+        EXPECT_FALSE(Registry().UnregisterService("InventoryBufif")) << "it has unregistered itself";
     }
 }
 
-// An inventory that does something in the first query, and says when it is in a query.
+// An inventory that does something in its first query.
 struct ActingInventory : CountingInventory {
     explicit ActingInventory(std::function<void()> act) : CountingInventory(1911), m_act(std::move(act)) {}
     bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
@@ -408,12 +408,12 @@ TEST_F(Services, MayReplaceThemselvesFromInside) {
         Registry().RegisterService("InventoryBufif", &next);
         std::string fdn;
         ResIDUtil::CardIndex2ResID(Card(), fdn);
-        EXPECT_EQ(fdn, CARD) << "the answer of the next one";
+        EXPECT_EQ(fdn, CARD) << "the next inventory answers";
     });
     Registry().RegisterService("InventoryBufif", inventory.get());
     std::string fdn;
     ResIDUtil::CardIndex2ResID(Card(), fdn);
-    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the call in flight ends where it began";
+    EXPECT_EQ(fdn, CARD_WITH_SUB_SLOT) << "the old inventory answers the call in flight";
     inventory.reset();
     ResIDUtil::CardIndex2ResID(Card(), fdn);
     EXPECT_EQ(fdn, CARD);
@@ -426,7 +426,7 @@ TEST_F(Services, ThatTakeThemselvesBackWaitForOtherThreads) {
     std::atomic<bool> hasOtherLeft{false};
     std::thread other;
     ActingInventory inventory([&] {
-        // A second thread comes in, and leaves some time after we began to wait for it.
+        // A second thread enters the inventory, and leaves it some time after this one began to wait for it.
         other = std::thread([&] {
             ServiceAccess<NS_SERVICE::InventoryBufif> access;
             EXPECT_NE(access.TryGet(), nullptr);
@@ -446,7 +446,7 @@ TEST_F(Services, ThatTakeThemselvesBackWaitForOtherThreads) {
     other.join();
 }
 
-// All that the registry offers, from inside an operation of each service.
+// Each service uses everything that the registry offers from inside its own operations.
 TEST_F(Services, MayUseTheRegistryFromInside) {
     static std::size_t uses = 0;
     static const auto useRegistry = [] {
@@ -489,7 +489,7 @@ TEST_F(Services, MayUseTheRegistryFromInside) {
 }
 
 TEST_F(Services, MayBeCalledFromInsideServicesUnderLoad) {
-    // Asks once more from inside, one NE number lower, until that is 0.
+    // Each query asks again from inside, for the next lower NE number, down to 0.
     struct DeepInventory : CountingInventory {
         using CountingInventory::CountingInventory;
         bool QueryNEType(std::int64_t neId, std::uint32_t& neType, bool flag) override {
@@ -501,7 +501,7 @@ TEST_F(Services, MayBeCalledFromInsideServicesUnderLoad) {
                 try {
                     ResIDUtil::CardIndex2ResID(card, fdn);
                 } catch (const NS_UTIL::InterfaceNotExistException&) {
-                    // taken back while we were in it
+                    // unregistered during this query
                 }
             }
             return CountingInventory::QueryNEType(neId, neType, flag);
@@ -510,7 +510,7 @@ TEST_F(Services, MayBeCalledFromInsideServicesUnderLoad) {
     Workers converters([](std::size_t) {
         std::string fdn;
         CardIndex card = Card();
-        card.neId = 30;  // deeper than the pins of one block
+        card.neId = 30;  // nests deeper than one block of pins
         try {
             ResIDUtil::CardIndex2ResID(card, fdn);
             EXPECT_EQ(fdn, "NE=30,S=3,CP=-1,SS=-1,SC=-1");
@@ -523,7 +523,7 @@ TEST_F(Services, MayBeCalledFromInsideServicesUnderLoad) {
     });
 }
 
-// Each service takes the other one back from inside its own operation, both at the same time.
+// Each service unregisters the other one from inside its own operation, both at the same time.
 TEST_F(Services, MayTakeEachOtherBack) {
     struct Inventory : CountingInventory {
         explicit Inventory(std::barrier<>& bothInside) : CountingInventory(1911), m_bothInside(bothInside) {}
@@ -656,8 +656,8 @@ struct ConvertsAtThreadEnd {
     bool isTouched = false;
 };
 
-// Thread-local objects go in the reverse order in which they came: those that came before the thread's first pin
-// convert when its pins have already been given back.
+// Thread-local objects are destroyed in reverse order. So one made before the thread's first pin converts when the
+// thread has already given its pins back.
 TEST_F(Pins, AreThereInDestructorsOfThreadLocalObjects) {
     CountingInventory inventory(1911);
     const Registration registration("InventoryBufif", inventory);
@@ -718,7 +718,7 @@ TEST_F(Loggers, AreForgottenWithTheirService) {
 }
 
 TEST_F(Loggers, AreUsedNoMoreWhileTheirServiceWaitsToBeTakenBack) {
-    // The first record waits in it, others are only counted.
+    // Its first record waits; it only counts the others.
     struct HeldLog : NS_SERVICE::LogSvcInterface, NS_SERVICE::ModuleLogger {
         NS_SERVICE::ModuleLogger* GetModuleLogger(const std::string&, const std::string&, const std::string&) override {
             return this;

@@ -50,13 +50,14 @@ protected:
                 NS_TEST::ReadFile(streams / "err")};
     }
 
-    /// The command that runs the program in the background, where the shell would let it ignore SIGINT and SIGQUIT.
+    /// The command that runs the program in the background, by way of env: the shell alone would make it ignore SIGINT
+    /// and SIGQUIT.
     [[nodiscard]] static std::string InBackground(const std::string& arguments) {
         return "env --default-signal=INT,QUIT '" KXDU_PROGRAM "' " + arguments + " & ";
     }
 
-    /// The command that sends `signal` to the background run once the command `reached` succeeds, and prints the name
-    /// of the signal that ended the run. The run may end before.
+    /// The command that sends `signal` to the background run as soon as the command `reached` succeeds, and prints the
+    /// name of the signal that ended the run. The run may end earlier.
     [[nodiscard]] static std::string StopWhen(const std::string& reached, const std::string& signal) {
         return "while kill -0 $! && ! { " + reached + "; }; do sleep 0.001; done; kill -" + signal +
                " $!; wait $!; kill -l $?";

@@ -8,7 +8,7 @@
 namespace NS_KX {
 namespace {
 
-// Gives lines back, and reports those that begin with "bad".
+// Writes lines unchanged, and reports those that begin with "bad".
 class Echo : public LineConverter {
 public:
     void Convert(std::string_view line, LineResult& result) override {
@@ -30,7 +30,7 @@ protected:
         work.makeConverter = [] { return std::make_unique<Echo>(); };
     }
 
-    // How many lines were found wanting.
+    // How many findings there were.
     std::uint64_t Run(const std::string& text) {
         WriteFile("in", text);
         return RunLines(options, work).findings;
@@ -130,7 +130,7 @@ TEST_F(LinesTest, VerbatimLinesAreConvertedAsTheyAre) {
 
 TEST_F(LinesTest, ACarriageReturnBelongsToTheLineEnd) {
     EXPECT_EQ(Run("a\r\nb\rc\r\n\r\nlast\r"), 1U);
-    EXPECT_EQ(ReadFile("out"), "a\nb\rc\nlast\r\n") << "only before a line end";
+    EXPECT_EQ(ReadFile("out"), "a\nb\rc\nlast\r\n") << "a carriage return is removed only before a line end";
     EXPECT_EQ(Rejects(), "3: the line is empty\n");
 }
 

@@ -20,7 +20,7 @@ bool isUnnamedRefused = false;
 
 }  // namespace
 
-// Take the place of the system's.
+// Replace the system's functions.
 extern "C" int __real_openat(int folder, const char* name, int flags, ...);
 extern "C" int __wrap_openat(int folder, const char* name, int flags, ...);
 int __wrap_openat(int folder, const char* name, int flags, ...) {
@@ -60,7 +60,7 @@ TEST_F(TemporaryFileTest, GoesAwayWhenItIsNot) {
     EXPECT_EQ(Files(), 1);
 }
 
-// Stands for a file system that cannot hold a file without a name.
+// Simulates a file system that cannot hold a file without a name.
 class NamedTemporaryFileTest : public FolderTest {
 protected:
     NamedTemporaryFileTest() { isUnnamedRefused = true; }

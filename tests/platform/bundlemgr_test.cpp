@@ -90,12 +90,12 @@ TEST(ServiceObject, RemembersAWordForEachUser) {
             continue;
         }
         ++remembering;
-        EXPECT_EQ(word->load(), nullptr) << "a word of its own";
+        EXPECT_EQ(word->load(), nullptr) << "each user gets its own word";
         word->store(&logger);
         EXPECT_EQ(object.GetMemory(&user), word) << "the same word at every call";
     }
     EXPECT_GE(remembering, 2U);
-    EXPECT_LT(remembering, users.size()) << "who comes too late must do without";
+    EXPECT_LT(remembering, users.size()) << "late users get no word";
 }
 
 TEST(InterfaceBuffer, IsMadeOnceForEachName) {
@@ -110,12 +110,12 @@ TEST(InterfaceBuffer, AnswersOnceTheRegistryWasSearched) {
     InterfaceBuffer* const buffer = CheckIFBuf("buffer that is searched");
     ReadPin pin;
     InterfaceBuffer::Entry entry;
-    EXPECT_FALSE(buffer->First(pin, entry)) << "nobody has looked yet";
+    EXPECT_FALSE(buffer->First(pin, entry)) << "the registry was not searched yet";
     {
         const std::lock_guard lock(NS_BUNDLEMGR1::_g_actualmutex);
         buffer->SetSearched();
     }
-    EXPECT_TRUE(buffer->First(pin, entry)) << "there is none, and that is known";
+    EXPECT_TRUE(buffer->First(pin, entry)) << "the buffer knows that there is no service";
     EXPECT_EQ(entry.object, nullptr);
 }
 
@@ -170,7 +170,7 @@ TEST(NULLServiceInterface, AnswersForAServiceThatIsNotThere) {
     EXPECT_EQ(asService->GetSelf(), asService);
     EXPECT_STREQ(asService->GetName(), "NULLServiceInterface!");
     EXPECT_EQ(asService->GetState(), 0);
-    asService->Release();  // deletes it: the leak sanitizer would tell otherwise
+    asService->Release();  // deletes it; else the leak sanitizer reports it
 }
 
 TEST(NULLServiceInterface, IsAServiceWhoseFinalBaseIsHidden) {

@@ -52,7 +52,7 @@ TEST_P(IntegerItems, AreReadWholeOrNotAtAll) {
     EXPECT_EQ(Items().GetIntItemInfo("item", number), GetParam().isInteger);
     EXPECT_EQ(number, GetParam().isInteger ? GetParam().number : 9);
     std::string text;
-    EXPECT_TRUE(Items().GetStrItemInfo("item", text)) << "a text is always there";
+    EXPECT_TRUE(Items().GetStrItemInfo("item", text)) << "every item is found as a text";
     EXPECT_TRUE(Items().HasItem("item"));
     EXPECT_EQ(text, GetParam().text);
 }
@@ -104,18 +104,18 @@ TEST(CorbaConfigItems, TellKeysApart) {
         EXPECT_EQ(value, number);
     }
     int value = 9;
-    EXPECT_FALSE(Items().GetIntItemInfo("KEY1", value)) << "by case";
+    EXPECT_FALSE(Items().GetIntItemInfo("KEY1", value)) << "names are case-sensitive";
     EXPECT_FALSE(Items().GetIntItemInfo("", value));
 }
 
-// Setting, reading and removing ten times as many items takes about ten times as long, not a hundred times.
-// The processor's time of this thread: other programs do not change it.
+// Returns the processor time of this thread, which other programs hardly change.
 double ProcessorSeconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
+// Setting, reading and removing ten times as many items takes about ten times as long, not a hundred times.
 TEST(CorbaConfigItems, TakeTimeInProportionToTheirNumber) {
     const Configuration configuration;
     const auto seconds = [](const std::string& prefix, int count) {
@@ -192,7 +192,7 @@ TEST(ConfigItem, IsReadAsAListOfNumbers) {
     const std::vector<int>* const numbers = item.GetNumbers(pin);
     ASSERT_NE(numbers, nullptr);
     Items().SetItem("item", "");
-    EXPECT_EQ(*numbers, (std::vector<int>{1911, 7, 65537, -1, 0})) << "as it was when it was asked";
+    EXPECT_EQ(*numbers, (std::vector<int>{1911, 7, 65537, -1, 0})) << "the list as it was when the test asked for it";
     EXPECT_EQ(*item.GetNumbers(pin), std::vector<int>());
     Items().RemoveItem("item");
     EXPECT_EQ(item.GetNumbers(pin), nullptr);

@@ -69,7 +69,7 @@ TEST(ReadPin, IsIndependentOfOtherPinsOfItsThread) {
         ReadPin inner;
         inner.Pin(&thing);
     }
-    EXPECT_TRUE(ReadPin::IsPinned(&thing)) << "the outer one is still there";
+    EXPECT_TRUE(ReadPin::IsPinned(&thing)) << "the outer pin is still there";
 }
 
 // A thing that one thread has pinned and another waits for.
@@ -101,7 +101,7 @@ protected:
     std::atomic<bool> m_isReleased{false};
 };
 
-// The words of one of two threads come before those of the other: both must be seen from either side.
+// One of two threads gets its words before the other does. Each thread must see the pins of the other in either case.
 TEST_F(Waiting, OfAnotherThreadIsForThisOne) {
     std::thread other([this] {
         { const ReadPin words; }
@@ -137,7 +137,7 @@ TEST(ReadPin, LeavesItsWordsToTheNextThread) {
     };
     const auto runThread = [] {
         std::thread([] {
-            // Goes after the thread's words were given back, and so takes some once more.
+            // Its destructor runs after the thread gave its words back, and takes words again.
             thread_local PinsAtThreadEnd last;
             last.isTouched = true;
             const ReadPin pin;

@@ -32,7 +32,7 @@ TEST(SelfUtilCommon, AnswersFromTheConfigurationItems) {
     EXPECT_TRUE(Util().IsSupportCfgItem("EventSwitch"));
     EXPECT_TRUE(Util().GetSupportCfgItem("EventSwitch", value));
     EXPECT_EQ(value, "1");
-    EXPECT_TRUE(Util().IsSupportCfgItem("Whitelist")) << "empty, but there";
+    EXPECT_TRUE(Util().IsSupportCfgItem("Whitelist")) << "an empty item is an item";
     EXPECT_TRUE(Util().GetSupportCfgItem("Whitelist", value));
     EXPECT_EQ(value, "");
 }

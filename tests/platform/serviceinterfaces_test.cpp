@@ -12,8 +12,8 @@ namespace {
 
 using NS_BUNDLEMGR1::ServiceInterface;
 
-// Services are held by their base; the platform tells them apart by their type, and deletes nothing that it does not
-// own.
+// The platform holds services by their base class, and casts them to find their type. It deletes nothing that it does
+// not own.
 TEST(ServiceInterfaces, AreToldApartByTheirType) {
     const std::unique_ptr<ServiceInterface> inventory = std::make_unique<NS_TEST::RecordingInventory>();
     const std::unique_ptr<ServiceInterface> dataAccess = std::make_unique<NS_TEST::RecordingDataAccess>();
@@ -31,7 +31,7 @@ TEST(ServiceInterfaces, HaveTheDefaultsOfTheirBase) {
     EXPECT_EQ(inventory.GetSelf(), &inventory);
     EXPECT_STREQ(inventory.GetName(), "");
     EXPECT_EQ(inventory.GetState(), 0);
-    inventory.Release();  // the test's own object is left alone
+    inventory.Release();  // does not delete the test's object
     EXPECT_EQ(inventory.GetSelf(), &inventory);
 }
 

@@ -140,7 +140,7 @@ int ReadNumber(const std::string& text) {
     const int number = Str2Int(ExactView(text));
     int out = 77;
     Str2Int(ExactView(text), out);
-    EXPECT_EQ(out, number) << "both forms read the same";
+    EXPECT_EQ(out, number) << "both overloads read the same number";
     return number;
 }
 
@@ -188,7 +188,7 @@ TEST(Str2Int, KeepsTheLowHalfOfLargeNumbers) {
     EXPECT_EQ(ReadNumber("2147483648"), INT_MIN);
     EXPECT_EQ(ReadNumber("-4294967297"), -1);
     EXPECT_EQ(ReadNumber("9223372036854775807"), -1);
-    EXPECT_EQ(ReadNumber("9223372036854775808"), -1) << "the nearest number of 64 bits";
+    EXPECT_EQ(ReadNumber("9223372036854775808"), -1) << "the low 32 bits of the nearest 64-bit number";
     EXPECT_EQ(ReadNumber("-9223372036854775808"), 0);
     EXPECT_EQ(ReadNumber("-9223372036854775809"), 0);
     EXPECT_EQ(ReadNumber("99999999999999999999999999"), -1);

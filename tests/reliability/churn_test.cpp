@@ -1,5 +1,5 @@
-// Services come and go, freed as soon as they are taken back, and configuration items change all the time, while six
-// threads convert, log, filter and look up. For KX_CHURN_SECONDS seconds; two when that is not set.
+// Six threads convert, log, filter and look up. Meanwhile services come and go, and are freed as soon as they are
+// taken back; configuration items change all the time. Runs for KX_CHURN_SECONDS seconds, or two if that is not set.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -52,7 +52,7 @@ std::chrono::seconds Duration() {
     return std::chrono::seconds{seconds != nullptr ? std::atoi(seconds) : 2};
 }
 
-// What was seen, for the report at the end.
+// Counts for the report at the end.
 std::atomic<std::size_t> answers{0};
 std::atomic<std::size_t> missed{0};  // the service was not there
 std::atomic<std::size_t> records{0};
@@ -62,7 +62,7 @@ std::atomic<std::size_t> itemChanges{0};
 
 // ---- What comes and goes --------------------------------------------------------------------------------------------
 
-// A use after the end is seen by the sanitizers, and without them by the mark that the destructor leaves.
+// Sanitizers find a use after the end; without them, the mark that the destructor leaves shows it.
 class Mortal {
 public:
     Mortal() = default;
@@ -165,7 +165,7 @@ private:
     std::unique_ptr<Logger> m_logger = std::make_unique<Logger>();
 };
 
-// Registers one service after the other and frees each in the moment in which it is taken back or replaced.
+// Registers one service after the other, and frees each as soon as it is taken back or replaced.
 template <class Service>
 void Churn(const std::string& name, const std::atomic<bool>& stop) {
     while (!stop.load()) {
@@ -183,7 +183,7 @@ void Churn(const std::string& name, const std::atomic<bool>& stop) {
     }
 }
 
-// Every item that conversions read takes every value that they tell apart.
+// Every item that conversions read takes every value that makes a difference to them.
 constexpr std::array CARRIER_PROFILES{"0", "1"};
 constexpr std::array SUB_SLOT_LISTS{"", "7,1911"};
 
@@ -208,8 +208,7 @@ void ChangeItems(const std::atomic<bool>& stop) {
 
 // ---- What is asked meanwhile ----------------------------------------------------------------------------------------
 
-// Asks one thing; false when the answer is none of those that the configuration allows. May throw, when a service is
-// missing.
+// Asks one thing. Returns false if no configuration allows the answer. May throw if a service is missing.
 struct Question {
     std::string name;
     std::function<bool()> isRight;
@@ -291,7 +290,7 @@ std::vector<Question> LookUps() {
     };
 }
 
-// Asks all questions over and over, from another one on than the other threads.
+// Asks all questions over and over. Each thread begins with another question.
 void Ask(const std::vector<Question>& questions, std::size_t at, std::atomic<bool>& stop) {
     while (!stop.load()) {
         const Question& question = questions[at++ % questions.size()];
@@ -308,7 +307,7 @@ void Ask(const std::vector<Question>& questions, std::size_t at, std::atomic<boo
 }
 
 TEST(Churn, OfServicesAndItemsHarmsNobody) {
-    // The lists that are asked for: asking for one that is not there would make it, in several threads at once.
+    // All lists that the questions need: a question for a missing list would make it, in several threads at once.
     DeviceDomainMgr::Instance()->AddDomainEqtCache("OTN", {77});
     DeviceDomainMgr::Instance()->AddDomainEqtCache("PTN31", {});
     std::vector<Question> questions = Conversions();

@@ -1,5 +1,5 @@
-// What becomes of a host and of inventory files when memory runs out while they are made or read: each allocation fails
-// in turn, alone or with all that come after it.
+// What happens to a host and to inventory files if memory runs out while they are made or read: each allocation fails
+// in turn, alone or with all later ones.
 #include <algorithm>
 #include <filesystem>
 #include <functional>
@@ -60,8 +60,8 @@ protected:
                                "'\nNumber = 1_000\nFlag = true\n[section]\nnumber = 7\ntext = \"\\u0041\"\n");
     }
 
-    // Lets each allocation of action fail in turn, until none is left to fail. Whatever becomes of it, check is told
-    // whether it was done, and brings everything back: nothing may be left. Returns how many allocations failed.
+    // Lets each allocation of `action` fail in turn, until none is left to fail. After each attempt calls `check` with
+    // whether the action succeeded; that undoes everything, so that nothing remains. Returns the number of failures.
     static std::size_t LetEachFail(const std::function<void()>& action, const std::function<void(bool)>& check) {
         action();  // makes what stays
         check(true);
@@ -97,7 +97,7 @@ protected:
                !CorbaConfigItems::Instance()->GetStrItemInfo("Text", text);
     }
 
-    // Asked in another thread, which would wait for ever for a lock that was left held.
+    // Asks in another thread, which would wait forever for a lock that was left held.
     static bool AnswersRight() {
         bool isRight = false;
         std::thread([&isRight] {
@@ -159,7 +159,7 @@ TEST_P(FailingHost, KeepsWhatItHasReadWhenItReadsAgain) {
     EXPECT_GT(failures, 10U);
 }
 
-// Nothing can fail behind the list that is stored last: it comes with the NEs of its file.
+// Nothing can fail after the last list is stored: it comes with the NEs of its file.
 TEST_P(FailingHost, ReplacesAllWhenTheLastListIsStored) {
     const std::string lastDomain = "~ a domain of quite a long name behind all others";
     const NS_STANDALONE::Inventory before = NS_STANDALONE::ReadInventory(m_inventoryFile);
@@ -180,7 +180,7 @@ TEST_P(FailingHost, ReplacesAllWhenTheLastListIsStored) {
     EXPECT_GT(failures, 10U);
 }
 
-// Each item is the old one or the new one, and all are new when it reads once more.
+// After a failure, each item is the old or the new one; after the next reading, all are new.
 TEST_P(FailingHost, HasWholeItemsWhenItReadsItsConfigurationAgain) {
     m_options.configFolder = m_folder.Path();
     Host host(m_options);
@@ -204,7 +204,7 @@ TEST_P(FailingHost, HasWholeItemsWhenItReadsItsConfigurationAgain) {
     EXPECT_GT(failures, 10U);
 }
 
-// A file that could not be read when it was first asked for is read by the next question.
+// If the first question could not read a file, the next question reads it.
 TEST_P(FailingHost, AnswersFromAFileThatItCouldNotReadBefore) {
     m_options.configFolder = m_folder.Path();
     const auto ask = [](const std::string& section) {
@@ -226,7 +226,7 @@ TEST_P(FailingHost, AnswersFromAFileThatItCouldNotReadBefore) {
     EXPECT_GT(failures, 10U);
 }
 
-// Whatever was left of a file that could not be read does no harm when the file is gone.
+// Remains of a file that could not be read do no harm after the file is gone.
 TEST_P(FailingHost, ForgetsAFileThatItCouldNotRead) {
     m_options.configFolder = m_folder.Path();
     const std::string text = NS_TEST::ReadFile(m_folder / OTHER_FILE);
@@ -245,19 +245,20 @@ TEST_P(FailingHost, ForgetsAFileThatItCouldNotRead) {
     EXPECT_GT(failures, 10U);
 }
 
-// The operation that a record tells of goes on.
+// The operation that logs the record continues.
 TEST_P(FailingHost, DropsARecordThatThereIsNoMemoryFor) {
     const Host host(m_options);
     auto* const service = NS_TEST::FindService<NS_SERVICE::LogSvcInterface>("LogSvcInterface");
     ASSERT_NE(service, nullptr);
     NS_SERVICE::ModuleLogger* const logger = service->GetModuleLogger("module", "sub-module", "debug");
     const std::string name = "name";
-    const std::string text(1000, 'x');  // longer than what is formatted without memory
+    const std::string text(1000, 'x');  // too long to be formatted without an allocation
     const std::size_t failures = LetEachFail([&] { logger->WriteLog(name, name, 1, 1, "%s", text.c_str()); },
                                              [](bool isDone) { ASSERT_TRUE(isDone); });
     EXPECT_GT(failures, 0U);
     const std::string written = NS_TEST::ReadFile(m_options.log.file);
-    EXPECT_EQ(std::count(written.begin(), written.end(), '\n'), 2) << "the first, and the one when nothing failed";
+    EXPECT_EQ(std::count(written.begin(), written.end(), '\n'), 2)
+        << "the first record, and the record of the attempt without a failure";
 }
 
 TEST_P(FailingHost, InventoryFilesStayWhole) {

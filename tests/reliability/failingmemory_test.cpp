@@ -1,5 +1,4 @@
-// What becomes of every operation when memory runs out in it: each of its allocations fails in turn, alone or with all
-// that come after it.
+// What every operation does when memory runs out: each of its allocations fails in turn, alone or with all later ones.
 #include <array>
 #include <cstdio>
 #include <functional>
@@ -46,7 +45,7 @@ using testing::Optional;
 
 // ---- The surroundings -----------------------------------------------------------------------------------------------
 
-// Services that allocate nothing, so that what fails is the library's own.
+// Services that allocate nothing, so that only allocations of the library fail.
 class QuietDataAccess : public NS_SERVICE::DAWSvcInterface, private NS_SERVICE::ConfigObject {
 public:
     NS_SERVICE::ConfigObject* GetConfiguration(const std::string&, const std::string&) override { return this; }
@@ -95,7 +94,7 @@ Outcome Ask(Answer& answer) {
 
 struct Attempt {
     Outcome outcome = Outcome::ANSWERED;
-    bool hasMemoryFailed = true;  // an answer may come in spite of it: what was lost is a log record
+    bool hasMemoryFailed = true;  // there may be an answer nevertheless, if only a log record was lost
 };
 
 Attempt AskSparing(std::size_t spared, Shortage shortage, Answer& answer) {
@@ -104,8 +103,8 @@ Attempt AskSparing(std::size_t spared, Shortage shortage, Answer& answer) {
     return {outcome, failing.HasOneFailed()};
 }
 
-// What becomes of an operation, asked again and again in a process in which nobody has used the library. Says what is
-// wrong, nothing when all is right.
+// Runs an operation again and again in a process that has not used the library before. Returns what is wrong, or an
+// empty text.
 class Trial {
 public:
     Trial(const Operation& operation, Shortage shortage)
@@ -123,10 +122,10 @@ private:
         std::unique_ptr<Answer> answer;
     };
 
-    /// First calls: what is made once and stays is made by calls of which some fail. Each that answers nevertheless, as
-    /// one does that lost no more than a log record, answers right.
+    /// First calls make what stays for the life of the process, and some of them fail. A call that answers
+    /// nevertheless, for example because it lost only a log record, must answer right.
     std::string FirstCalls() {
-        std::vector<FirstAnswer> answers;  // compared when it is known what is right
+        std::vector<FirstAnswer> answers;  // compared as soon as the right answer is known
         Attempt attempt;
         for (std::size_t spared = 0; attempt.hasMemoryFailed; ++spared) {
             auto answer = m_operation.makeAnswer();
@@ -146,7 +145,7 @@ private:
 
     /// Later calls: each either fails and leaves nothing, or answers.
     std::string LaterCalls() {
-        AskInOtherThread(*m_operation.makeAnswer());  // makes what stays of a second thread
+        AskInOtherThread(*m_operation.makeAnswer());  // makes what stays after a second thread
         Attempt attempt;
         for (std::size_t spared = 0; attempt.hasMemoryFailed; ++spared) {
             const std::ptrdiff_t live = LiveAllocations();
@@ -174,12 +173,12 @@ private:
 
     static std::string After(std::size_t spared) { return " after " + std::to_string(spared) + " allocations"; }
 
-    // Where a service is missing, the answer is what was written until then: not the same after a failure.
+    // If a service is missing, the answer is whatever was written before, which differs after a failure.
     bool IsRight(const Answer& answer) const {
         return m_outcome == Outcome::SERVICE_MISSING || answer.Equals(*m_right);
     }
 
-    // Waits for ever, until the process is ended, when a lock was left held.
+    // If a lock was left held, waits until the process is ended.
     static Outcome AskInOtherThread(Answer& answer) {
         Outcome outcome = Outcome::OUT_OF_MEMORY;
         std::thread([&] { outcome = Ask(answer); }).join();
@@ -192,7 +191,7 @@ private:
     std::unique_ptr<Answer> m_right;
 };
 
-// What stays of a first call: a plain one, or several of which all but the last fail.
+// What stays after a first call: one plain call, or several calls that all fail except the last.
 std::ptrdiff_t AllocationsThatStay(const Operation& operation, std::optional<Shortage> shortage) {
     const std::ptrdiff_t live = LiveAllocations();
     {
@@ -228,7 +227,7 @@ TEST_P(FailingMemory, HarmsNoOperation) {
     }
 }
 
-// Fewer may stay, when a failed first call only drops a log record.
+// Fewer allocations may stay if a failed first call only drops a log record.
 TEST_P(FailingMemory, LetsFirstCallsLeaveNoMore) {
     for (const Operation& operation : AllOperations()) {
         const auto staying = [&operation](std::optional<Shortage> shortage) {
@@ -246,7 +245,7 @@ std::string SurroundingsName(const testing::TestParamInfo<std::tuple<bool, Short
 INSTANTIATE_TEST_SUITE_P(Of, FailingMemory, testing::Combine(testing::Bool(), testing::ValuesIn(SHORTAGES)),
                          SurroundingsName);
 
-// A check that could not fail would be none.
+// Proves that the checks can fail.
 class BadAnswer : public Answer {
 public:
     explicit BadAnswer(void (*ask)(std::vector<std::string>&)) : m_ask(ask) {}
@@ -361,7 +360,7 @@ std::map<std::string, std::set<std::string>> ExportedFunctions() {
     return functions;
 }
 
-// Private members, exported with their class. The rows of the public ones that call them reach them.
+// Private members, exported with their class. The rows of public functions reach them.
 const std::set<std::string> REACHED_BY_OTHERS{"NS_UTIL::UtilCommon::UtilCommon",
                                               "NS_UTIL::NtfFilter::NtfFilter",
                                               "NS_UTIL::NtfFilter::Load",

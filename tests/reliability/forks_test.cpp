@@ -40,7 +40,7 @@ using NS_UTIL::UtilCommon;
 constexpr std::chrono::seconds CHILD_TIME{20};
 constexpr unsigned short NE_TYPE = 1911;
 
-// How a child process ended that makes these calls: "well", or what went wrong.
+// Makes these calls in a child process. Returns "well", or what went wrong.
 std::string EndOfChild(const std::function<bool()>& isRight) {
     const pid_t child = fork();
     if (child == 0) {
@@ -57,7 +57,7 @@ std::string EndOfChild(const std::function<bool()>& isRight) {
     return WEXITSTATUS(status) == 0 ? "well" : "wrong answer";
 }
 
-// Threads that call work over and over until this object goes.
+// Threads that call `work` over and over as long as this object lives.
 class Load {
 public:
     explicit Load(const std::vector<std::function<void()>>& works) {
@@ -92,7 +92,7 @@ std::string WrittenPort() {
     return text;
 }
 
-// False also when there is no inventory.
+// Also false if there is no inventory.
 bool IsSubShelf(unsigned long neId) try {
     return NS_UTIL::IsTransMultiSubShelfNE(neId, NE_TYPE);
 } catch (const NS_UTIL::InterfaceNotExistException&) {
@@ -136,8 +136,9 @@ TEST(Forks, UnderLoadLeaveChildrenThatCanDoAll) {
     }
 }
 
-// Forks inside its own operation when the main thread asks it, as a service may that starts a helper process. The child
-// takes it back from inside: that waits for no thread of the parent, and its object stays until the operation is left.
+// Forks inside its own operation when the main thread asks for it, like a service that starts another process. The
+// child takes the service back inside that operation. Doing so waits for no thread of the parent, and the object stays
+// until the operation ends.
 class ForkingInventory : public CountingInventory {
 public:
     ForkingInventory() : CountingInventory(NE_TYPE) {}
@@ -235,7 +236,7 @@ TEST_F(ForksOfAHost, UnderLoadLeaveChildrenThatCanDoAll) {
     }
 }
 
-// What the parent has written but not yet passed to the system is not written by the child once more.
+// The child does not repeat what the parent has written but not yet passed to the system.
 TEST_F(ForksOfAHost, WriteEachRecordOnce) {
     {
         std::optional<Host> host(m_options);

@@ -49,7 +49,7 @@ class Layout {
 public:
     explicit Layout(std::size_t size) { EXPECT_EQ(sizeof(Record), size); }
 
-    // The field has exactly this type, or this does not compile.
+    // Compiles only if the field has exactly this type.
     template <class Type>
     const Layout& Has(std::type_identity_t<Type> Record::*field, std::ptrdiff_t offset) const {
         const auto address = [](const auto& object) { return reinterpret_cast<const char*>(&object); };
@@ -309,7 +309,7 @@ std::size_t PlaceOf(Signature Service::*function) {
     std::size_t words[2] = {};
     static_assert(sizeof(function) == sizeof(words));
     std::memcpy(words, &function, sizeof(words));
-    EXPECT_EQ(words[0] % sizeof(void*), 1U) << "not virtual";
+    EXPECT_EQ(words[0] % sizeof(void*), 1U) << "the function is not virtual";
     return words[0] / sizeof(void*);
 }
 

@@ -1,11 +1,11 @@
-/// The verbs that work on lines: what tests of all of them walk over.
+/// The verbs that work on lines, for tests of all of them.
 #pragma once
 
 #include <initializer_list>
 
 inline constexpr auto RECORD = R"({"type":"NEIndex","record":{"reserved":0,"neId":7}})";
 
-/// A verb, and a line of which it makes one line of output. The configuration is the one of `ProgramTest::Configure`.
+/// A verb, and a line from which it makes one line of output, with the configuration of `ProgramTest::Configure`.
 struct LineVerb {
     const char* name;
     const char* command;

@@ -1,5 +1,5 @@
-// Compressed inputs and outputs of the tool. A program of its own: compressing takes more memory than the other tests
-// of the tool allow any process.
+// Compressed inputs and outputs of the tool. These tests are a separate program: compressing takes more memory than the
+// other tests of the tool allow.
 #include <algorithm>
 #include <string>
 
@@ -56,7 +56,7 @@ TEST_P(ToolWithCompressed, OneThatIsCutOffLeavesNoOutput) {
     EXPECT_FALSE(Exists("out"));
 }
 
-// The reader has gone while the pipe that is decompressed stays open.
+// The reader of the output goes away while the compressed input pipe stays open.
 TEST_P(ToolWithCompressed, ARunEndsThoughItsPipeGoesOn) {
     WriteFile("bad", "XY=1\n");
     EXPECT_EQ(Shell("mkfifo other; { " + compress +

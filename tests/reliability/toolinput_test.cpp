@@ -1,5 +1,5 @@
-// What users feed to the tool that is no good: it says so, in the words and with the exit code that --help promises,
-// and never holds more than a little of it.
+// Bad input of every sort: the tool reports it with the exit code that --help promises, and never holds more than a
+// little of it in memory.
 #include <algorithm>
 #include <filesystem>
 #include <initializer_list>
@@ -16,14 +16,14 @@
 
 namespace {
 
-// In MiB. Sanitizers keep what was freed for a while.
+// In MiB. Sanitizers keep freed memory for a while.
 #ifdef KX_TEST_SANITIZED
 constexpr long MOST_MEMORY = 768;
 #else
 constexpr long MOST_MEMORY = 64;
 #endif
 
-// The most memory, in MiB, that a program has held which this process ran.
+// The greatest memory of any program that this process ran, in MiB.
 long MemoryOfLargestRun() {
     rusage usage{};
     getrusage(RUSAGE_CHILDREN, &usage);
@@ -157,7 +157,7 @@ TEST_F(ToolWithMuch, OfALineOfTwoGigabytesNothingIsHeldAndTheNextOneCounts) {
     EXPECT_NE(filtered.err.find(complaint), std::string::npos) << filtered.err;
 }
 
-// A verb that is given three lines over and over, of which the second is bad.
+// A verb that gets three lines over and over; the second line is bad.
 struct VerbWithThreeLines {
     const char* name;
     const char* command;
@@ -211,7 +211,7 @@ INSTANTIATE_TEST_SUITE_P(
                                        FilterSummary, true, true}),
     [](const auto& parameter) { return std::string(parameter.param.name); });
 
-// A verb that is asked the same word over and over.
+// A verb that gets the same word over and over.
 struct VerbWithOneWord {
     const char* name;
     const char* command;
@@ -320,7 +320,7 @@ TEST_F(ToolWithMuch, OfAnInventoryTheRowsAreNotHeldAsText) {
 
 // ---- What the verbs do not take as it is ----------------------------------------------------------------------------
 
-// A command with its standard input, and a part of what it writes; an empty part stands for nothing at all.
+// A command with its standard input, and a part of its output. An empty part means no output at all.
 struct OddInput {
     const char* command;
     std::string input;
@@ -427,7 +427,7 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
     EXPECT_EQ(Shell("kxdu inventory list n.db --nes --format csv | wc -l").out, "1\n") << "none was imported";
 }
 
-// A reader that cuts a field inside a character gives a record that is no UTF-8.
+// A reader that cuts a field inside a character makes a record that is not UTF-8.
 TEST_F(ToolWithOddInput, NoOutputIsOtherThanUtf8) {
     for (const char* const format : {"jsonl", "csv", "tsv"}) {
         const Ended ended = Shell(std::string("kxdu decode --format ") + format,

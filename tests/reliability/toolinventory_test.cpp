@@ -22,7 +22,7 @@ protected:
                   "cache,domain,ne_type\nEQUIPMENT_TYPE,OTN," + std::to_string(neType) + "\n");
     }
 
-    // n.db, which holds what the folder does.
+    // Makes n.db with the content of the folder.
     void MakeInventory(const std::string& csv) const {
         ASSERT_EQ(Shell("rm -f n.db; kxdu inventory init n.db && kxdu inventory import n.db " + csv).code, 0);
     }
@@ -34,7 +34,7 @@ protected:
 
 // ---- Not what it should be ------------------------------------------------------------------------------------------
 
-// Of each place in the file it is known that its loss is seen.
+// Overwrites one page after the other: each loss must be noticed.
 TEST_F(ToolInventory, ALostPageIsNoticedWhereverItIs) {
     WriteCsv("csv", 10000, 5);
     MakeInventory("csv");
@@ -52,7 +52,7 @@ TEST_F(ToolInventory, ALostPageIsNoticedWhereverItIs) {
     }
 }
 
-// Its rows are all there and right, but not where they are looked for.
+// All rows are present and right, but in the wrong places.
 TEST_F(ToolInventory, MisplacedPagesAreNoticed) {
     WriteCsv("csv", 10000, 5);
     MakeInventory("csv");
@@ -110,7 +110,7 @@ TEST_F(ToolInventory, OneThatStaysLockedIsGivenUp) {
     MakeInventory("old");
     SQLite::Database other((folder / "n.db").string(), SQLite::OPEN_READWRITE);
     other.exec("BEGIN EXCLUSIVE");
-    // All at once, since each of them is patient. The clock of the shell counts whole seconds.
+    // All at once, since each of them waits for a while. The clock of the shell counts whole seconds.
     const Ended ended = Shell(
         "begin=$(date +%s); for verb in 'inventory import n.db new' 'inventory list n.db' 'inventory export n.db out'"
         " 'encode --inventory n.db' 'check --inventory n.db' 'explain --inventory n.db NE=5'"
@@ -167,14 +167,14 @@ TEST_F(ToolInventory, OfManyWhoMakeItOneDoes) {
 
 class ToolInventoryKilled : public ToolInventory, public testing::WithParamInterface<const char*> {
 protected:
-    // Whoever comes too late to what is to be reached tries again.
+    // May come too late for `reached`; the caller then tries again.
     [[nodiscard]] Ended KillWhen(const std::string& reached, const std::string& verb) const {
         return Shell("size=$(stat -c %s n.db); " + InBackground(verb + " >/dev/null") + StopWhen(reached, GetParam()));
     }
 };
 
-// It is killed at any time of its run; a backup that is then copied over the inventory is read as it is, since nothing
-// beside it tells how to change it.
+// The import is killed at any time of its run. A backup that is then copied over the inventory is read unchanged: no
+// journal remains beside it.
 TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeldAndSpoilsNoBackup) {
     WriteCsv("old", 1000, 5);
     WriteCsv("new", 500000, 6);
@@ -192,7 +192,7 @@ TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeldAndSpoilsNoBackup) {
         EXPECT_TRUE(Holds("old") || (!isHit && Holds("new"))) << "in round " << round;
         EXPECT_EQ(Shell("ls -A | grep -e '-journal$' -e '-wal$'").code, 1) << "in round " << round;
         EXPECT_TRUE(GetParam() == std::string("KILL") || Shell("ls -d .inventory.*").code != 0)
-            << "KILL alone may come between the hidden name and the final one";
+            << "only KILL may come between the hidden name and the final one";
         ASSERT_EQ(Shell("cp saved.db n.db").code, 0);
         EXPECT_TRUE(Holds("saved")) << "in round " << round;
     }
@@ -201,7 +201,7 @@ TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeldAndSpoilsNoBackup) {
     EXPECT_TRUE(Holds("new"));
 }
 
-// It is killed when it has begun to write a table.
+// The export is killed after it has begun to write a table.
 TEST_P(ToolInventoryKilled, InMidExportLeavesAllOldFiles) {
     WriteCsv("old", 3, 5);
     WriteCsv("new", 500000, 6);
@@ -237,7 +237,7 @@ INSTANTIATE_TEST_SUITE_P(By, ToolInventoryKilled, testing::Values("INT", "TERM",
 
 // ---- No space -------------------------------------------------------------------------------------------------------
 
-// A limit on the size of files stands for a disk that fills up, sooner and later.
+// A limit on the size of files simulates a disk that fills up, sooner or later.
 TEST_F(ToolInventory, AnImportOntoAFullDiskChangesNothing) {
     WriteCsv("old", 2000, 5);
     WriteCsv("new", 200000, 6);

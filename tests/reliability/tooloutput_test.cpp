@@ -1,5 +1,5 @@
-// What may happen to the tool's output while it is written: a file that is not complete never appears, and what cannot
-// be written is never lost unseen.
+// What may happen to the tool's output while it is written: an incomplete file never appears, and no output is lost
+// without an error.
 #include <cstdio>
 #include <filesystem>
 #include <initializer_list>
@@ -16,7 +16,7 @@ constexpr auto OTHER_VERBS = {"sample --ne 3", "ne-type 1912",        "fb 810",
                               "level ODU2",    "path ODU2:1-ODU0",    "ctp E0",
                               "tables",        "tables client-rates", "inventory list n.db"};
 
-// What can only write to standard output.
+// Commands that can only write to standard output.
 constexpr auto ANSWERS = {"explain NE=5",
                           "inventory import n.db csv",
                           "inventory export n.db exported",
@@ -38,7 +38,7 @@ protected:
 
     [[nodiscard]] std::string HiddenFiles() const { return Shell("ls -A | grep '^[.]'").out; }
 
-    // Also the hidden ones that are not complete.
+    // Includes hidden files, which are incomplete.
     [[nodiscard]] std::string FilesLike(const std::string& name) const {
         return Shell("ls -A | grep '" + name + "'").out;
     }
@@ -63,7 +63,7 @@ TEST_F(ToolOutput, AFullDiskIsAnErrorOfItsOwn) {
     for (const char* const command : ANSWERS) {
         expectFull(std::string(command) + " >/dev/full", "standard output");
     }
-    // What they did is done: only the word of it is missing.
+    // They have done their work: only the message about it is missing.
     EXPECT_EQ(Shell("diff -r csv exported").code, 0);
     EXPECT_EQ(Shell("kxdu inventory export n.db now && diff -r csv now").code, 0);
     expectFull("inventory init m.db >/dev/full", "standard output");
@@ -71,7 +71,7 @@ TEST_F(ToolOutput, AFullDiskIsAnErrorOfItsOwn) {
     EXPECT_EQ(FilesLike("out"), "");
 }
 
-// A limit on the size of files stands for a disk that fills up in the middle.
+// A limit on the size of files simulates a disk that fills up in the middle.
 TEST_F(ToolOutput, ADiskThatFillsUpLeavesTheOldFile) {
     WriteFile("out", "old");
     for (const auto& [name, command, line] : LINE_VERBS) {
@@ -126,7 +126,7 @@ TEST_P(ToolStopped, LeavesNoRejectedLinesEither) {
     EXPECT_EQ(HiddenFiles(), "");
 }
 
-// At any moment of a run, most of all while the file is made and while it takes its place.
+// Signals come at any moment of a run, mostly while the file is made and while it takes its place.
 TEST_P(ToolStopped, LeavesNothingWheneverItComes) {
     const bool isKilled = GetParam() == std::string("KILL");
     for (int round = 0; round < 60; ++round) {
@@ -137,7 +137,7 @@ TEST_P(ToolStopped, LeavesNothingWheneverItComes) {
         EXPECT_EQ(ended.code, 0);
         const std::string out = ReadFile("out");
         EXPECT_TRUE(out == "old" || out.size() > 1000) << out.size();
-        if (!isKilled) {  // which may come between the two steps of replacing a file
+        if (!isKilled) {  // SIGKILL may come between the two steps of replacing a file
             EXPECT_EQ(HiddenFiles(), "") << "in round " << round;
         }
     }
@@ -148,7 +148,7 @@ INSTANTIATE_TEST_SUITE_P(By, ToolStopped,
                                          "PROF", "RTMIN", "SEGV", "ABRT"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
-// Such signals come from the kernel itself: a limit on the processor's time, and the key of a terminal.
+// The kernel itself sends such signals: for a limit on the processor's time, and for a key of a terminal.
 TEST_F(ToolOutput, ASignalOfTheKernelEndsTheRunToo) {
     EXPECT_EQ(
         Shell("(ulimit -St 1; exec timeout 60 '" KXDU_PROGRAM "' sample --identifiers 4000000000 -o out); kill -l $?")
@@ -182,7 +182,7 @@ TEST_F(ToolOutput, AReaderThatGoesAwayIsNoError) {
         const Ended ended =
             Shell("yes '" + std::string(line) + "' | { kxdu " + command + "; echo $? >code; } | head -n 1 | wc -l");
         EXPECT_EQ(ended.out, "1\n") << name;
-        EXPECT_EQ(ReadFile("code"), name == std::string("check") ? "1\n" : "0\n") << "what was found counts";
+        EXPECT_EQ(ReadFile("code"), name == std::string("check") ? "1\n" : "0\n") << "findings decide the exit code";
         if (name == std::string("filter")) {
             EXPECT_TRUE(ended.err.starts_with("kxdu: 0 held back, ")) << ended.err;
         }
@@ -197,7 +197,7 @@ TEST_F(ToolOutput, AReaderThatGoesAwayIsNoError) {
     }
 }
 
-// The output would lack lines, and nobody would know which.
+// Otherwise the output would lack lines, and no report would say which.
 TEST_F(ToolOutput, AReaderOfTheRejectedLinesThatGoesAwayIsOne) {
     const Ended ended = Shell("yes XY=1 | { kxdu decode -o out --rejects /dev/fd/3 3>&1; echo $? >code; } | head -n 1");
     EXPECT_EQ(ReadFile("code"), "3\n");
@@ -222,7 +222,7 @@ TEST_F(ToolOutput, NoFileTakesThePlaceOfAStandardStreamThatIsClosed) {
     EXPECT_EQ(withoutInput.err, "kxdu: <stdin>: Bad file descriptor\n");
 }
 
-// Only what was written counts.
+// Only written lines count.
 TEST_F(ToolOutput, AReaderThatGoesAwayLeavesASummaryOfWhatWasWritten) {
     const Ended ended = Shell(
         "yes '8 a' | head -n 3000000 | kxdu filter --config config --field 9 2>err | head -n 1;"
@@ -308,7 +308,7 @@ TEST_F(ToolOutput, ReportsDoNotGoIntoTheInput) {
     EXPECT_EQ(ReadFile("words"), "E0\n");
 }
 
-// A terminal that another program has made non-blocking, for example.
+// For example, another program may have made a terminal non-blocking.
 TEST_F(ToolOutput, ANonBlockingStreamIsWaitedFor) {
     WriteFile("slow.py", R"(
 import fcntl, os, subprocess, sys, time

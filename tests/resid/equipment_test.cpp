@@ -34,7 +34,7 @@ TEST(CardWriter, AsksTheInventoryAtEveryCall) {
     EXPECT_EQ(fdn, "NE=12,FR=1,S=3,CP=-1");
 
     EXPECT_THAT(inventory.m_queries, ElementsAre(Query{12, 0, true}, Query{12, 0, true}));
-    EXPECT_TRUE(inventory.m_questions.empty()) << "the NE type decides, no other question is needed";
+    EXPECT_TRUE(inventory.m_questions.empty()) << "the NE type decides alone";
 }
 
 // The library does not catch what an inventory throws.

@@ -105,7 +105,7 @@ std::vector<std::string*> TextsOf(Record& record) {
     return texts;
 }
 
-// Every reader, every text of its record; the whole text, and from its third character on.
+// Tests every reader with every text of its record: the whole text, and the text from its third character on.
 TEST(ReadersOfATextInTheirRecord, ReadWhatTheyReadOfACopy) {
     IdentifierGenerator identifiers(7);
     RecordGenerator records(8);

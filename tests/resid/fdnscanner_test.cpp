@@ -38,7 +38,7 @@ std::vector<std::pair<std::string, std::string>> LevelsOf(std::string_view fdn) 
     while (scanner.Next(level)) {
         levels.emplace_back(level.tag, level.value);
     }
-    EXPECT_FALSE(scanner.Next(level)) << "the end is the end";
+    EXPECT_FALSE(scanner.Next(level)) << "it stays at the end";
     return levels;
 }
 
@@ -49,7 +49,7 @@ std::vector<std::string> SubValuesOf(std::string_view value) {
     while (scanner.Next(subValue)) {
         subValues.emplace_back(subValue);
     }
-    EXPECT_FALSE(scanner.Next(subValue)) << "the end is the end";
+    EXPECT_FALSE(scanner.Next(subValue)) << "it stays at the end";
     return subValues;
 }
 

@@ -87,7 +87,7 @@ TEST(LevelFinder, TellsWhenATagMayRepeat) {
     EXPECT_FALSE((LevelFinder<"NE", "S">("NE=1,PP=2,PP=3").MayRepeat()));
     EXPECT_TRUE((LevelFinder<"NE", "S">("NE=1,PP=2,NE=3").MayRepeat()));
     EXPECT_TRUE((LevelFinder<"NE", "S">("S,S").MayRepeat()));
-    EXPECT_TRUE((LevelFinder<"NE", "S">("NE=1,S=2,S=3").MayRepeat())) << "it has all, and looks no further";
+    EXPECT_TRUE((LevelFinder<"NE", "S">("NE=1,S=2,S=3").MayRepeat())) << "it looks no further once it has all tags";
 }
 
 TEST(LevelFinder, FindsTheFirstOfEachTag) {
@@ -107,7 +107,7 @@ TEST(LevelFinder, LeavesAFieldWithoutValueUntouched) {
     EXPECT_FALSE(levels.ReadNumber<"PP">(field));
     EXPECT_EQ(field, 42);
     EXPECT_TRUE(levels.ReadNumber<"S">(field));
-    EXPECT_EQ(field, 0) << "the first sub-value is there, and empty";
+    EXPECT_EQ(field, 0) << "the first sub-value is empty, but present";
 }
 
 template <NS_UTIL::NS_FDN::Tag Wanted, class Levels>

@@ -35,7 +35,7 @@ using NS_UTIL::ResIDUtil;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The writers that ask the inventory, with what they write of SampleEndPoint().
+// A writer that asks the inventory, and its text for SampleEndPoint().
 struct OamWriter {
     const char* name;
     std::function<void(std::string&)> write;
@@ -82,12 +82,12 @@ std::vector<OamWriter> Writers() {
     };
 }
 
-// The text that is written if the question of this number, from 1, gets no answer.
+// Returns the text that a writer has written if this question (the first is 1) gets no answer.
 const char* TextUpTo(std::size_t question) {
     return question == 1 ? "NE=5,MD=" : "NE=5,MD=3|md1,MA=";
 }
 
-// An inventory to which something happens at a question.
+// An inventory that calls m_event at each question.
 class EventfulInventory : public RecordingInventory {
 public:
     bool IsOamNumberOmitted(int neId) override {
@@ -126,7 +126,7 @@ TEST(OamWriters, ThrowWhenThereIsNoInventory) {
     }
 }
 
-// The inventory answers the question about the MD and is gone before the one about the MA.
+// The inventory answers the question about the MD, and is unregistered before the one about the MA.
 TEST(OamWriters, ThrowWhenTheInventoryGoesBetweenTwoQuestions) {
     for (const OamWriter& writer : Writers()) {
         EventfulInventory inventory;
@@ -233,7 +233,7 @@ TEST(OamReaders, TellAnUnreadableEndPointByOneNumber) {
     EXPECT_EQ(ResIDUtil::ResID2MepIndex(ExactText("MEP"), mep), 0x411800BA);
 }
 
-// An MD number that is 0 in its low 32 bits counts as none, too.
+// An MD number whose low 32 bits are 0 counts as none, too.
 TEST(OamReaders, OfEndPointsLookAtTheNumberAsItIsKept) {
     MEPIndex mep;
     EXPECT_EQ(ResIDUtil::ResID2MepIndex(ExactText("NE=5,MD=4294967296|md1,MEP=7"), mep), 0);
@@ -260,7 +260,7 @@ TEST_F(OamRecords, ComeFromOneLogger) {
                     Record{"resIDUtil", "unknown", 1243, 1,
                            "[ResIDUtil::ResID2MepIndex]cannot find the equality sign in FDN."}));
     EXPECT_THAT(m_log.m_asked, ElementsAre(RecordingLog::LoggerName{"kx_domain_bundle", "kx_domain_model", "debug"}))
-        << "asked for once";
+        << "asks for the logger once";
 }
 
 TEST_F(OamRecords, AreDroppedWhenTheLogServiceFails) {

@@ -1,4 +1,4 @@
-// The look-up of the inventory for each OAM level: it needs no memory, but it needs its lock.
+// The look-up of the inventory for each OAM level. It needs no memory, but it needs the lock of the registry.
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -26,7 +26,8 @@ using NS_TEST::Registration;
 using NS_UTIL::InterfaceNotExistException;
 using NS_UTIL::ResIDUtil;
 
-// Memory or locks fail from its first answer on. It also makes the next look-up search the registry.
+// An inventory that makes memory or locks fail from its first answer on, and makes the next look-up search the
+// registry.
 template <class Failing>
 class FailingInventory : public CountingInventory {
 public:
@@ -109,7 +110,7 @@ TEST_F(OamLookup, NeedsNoMemoryToSayThatThereIsNoInventory) {
 
 using OamLookupDeathTest = OamLookup;
 
-// The look-up for an MD level may throw that there is no inventory; any other exception ends the process.
+// The look-up for an MD level may throw only that the inventory is missing; any other exception ends the process.
 TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
     CountingInventory inventory(0);
     const Registration registration("InventoryBufif", inventory);
@@ -118,7 +119,7 @@ TEST_F(OamLookupDeathTest, ForAnMdLevelEndsTheProcess) {
         try {
             write(m_fdn);
         } catch (...) {
-            std::exit(0);  // the exception came this far
+            std::exit(0);  // the exception left the conversion
         }
     };
     EXPECT_DEATH(convert([](std::string& fdn) { ResIDUtil::MDIndex2ResID(MDIndex{}, fdn); }), "terminate called");
@@ -133,7 +134,7 @@ TEST_F(OamLookup, ForAnMaLevelLetsEverythingPass) {
         m_fdn.clear();
         EXPECT_THROW(write(record, m_fdn), std::system_error);
         inventory.m_failing.reset();
-        BundleMgr::Instance()->UnregisterService("Another");  // it goes with the inventory
+        BundleMgr::Instance()->UnregisterService("Another");  // it is a member of the inventory
         EXPECT_EQ(m_fdn, "NE=6,MD=3|md1,MA=");
     };
     NS_DOMAIN::MEPIndex mep;

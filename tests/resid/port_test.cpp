@@ -54,7 +54,7 @@ TEST(PortWriter, ReadsTheConfigurationAtEveryCall) {
     Configuration::Remove("NETypeListForSubSlot");
     ResIDUtil::PortIndex2ResID(port, fdn, false);
     EXPECT_EQ(fdn, "NE=5,S=3,CP=-1,PP=||2|");
-    EXPECT_EQ(inventory.m_queries.size(), 4U) << "asked at every call, also without a list";
+    EXPECT_EQ(inventory.m_queries.size(), 4U) << "asks at every call, even without a list";
 
     port.slotId = -1;
     ResIDUtil::PortIndex2ResID(port, fdn, false);
@@ -65,7 +65,7 @@ TEST(PortWriter, ReadsTheConfigurationAtEveryCall) {
     Configuration::Remove("Telvandaire");
     ResIDUtil::PortIndex2ResID(port, fdn, false);
     EXPECT_EQ(fdn, "NE=5,PP=||2|");
-    EXPECT_EQ(inventory.m_queries.size(), 4U) << "not asked without a slot";
+    EXPECT_EQ(inventory.m_queries.size(), 4U) << "asks nothing without a slot";
 }
 
 TEST(PortReader, ReadsTheConfigurationAtEveryCall) {
@@ -134,7 +134,7 @@ TEST(LoopBackPortReader, TellsWhichServiceIsMissing) {
     }
 }
 
-// A key may be read again from a text that it holds.
+// A text inside a key may be read into the same key.
 TEST(AccessPointReader, MayReadTheTextOfItsOwnKey) {
     for (const char* const text : {"NE=12,S=3,CP=-1,PP=16||2|,CHANNELSET=5", "NE=1,PP=16||2|,VR=3,SUBIF=9",
                                    "NE=1,PP=16||2|,CHANNELSET", "NE=1"}) {
@@ -176,7 +176,7 @@ TEST(PortWriters, WriteNamesOfAnyLength) {
     }
 }
 
-// Records of a typical network: reading back what is written gives a record that is written the same way.
+// Generates records of a typical network. Written and read back, they give records that are written the same way.
 class PlausibleRecords {
 public:
     explicit PlausibleRecords(std::uint64_t seed) : m_chance(seed) {}
@@ -195,7 +195,7 @@ public:
         port.slotId = m_chance.Once(3) ? -1 : Number();
         const bool isNamed = port.ppType == 251 || (port.ppType == 0 && !port.portLabel.empty());
         if (underCarrierProfile && isNamed && (port.fbType == 65547 || port.fbType == 65549)) {
-            port.slotId = -1;  // such ports have none there
+            port.slotId = -1;  // such ports have no slot under the carrier profile
         }
         port.subSlotId = m_chance.Once(2) ? -1 : Number();
         return port;

@@ -21,7 +21,7 @@ using NS_UTIL::NS_FDN::NS_DETAIL::BLOCK_SIZE;
 using NS_UTIL::NS_FDN::NS_DETAIL::FindPlainly;
 using NS_UTIL::NS_FDN::NS_DETAIL::FindSeparators;
 
-// Commas among characters that differ from one in a single bit, and NULs.
+// Commas among NULs and characters that differ from a comma in a single bit.
 std::string AnyText(NS_TEST::Chance& chance, std::size_t size) {
     static constexpr std::string_view CHARACTERS(",,-.<\xAC\0aZ", 9);
     const std::size_t kinds = 1 + chance.Below(CHARACTERS.size());

@@ -22,7 +22,7 @@ using NS_TEST::Scaled;
 using NS_UTIL::ResIDUtil;
 using NS_UTIL::UtilCommon;
 
-// Reading keeps the whole identifier, and writing puts an NE level in front of it.
+// Reading keeps the whole identifier, and writing prepends an NE level to it.
 TEST(PseudoWires, GainAnNeLevelOnEveryRoundTrip) {
     PWIndex pw;
     ResIDUtil::ResID2PWIndex(ExactText("NE=12,PW=4"), pw);

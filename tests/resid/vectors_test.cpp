@@ -33,7 +33,7 @@ using NS_TEST::Writer;
 using NS_TEST::WriterArguments;
 using NS_UTIL::ResIDUtil;
 
-// Returns the code of the exception that `convert` throws; 0: none.
+// Returns the code of the exception that `convert` throws; 0 if it throws none.
 template <class Convert>
 std::uint32_t ThrownCode(Convert convert) {
     try {
@@ -49,7 +49,7 @@ std::uint32_t ExpectedCode(const VectorCase& vectorCase) {
                                     : 0;
 }
 
-// Each log record as its fields with blanks between.
+// Returns each log record as its fields, separated by blanks.
 std::vector<std::string> LogTexts(const RecordingLog& log) {
     std::vector<std::string> texts;
     for (const RecordingLog::Record& record : log.m_records) {
@@ -59,7 +59,7 @@ std::vector<std::string> LogTexts(const RecordingLog& log) {
     return texts;
 }
 
-// The same by the typed call, from surroundings that are set and registered nowhere.
+// Runs the case by the typed call, in surroundings that are passed to it instead of registered.
 template <class Record>
 void RunTypedReader(const VectorCase& vectorCase, const Reader<Record>& reader) {
     RecordingDataAccess dataAccess;
@@ -114,7 +114,7 @@ void RunReader(const VectorCase& vectorCase, const Reader<Record>& reader) {
     EXPECT_EQ(unlogged, expected) << "another answer without a log service";
 }
 
-// What the inventory of a case must have been asked.
+// Expects that the inventory got the questions of the case.
 void ExpectQuestions(const VectorCase& vectorCase, const RecordingInventory& inventory) {
     std::vector<RecordingInventory::Query> queries;
     if (vectorCase.Has("queries")) {
@@ -170,7 +170,7 @@ void RunWriter(const VectorCase& vectorCase, const Writer<Record>& writer) {
         EXPECT_EQ(fdn, vectorCase.Text("expected"));
         ExpectQuestions(vectorCase, inventory);
     }
-    // The same by the typed call, from surroundings that are set and registered nowhere.
+    // Runs the case by the typed call, in surroundings that are passed to it instead of registered.
     CaseInventory inventory(vectorCase);
     const GivenSurroundings surroundings(vectorCase.TextMap("configuration"),
                                          vectorCase.Has("inventory") ? &inventory : nullptr, nullptr);

@@ -93,7 +93,7 @@ TEST(SampleIdentifiers, HaveEveryLevelThatAWriterWrites) {
         }
     });
     for (const Tag* const tag : AllTags()) {
-        // These two are read, and written as an access point.
+        // These two can be read, but are written as an access point.
         if (tag->name != "CHANNELSET" && tag->name != "VR") {
             EXPECT_TRUE(tags.contains(tag->name)) << tag->name;
         }

@@ -255,7 +255,7 @@ TEST_F(ConfigurationService, AnswersManyThreadsWhileItIsReloaded) {
     EXPECT_GT(answers, 0);
 }
 
-// As a user who is not the superuser, to whom nothing is forbidden.
+// Tries unreadable files as an ordinary user: nothing is forbidden to the superuser.
 TEST(ConfigurationFile, SaysWhyItCannotBeRead) {
     const TemporaryFolder folder;
     const auto file = folder / "config/kx_corbaagent_bundle/bundle.cfg";

@@ -97,7 +97,7 @@ TEST_F(DomainLists, AreLeftAloneByAHostWithoutInventory) {
     EXPECT_EQ(AllLists(), before);
 }
 
-// Else threads that ask predicates at the same time would change the caches under each other.
+// If predicates changed the lists, threads could not call them at the same time.
 TEST_F(DomainLists, AreNotChangedByPredicates) {
     const Host host(WithInventory(m_file));
     const AllLists before;

@@ -40,7 +40,7 @@ Inventory SmallInventory() {
                               {DomainCache::EQUIPMENT_TYPE, "OTN", 9}}};
 }
 
-// Large enough that writing it takes a while; all rows tell which one it is.
+// Large enough that writing it takes a while. All its rows have the same NE type, which identifies it.
 Inventory LargeInventory(std::uint16_t neType, std::int32_t neCount = 20000) {
     Inventory inventory{.neTypes = {{neType, "type", false, false}}, .nes = {}, .domainMembers = {}};
     for (std::int32_t neId = 0; neId < neCount; ++neId) {
@@ -53,7 +53,7 @@ void Execute(const std::filesystem::path& file, const std::string& statements) {
     SQLite::Database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(statements);
 }
 
-// An inventory as someone else may have made it: right tables, no checks.
+// An inventory that another program may have made: right tables, no checks.
 std::filesystem::path MakeUncheckedInventory(const std::filesystem::path& file, const std::string& rows) {
     CreateInventory(file);
     Execute(file, R"(
@@ -310,7 +310,7 @@ TEST_F(InventoryWrittenBadly, KeepsWhatItHeld) {
     ExpectRefused(bad, "domain_member", "(unknown, access, 7)", "CHECK");
 }
 
-// A file whose own tables do check has the last word, whoever writes.
+// The tables of an inventory check rows themselves, whichever program writes.
 TEST(InventoryFile, ChecksRowsItself) {
     const TemporaryFolder folder;
     const auto file = MakeInventory(folder / "a.db", SmallInventory());
@@ -327,7 +327,7 @@ TEST(InventoryFile, ChecksRowsItself) {
     EXPECT_EQ(ReadInventory(file), SmallInventory());
 }
 
-// Runs action in a process of its own and kills that after a while.
+// Runs action in a forked process, and kills the process after a while.
 template <class Action>
 void RunAndKill(Action action, std::chrono::microseconds after) {
     const pid_t child = fork();
@@ -390,7 +390,7 @@ TEST(InventoryFile, IsThereOnlyWhenItIsWholeWhereverItsMakerIsKilled) {
     }
 }
 
-// The writer dies when it has already changed the file: the next reader undoes that.
+// The writer dies after it changed the file: the next reader undoes the change.
 TEST(InventoryFile, IsTheOldOneAfterAWriterThatDied) {
     const TemporaryFolder folder;
     const Inventory inventory = LargeInventory(1);
@@ -441,7 +441,7 @@ TEST(InventoryFile, GivesUpOnAWriterThatNeverEnds) {
     EXPECT_EQ(ReadInventory(file), SmallInventory());
 }
 
-// ---- Put in place whole ---------------------------------------------------------------------------------------------
+// ---- Replaced as a whole --------------------------------------------------------------------------------------------
 
 TEST(InventoryFile, KeepsItsPermissionsAndALinkToIt) {
     const TemporaryFolder folder;
@@ -452,10 +452,10 @@ TEST(InventoryFile, KeepsItsPermissionsAndALinkToIt) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.db"));
     EXPECT_EQ(ReadInventory(folder / "a.db"), LargeInventory(3, 10));
     EXPECT_EQ(std::filesystem::status(folder / "a.db").permissions(), std::filesystem::perms{0640})
-        << "without the bit that runs a program as another user";
+        << "without the set-user-ID bit";
 }
 
-// What a program that never ended left in a write-ahead log belongs to the old file.
+// A killed program leaves a write-ahead log. It belongs to the old file.
 TEST(InventoryFile, IsNotMixedWithTheWriteAheadLogOfTheFileBefore) {
     const TemporaryFolder folder;
     const auto file = MakeInventory(folder / "a.db", LargeInventory(1, 100));
@@ -475,7 +475,7 @@ TEST(InventoryFile, IsNotMixedWithTheWriteAheadLogOfTheFileBefore) {
     EXPECT_EQ(ReadInventory(file), LargeInventory(2, 100));
 }
 
-// A system call that fails in this process from now on, as on a file system that cannot do it.
+// Makes system calls fail in this process from now on, as on a file system that does not support them.
 void LetFail(std::initializer_list<std::pair<int, int>> callsAndErrors) {
     std::vector<sock_filter> program{BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
     for (const auto& [call, error] : callsAndErrors) {
@@ -489,7 +489,7 @@ void LetFail(std::initializer_list<std::pair<int, int>> callsAndErrors) {
     }
 }
 
-// What happens in a process of its own: 0 when isRight says so.
+// Runs isRight in a forked process. Returns 0 if it returned true.
 int CodeOfChild(const std::function<bool()>& isRight) {
     const pid_t child = fork();
     if (child == 0) {
@@ -564,7 +564,7 @@ TEST(InventoryFile, HasNamesInUtf8WithoutNul) {
     EXPECT_EQ(ReadInventory(file), inventory);
 }
 
-// As a user who is not the superuser, to whom nothing is forbidden.
+// Runs as an ordinary user: nothing is forbidden to the superuser.
 class InventoryFileWithoutRights : public testing::Test {
 protected:
     // The text of the error of action, in a process without rights.

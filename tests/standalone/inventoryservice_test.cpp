@@ -67,7 +67,7 @@ TEST(InventoryServiceWithAListener, TellsOfEachQuestionAboutAMissingNe) {
     EXPECT_THAT(missing, testing::ElementsAre(2, 3, 7, 8, 9));
 }
 
-// It may hold what the thread that reloads waits for.
+// The listener may wait for a thread that reloads the inventory.
 TEST(InventoryServiceWithAListener, MayBeReloadedWhileTheListenerWaits) {
     const TemporaryFolder folder;
     HostOptions options = WithInventory(MakeInventory(folder / "a.db", {}));
@@ -92,7 +92,7 @@ TEST(InventoryServiceWithAListener, MayBeReloadedWhileTheListenerWaits) {
     card.neId = 7;
     card.slotId = 3;
     NS_UTIL::ResIDUtil::CardIndex2ResID(card, fdn);
-    EXPECT_EQ(done, 4) << "the library is inside of the service";
+    EXPECT_EQ(done, 4) << "the library waits inside the service";
 }
 
 TEST_F(InventoryService, KnowsWhichNesOmitOamNumbers) {

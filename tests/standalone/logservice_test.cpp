@@ -28,7 +28,7 @@ protected:
 
     static LogSvcInterface* Service() { return FindService<LogSvcInterface>("LogSvcInterface"); }
 
-    // What the file holds when records was called with a logger of this level name.
+    // Returns what is in the file after records wrote to a logger of this level name.
     template <class Records>
     std::string WrittenFrom(const std::string& level, Records records) {
         {

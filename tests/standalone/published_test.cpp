@@ -11,7 +11,7 @@ namespace {
 using NS_BUNDLEMGR1::ReadPin;
 using NS_STANDALONE::Published;
 
-// Counts how many of it there are; its two numbers are equal until it is freed.
+// Counts the living objects. The two numbers of an object are equal until it is freed.
 struct Thing {
     explicit Thing(int number) : first(number), second(number) { ++alive; }
     ~Thing() {

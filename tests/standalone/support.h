@@ -14,7 +14,7 @@
 
 namespace NS_TEST {
 
-/// The text of the std::runtime_error that `action` throws; a failure when it throws none.
+/// Returns the text of the std::runtime_error that `action` throws. The test fails if it throws none.
 template <class Action>
 std::string ErrorOf(Action action) {
     try {
@@ -26,7 +26,7 @@ std::string ErrorOf(Action action) {
     return {};
 }
 
-/// A file that holds `inventory`.
+/// Makes a file that holds `inventory`.
 inline std::filesystem::path MakeInventory(const std::filesystem::path& file,
                                            const NS_STANDALONE::Inventory& inventory) {
     NS_STANDALONE::CreateInventory(file);

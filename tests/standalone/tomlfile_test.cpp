@@ -11,7 +11,7 @@ using namespace NS_STANDALONE;
 using namespace NS_TEST;
 using NS_BUNDLEMGR1::CorbaConfigItems;
 
-// A configuration file, seen through the host that reads it.
+// Tests configuration files through the host that reads them.
 class TomlFile : public testing::Test {
 protected:
     void Load(const std::string& text) {

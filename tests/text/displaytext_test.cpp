@@ -17,7 +17,7 @@ TEST(Printable, ReplacesWhatWouldSteerTheTerminal) {
               "a�b");  // a control character beyond ASCII
     EXPECT_EQ(Printable("a\xE2\x80\xAE"
                         "b"),
-              "a�b");  // writes what follows from right to left
+              "a�b");  // makes the terminal write the following text from right to left
 }
 
 TEST(Printable, ReplacesEachByteThatIsNotUtf8) {

@@ -8,7 +8,7 @@ namespace {
 
 class FileInUseTest : public ProgramTest {
 protected:
-    // Each command is to be refused with this complaint, and to leave every file as it was.
+    // Each command must be refused with this complaint, and leave every file unchanged.
     void ExpectRefused(const std::string& command, const std::string& complaint) const {
         const std::string sums = "find . -type f -exec cksum {} + | sort";
         const std::string before = Shell(sums).out;
@@ -30,7 +30,7 @@ TEST_F(FileInUseTest, IsNotReplaced) {
         EXPECT_EQ(failure.GetCause(), Cause::USAGE);
         EXPECT_EQ(failure.what(), (folder / "./a").string() + ": the sum would replace the list");
     }
-    EXPECT_THROW(RefuseReplacing(filesInUse, folder / "b"), Failure) << "it may come to be";
+    EXPECT_THROW(RefuseReplacing(filesInUse, folder / "b"), Failure) << "the file may be created later";
     EXPECT_NO_THROW(RefuseReplacing(filesInUse, folder / "c"));
 }
 

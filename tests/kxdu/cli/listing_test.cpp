@@ -16,7 +16,7 @@ class ListingTest : public testing::Test {
 protected:
     [[nodiscard]] std::string Written() const { return NS_TEST::ReadFile(m_file); }
 
-    // What is written of rows.
+    // The output for `rows`.
     [[nodiscard]] std::string TextOf(const std::vector<std::string>& columns, const std::vector<Row>& rows,
                                      Format format) const {
         Listing listing(columns, {format, m_file});

@@ -38,7 +38,7 @@ TEST_F(CheckTest, ReportsThatNothingIsReadFromTheTextForNoPort) {
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out, "<stdin>:1: nothing is read: the identifier fills no field of its record\n");
     EXPECT_NE(Shell("kxdu explain '" + noPort + "'").out.find(ended.out.substr(11)), std::string::npos)
-        << "the same words as explain uses";
+        << "explain uses the same words";
 }
 
 TEST_F(CheckTest, ServicesAndOamAreCheckedLikeTheRest) {

@@ -136,7 +136,7 @@ TEST_F(DecodeTest, WhatStandsInTheFilesOfTheStreamsStays) {
               "kxdu: 1 rejected in 1 line\n");
 }
 
-// An empty name mostly comes from a shell variable that is not set.
+// An empty name usually comes from an unset shell variable.
 TEST_F(DecodeTest, EmptyNamesAreRefused) {
     for (const char* const arguments :
          {"decode --output", "decode --rejects", "decode --as", "decode --config", "encode --inventory"}) {

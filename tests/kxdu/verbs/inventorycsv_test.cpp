@@ -29,7 +29,7 @@ Inventory SomeInventory() {
 
 class InventoryCsv : public ProgramTest {
 protected:
-    // What is said about a good inventory of which one file is this.
+    // The message about a good inventory in which this text replaces one file.
     [[nodiscard]] std::string ComplaintAbout(const std::string& file, const std::string& text) const {
         WriteFile("ne.csv", NE_HEADER);
         WriteFile("ne_type.csv", std::string(NE_TYPE_HEADER) + "7,seven,0,0\n");

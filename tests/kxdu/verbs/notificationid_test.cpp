@@ -10,7 +10,7 @@ TEST(NotificationId, IsTheFirstFieldThatIsANumber) {
     EXPECT_EQ(reader->Read("5"), 5);
     EXPECT_EQ(reader->Read("  \t5\t6"), 5);
     EXPECT_EQ(reader->Read("2024-05-01 12:00 id=1 5 6"), 5);
-    EXPECT_EQ(reader->Read("-1 1.5 +3 1700000000000 5\r"), 5) << "what is no identifier is passed over";
+    EXPECT_EQ(reader->Read("-1 1.5 +3 1700000000000 5\r"), 5) << "fields that are no identifier are skipped";
     EXPECT_EQ(reader->Read("a\xff"
                            "5 6"),
               6);
@@ -70,7 +70,7 @@ TEST(NotificationId, DeepNestingIsNoProblem) {
     const std::string close(300'000, ']');
     EXPECT_EQ(reader->Read("{\"a\":" + open + close + ",\"id\":7}"), 7);
     EXPECT_EQ(reader->Read(open), std::nullopt);
-    EXPECT_EQ(reader->Read("{\"id\":7}"), 7) << "a line that failed leaves nothing behind";
+    EXPECT_EQ(reader->Read("{\"id\":7}"), 7) << "a failed line does not affect the next one";
 }
 
 }  // namespace

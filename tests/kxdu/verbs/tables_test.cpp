@@ -77,7 +77,7 @@ TEST_F(TablesVerb, PrintsEachTableWhole) {
     EXPECT_EQ(Printed("optical-boards"), KnownNumbers("opticalBoards", "boardType"));
 }
 
-// The listing groups the types by level or by bidirectional type; the table need not, so the order does not count.
+// The order does not count: only the listing groups the types by level or by bidirectional type.
 TEST_F(TablesVerb, PrintsTablesOfGroupsWhole) {
     const auto sorted = [](std::vector<CsvRow> rows) {
         std::sort(rows.begin() + 1, rows.end());
