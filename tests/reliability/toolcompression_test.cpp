@@ -4,6 +4,7 @@
 #include <string>
 
 #include "kxdu/program.h"
+#include "support/scale.h"
 
 struct Compressor {
     const char* name;

@@ -11,6 +11,14 @@
 #define KX_TEST_SANITIZED 1
 #endif
 #endif
+#if defined(__SANITIZE_ADDRESS__)
+#define KX_TEST_ADDRESS_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define KX_TEST_ADDRESS_SANITIZED 1
+#endif
+#endif
+
 #ifdef KX_TEST_SANITIZED
 #define KX_TEST_FEWER_ROUNDS 1
 #endif
