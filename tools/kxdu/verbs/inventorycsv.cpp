@@ -122,7 +122,7 @@ private:
                 Complain("the row is longer than 1 MiB");
             }
             m_rowText.append(line);
-            isQuoteOpen ^= std::count(line.begin(), line.end(), '"') % 2 != 0;
+            isQuoteOpen = isQuoteOpen != (std::count(line.begin(), line.end(), '"') % 2 != 0);
         }
         CsvReader row(m_file, m_rowText, m_rowLine);
         return row.Next(m_row);
