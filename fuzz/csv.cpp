@@ -11,6 +11,7 @@
 namespace {
 
 using namespace NS_KX;
+using namespace NS_KX::NS_KXDU;
 using NS_FUZZ::ExpectEqual;
 
 // Complaints begin with the place.

@@ -150,6 +150,9 @@ std::string Write(const RecordOf<Kind>& record, const Surroundings& surroundings
 
 // ---- The conversion of each kind ------------------------------------------------------------------------------------
 
+// The definitions call the record after what it is: port, shelf, mep.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
+
 // Equipment.
 
 template <>
@@ -370,5 +373,7 @@ template <>
 struct KX_DOMAIN_UTIL_API Conversion<RemoteMEP> : Conversion<NS_DOMAIN::MEPIndex> {
     static void Write(const Record& record, std::string& fdn, const Surroundings& surroundings);
 };
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 }  // namespace NS_UTIL::NS_FDN
