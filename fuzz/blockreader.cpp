@@ -1,5 +1,6 @@
 /// The lines of inputs are the same for every block size, and for every number of bytes that arrive at a time.
 #include "lines/blockreader.h"
+#include "lines/compression.h"
 
 #include <algorithm>
 
@@ -63,10 +64,7 @@ std::vector<Line> LinesInBlocks(const std::vector<std::string>& files, std::size
 
 // This fuzzer splits text; what begins like a compressed file is another matter.
 bool IsTakenForCompressed(std::string_view input) {
-    return input.starts_with("\x1f\x8b") || input.starts_with("\x28\xb5\x2f\xfd") ||
-           input.starts_with(
-               "\xfd"
-               "7zXZ");
+    return RecognizeCompression(input).compression != Compression::NONE;
 }
 
 }  // namespace
