@@ -1,6 +1,5 @@
 /// The lines of inputs are the same for every block size, and for every number of bytes that arrive at a time.
 #include "lines/blockreader.h"
-#include "lines/compression.h"
 
 #include <algorithm>
 
@@ -8,6 +7,7 @@
 
 #include "fuzz/input.h"
 #include "fuzz/memoryfile.h"
+#include "lines/compression.h"
 #include "support/chance.h"
 #include "support/pieces.h"
 #include "text/text.h"
