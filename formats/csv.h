@@ -13,31 +13,60 @@ namespace NS_KX {
 
 using CsvRow = std::vector<std::string>;
 
-/// Reads rows, strictly. Lines end with LF or CRLF, the last one may lack its end. A quoted field may hold commas, line
-/// ends and doubled quotes.
+/// Takes the fields of rows one by one, strictly. Lines end with LF or CRLF, the last one may lack its end. A quoted
+/// field may hold delimiters, line ends and doubled quotes.
+class CsvFields {
+public:
+    /// `text` must outlive the object. Its first row is read first.
+    explicit CsvFields(std::string_view text, char delimiter = ',') noexcept : m_text(text), m_delimiter(delimiter) {}
+
+    /// Takes the next field of the row; false after the last one, and if `Problem` says something. The field is a view
+    /// of the text or of this object, until the next row.
+    bool Next(std::string_view& field);
+    /// Goes to the next row after the last field of a row; false if there is none.
+    bool NextRow() noexcept;
+
+    /// What is wrong: a quote in the middle of a field, a quoted field without its end, text after a closing quote, a
+    /// lone CR, or a NUL byte. Empty if nothing is.
+    [[nodiscard]] std::string_view Problem() const noexcept { return m_problem; }
+    /// How many line ends were read.
+    [[nodiscard]] std::size_t LineEnds() const noexcept { return m_lineEnds; }
+
+private:
+    bool TakePlain(std::string_view& field);
+    bool TakeQuoted(std::string_view& field);
+    std::string_view Unquoted(std::string_view field);
+    bool StepOverEnd();
+    bool Fail(std::string_view problem) noexcept;
+    [[nodiscard]] bool IsAtEnd() const noexcept { return m_at == m_text.size(); }
+
+    std::string_view m_text;
+    char m_delimiter;
+    std::size_t m_at = 0;
+    std::size_t m_lineEnds = 0;
+    bool m_isRowRead = false;
+    std::string_view m_problem;
+    std::string m_unquoted;
+};
+
+/// Reads whole rows by the same rules.
 class CsvReader {
 public:
     /// `text` must outlive the reader. Messages call it `name`, and count its lines from `firstLine`.
     CsvReader(std::string name, std::string_view text, std::size_t firstLine = 1)
-        : m_name(std::move(name)), m_text(text), m_line(firstLine), m_rowLine(firstLine) {}
+        : m_name(std::move(name)), m_fields(text), m_firstLine(firstLine), m_rowLine(firstLine) {}
 
-    /// Reads the next row into `row`; false after the last. Throws std::runtime_error as `Complain` does for a quote in
-    /// the middle of a field, a quoted field without its end, text after a closing quote, a lone CR, or a NUL byte.
+    /// Reads the next row into `row`; false after the last. Throws std::runtime_error as `Complain` does for what
+    /// `CsvFields::Problem` says.
     bool Next(CsvRow& row);
 
     /// Throws std::runtime_error "name:line: reason" for the last row read.
     [[noreturn]] void Complain(std::string_view reason) const;
 
 private:
-    std::string TakeField();
-    std::string TakeQuotedField();
-    bool EndRow();
-    [[nodiscard]] bool IsAtEnd() const { return m_at == m_text.size(); }
-
     std::string m_name;
-    std::string_view m_text;
-    std::size_t m_at = 0;
-    std::size_t m_line;     // at m_at
+    CsvFields m_fields;
+    std::size_t m_firstLine;
     std::size_t m_rowLine;  // where the row began
 };
 

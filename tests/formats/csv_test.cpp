@@ -69,6 +69,50 @@ TEST(CsvReader, LineNumbersCountTheLineEndsInsideQuotes) {
     EXPECT_EQ(ComplaintAbout("\"a\nb\"\nc\"\n").substr(0, 8), "a.csv:3:");
 }
 
+TEST(CsvFields, ComeOneByOne) {
+    CsvFields fields("a;\"b;\"\"c\"\"\";;d,e\nf\n", ';');
+    std::string_view field;
+    for (const char* const expected : {"a", "b;\"c\"", "", "d,e"}) {
+        ASSERT_TRUE(fields.Next(field));
+        EXPECT_EQ(field, expected);
+    }
+    EXPECT_FALSE(fields.Next(field)) << "the row has no more";
+    ASSERT_TRUE(fields.NextRow());
+    ASSERT_TRUE(fields.Next(field));
+    EXPECT_EQ(field, "f");
+    EXPECT_EQ(fields.LineEnds(), 2U);
+    EXPECT_FALSE(fields.NextRow());
+    EXPECT_EQ(fields.Problem(), "");
+}
+
+TEST(CsvFields, StayValidUntilTheNextRow) {
+    CsvFields fields("\"\"\"1\"\"\",\"\"\"a long field that is not kept inside of the text\"\"\"");
+    std::string_view first;
+    std::string_view second;
+    ASSERT_TRUE(fields.Next(first) && fields.Next(second));
+    EXPECT_EQ(first, "\"1\"");
+    EXPECT_EQ(second, "\"a long field that is not kept inside of the text\"");
+}
+
+TEST(CsvFields, AnEmptyLineHasOneThatIsEmpty) {
+    CsvFields fields("");
+    std::string_view field = "x";
+    EXPECT_TRUE(fields.Next(field));
+    EXPECT_EQ(field, "");
+    EXPECT_FALSE(fields.Next(field));
+}
+
+TEST(CsvFields, BeforeAProblemAreGiven) {
+    CsvFields fields("7,\"a\"b");
+    std::string_view field;
+    EXPECT_TRUE(fields.Next(field));
+    EXPECT_EQ(field, "7");
+    EXPECT_EQ(fields.Problem(), "");
+    EXPECT_FALSE(fields.Next(field));
+    EXPECT_EQ(fields.Problem(), "text after a quoted field");
+    EXPECT_FALSE(fields.Next(field));
+}
+
 TEST(CsvLine, QuotesOnlyWhatNeedsIt) {
     EXPECT_EQ(CsvLine({"a", "", " b ", "München"}), "a,, b ,München\n");
     EXPECT_EQ(CsvLine({"a,b", "say \"x\"", "two\nlines", "\r"}), "\"a,b\",\"say \"\"x\"\"\",\"two\nlines\",\"\r\"\n");
