@@ -61,6 +61,7 @@ kx_add_layer(lines
         output.cpp
         progress.cpp
         temporaryfile.cpp
+        terminal.cpp
     LIBRARIES kx_text TBB::tbb PkgConfig::zlib PkgConfig::zstd PkgConfig::lzma Threads::Threads)
 
 if(KX_BUILD_STANDALONE)

@@ -23,12 +23,23 @@ constexpr std::string_view CAVEAT = "\x1b[33m";
 // A part, its line and its meaning have one colour; neighbours have different ones.
 constexpr std::array<std::string_view, 5> PART_COLOURS{"\x1b[36m", "\x1b[35m", "\x1b[34m", "\x1b[32m", "\x1b[31m"};
 
+struct Strokes {
+    std::string_view stem;
+    std::string_view corner;
+    std::string_view line;
+    std::string_view arrow;
+    std::string_view tick;
+};
+constexpr Strokes UNICODE{"│", "╰", "─", "←", "✓"};
+constexpr Strokes ASCII{"|", "+", "-", "<-", "="};
+
 // Each line can be as long as the identifier, so the drawing of all parts would grow with the square of its length.
 constexpr std::size_t MOST_PARTS = 200;
 
 class Drawing {
 public:
-    Drawing(const Explanation& explanation, bool isColoured) : m_explanation(explanation), m_isColoured(isColoured) {
+    Drawing(const Explanation& explanation, const DrawingStyle& style)
+        : m_explanation(explanation), m_isColoured(style.isColoured), m_strokes(style.isAscii ? ASCII : UNICODE) {
         const std::size_t count = std::min(explanation.parts.size(), MOST_PARTS);
         for (std::size_t place = 0; place < count; ++place) {
             const auto before = std::string_view(explanation.fdn).substr(0, explanation.parts[place].begin);
@@ -93,7 +104,7 @@ private:
         m_at = 0;
         for (std::size_t place = 0; place < count; ++place) {
             Blanks(m_columns[place] - m_at);
-            Add(ColourOf(place), "│");
+            Add(ColourOf(place), m_strokes.stem);
             m_at = m_columns[place] + 1;
         }
     }
@@ -101,15 +112,15 @@ private:
     void AddMeaning(std::size_t place) {
         const ExplainedPart& part = m_explanation.parts[place];
         Blanks(m_columns[place] - m_at);
-        std::string line = "╰";
+        std::string line(m_strokes.corner);
         for (std::size_t column = m_columns[place]; column < m_columns.back() + 2; ++column) {
-            line += "─";
+            line += m_strokes.line;
         }
         Add(ColourOf(place), line);
         m_text.append(" ").append(Printable(part.meaning));
         if (!part.caveat.empty()) {
             m_text += "  ";
-            Add(CAVEAT, "← " + Printable(part.caveat));
+            Add(CAVEAT, std::string(m_strokes.arrow) + " " + Printable(part.caveat));
         }
         m_text += "\n";
     }
@@ -148,7 +159,7 @@ private:
         }
         if (m_explanation.isCanonical) {
             m_text += MARGIN;
-            Add(GOOD, "✓ canonical: what was read is written just so");
+            Add(GOOD, std::string(m_strokes.tick) + " canonical: what was read is written just so");
             m_text += "\n";
         }
     }
@@ -161,6 +172,7 @@ private:
 
     const Explanation& m_explanation;
     bool m_isColoured;
+    const Strokes& m_strokes;
     std::vector<std::size_t> m_columns;  // where each drawn part begins
     std::size_t m_at = 0;                // the column of the line being drawn
     std::string m_text;
@@ -168,8 +180,8 @@ private:
 
 }  // namespace
 
-std::string Draw(const Explanation& explanation, bool isColoured) {
-    return Drawing(explanation, isColoured).Text();
+std::string Draw(const Explanation& explanation, const DrawingStyle& style) {
+    return Drawing(explanation, style).Text();
 }
 
 }  // namespace NS_KX

@@ -21,6 +21,7 @@
 #include "lines/fileinuse.h"
 #include "lines/output.h"
 #include "lines/progress.h"
+#include "lines/terminal.h"
 #include "text/text.h"
 
 namespace NS_KX {
@@ -28,6 +29,8 @@ namespace NS_KX {
 namespace {
 
 constexpr std::string_view LINE_TOO_LONG = "the line is longer than 1 MiB";
+constexpr std::string_view PLACE_COLOUR = "\x1b[36m";
+constexpr std::string_view RESET = "\x1b[0m";
 
 // For the blocks in flight and their results. The output's buffer may take half as much again.
 constexpr std::size_t MEMORY = std::size_t{24} << 20U;
@@ -53,15 +56,16 @@ std::size_t Threads(unsigned jobs) {
 }
 
 std::string Summary(const LineWork& work, const LineCounts& counts) {
+    return std::to_string(counts.findings) + " " + std::string(work.finding) + " in " + std::to_string(counts.lines) +
+           (counts.lines == 1 ? " line" : " lines") + (counts.isStopped ? ", and stopped there\n" : "\n");
+}
+
+// What a run says at its end.
+std::string ClosingMessage(const LineWork& work, const LineCounts& counts) {
     if (work.summarize && !counts.isStopped) {
         return work.summarize(counts);
     }
-    if (counts.findings == 0) {
-        return {};
-    }
-    return "kxdu: " + std::to_string(counts.findings) + " " + std::string(work.finding) + " in " +
-           std::to_string(counts.lines) + (counts.lines == 1 ? " line" : " lines") +
-           (counts.isStopped ? ", and stopped there\n" : "\n");
+    return counts.findings == 0 ? std::string() : "kxdu: " + Summary(work, counts);
 }
 
 // The output may replace an input: it takes the input's place after everything is read. The rejected lines may not, and
@@ -189,7 +193,7 @@ private:
     }
 
     [[nodiscard]] bool IsProgressShown() const {
-        return !m_options.isProgressHidden && isatty(STDERR_FILENO) == 1 && !m_output.IsTerminal();
+        return !m_options.isProgressHidden && IsCapableTerminal(STDERR_FILENO) && !m_output.IsTerminal();
     }
 
     void RunAll() {
@@ -201,6 +205,9 @@ private:
             if (m_readFailure && !m_isStopped) {
                 std::rethrow_exception(m_readFailure);
             }
+        }
+        if (m_options.findings == FindingsShown::SUMMARY) {
+            m_output.Write(Summary(m_work, m_counts));
         }
         if (!m_isStopped || m_work.isReportTheOutput) {  // a stopped run leaves no incomplete output
             m_output.Complete();
@@ -366,6 +373,7 @@ private:
         const std::string_view name = piece.input.inputName;
         m_counts.isFound = m_counts.isFound || result.m_findings != 0;
         m_isStopped = m_options.isStrict && result.m_findings != 0;
+        m_counts.isStopped = m_isStopped;
         if (m_isStopped) {
             m_output.Write(result.output.View().substr(0, result.m_outputBeforeFirst));
             WriteReport(result.m_report.View().substr(0, result.m_firstFindingEnd), name);
@@ -385,15 +393,28 @@ private:
     // Puts the input's name before each line of a report. If the name is long, holds only a few lines at a time.
     void WriteReport(std::string_view report, std::string_view inputName) {
         constexpr std::size_t MOST = std::size_t{64} << 10U;
+        if (m_options.findings != FindingsShown::ALL) {
+            return;
+        }
         while (!report.empty()) {
             const std::size_t size = report.find('\n') + 1;
-            m_named.append(inputName).append(report.substr(0, size));
+            AppendFinding(inputName, report.substr(0, size));
             report.remove_prefix(size);
             if (m_named.size() >= MOST || report.empty()) {
                 WriteNamed(m_named);
                 m_named.clear();
             }
         }
+    }
+
+    void AppendFinding(std::string_view inputName, std::string_view finding) {
+        if (!m_work.isReportColoured) {
+            m_named.append(inputName).append(finding);
+            return;
+        }
+        const std::size_t placeEnd = finding.find(": ") + 1;
+        m_named.append(PLACE_COLOUR).append(inputName).append(finding.substr(0, placeEnd)).append(RESET);
+        m_named.append(finding.substr(placeEnd));
     }
 
     void WriteNamed(std::string_view report) {
@@ -425,7 +446,6 @@ private:
             m_rejects->Complete();
         }
         m_progress.Clear();
-        m_counts.isStopped = m_isStopped;
         return m_counts;
     }
 
@@ -460,7 +480,9 @@ private:
 LineCounts RunLines(const BulkOptions& options, const LineWork& work) {
     RefuseLoss(options, work);
     const LineCounts counts = LineRun(options, work).Run();
-    WriteMessage(Summary(work, counts));
+    if (options.findings == FindingsShown::ALL) {
+        WriteMessage(ClosingMessage(work, counts));
+    }
     return counts;
 }
 

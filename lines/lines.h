@@ -16,6 +16,13 @@
 
 namespace NS_KX {
 
+/// What a run shows of its findings.
+enum class FindingsShown {
+    ALL,      ///< each of them, and the summary if there is one
+    SUMMARY,  ///< only the summary, as the output
+    NONE,
+};
+
 /// What the user chose for bulk work.
 struct BulkOptions {
     std::vector<std::string> files;  ///< none: standard input
@@ -24,6 +31,7 @@ struct BulkOptions {
     unsigned jobs = 0;               ///< threads; 0: one for each core
     bool isStrict = false;           ///< the first finding ends the run
     bool isProgressHidden = false;   ///< no progress bar, even if standard error is a terminal
+    FindingsShown findings = FindingsShown::ALL;
 };
 
 /// Counts that a converter uses as it likes.
@@ -107,6 +115,7 @@ struct LineWork {
     bool mustBeUtf8 = true;                 ///< rejects lines that are not, or whose output is not
     bool isVerbatim = false;                ///< the converter gets every line that is not too long, just as it is
     bool isReportTheOutput = false;         ///< findings go to the output: the user asked for them
+    bool isReportColoured = false;          ///< colours where a finding is
     std::string_view finding = "rejected";  ///< the summary's word for a line with a finding
     std::vector<FileInUse> filesInUse;      ///< files that the run needs besides the inputs
 

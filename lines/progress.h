@@ -1,12 +1,24 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace NS_KX {
 
-/// A bar on standard error that shows the progress and the speed of a run. It is one line, and disappears when the run
-/// ends.
+/// How far a run is.
+struct ProgressState {
+    std::uint64_t bytes = 0;
+    std::uint64_t totalBytes = 0;  ///< 0: not known
+    std::uint64_t lines = 0;
+    std::chrono::duration<double> elapsed{};
+};
+
+/// The line that shows this state, at most `width` columns: a bar, lines, speed, and the time that is left.
+std::string ProgressText(const ProgressState& state, std::size_t width);
+
+/// A bar on standard error that shows the progress of a run. It is one line, and disappears when the run ends.
 class Progress {
 public:
     /// `totalBytes` is 0 if it is not known.

@@ -45,6 +45,15 @@ void AppendQuoted(std::string& message, std::string_view text, std::size_t longe
     message += shown.size() < text.size() ? "...\"" : "\"";
 }
 
+std::string Grouped(std::uint64_t number) {
+    constexpr std::size_t GROUP = 3;
+    std::string text = std::to_string(number);
+    for (std::size_t end = text.size(); end > GROUP; end -= GROUP) {
+        text.insert(end - GROUP, 1, ',');
+    }
+    return text;
+}
+
 std::string Wrapped(const std::string& head, const std::vector<std::string>& words, std::size_t width) {
     const std::string indent(head.size(), ' ');
     std::string lines;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,9 @@ inline std::string Quoted(std::string_view text, std::size_t longest = 60) {
 inline std::string QuotedWhole(std::string_view text) {
     return Quoted(text, std::string_view::npos);
 }
+
+/// `number` in groups of three digits: 1,234,567.
+std::string Grouped(std::uint64_t number);
 
 /// The greatest width of a line of help, in columns.
 inline constexpr std::size_t HELP_WIDTH = 120;

@@ -121,7 +121,7 @@ py::list Check(const py::object& fdn) {
 
 py::str ExplainInWords(const py::object& fdn) {
     const TextBytes text = ReadFdn(fdn);
-    return MakeText(Draw(Explain(text.View(), FindKind(text.View()), NS_UTIL::Surroundings()), false));
+    return MakeText(Draw(Explain(text.View(), FindKind(text.View()), NS_UTIL::Surroundings())));
 }
 
 void Define(py::module_& module) {

@@ -7,7 +7,7 @@ using namespace NS_KX;
 namespace {
 
 std::string DrawFdn(const std::string& fdn, bool isColoured = false) {
-    return Draw(Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem()), isColoured);
+    return Draw(Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem()), {isColoured, false});
 }
 
 std::string WithoutColours(const std::string& text) {
@@ -49,6 +49,14 @@ TEST(Draw, LeadsALineFromEachPartToItsMeaning) {
               "  ✓ canonical: what was read is written just so\n");
 }
 
+TEST(Draw, DrawsLinesInAsciiAndKeepsTheTexts) {
+    EXPECT_THAT(Draw(Explain("NE=1,FOO=ü", nullptr, NS_UTIL::Surroundings::OfSystem()), {false, true}),
+                testing::StartsWith("  NE=1,FOO=ü\n"
+                                    "     | |\n"
+                                    "     | +-- level \"FOO\"  <- unknown tag \"FOO\"\n"
+                                    "     +---- network element 1\n"));
+}
+
 TEST(Draw, KeepsColumnsBehindNamesOfManyBytes) {
     EXPECT_THAT(DrawFdn("NE=1,LP=||3|北京 ü,SUBIF=7"),
                 testing::StartsWith("  NE=1,LP=||3|北京 ü,SUBIF=7\n"
@@ -77,8 +85,8 @@ TEST(Draw, OfManyPartsTheFirstAreDrawnAndTheOthersCounted) {
     };
     const Explanation most = Explain(commas(199), nullptr, NS_UTIL::Surroundings::OfSystem());
     ASSERT_EQ(most.parts.size(), 200U);
-    EXPECT_EQ(meanings(Draw(most, false)), 200U);
-    EXPECT_THAT(Draw(most, false), testing::Not(testing::HasSubstr("not drawn")));
+    EXPECT_EQ(meanings(Draw(most)), 200U);
+    EXPECT_THAT(Draw(most), testing::Not(testing::HasSubstr("not drawn")));
 
     const std::string oneMore = DrawFdn(commas(200));
     EXPECT_EQ(meanings(oneMore), 200U);

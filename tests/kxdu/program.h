@@ -34,17 +34,18 @@ protected:
         const auto quoted = [](const std::filesystem::path& path) {
             return std::string(1, '\'').append(path).append("'");
         };
-        const std::string line =
-            std::string("unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR; kxdu() { '" KXDU_PROGRAM "' \"$@\"; }; cd ")
-                .append(quoted(folder))
-                .append(" && { ")
-                .append(command)
-                .append("\n} <")
-                .append(quoted(streams / "in"))
-                .append(" >")
-                .append(quoted(streams / "out"))
-                .append(" 2>")
-                .append(quoted(streams / "err"));
+        const std::string line = std::string(
+                                     "unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR FORCE_COLOR CLICOLOR_FORCE COLUMNS; "
+                                     "export LC_ALL=C.UTF-8 TERM=xterm; kxdu() { '" KXDU_PROGRAM "' \"$@\"; }; cd ")
+                                     .append(quoted(folder))
+                                     .append(" && { ")
+                                     .append(command)
+                                     .append("\n} <")
+                                     .append(quoted(streams / "in"))
+                                     .append(" >")
+                                     .append(quoted(streams / "out"))
+                                     .append(" 2>")
+                                     .append(quoted(streams / "err"));
         const int status = std::system(line.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, NS_TEST::ReadFile(streams / "out"),
                 NS_TEST::ReadFile(streams / "err")};

@@ -3,7 +3,9 @@
 # The commands of one document run in one folder, so that later ones can use files of earlier ones.
 #   readme_test.sh SOURCE_FOLDER KXDU DOCUMENT...
 set -euo pipefail
-unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR  # they would change what is printed
+# They would change what is printed.
+unset KX_INVENTORY KX_CONFIG_DIR NO_COLOR FORCE_COLOR CLICOLOR_FORCE COLUMNS
+export LC_ALL=C.UTF-8
 
 source=$1
 PATH=$(dirname "$2"):$PATH

@@ -32,6 +32,14 @@ TEST(Text, CutsLongTextsUnlessTheyMustBeWhole) {
     EXPECT_EQ(QuotedWhole(std::string(1000, 'x')), "\"" + std::string(1000, 'x') + "\"");
 }
 
+TEST(Text, NumbersAreGroupedByThreeDigits) {
+    EXPECT_EQ(Grouped(0), "0");
+    EXPECT_EQ(Grouped(999), "999");
+    EXPECT_EQ(Grouped(1000), "1,000");
+    EXPECT_EQ(Grouped(123456), "123,456");
+    EXPECT_EQ(Grouped(18'446'744'073'709'551'615U), "18,446,744,073,709,551,615");
+}
+
 TEST(Text, IsWrappedAtTheWidthOfALine) {
     EXPECT_EQ(Wrapped("  ", {}), "  ");
     EXPECT_EQ(Wrapped("  of: ", {"a", "b"}), "  of: a b");

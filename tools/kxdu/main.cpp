@@ -1,9 +1,6 @@
-#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <filesystem>
-#include <iterator>
-#include <memory>
 #include <new>
 #include <sstream>
 #include <string>
@@ -14,11 +11,12 @@
 #include <unistd.h>
 
 #include "cli/arguments.h"
+#include "cli/complaint.h"
+#include "cli/help.h"
 #include "cli/verbs.h"
 #include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/output.h"
-#include "text/text.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -30,18 +28,6 @@ constexpr auto HELP = R"(Examples:
   kxdu help decode
 
 Each verb lists its exit codes. Every verb ends with 4 when the memory is exhausted.)";
-
-// Wraps the descriptions of options, which CLI11 prints in one line each.
-class HelpFormatter : public CLI::Formatter {
-public:
-    HelpFormatter() { label("SUBCOMMAND", "VERB"); }
-
-private:
-    std::string make_option_desc(const CLI::Option* option) const override {
-        std::istringstream words(CLI::Formatter::make_option_desc(option));
-        return Wrapped("", {std::istream_iterator<std::string>(words), {}}, HELP_WIDTH - get_column_width());
-    }
-};
 
 int AsInt(ExitCode code) {
     return static_cast<int>(code);
@@ -69,32 +55,6 @@ int Run(const Action& action) {
     }
 }
 
-// CLI11 has one message for a missing and an unknown verb ("subcommand required"), and another that names no reason for
-// options before the verb. This says what is wrong.
-std::string UsageText(const CLI::App* app, const CLI::Error& error) {
-    const auto inFront = app->remaining();
-    const auto option = std::find_if(inFront.begin(), inFront.end(),
-                                     [](const std::string& argument) { return argument.starts_with('-'); });
-    const bool isOptionInFront = option != inFront.end() && !app->get_subcommands().empty();
-    while (!app->get_subcommands().empty()) {
-        app = app->get_subcommands().front();
-    }
-    std::string text = error.what();
-    if (isOptionInFront) {
-        text = *option + " stands before the verb; options go after it";
-    } else if (app->get_require_subcommand_min() != 0) {
-        const auto unknown = app->remaining();
-        text = unknown.empty() ? "a verb is missing" : UnknownVerb(*app, AsGiven(unknown.front()));
-    } else if (const auto unexpected = app->remaining(); dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-        text = unexpected.size() == 1 ? "The following argument was not expected:"
-                                      : "The following arguments were not expected:";
-        for (const std::string& argument : unexpected) {
-            text += " " + AsGiven(argument);
-        }
-    }
-    return "kxdu: " + text + HELP_HINT + "\n";
-}
-
 // If the caller closed a standard stream, the next file that we open would take its number, and messages would go into
 // that file. /dev/null takes the number instead, opened so that using the stream is still an error.
 void HoldStandardStreams() {
@@ -111,8 +71,8 @@ int Main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);  // write() fails instead if a file must not grow
     HoldStandardStreams();
     CLI::App app("Reads, writes, checks and explains the identifiers of a telecom network", "kxdu");
-    app.set_version_flag("--version", "kxdu " KX_VERSION);
-    app.formatter(std::make_shared<HelpFormatter>());
+    SetUpHelp(app);
+    app.set_version_flag("-V,--version", "kxdu " KX_VERSION, "Print the version");
     app.footer(HELP);
     app.failure_message(UsageText);
     app.require_subcommand(1);

@@ -103,6 +103,46 @@ TEST_F(CheckTest, NesThatTheInventoryLacksAreReportedOnce) {
     EXPECT_EQ(ended.err, "kxdu: NE 5 is not in the inventory: treated as NE type 0\n");
 }
 
+TEST_F(CheckTest, QuietSaysItByTheExitCodeAlone) {
+    for (const char* const option : {"-q", "--quiet"}) {
+        const Ended found = Shell(std::string("kxdu check --levels-only ") + option, "NE=5\nXY=1\nXY=2\n");
+        EXPECT_EQ(found.code, 1);
+        EXPECT_EQ(found.out + found.err, "");
+        const Ended good = Shell(std::string("kxdu check --levels-only ") + option, "NE=5\n");
+        EXPECT_EQ(good.code, 0);
+        EXPECT_EQ(good.out + good.err, "");
+    }
+    const Ended missing = Shell("kxdu check -q missing.fdn");
+    EXPECT_EQ(missing.code, 2);
+    EXPECT_NE(missing.err, "") << "a failure is no finding";
+}
+
+TEST_F(CheckTest, QuietEndsAtTheFirstFinding) {
+    EXPECT_EQ(Shell("{ echo XY=1; yes NE=1; } | kxdu check --levels-only -q").code, 1);
+}
+
+TEST_F(CheckTest, SummaryIsOneLine) {
+    const Ended found = Shell("kxdu check --levels-only --summary", "NE=5\nXY=1\nXY=2\n");
+    EXPECT_EQ(found.code, 1);
+    EXPECT_EQ(found.out, "2 found in 3 lines\n");
+    EXPECT_EQ(found.err, "");
+    const Ended good = Shell("kxdu check --summary", "NE=5\n");
+    EXPECT_EQ(good.code, 0);
+    EXPECT_EQ(good.out, "0 found in 1 line\n");
+    EXPECT_EQ(Shell("kxdu check --summary --strict -o s && cat s", "NE=5\n").out, "0 found in 1 line\n");
+    EXPECT_EQ(Shell("kxdu check --summary --strict", "NE=5\nXY=1\nXY=2\n").out,
+              "1 found in 2 lines, and stopped there\n");
+}
+
+TEST_F(CheckTest, ColoursTheirPlaces) {
+    EXPECT_EQ(Shell("kxdu check --color always", "XY=1\n").out, "\x1b[36m<stdin>:1:1:\x1b[0m unknown tag \"XY\"\n");
+    EXPECT_EQ(Shell("kxdu check", "XY=1\n").out, "<stdin>:1:1: unknown tag \"XY\"\n");
+    const std::string onTerminal = "echo XY=1 >a; script -qec \"'" KXDU_PROGRAM "' check a\" /dev/null";
+    EXPECT_NE(Shell(onTerminal).out.find("\x1b[36ma:1:1:"), std::string::npos);
+    EXPECT_EQ(Shell("export NO_COLOR=1; " + onTerminal).out.find("\x1b["), std::string::npos);
+    EXPECT_EQ(Shell("FORCE_COLOR=1 kxdu check --color never", "XY=1\n").out.find("\x1b["), std::string::npos);
+}
+
 TEST_F(CheckTest, HasNoRejects) {
     EXPECT_EQ(Shell("kxdu check --rejects r", "NE=1\n").code, 2);
     EXPECT_EQ(Shell("kxdu check --help").out.find("--rejects"), std::string::npos);

@@ -178,24 +178,29 @@ TEST_F(DecodeTest, LinesAreAnsweredAsTheyArrive) {
 
 TEST_F(DecodeTest, ExitsWithTwoOnWrongArguments) {
     for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"", "kxdu: a verb is missing"},
              {"nonsense", "kxdu: unknown verb \"nonsense\""},
              {"-v", "kxdu: unknown option \"-v\""},
              {"decod", "kxdu: unknown verb \"decod\"; did you mean decode?"},
              {"list", "kxdu: unknown verb \"list\"; did you mean inventory list?"},
              {"--inventory x decode", "kxdu: --inventory stands before the verb; options go after it"},
              {"--inventory=x decode", "kxdu: --inventory=x stands before the verb; options go after it"},
-             {"inventory", "kxdu: a verb is missing"},
              {"inventory imprt", "kxdu: unknown verb \"imprt\"; did you mean import?"},
              {"inventory nonsense", "kxdu: unknown verb \"nonsense\""},
-             {"decode --nonsense", "kxdu: The following argument was not expected: --nonsense"},
+             {"decode --nonsense", "kxdu: unknown option \"--nonsense\""},
+             {"decode --nonsense=x", "kxdu: unknown option \"--nonsense\""},
+             {"decode -X", "kxdu: unknown option \"-X\""},
+             {"decode --formt csv", "kxdu: unknown option \"--formt\"; did you mean --format?"},
+             {"decode --out=x", "kxdu: unknown option \"--out\"; did you mean --output?"},
+             {"decode -format csv", "kxdu: unknown option \"-format\"; did you mean --format?"},
+             {"inventory list --fromat csv x.db", "kxdu: unknown option \"--fromat\"; did you mean --format?"},
+             {"--versoin", "kxdu: unknown option \"--versoin\"; did you mean --version?"},
              {"decode --format xml", "kxdu: --format: \"xml\" is not one of jsonl, csv, tsv, table"},
              {"decode --format 1", "kxdu: --format: \"1\" is not one of jsonl, csv, tsv, table"},
              {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is not a number from 1 to 256"},
              {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is not a number from 1 to 256"}}) {
         const Ended ended = Shell(std::string("kxdu ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
-        EXPECT_EQ(ended.err, std::string(complaint) + "\nRun with --help for usage.\n");
+        EXPECT_EQ(ended.err.substr(0, ended.err.find('\n')), complaint);
     }
     EXPECT_EQ(Shell("kxdu decode --config missing").code, 2);
 }

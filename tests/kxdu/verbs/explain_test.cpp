@@ -77,6 +77,31 @@ TEST_F(ExplainVerb, ColoursOnATerminalUnlessForbidden) {
     EXPECT_FALSE(Contains(Shell("NO_COLOR=1 script -qec \"'" KXDU_PROGRAM "' explain NE=5\" /dev/null").out, "\x1b["));
 }
 
+TEST_F(ExplainVerb, ColoursIntoAPipeIfForced) {
+    for (const char* const forced : {"FORCE_COLOR=1", "CLICOLOR_FORCE=1"}) {
+        EXPECT_TRUE(Contains(Shell(std::string(forced) + " kxdu explain NE=5").out, "\x1b[")) << forced;
+        EXPECT_FALSE(Contains(Shell(std::string(forced) + " NO_COLOR=1 kxdu explain NE=5").out, "\x1b[")) << forced;
+        EXPECT_FALSE(Contains(Shell(std::string(forced) + " kxdu explain --color never NE=5").out, "\x1b["));
+    }
+    EXPECT_FALSE(Contains(Shell("FORCE_COLOR=0 CLICOLOR_FORCE=0 kxdu explain NE=5").out, "\x1b["));
+}
+
+TEST_F(ExplainVerb, DoesNotColourOnADumbTerminal) {
+    EXPECT_FALSE(Contains(Shell("TERM=dumb script -qec \"'" KXDU_PROGRAM "' explain NE=5\" /dev/null").out, "\x1b["));
+}
+
+TEST_F(ExplainVerb, DrawsInAsciiIfTheLocaleIsNotUtf8) {
+    const Ended ended = Shell("LC_ALL=C kxdu explain 'NE=5,FR=1'");
+    EXPECT_TRUE(
+        ended.out.starts_with("  NE=5,FR=1\n"
+                              "     |    |\n"
+                              "     |    +-- shelf 1\n"
+                              "     +------- network element 5\n"))
+        << ended.out;
+    EXPECT_TRUE(ended.out.ends_with("  = canonical: what was read is written just so\n")) << ended.out;
+    EXPECT_EQ(Shell("LC_ALL=C kxdu explain 'NE=5,FOO=1' | LC_ALL=C grep '[^ -~]'").out, "");
+}
+
 TEST_F(ExplainVerb, WhatIsMissingIsAUsageError) {
     EXPECT_EQ(Shell("kxdu explain").code, 2);
     EXPECT_EQ(Shell("kxdu explain --color red NE=5").code, 2);

@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "kxdu/program.h"
 
 namespace {
@@ -25,8 +27,58 @@ TEST_F(HelpVerb, SuggestsTheNearestVerbForAnUnknownOne) {
         const Ended ended = Shell(std::string("kxdu help ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.out, "") << arguments;
-        EXPECT_EQ(ended.err, std::string("kxdu: ") + complaint + "\nRun with --help for usage.\n");
+        EXPECT_EQ(ended.err.substr(0, ended.err.find('\n')), std::string("kxdu: ") + complaint);
     }
+}
+
+TEST_F(HelpVerb, WithoutAVerbTheVerbsAreListed) {
+    const Ended ended = Shell("kxdu");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, Shell("kxdu -h").out);
+    EXPECT_NE(ended.err.find("\n  decode      Convert identifiers"), std::string::npos) << ended.err;
+    const Ended inner = Shell("kxdu inventory");
+    EXPECT_EQ(inner.code, 2);
+    EXPECT_EQ(inner.err, Shell("kxdu inventory -h").out);
+    EXPECT_NE(inner.err.find("\n  list        Show"), std::string::npos) << inner.err;
+}
+
+TEST_F(HelpVerb, IsShortOnRequest) {
+    const Ended ended = Shell("kxdu decode -h");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_NE(ended.out.find("Usage: kxdu decode [OPTIONS] [FILE...]\n"), std::string::npos) << ended.out;
+    EXPECT_NE(ended.out.find("--format jsonl|"), std::string::npos);
+    EXPECT_EQ(ended.out.find("Examples:"), std::string::npos);
+    EXPECT_TRUE(ended.out.ends_with("\nFor more: kxdu decode --help\n")) << ended.out;
+    EXPECT_LT(2 * ended.out.size(), Shell("kxdu decode --help").out.size());
+}
+
+TEST_F(HelpVerb, IsAsWideAsTheTerminal) {
+    for (const char* const verb : {"", "decode", "check", "inventory", "fb"}) {
+        const Ended ended = Shell(std::string("COLUMNS=70 kxdu help ") + verb);
+        std::istringstream lines(ended.out);
+        for (std::string line; std::getline(lines, line);) {
+            // Commands are there to be copied, and names of types and lists are long.
+            EXPECT_TRUE(line.size() <= 70 || line.starts_with("  ")) << line;
+        }
+        EXPECT_GT(ended.out.size(), 500U);
+    }
+}
+
+TEST_F(HelpVerb, AComplaintNamesTheHelpThatExplains) {
+    EXPECT_EQ(Shell("kxdu decode --nonsense").err,
+              "kxdu: unknown option \"--nonsense\"\nRun kxdu decode --help for usage.\n");
+    EXPECT_EQ(Shell("kxdu inventory list --nonsense").err,
+              "kxdu: unknown option \"--nonsense\"\nRun kxdu inventory list --help for usage.\n");
+    EXPECT_EQ(Shell("kxdu nonsense").err, "kxdu: unknown verb \"nonsense\"\nRun kxdu --help for usage.\n");
+    EXPECT_EQ(Shell("kxdu help nonsense").err, "kxdu: unknown verb \"nonsense\"\nRun kxdu --help for usage.\n");
+}
+
+TEST_F(HelpVerb, TheVersionHasAShortOption) {
+    const Ended ended = Shell("kxdu -V");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(ended.out.starts_with("kxdu 1.")) << ended.out;
+    EXPECT_EQ(ended.out, Shell("kxdu --version").out);
 }
 
 TEST_F(HelpVerb, CallsVerbsVerbs) {

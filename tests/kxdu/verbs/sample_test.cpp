@@ -66,7 +66,7 @@ TEST_F(Sample, SeedsGoUpTo64Bits) {
     EXPECT_EQ(Shell("kxdu sample --ne 1 --seed 18446744073709551615").code, 0);
     EXPECT_EQ(Shell("kxdu sample --ne 1 --seed 18446744073709551616").err,
               "kxdu: --seed: \"18446744073709551616\" is not a number from 0 to 18446744073709551615\n"
-              "Run with --help for usage.\n");
+              "Run kxdu sample --help for usage.\n");
     EXPECT_EQ(Shell("kxdu sample --ne 3 --seed 010").out, Shell("kxdu sample --ne 3 --seed 10").out) << "not octal";
 }
 

@@ -267,12 +267,14 @@ Listing::Cell CellOf(std::optional<std::string> text) {
 }
 
 void AddListingOptions(Verb& verb, ListingOptions& options) {
-    verb.AddChoice("--format", "FORMAT", options.format,
+    verb.AddChoice("--format", options.format,
                    {{"table", Listing::Format::TABLE},
                     {"csv", Listing::Format::CSV},
                     {"jsonl", Listing::Format::JSONL},
+                    {"json", Listing::Format::JSONL},
                     {"md", Listing::Format::MARKDOWN}},
-                   "How rows are written: table (the default), csv, jsonl or md; of table and md, the first " +
+                   "How rows are written: table (the default), csv, jsonl (or json: an object on each line) or md; of "
+                   "table and md, the first " +
                        std::to_string(Listing::MEASURED_ROWS) + " rows tell how wide a column is");
     verb.AddOutput(options.output);
 }

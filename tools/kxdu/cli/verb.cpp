@@ -50,6 +50,10 @@ Verb Verb::AddVerb(const std::string& name, const std::string& description) {
     return {m_verb, m_action, name, description};
 }
 
+void Verb::Hide() {
+    m_verb.group("");
+}
+
 void Verb::AddFlag(const std::string& name, bool& isGiven, const std::string& help) {
     m_verb.add_flag(name, isGiven, help);
 }

@@ -49,6 +49,9 @@ public:
     /// Adds a verb to this one, which then requires one of its own verbs.
     Verb AddVerb(const std::string& name, const std::string& description);
 
+    /// Leaves the verb out of the list of verbs.
+    void Hide();
+
     void AddFlag(const std::string& name, bool& isGiven, const std::string& help);
     /// Refuses an empty text: it mostly comes from a shell variable that is not set.
     VerbOption AddText(const std::string& names, const std::string& valueName, std::string& text,
@@ -77,10 +80,14 @@ public:
             help);
     }
 
-    /// Adds an option that takes one of a few words.
+    /// Adds an option that takes one of a few words. The help shows them for the value: auto|always|never.
     template <class Choice>
-    void AddChoice(const std::string& name, const std::string& valueName, Choice& chosen,
-                   std::vector<std::pair<std::string, Choice>> choices, const std::string& help) {
+    void AddChoice(const std::string& name, Choice& chosen, std::vector<std::pair<std::string, Choice>> choices,
+                   const std::string& help) {
+        std::string valueName;
+        for (const auto& [word, choice] : choices) {
+            valueName.append(valueName.empty() ? "" : "|").append(word);
+        }
         AddChecked(
             name, valueName,
             [&chosen, choices = std::move(choices)](const std::string& text) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 namespace CLI {
 class App;
@@ -20,12 +19,6 @@ enum class ExitCode : int {
 
 /// What a verb does once its arguments are parsed.
 using Action = std::function<ExitCode()>;
-
-/// Ends every complaint about the command line.
-inline constexpr auto HELP_HINT = "\nRun with --help for usage.";
-
-/// The message to a user who gave `verb`, which `app` does not have.
-std::string UnknownVerb(const CLI::App& app, const std::string& verb);
 
 /// Each adds one verb to `app`, with its options and its help; `action` is set if the user chooses the verb.
 void AddDecode(CLI::App& app, Action& action);

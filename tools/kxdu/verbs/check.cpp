@@ -7,6 +7,7 @@
 #include "catalogue/levelcheck.h"
 #include "catalogue/readfields.h"
 #include "cli/bulkoptions.h"
+#include "cli/colour.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
 #include "cli/verb.h"
@@ -21,6 +22,7 @@ constexpr auto HELP = R"(Examples:
   kxdu check --inventory network.db network.fdn
   kxdu check --levels-only *.fdn
   echo 'NE=1,fr=2,S=' | kxdu check --levels-only
+  kxdu check -q --levels-only network.fdn && echo good
 
 Reports each finding as file:line:column: message. Columns count bytes, from 1. It finds
   - malformed levels: without tag, "=" or value; with other characters in the tag than upper-case letters and digits;
@@ -47,8 +49,22 @@ that is needed and missing; 3 the output cannot be written.)";
 struct Options {
     BulkOptions bulk;
     ServiceOptions services;
+    Colour colour = Colour::AUTO;
     bool isLevelsOnly = false;
+    bool isQuiet = false;
+    bool isSummaryOnly = false;
 };
+
+BulkOptions BulkOptionsOf(const Options& options) {
+    BulkOptions bulk = options.bulk;
+    if (options.isQuiet) {
+        bulk.findings = FindingsShown::NONE;
+        bulk.isStrict = true;  // the first finding decides the exit code
+    } else if (options.isSummaryOnly) {
+        bulk.findings = FindingsShown::SUMMARY;
+    }
+    return bulk;
+}
 
 class Checker : public LineConverter {
 public:
@@ -92,9 +108,12 @@ ExitCode Check(const Options& options) {
     work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };
     work.isReportTheOutput = true;
+    work.isReportColoured = IsColoured(options.colour, options.bulk.output);
     work.finding = "found";
-    const ExitCode code = ExitCodeOf(RunLines(options.bulk, work));
-    missing.Tell();
+    const ExitCode code = ExitCodeOf(RunLines(BulkOptionsOf(options), work));
+    if (!options.isQuiet) {
+        missing.Tell();
+    }
     return code;
 }
 
@@ -106,6 +125,10 @@ void AddCheck(CLI::App& app, Action& action) {
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
     verb.AddFlag("--strict", options->bulk.isStrict, "Stop after the first finding");
+    verb.AddFlag("-q,--quiet", options->isQuiet,
+                 "Print nothing and stop at the first finding: the exit code says whether there is one");
+    verb.AddFlag("--summary", options->isSummaryOnly, "Print only how many findings there are, in how many lines");
+    AddColourOption(verb, options->colour);
     AddServiceOptions(verb, options->services);
     verb.AddFlag("--levels-only", options->isLevelsOnly,
                  "Check the levels only; do not compare with what the library writes");

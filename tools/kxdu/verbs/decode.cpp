@@ -140,7 +140,7 @@ void AddDecode(CLI::App& app, Action& action) {
     AddRunOptions(verb, options->bulk);
     AddRejectOptions(verb, options->bulk);
     AddConfigOption(verb, options->config);
-    verb.AddChoice("--format", "FORMAT", options->format,
+    verb.AddChoice("--format", options->format,
                    {{"jsonl", FormatName::JSONL},
                     {"csv", FormatName::CSV},
                     {"tsv", FormatName::TSV},

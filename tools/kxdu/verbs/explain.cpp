@@ -1,17 +1,18 @@
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "catalogue/explanation.h"
+#include "cli/colour.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "formats/explanationdrawing.h"
 #include "lines/output.h"
+#include "lines/terminal.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -24,26 +25,17 @@ constexpr auto HELP = R"(Examples:
   kxdu explain --color always 'NE=5,MD=3|md1' | less -R
 
 Below the drawing stand the record that is read from the identifier, with unset fields dimmed, and one line for each
-fault; to check many identifiers, use kxdu check. At most the first 200 pieces of an identifier are drawn.
+fault; to check many identifiers, use kxdu check. At most the first 200 pieces of an identifier are drawn. The lines are
+drawn in ASCII if the locale (LC_ALL, LC_CTYPE or LANG) is not a UTF-8 one.
 
 Exit code: 0 even if the identifier has faults; 2 wrong arguments, or an inventory or configuration that cannot be read;
 3 the output cannot be written.)";
-
-enum class Colour { AUTO, ALWAYS, NEVER };
 
 struct Options {
     std::vector<std::string> fdns;
     ServiceOptions services;
     Colour colour = Colour::AUTO;
 };
-
-bool IsColoured(Colour colour, const Output& output) {
-    if (colour != Colour::AUTO) {
-        return colour == Colour::ALWAYS;
-    }
-    const char* const noColour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): no other thread runs
-    return output.IsTerminal() && (noColour == nullptr || *noColour == '\0');
-}
 
 // What an inventory knows of NEs.
 DescribeNe DescribeBy(const NS_STANDALONE::Inventory& inventory) {
@@ -80,13 +72,13 @@ ExitCode ExplainAll(const Options& options) {
     }
     const DescribeNe describeNe = inventory ? DescribeBy(*inventory) : DescribeNe();
     Output output({});
-    const bool isColoured = IsColoured(options.colour, output);
+    const DrawingStyle style{IsColoured(options.colour), !IsUtf8Locale()};
     std::string text;
     for (const std::string& fdn : options.fdns) {
         text += text.empty() ? "" : "\n\n";
         Explanation explanation = Explain(fdn, FindKind(fdn), NS_UTIL::Surroundings::OfSystem(), describeNe);
         AddAdvice(explanation);
-        text += Draw(explanation, isColoured);
+        text += Draw(explanation, style);
     }
     output.Write(text);
     output.Complete();
@@ -102,9 +94,7 @@ void AddExplain(CLI::App& app, Action& action) {
                   "The identifier; quote it, since the shell would take its \"|\" for a pipe")
         .Required();
     AddServiceOptions(verb, options->services);
-    verb.AddChoice("--color", "WHEN", options->colour,
-                   {{"auto", Colour::AUTO}, {"always", Colour::ALWAYS}, {"never", Colour::NEVER}},
-                   "When to use colours: auto (the default: on a terminal, unless NO_COLOR is set), always or never");
+    AddColourOption(verb, options->colour);
     verb.SetAction(HELP, options, ExplainAll);
 }
 

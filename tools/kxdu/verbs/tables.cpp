@@ -21,7 +21,7 @@ constexpr auto HELP = R"(Examples:
   kxdu tables client-rates
   kxdu tables fb-type-levels --format csv -o levels.csv
 
-Without NAME, lists the tables: name, number of rows, what they hold. With NAME, prints all rows of that table, in the
+Without TABLE, lists the tables: name, number of rows, what they hold. With TABLE, prints all rows of that table, in the
 order in which all programs of the system keep them.
 
 Exit code: 0 done; 2 wrong arguments, or an unknown table; 3 the output cannot be written.)";
@@ -78,7 +78,7 @@ ExitCode Tables(const Options& options) {
 void AddTables(CLI::App& app, Action& action) {
     Verb verb(app, action, "tables", "Print the constant tables");
     const auto options = std::make_shared<Options>();
-    verb.AddText("NAME", "", options->table, "The table to print; without it, lists all tables");
+    verb.AddText("TABLE", "", options->table, "The table to print; without it, lists all tables");
     AddListingOptions(verb, options->listing);
     verb.SetAction(HELP, options, Tables);
 }
