@@ -92,6 +92,7 @@ int Main(int argc, char** argv) {
     AddInventory(app, action);
     AddSample(app, action);
     AddHelp(app, action);
+    AddManual(app, action);
     try {
         app.parse(HiddenArguments(argc, argv));
     } catch (const CLI::ParseError& error) {

@@ -36,5 +36,6 @@ void AddTables(CLI::App& app, Action& action);
 void AddInventory(CLI::App& app, Action& action);
 void AddSample(CLI::App& app, Action& action);
 void AddHelp(CLI::App& app, Action& action);
+void AddManual(CLI::App& app, Action& action);
 
 }  // namespace NS_KX::NS_KXDU
