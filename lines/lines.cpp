@@ -101,10 +101,11 @@ void RefuseLoss(const BulkOptions& options, const LineWork& work) {
 
 // ---- LineResult -----------------------------------------------------------------------------------------------------
 
-void LineResult::Begin(std::size_t firstLine, std::size_t mostSize) {
+void LineResult::Begin(std::string_view inputName, std::size_t firstLine, std::size_t mostSize) {
     output.Clear();
     m_report.Clear();
     m_mostSize = mostSize;
+    m_inputName = inputName;
     m_firstLine = firstLine;
     m_line = firstLine;
     m_findings = 0;
@@ -132,6 +133,12 @@ char* LineResult::Room(std::size_t size) {
         throw Full();
     }
     return output.Push(size);
+}
+
+std::string LineResult::PlaceOf(std::size_t column) const {
+    std::string place(m_inputName);
+    place.append(":").append(std::to_string(m_line));
+    return column != 0 ? place.append(":").append(std::to_string(column)) : place;
 }
 
 void LineResult::Report(std::string_view reason, std::size_t column) {
@@ -268,10 +275,10 @@ private:
 
     void BeginPiece(Piece& piece) const {
         LineResult& result = piece.result;
-        result.Begin(piece.input.firstLine, m_mostResult);
+        result.Begin(piece.input.inputName, piece.input.firstLine, m_mostResult);
         piece.rest = piece.input.Text();
         if (piece.input.isTooLongLine) {
-            result.Report(LINE_TOO_LONG);
+            piece.converter->Refuse(LINE_TOO_LONG, 0, result);
             ++result.m_line;
             return;
         }
@@ -313,8 +320,8 @@ private:
         LineResult& result = piece.result;
         const bool isChecked = mayBeInvalid && !IsAscii(line);
         if (line.size() > LONGEST_LINE) {
-            result.Report(LINE_TOO_LONG);
-        } else if (m_work.isVerbatim || IsText(line, hasNul, isChecked, result)) {
+            piece.converter->Refuse(LINE_TOO_LONG, 0, result);
+        } else if (m_work.isVerbatim || IsText(line, hasNul, isChecked, piece)) {
             const std::size_t before = result.output.GetSize();
             piece.converter->Convert(line, result);
             if (isChecked) {
@@ -323,18 +330,21 @@ private:
         }
     }
 
-    // Whether the line can be converted; reports the reason if not.
-    static bool IsText(std::string_view line, bool hasNul, bool isChecked, LineResult& result) {
+    // Whether the line can be converted; refuses it if not.
+    static bool IsText(std::string_view line, bool hasNul, bool isChecked, Piece& piece) {
+        const auto refuse = [&piece](std::string_view reason, std::size_t column) {
+            piece.converter->Refuse(reason, column, piece.result);
+        };
         if (line.empty()) {
-            result.Report("the line is empty");
+            refuse("the line is empty", 0);
             return false;
         }
         if (const auto nul = hasNul ? line.find('\0') : std::string_view::npos; nul != std::string_view::npos) {
-            result.Report("NUL byte", nul + 1);
+            refuse("NUL byte", nul + 1);
             return false;
         }
         if (const auto invalid = isChecked ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
-            result.Report("not UTF-8", invalid + 1);
+            refuse("not UTF-8", invalid + 1);
             return false;
         }
         return true;
@@ -353,13 +363,16 @@ private:
     void WritePiece(Piece& piece) {
         while (!m_isStopped) {
             WriteResult(piece);
+            if (m_work.takeGathered) {
+                m_work.takeGathered(*piece.converter);
+            }
             if (piece.failure) {
                 std::rethrow_exception(piece.failure);
             }
             if (piece.rest.empty()) {
                 break;
             }
-            piece.result.Begin(piece.result.m_line, std::numeric_limits<std::size_t>::max());
+            piece.result.Begin(piece.input.inputName, piece.result.m_line, std::numeric_limits<std::size_t>::max());
             ConvertPiece(piece);
         }
         if (piece.result.Size() > m_mostResult) {

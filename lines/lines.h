@@ -59,6 +59,9 @@ public:
     /// Whether the current line is the first one of its file.
     [[nodiscard]] bool IsFirstLine() const noexcept { return m_line == 1; }
 
+    /// Where something about the current line is, as `Report` writes it: "file:line" or "file:line:column".
+    [[nodiscard]] std::string PlaceOf(std::size_t column) const;
+
 private:
     friend class LineRun;
 
@@ -73,13 +76,14 @@ private:
         Tallies tallies;
     };
 
-    void Begin(std::size_t firstLine, std::size_t mostSize);
+    void Begin(std::string_view inputName, std::size_t firstLine, std::size_t mostSize);
     [[nodiscard]] std::size_t Size() const { return output.GetSize() + m_report.GetSize(); }
     [[nodiscard]] Mark MarkLine() const;
     void TakeBack(const Mark& mark);
     void Release();
 
     std::size_t m_mostSize = 0;
+    std::string_view m_inputName;
     TextBuffer m_report;  // without the input's name, which may be long
     std::size_t m_firstLine = 0;
     std::size_t m_line = 0;
@@ -97,6 +101,11 @@ public:
     /// `line` has no line end, is not empty, not longer than `LONGEST_LINE`, and has no NUL byte. In verbatim work it
     /// may be empty, hold NUL bytes, and end in a carriage return.
     virtual void Convert(std::string_view line, LineResult& result) = 0;
+    /// Called instead for a line that is no text, or too long. `reason` is a literal; `column` is 0 if the whole line
+    /// is meant. By default, reports the line.
+    virtual void Refuse(std::string_view reason, std::size_t column, LineResult& result) {
+        result.Report(reason, column);
+    }
 };
 
 /// How a run went. Counts only lines whose results were written completely.
@@ -118,6 +127,10 @@ struct LineWork {
     bool isReportColoured = false;          ///< colours where a finding is
     std::string_view finding = "rejected";  ///< the summary's word for a line with a finding
     std::vector<FileInUse> filesInUse;      ///< files that the run needs besides the inputs
+
+    /// Takes what a converter has gathered from the lines of a block, and leaves the converter empty for the next one.
+    /// Called after the results of these lines are written, in the order of the lines, one call at a time.
+    std::function<void(LineConverter&)> takeGathered;
 
     /// Makes the summary, with its line end, for a run that nothing stopped; replaces the usual one.
     std::function<std::string(const LineCounts&)> summarize;

@@ -1,7 +1,9 @@
 #include "lines/lines.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "lines/blockreader.h"
 #include "lines/failure.h"
 #include "support/foldertest.h"
 
@@ -71,6 +73,43 @@ TEST_F(LinesTest, NumbersOfReportedLinesCountFromTheFilesBegin) {
     }
     EXPECT_EQ(Run(text), 10U);
     EXPECT_EQ(Rejects(), expected);
+}
+
+// Gathers where lines are.
+class Gatherer : public LineConverter {
+public:
+    void Convert(std::string_view line, LineResult& result) override {
+        gathered += std::string(line) + " at " + NameOf(result.PlaceOf(0)) + "\n";
+    }
+    void Refuse(std::string_view reason, std::size_t column, LineResult& result) override {
+        gathered += std::string(reason) + " at " + NameOf(result.PlaceOf(column)) + "\n";
+    }
+
+    std::string gathered;
+
+private:
+    static std::string NameOf(const std::string& place) { return place.substr(place.rfind('/') + 1); }
+};
+
+TEST_F(LinesTest, WhatConvertersGatherIsTakenInTheOrderOfTheLines) {
+    options.jobs = 8;
+    work.makeConverter = [] { return std::make_unique<Gatherer>(); };
+    std::string all;
+    work.takeGathered = [&all](LineConverter& converter) {
+        all += std::exchange(static_cast<Gatherer&>(converter).gathered, {});
+    };
+    std::string text;
+    std::string expected;
+    for (int line = 1; line <= 100'000; ++line) {
+        const std::string number = std::to_string(line);
+        text += line % 30'000 == 1 ? "\n" : "line\n";
+        expected += (line % 30'000 == 1 ? "the line is empty at in:" : "line at in:") + number + "\n";
+    }
+    text += std::string(LONGEST_LINE + 1, 'x') + "\na" + std::string(1, '\0') + "\n";
+    expected += "the line is longer than 1 MiB at in:100001\nNUL byte at in:100002:2\n";
+    EXPECT_EQ(Run(text), 0U) << "what a converter refuses is not reported besides";
+    EXPECT_TRUE(all == expected) << "too long to show";
+    EXPECT_EQ(Rejects(), "");
 }
 
 TEST_F(LinesTest, LinesThatNobodyConvertsAreReported) {
