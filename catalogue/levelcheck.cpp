@@ -60,11 +60,13 @@ public:
     }
 
 private:
-    void Report(std::string_view place, std::string text, bool lacksSubValues = false) {
+    // Without a `text`, the reason says it all.
+    void Report(std::string_view place, std::string_view reason, std::string text = {}, bool lacksSubValues = false) {
+        const std::size_t column = static_cast<std::size_t>(place.data() - m_fdn.data()) + 1;
         if (++m_problems < MOST_PROBLEMS) {
-            m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, std::move(text), lacksSubValues});
+            m_report({column, text.empty() ? std::string(reason) : std::move(text), reason, lacksSubValues});
         } else if (m_problems == MOST_PROBLEMS) {
-            m_report({static_cast<std::size_t>(place.data() - m_fdn.data()) + 1, "and more"});
+            m_report({column, "and more", "more problems in one identifier"});
         }
     }
 
@@ -77,18 +79,18 @@ private:
             return;
         }
         if (!level.HasEquals()) {
-            Report(level.tag, "no \"=\" after " + Quoted(level.tag));
+            Report(level.tag, "no \"=\" after a tag", "no \"=\" after " + Quoted(level.tag));
             return;
         }
         if (std::find(m_seen.begin(), m_seen.end(), level.tag) != m_seen.end()) {
-            Report(level.tag, "level " + Quoted(level.tag) + " occurs before; the first one counts");
+            Report(level.tag, "repeated level", "level " + Quoted(level.tag) + " occurs before; the first one counts");
             return;
         }
         m_seen.push_back(level.tag);
         if (const Tag* const tag = FindTag(level.tag)) {
             CheckValue(*tag, level.value);
         } else {
-            Report(level.tag, "unknown tag " + Quoted(level.tag));
+            Report(level.tag, "unknown tag", "unknown tag " + Quoted(level.tag));
         }
     }
 
@@ -102,18 +104,18 @@ private:
         }
         const std::string_view place = tag.substr(static_cast<std::size_t>(wrong - tag.begin()), 1);
         if (*wrong == ' ' || *wrong == '\t') {
-            Report(place, "blank in the tag " + Quoted(tag));
+            Report(place, "blank in a tag", "blank in the tag " + Quoted(tag));
         } else if (*wrong >= 'a' && *wrong <= 'z') {
-            Report(place, "lower-case letter in the tag " + Quoted(tag));
+            Report(place, "lower-case letter in a tag", "lower-case letter in the tag " + Quoted(tag));
         } else {
-            Report(place, "character " + Quoted(place) + " in the tag " + Quoted(tag));
+            Report(place, "other character in a tag", "character " + Quoted(place) + " in the tag " + Quoted(tag));
         }
         return false;
     }
 
     void CheckValue(const Tag& tag, std::string_view value) {
         if (value.empty()) {
-            Report(value, std::string(tag.name) + " has no value", tag.least > 1);
+            Report(value, "no value", std::string(tag.name) + " has no value", tag.least > 1);
             return;
         }
         const std::size_t most = tag.most + (tag.mayEscape && HasEscapedName(value) ? 1 : 0);
@@ -124,13 +126,13 @@ private:
             if (count < tag.most) {
                 CheckSubValue(tag, count, subValue);
             } else if (count >= most && !tag.isOpen) {
-                Report(subValue, std::string(tag.name) + " has more than " + Counted(most));
+                Report(subValue, "too many sub-values", std::string(tag.name) + " has more than " + Counted(most));
                 return;
             }
             ++count;
         }
         if (count < tag.least) {
-            Report(value.substr(value.size()),
+            Report(value.substr(value.size()), "too few sub-values",
                    std::string(tag.name) + " has " + Counted(count) + ", not " + std::to_string(tag.least), true);
         }
     }
@@ -151,12 +153,13 @@ private:
             return std::string(tag.name).append(tag.most > 1 ? ":" + std::to_string(index) : "");
         };
         if (text.empty()) {
-            Report(text, place() + " is empty, not a number");
+            Report(text, "empty number", place() + " is empty, not a number");
         } else if (!IsDecimal(text)) {
-            Report(text, place() + " is not a decimal number: " + Quoted(text));
+            Report(text, "not a decimal number", place() + " is not a decimal number: " + Quoted(text));
         } else if (!IsInRange(text, expected.kind)) {
             const bool isPort = expected.kind == SubValueKind::PORT_NUMBER;
-            Report(text, place() + " is not " + (isPort ? PORT_NUMBER_RANGE : RANGE_OF_32_BITS) + ": " + Quoted(text));
+            Report(text, "number out of range",
+                   place() + " is not " + (isPort ? PORT_NUMBER_RANGE : RANGE_OF_32_BITS) + ": " + Quoted(text));
         }
     }
 
@@ -182,20 +185,20 @@ const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const
     if (isGood && kind == nullptr) {
         const std::string_view tag = NS_UTIL::NS_FDN::LastTag(fdn);
         report({static_cast<std::size_t>(tag.data() - fdn.data()) + 1,
-                "no kind of identifier ends in the level " + Quoted(tag)});
+                "no kind of identifier ends in the level " + Quoted(tag), "last level of no kind"});
     }
     return kind;
 }
 
 std::optional<Problem> FindNoText(std::string_view text) {
     if (text.empty()) {
-        return Problem{1, "the line is empty"};
+        return Problem{1, "the line is empty", "the line is empty"};
     }
     if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
-        return Problem{nul + 1, "NUL byte"};
+        return Problem{nul + 1, "NUL byte", "NUL byte"};
     }
     if (const auto invalid = IsAscii(text) ? text.size() : FindInvalidUtf8(text); invalid != text.size()) {
-        return Problem{invalid + 1, "not UTF-8"};
+        return Problem{invalid + 1, "not UTF-8", "not UTF-8"};
     }
     return std::nullopt;
 }

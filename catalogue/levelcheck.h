@@ -12,8 +12,9 @@ namespace NS_KX {
 
 /// Something wrong in an identifier.
 struct Problem {
-    std::size_t column;  ///< from 1
+    std::size_t column;  ///< from 1; 0: the whole identifier is meant
     std::string text;
+    std::string_view reason;      ///< a literal, the same for all problems of its sort: "unknown tag"
     bool lacksSubValues = false;  ///< its level must have several sub-values, and has too few
 };
 

@@ -32,8 +32,10 @@ kx_add_layer(catalogue
         readfields.cpp
         record.cpp
         services.cpp
+        statistics.cpp
         tables.cpp
         vocabulary.cpp
+        writingcheck.cpp
     LIBRARIES kx_text kx::domain_util)
 
 kx_add_layer(formats

@@ -1,18 +1,15 @@
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 
-#include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
-#include "catalogue/readfields.h"
+#include "catalogue/writingcheck.h"
 #include "cli/bulkoptions.h"
 #include "cli/colour.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
-#include "text/text.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -80,25 +77,15 @@ public:
 
 private:
     void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
-        const NS_UTIL::Surroundings& surroundings = NS_UTIL::Surroundings::OfSystem();
-        void* const record = m_records.Fresh(kind.layout);
-        kind.read(line, record, surroundings);
-        Writing([&] { kind.write(record, m_canonical, surroundings); });
-        if (m_canonical == line) {
-            return;
-        }
-        if (IsNothingRead(kind, record)) {
-            result.Report(std::string(NOTHING_IS_READ));
-        } else {
-            const auto [place, other] = std::mismatch(line.begin(), line.end(), m_canonical.begin(), m_canonical.end());
-            result.Report("would be written as " + QuotedWhole(m_canonical),
-                          static_cast<std::size_t>(place - line.begin()) + 1);
-        }
+        Writing([&] {
+            if (const auto problem = m_writing.Find(kind, line, NS_UTIL::Surroundings::OfSystem())) {
+                result.Report(problem->text, problem->column);
+            }
+        });
     }
 
     bool m_isLevelsOnly;
-    AnyRecord m_records;
-    std::string m_canonical;
+    WritingCheck m_writing;
 };
 
 ExitCode Check(const Options& options) {
