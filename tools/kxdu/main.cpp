@@ -83,6 +83,7 @@ int Main(int argc, char** argv) {
     AddExplain(app, action);
     AddGet(app, action);
     AddFilter(app, action);
+    AddStats(app, action);
     AddNeType(app, action);
     AddFb(app, action);
     AddLevel(app, action);

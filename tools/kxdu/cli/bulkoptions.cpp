@@ -18,13 +18,17 @@ void AddInputOption(Verb& verb, BulkOptions& options) {
         .OneValueEachTime();
 }
 
+void AddJobOptions(Verb& verb, BulkOptions& options) {
+    constexpr unsigned MOST_JOBS = 256;  // each takes memory
+    verb.AddNumber("-j,--jobs", options.jobs, "Threads; one for each core by default", 1, MOST_JOBS);
+    verb.AddFlag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
+}
+
 void AddRunOptions(Verb& verb, BulkOptions& options) {
     verb.AddText("-o,--output", "FILE", options.output,
                  "Write to FILE, which appears when it is complete, and may be an input; .gz and .zst are compressed; "
                  "standard output otherwise");
-    constexpr unsigned MOST_JOBS = 256;  // each takes memory
-    verb.AddNumber("-j,--jobs", options.jobs, "Threads; one for each core by default", 1, MOST_JOBS);
-    verb.AddFlag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
+    AddJobOptions(verb, options);
 }
 
 void AddRejectOptions(Verb& verb, BulkOptions& options) {

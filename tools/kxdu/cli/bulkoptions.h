@@ -16,7 +16,9 @@ inline ExitCode ExitCodeOf(const LineCounts& counts) {
 void AddInputFiles(Verb& verb, BulkOptions& options);
 /// Adds them as an option, for verbs that have other positional arguments.
 void AddInputOption(Verb& verb, BulkOptions& options);
-/// Adds `--output`, `--jobs` and `--no-progress`.
+/// Adds `--jobs` and `--no-progress`.
+void AddJobOptions(Verb& verb, BulkOptions& options);
+/// Adds `--output` besides.
 void AddRunOptions(Verb& verb, BulkOptions& options);
 /// Adds `--rejects` and `--strict`, for verbs that report beside their output.
 void AddRejectOptions(Verb& verb, BulkOptions& options);

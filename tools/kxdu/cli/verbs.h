@@ -27,6 +27,7 @@ void AddCheck(CLI::App& app, Action& action);
 void AddExplain(CLI::App& app, Action& action);
 void AddGet(CLI::App& app, Action& action);
 void AddFilter(CLI::App& app, Action& action);
+void AddStats(CLI::App& app, Action& action);
 void AddNeType(CLI::App& app, Action& action);
 void AddFb(CLI::App& app, Action& action);
 void AddLevel(CLI::App& app, Action& action);
