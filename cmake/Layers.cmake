@@ -52,6 +52,7 @@ target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 
 kx_add_layer(lines
     SOURCES
+        appendedfile.cpp
         blockreader.cpp
         compression.cpp
         descriptor.cpp

@@ -68,8 +68,21 @@ std::string ClosingMessage(const LineWork& work, const LineCounts& counts) {
     return counts.findings == 0 ? std::string() : "kxdu: " + Summary(work, counts);
 }
 
+void RefuseAppending(const std::vector<FileInUse>& filesInUse, const std::string& target, std::string_view lines) {
+    for (const auto& [name, role] : filesInUse) {
+        if (IsSameFile(target, name)) {
+            throw Failure(Cause::USAGE, std::string(target)
+                                            .append(": is the ")
+                                            .append(role)
+                                            .append(", so ")
+                                            .append(lines)
+                                            .append(" cannot be appended to it"));
+        }
+    }
+}
+
 // The output may replace an input: it takes the input's place after everything is read. The rejected lines may not, and
-// no input may grow while it is read. Neither of the two may replace the other files that the run needs.
+// no input may grow while it is read. None of the outputs may change the other files that the run needs.
 void RefuseLoss(const BulkOptions& options, const LineWork& work) {
     std::vector<FileInUse> filesInUse = work.filesInUse;
     const bool areReportsMessages = options.rejects.empty() && !work.isReportTheOutput;
@@ -78,11 +91,11 @@ void RefuseLoss(const BulkOptions& options, const LineWork& work) {
         return file.empty() || file == "-" ? std::string(stream) : file;
     };
     const std::string output = nameOf(options.output, "/dev/stdout");
-    filesInUse.push_back({output, "output"});
+    std::vector<FileInUse> inputs;
     const std::vector<std::string> standardInput{"-"};
     for (const std::string& file : options.files.empty() ? standardInput : options.files) {
         const std::string input = nameOf(file, "/dev/stdin");
-        filesInUse.push_back({input, "input"});
+        inputs.push_back({input, "input"});
         const std::string shown = file == "-" ? "standard input" : file;
         if (output == "/dev/stdout" && IsSameFile(output, input)) {
             throw Failure(Cause::USAGE, shown + ": is standard output too; write to it with -o");
@@ -90,6 +103,19 @@ void RefuseLoss(const BulkOptions& options, const LineWork& work) {
         if (areReportsMessages && IsSameFile("/dev/stderr", input)) {
             throw Failure(Cause::USAGE, shown + ": is standard error too, where the rejected lines are reported");
         }
+    }
+    if (options.isAppending) {
+        RefuseAppending(inputs, output, "the output");
+    }
+    filesInUse.push_back({output, "output"});
+    filesInUse.insert(filesInUse.end(), inputs.begin(), inputs.end());
+    if (!options.aside.empty()) {
+        if (nameOf(options.aside, "/dev/stdout") == output) {
+            throw Failure(Cause::USAGE,
+                          options.aside + ": is the output, so the lines put aside cannot be appended to it");
+        }
+        RefuseAppending(filesInUse, options.aside, "the lines put aside");
+        filesInUse.push_back({options.aside, "file of the lines put aside"});
     }
     if (!options.rejects.empty() && nameOf(options.rejects, "/dev/stdout") == output && output == "/dev/stdout") {
         throw Failure(Cause::USAGE, "--rejects: the output goes to standard output too; name a file for one of them");
@@ -103,6 +129,7 @@ void RefuseLoss(const BulkOptions& options, const LineWork& work) {
 
 void LineResult::Begin(std::string_view inputName, std::size_t firstLine, std::size_t mostSize) {
     output.Clear();
+    aside.Clear();
     m_report.Clear();
     m_mostSize = mostSize;
     m_inputName = inputName;
@@ -113,11 +140,12 @@ void LineResult::Begin(std::string_view inputName, std::size_t firstLine, std::s
 }
 
 LineResult::Mark LineResult::MarkLine() const {
-    return {output.GetSize(), m_report.GetSize(), m_findings, m_tallies};
+    return {output.GetSize(), aside.GetSize(), m_report.GetSize(), m_findings, m_tallies};
 }
 
 void LineResult::TakeBack(const Mark& mark) {
     output.Pop(output.GetSize() - mark.output);
+    aside.Pop(aside.GetSize() - mark.aside);
     m_report.Pop(m_report.GetSize() - mark.report);
     m_findings = mark.findings;
     m_tallies = mark.tallies;
@@ -125,6 +153,7 @@ void LineResult::TakeBack(const Mark& mark) {
 
 void LineResult::Release() {
     output = TextBuffer();
+    aside = TextBuffer();
     m_report = TextBuffer();
 }
 
@@ -154,6 +183,7 @@ void LineResult::Report(std::string_view reason, std::size_t column) {
     if (m_findings++ == 0) {
         m_firstFindingLine = m_line;
         m_outputBeforeFirst = output.GetSize();
+        m_asideBeforeFirst = aside.GetSize();
         m_firstFindingEnd = m_report.GetSize();
     }
 }
@@ -169,10 +199,13 @@ public:
           m_inFlight(Threads(options.jobs) * 3 / 2 + 1),
           m_blockSize(BlockSize(m_inFlight)),
           m_reader(options.files, m_blockSize),
-          m_output(options.output),
+          m_output(options.output, options.isAppending ? Output::Mode::APPEND : Output::Mode::REPLACE),
           m_progress(IsProgressShown(), m_reader.TotalBytes()) {
         if (!options.rejects.empty()) {
             m_rejects.emplace(options.rejects);
+        }
+        if (!options.aside.empty()) {
+            m_aside.emplace(options.aside, Output::Mode::APPEND);
         }
         for (std::size_t piece = 0; piece < m_inFlight; ++piece) {
             m_pieces.push_back(NewPiece());
@@ -206,9 +239,13 @@ private:
     void RunAll() {
         const tbb::global_control threads(tbb::global_control::max_allowed_parallelism, Threads(m_options.jobs));
         m_output.Write(m_work.header);
+        if (m_work.ready) {
+            m_work.ready();
+        }
         while (!m_isStopped && !m_isInputAtEnd) {
             RunPipeline();
             RunLargePiece();
+            Pause();
             if (m_readFailure && !m_isStopped) {
                 std::rethrow_exception(m_readFailure);
             }
@@ -236,22 +273,46 @@ private:
     }
 
     Piece* ReadPiece(tbb::flow_control& flow) {
-        Piece* piece = nullptr;
-        if (m_isStopped || !m_free.try_pop(piece)) {
+        Piece* const piece = m_isStopped ? nullptr : NextPiece();
+        if (piece == nullptr) {
             flow.stop();
+        } else if (piece->input.size > m_blockSize) {
+            m_large = NewPiece();
+            std::swap(m_large->input, piece->input);
+            m_free.push(piece);
+            flow.stop();
+            return nullptr;
+        }
+        return piece;
+    }
+
+    // Null at the end of the input, and if the pipeline must end before the lines that were read.
+    Piece* NextPiece() {
+        if (m_waiting != nullptr) {
+            return std::exchange(m_waiting, nullptr);
+        }
+        Piece* piece = nullptr;
+        if (!m_free.try_pop(piece)) {
             return nullptr;
         }
         if (!ReadBlock(piece->input)) {
             m_isInputAtEnd = true;
-        } else if (piece->input.size <= m_blockSize) {
-            return piece;
-        } else {
-            m_large = NewPiece();
-            std::swap(m_large->input, piece->input);
+            m_free.push(piece);
+            return nullptr;
         }
-        m_free.push(piece);
-        flow.stop();
-        return nullptr;
+        if (m_work.isPauseDue && m_work.isPauseDue()) {
+            m_waiting = piece;
+            return nullptr;
+        }
+        return piece;
+    }
+
+    // The pipeline is empty, so no converter runs.
+    void Pause() {
+        if (m_waiting != nullptr && !m_isStopped) {
+            m_progress.Clear();
+            m_work.pause();
+        }
     }
 
     // An exception here would cancel the pipeline, and the lines read before would be lost.
@@ -389,17 +450,28 @@ private:
         m_counts.isStopped = m_isStopped;
         if (m_isStopped) {
             m_output.Write(result.output.View().substr(0, result.m_outputBeforeFirst));
+            WriteAside(result.aside.View().substr(0, result.m_asideBeforeFirst));
             WriteReport(result.m_report.View().substr(0, result.m_firstFindingEnd), name);
             m_counts.findings += 1;
             m_counts.lines += result.m_firstFindingLine + 1 - result.m_firstLine;
             return;
         }
         m_output.Write(result.output.View());
+        WriteAside(result.aside.View());
         WriteReport(result.m_report.View(), name);
         m_counts.findings += result.m_findings;
         m_counts.lines += result.m_line - result.m_firstLine;
         for (std::size_t tally = 0; tally < result.m_tallies.size(); ++tally) {
             m_counts.tallies[tally] += result.m_tallies[tally];
+        }
+        if (m_work.written) {
+            m_work.written(result.m_line - result.m_firstLine);
+        }
+    }
+
+    void WriteAside(std::string_view lines) {
+        if (m_aside) {
+            m_aside->Write(lines);
         }
     }
 
@@ -479,10 +551,12 @@ private:
     BlockReader m_reader;
     Output m_output;
     std::optional<Output> m_rejects;
+    std::optional<Output> m_aside;
     Progress m_progress;
     std::vector<std::unique_ptr<Piece>> m_pieces;
     tbb::concurrent_queue<Piece*> m_free;
     std::unique_ptr<Piece> m_large;
+    Piece* m_waiting = nullptr;  // read, and converted after a pause
     bool m_isInputAtEnd = false;
     std::exception_ptr m_readFailure;  // thrown after everything read before is written
     std::atomic<bool> m_isStopped = false;

@@ -27,6 +27,8 @@ enum class FindingsShown {
 struct BulkOptions {
     std::vector<std::string> files;  ///< none: standard input
     std::string output;              ///< empty: standard output
+    bool isAppending = false;        ///< appends to the output file, instead of replacing it when it is complete
+    std::string aside;               ///< file to which lines are appended that the verb puts aside; empty: nowhere
     std::string rejects;             ///< empty: standard error
     unsigned jobs = 0;               ///< threads; 0: one for each core
     bool isStrict = false;           ///< the first finding ends the run
@@ -35,7 +37,7 @@ struct BulkOptions {
 };
 
 /// Counts that a converter uses as it likes.
-using Tallies = std::array<std::uint64_t, 3>;
+using Tallies = std::array<std::uint64_t, 4>;
 
 /// Where a converter puts what it makes of the lines of a block.
 class LineResult {
@@ -48,6 +50,9 @@ public:
     /// Appends room for `size` bytes to the output; the caller fills it at once. If there is no room now, throws an
     /// exception that `Convert` must let pass; the line is then converted again.
     char* Room(std::size_t size);
+
+    /// What goes to the file of lines put aside.
+    TextBuffer aside;
 
     /// Reports something about the current line, as "file:line: reason", or "file:line:column: reason" when `column`
     /// (from 1) is not 0. `reason` has no line end.
@@ -71,13 +76,14 @@ private:
     // Where the additions of a line begin, to take them back.
     struct Mark {
         std::size_t output;
+        std::size_t aside;
         std::size_t report;
         std::size_t findings;
         Tallies tallies;
     };
 
     void Begin(std::string_view inputName, std::size_t firstLine, std::size_t mostSize);
-    [[nodiscard]] std::size_t Size() const { return output.GetSize() + m_report.GetSize(); }
+    [[nodiscard]] std::size_t Size() const { return output.GetSize() + aside.GetSize() + m_report.GetSize(); }
     [[nodiscard]] Mark MarkLine() const;
     void TakeBack(const Mark& mark);
     void Release();
@@ -89,6 +95,7 @@ private:
     std::size_t m_line = 0;
     std::size_t m_findings = 0;
     std::size_t m_outputBeforeFirst = 0;
+    std::size_t m_asideBeforeFirst = 0;
     std::size_t m_firstFindingEnd = 0;
     std::size_t m_firstFindingLine = 0;
     Tallies m_tallies{};
@@ -131,6 +138,16 @@ struct LineWork {
     /// Takes what a converter has gathered from the lines of a block, and leaves the converter empty for the next one.
     /// Called after the results of these lines are written, in the order of the lines, one call at a time.
     std::function<void(LineConverter&)> takeGathered;
+
+    /// Asked after some lines were read, before they are converted. If it returns true, `pause` is called once all
+    /// earlier lines are written, while no converter runs.
+    std::function<bool()> isPauseDue;
+    std::function<void()> pause;
+
+    /// Called once everything is open, before the first line is read.
+    std::function<void()> ready;
+    /// Called after the results of the next lines were written, with the number of these lines.
+    std::function<void(std::size_t)> written;
 
     /// Makes the summary, with its line end, for a run that nothing stopped; replaces the usual one.
     std::function<std::string(const LineCounts&)> summarize;

@@ -36,7 +36,7 @@ bool IsDevice(const std::filesystem::path& file) {
 
 }  // namespace
 
-Output::Output(const std::filesystem::path& file) {
+Output::Output(const std::filesystem::path& file, Mode mode) {
     if (file.empty() || file == "-" || file == "/dev/stdout") {
         m_name = "standard output";
         m_descriptor = STDOUT_FILENO;
@@ -54,8 +54,12 @@ Output::Output(const std::filesystem::path& file) {
         const std::filesystem::path target = Target(file);
         RefuseJournalOfDatabase(target);
         m_encoder = MakeEncoder(m_name);
-        m_file.emplace(target);
-        m_descriptor = m_file->Descriptor();
+        if (mode == Mode::APPEND) {
+            Append(target);
+        } else {
+            m_file.emplace(target);
+            m_descriptor = m_file->Descriptor();
+        }
     }
 }
 
@@ -65,7 +69,18 @@ Output::~Output() {
     }
 }
 
+void Output::Append(const std::filesystem::path& target) {
+    if (m_encoder) {
+        throw Failure(Cause::USAGE, m_name + ": lines cannot be appended to a compressed file; choose another name");
+    }
+    m_appended.emplace(target);
+}
+
 void Output::Write(std::string_view text) {
+    if (m_appended) {
+        m_appended->Write(text);
+        return;
+    }
     if (!m_encoder) {
         WriteRaw(text);
         return;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lines/appendedfile.h"
 #include "lines/compression.h"
 #include "lines/temporaryfile.h"
 
@@ -16,9 +17,15 @@ namespace NS_KX {
 /// "/dev/stderr" if they lead to a file, whose content then stays.
 class Output {
 public:
+    enum class Mode {
+        REPLACE,
+        APPEND,  ///< a file appears at once, keeps its content, and is not compressed
+    };
+
     /// Standard output if `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
-    /// `Cause::USAGE` for the journal of a database and for .xz.
-    explicit Output(const std::filesystem::path& file);
+    /// `Cause::USAGE` for the journal of a database, for .xz, and if it cannot append because the name asks for
+    /// compression.
+    explicit Output(const std::filesystem::path& file, Mode mode = Mode::REPLACE);
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
@@ -33,10 +40,12 @@ public:
     [[nodiscard]] bool IsTerminal() const;
 
 private:
+    void Append(const std::filesystem::path& target);
     void WriteRaw(std::string_view bytes);
 
     std::string m_name;
     std::optional<TemporaryFile> m_file;
+    std::optional<AppendedFile> m_appended;
     std::unique_ptr<Encoder> m_encoder;  // null: no compression
     std::string m_compressed;
     int m_device = -1;

@@ -1,6 +1,7 @@
 #include "lines/lines.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "lines/blockreader.h"
@@ -267,6 +268,96 @@ TEST_F(LinesTest, StrictStopsBeforeAnInputThatCannotBeRead) {
         EXPECT_EQ(RunLines(options, work).findings, 1U);
         EXPECT_EQ(Rejects(), "2:2: it is bad\n");
     }
+}
+
+TEST_F(LinesTest, PutsLinesAsideInTheirOrder) {
+    class Divider : public LineConverter {
+        void Convert(std::string_view line, LineResult& result) override {
+            if (line == "line 60007") {
+                result.Report("stop");
+            }
+            TextBuffer& out = line.ends_with('7') ? result.aside : result.output;
+            Append(out, line);
+            out.Put('\n');
+        }
+    };
+    work.makeConverter = [] { return std::make_unique<Divider>(); };
+    options.aside = folder / "aside";
+    options.jobs = 4;
+    std::string text;
+    std::string output;
+    std::string aside;
+    std::string asideBefore;
+    for (int number = 0; number < 100'000; ++number) {
+        const std::string line = "line " + std::to_string(number) + "\n";
+        text += line;
+        (number % 10 == 7 ? aside : output) += line;
+        asideBefore += number % 10 == 7 && number < 60'007 ? line : "";
+    }
+    EXPECT_EQ(Run(text), 1U);
+    EXPECT_TRUE(ReadFile("out") == output);
+    EXPECT_TRUE(ReadFile("aside") == aside);
+    std::filesystem::remove(folder / "aside");
+    options.isStrict = true;
+    EXPECT_EQ(Run(text), 1U);
+    EXPECT_TRUE(ReadFile("aside") == asideBefore);
+}
+
+// Counts the lines that are being converted.
+class Working : public Echo {
+public:
+    explicit Working(std::atomic<int>& working) : m_working(working) {}
+    void Convert(std::string_view line, LineResult& result) override {
+        ++m_working;
+        Echo::Convert(line, result);
+        --m_working;
+    }
+
+private:
+    std::atomic<int>& m_working;
+};
+
+TEST_F(LinesTest, APauseComesBetweenLinesAfterAllEarlierOnesAreWritten) {
+    std::atomic<int> working = 0;
+    std::string text;
+    for (int line = 0; line < 200'000; ++line) {
+        text += line == 50'000 ? "x" + std::string(900'000, 'x') + "\n" : "line " + std::to_string(line) + "\n";
+    }
+    int asked = 0;
+    int pauses = 0;
+    std::size_t written = 0;
+    work.makeConverter = [&] { return std::make_unique<Working>(working); };
+    work.isPauseDue = [&] { return ++asked % 3 == 1; };
+    work.written = [&](std::size_t lines) { written += lines; };
+    work.pause = [&] {
+        ++pauses;
+        EXPECT_EQ(working, 0);
+        const std::string out = ReadFile("out");
+        EXPECT_EQ(static_cast<std::size_t>(std::count(out.begin(), out.end(), '\n')), written);
+        EXPECT_TRUE(text.starts_with(out));
+    };
+    options.isAppending = true;
+    options.jobs = 4;
+    EXPECT_EQ(Run(text), 0U);
+    EXPECT_TRUE(ReadFile("out") == text);
+    EXPECT_EQ(written, 200'000U);
+    EXPECT_EQ(pauses, (asked + 2) / 3);
+    EXPECT_GT(pauses, 3);
+}
+
+TEST_F(LinesTest, IsReadyWhenEverythingIsOpen) {
+    work.header = "header\n";
+    options.isAppending = true;
+    options.aside = folder / "aside";
+    std::size_t written = 0;
+    work.ready = [&] {
+        EXPECT_EQ(ReadFile("out"), "header\n");
+        EXPECT_TRUE(Exists("aside"));
+        EXPECT_EQ(written, 0U);
+    };
+    work.written = [&](std::size_t lines) { written += lines; };
+    EXPECT_EQ(Run("a\nbad\n" + std::string((std::size_t{1} << 20U) + 1, 'x') + "\nb"), 2U);
+    EXPECT_EQ(written, 4U) << "rejected lines count too";
 }
 
 TEST_F(LinesTest, WhatComesBeforeAThrowIsWritten) {
