@@ -44,6 +44,7 @@ kx_add_layer(formats
         csv.cpp
         explanationdrawing.cpp
         json.cpp
+        jsonmember.cpp
         recordformat.cpp
         recordline.cpp
         texttable.cpp

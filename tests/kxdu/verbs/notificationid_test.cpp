@@ -6,7 +6,7 @@ namespace NS_KX::NS_KXDU {
 namespace {
 
 TEST(NotificationId, IsTheFirstFieldThatIsANumber) {
-    const auto reader = MakeFirstNumberReader();
+    const auto reader = MakeFirstNumberReader(BLANKS);
     EXPECT_EQ(reader->Read("5"), 5);
     EXPECT_EQ(reader->Read("  \t5\t6"), 5);
     EXPECT_EQ(reader->Read("2024-05-01 12:00 id=1 5 6"), 5);
@@ -18,20 +18,43 @@ TEST(NotificationId, IsTheFirstFieldThatIsANumber) {
 }
 
 TEST(NotificationId, ALineNeedNotHaveOne) {
-    const auto reader = MakeFirstNumberReader();
+    const auto reader = MakeFirstNumberReader(BLANKS);
     for (const char* const line : {"", " ", "\r", "a b\tc", "-1", "2147483648"}) {
         EXPECT_EQ(reader->Read(line), std::nullopt) << line;
     }
 }
 
-TEST(NotificationId, AFieldCountsFromOneAndSeparatorsTogetherAsOne) {
-    const auto second = MakeFieldReader(2);
+TEST(NotificationId, AFieldCountsFromZeroAndSeparatorsTogetherAsOne) {
+    const auto second = MakeFieldReader(1, BLANKS);
     EXPECT_EQ(second->Read("1 2 3"), 2);
     EXPECT_EQ(second->Read(" \t1\t\t 2\r"), 2);
     EXPECT_EQ(second->Read("1 x 3"), std::nullopt) << "no other field is taken in its place";
     EXPECT_EQ(second->Read("1"), std::nullopt);
     EXPECT_EQ(second->Read(""), std::nullopt);
-    EXPECT_EQ(MakeFieldReader(1)->Read("1 2"), 1);
+    EXPECT_EQ(MakeFieldReader(0, BLANKS)->Read("1 2"), 1);
+}
+
+TEST(NotificationId, ADelimiterSeparatesFieldsThatMayBeEmptyOrQuoted) {
+    const auto third = MakeFieldReader(2, ';');
+    EXPECT_EQ(third->Read("1;;3;4"), 3);
+    EXPECT_EQ(third->Read("\"1;2\";\"a \"\"b\"\"\";\"3\""), 3);
+    EXPECT_EQ(third->Read("1;2; 3\t\r"), 3) << "blanks around a number do not count";
+    for (const char* const line : {"", "1;2", "1;2;", "1;2;3 4", "1;2;x", "1;\"2;3", "1;a\"b;3", "1;\"2\"a;3"}) {
+        EXPECT_EQ(third->Read(line), std::nullopt) << line;
+    }
+    EXPECT_EQ(third->Read("1;2;3;\"4"), 3) << "what follows is not looked at";
+    EXPECT_EQ(MakeFirstNumberReader(',')->Read("2024-05-01,\"12 13\",,5,6"), 5);
+    EXPECT_EQ(MakeFieldReader(1, '\t')->Read("a b\t5"), 5);
+}
+
+TEST(NotificationId, OtherNumbersOfALineAreFoundWithTheirFields) {
+    const auto isSeven = [](int number) { return number == 7; };
+    const auto found = FindNumberField("1 x 7 7", BLANKS, isSeven);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->field, 2U);
+    EXPECT_EQ(found->number, 7);
+    EXPECT_EQ(FindNumberField(",,\"7\"", ',', isSeven)->field, 2U);
+    EXPECT_FALSE(FindNumberField("1 77 x7", BLANKS, isSeven));
 }
 
 TEST(NotificationId, AMemberIsANumberOrATextThatIsOne) {
@@ -58,8 +81,12 @@ TEST(NotificationId, BehindTheMemberALineMayBeAnything) {
     const auto reader = MakeJsonMemberReader("id");
     EXPECT_EQ(reader->Read(R"({"id":7,"a":)"), 7);
     EXPECT_EQ(reader->Read(R"({"id":7 and so on)"), 7);
-    for (const char* const line :
-         {"", "id", "7", "{", R"({"id")", R"({"id":)", R"({a:1,"id":7})", R"({"a":1 "id":7})"}) {
+    EXPECT_EQ(reader->Read(R"({"id":7,"text":"cut off)"), 7);
+    EXPECT_EQ(reader->Read(R"({"id":7,"text":"cut off \\\)"), 7);
+    EXPECT_EQ(reader->Read("{\"\xe9\":\"\xff\",\"id\":7,\"text\":\"\xe9\xff\"}"), 7) << "other encodings pass too";
+    EXPECT_EQ(reader->Read("{\"id\":\"7\",\"text\":\"cut off \xc3"), 7);
+    for (const char* const line : {"", "id", "7", "{", R"({"id")", R"({"id":)", R"({"id":7)", R"({"id":"7)",
+                                   R"({"id":"7\)", R"({"id)", R"({a:1,"id":7})", R"({"a":1 "id":7})"}) {
         EXPECT_EQ(reader->Read(line), std::nullopt) << line;
     }
 }

@@ -1,11 +1,10 @@
 #include "verbs/notificationid.h"
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
 
-#include <rapidjson/memorystream.h>
-#include <rapidjson/reader.h>
-
+#include "formats/csv.h"
+#include "formats/jsonmember.h"
 #include "text/number.h"
 
 namespace NS_KX::NS_KXDU {
@@ -16,121 +15,133 @@ bool IsBlank(char character) {
     return character == ' ' || character == '\t' || character == '\r';
 }
 
-// Takes the next field off rest; empty when there is none.
-std::string_view TakeField(std::string_view& rest) {
-    const auto* const begin = std::find_if_not(rest.begin(), rest.end(), IsBlank);
-    const auto* const end = std::find_if(begin, rest.end(), IsBlank);
-    rest = {end, rest.end()};
-    return {begin, end};
+std::string_view Trimmed(std::string_view text) {
+    const auto* const begin = std::find_if_not(text.begin(), text.end(), IsBlank);
+    const auto end = std::find_if_not(text.rbegin(), std::make_reverse_iterator(begin), IsBlank);
+    return {begin, end.base()};
+}
+
+// The fields between blanks, one after the other.
+class BlankFields {
+public:
+    explicit BlankFields(std::string_view line) : m_rest(line) {}
+
+    bool Next(std::string_view& field) {
+        const auto* const begin = std::find_if_not(m_rest.begin(), m_rest.end(), IsBlank);
+        const auto* const end = std::find_if(begin, m_rest.end(), IsBlank);
+        m_rest = {end, m_rest.end()};
+        field = {begin, end};
+        return !field.empty();
+    }
+
+private:
+    std::string_view m_rest;
+};
+
+// The fields between delimiters.
+class DelimitedFields {
+public:
+    DelimitedFields(std::string_view line, char delimiter)
+        : m_fields(line.substr(0, line.size() - (line.ends_with('\r') ? 1 : 0)), delimiter) {}
+
+    bool Next(std::string_view& field) {
+        const bool isThere = m_fields.Next(field);
+        field = Trimmed(field);
+        return isThere;
+    }
+
+private:
+    CsvFields m_fields;
+};
+
+// Calls `use` with the fields of the line.
+template <class Use>
+auto WithFields(std::string_view line, char delimiter, const Use& use) {
+    if (delimiter == BLANKS) {
+        BlankFields fields(line);
+        return use(fields);
+    }
+    DelimitedFields fields(line, delimiter);
+    return use(fields);
+}
+
+template <class IsWanted>
+std::optional<NumberField> FindField(std::string_view line, char delimiter, const IsWanted& isWanted) {
+    return WithFields(line, delimiter, [&](auto& fields) -> std::optional<NumberField> {
+        std::string_view field;
+        for (std::size_t at = 0; fields.Next(field); ++at) {
+            if (const auto number = ReadNumber(field); number && isWanted(*number)) {
+                return NumberField{at, *number};
+            }
+        }
+        return std::nullopt;
+    });
 }
 
 class FirstNumberReader : public NotificationIdReader {
 public:
+    explicit FirstNumberReader(char delimiter) : m_delimiter(delimiter) {}
+
     std::optional<int> Read(std::string_view line) override {
-        for (std::string_view field = TakeField(line); !field.empty(); field = TakeField(line)) {
-            if (const auto number = ReadNumber(field)) {
-                return number;
-            }
-        }
-        return std::nullopt;
+        const auto found = FindField(line, m_delimiter, [](int) { return true; });
+        return found ? std::optional(found->number) : std::nullopt;
     }
+
+private:
+    char m_delimiter;
 };
 
 class FieldReader : public NotificationIdReader {
 public:
-    explicit FieldReader(std::size_t field) : m_field(field) {}
+    FieldReader(std::size_t field, char delimiter) : m_field(field), m_delimiter(delimiter) {}
 
     std::optional<int> Read(std::string_view line) override {
-        std::string_view field;
-        for (std::size_t at = 0; at < m_field; ++at) {
-            field = TakeField(line);
-            if (field.empty()) {
-                break;
+        return WithFields(line, m_delimiter, [this](auto& fields) -> std::optional<int> {
+            std::string_view field;
+            for (std::size_t at = 0; at <= m_field; ++at) {
+                if (!fields.Next(field)) {
+                    return std::nullopt;
+                }
             }
-        }
-        return ReadNumber(field);
+            return ReadNumber(field);
+        });
     }
 
 private:
     std::size_t m_field;
-};
-
-// Ends the parsing, by answering false, once the member's value is known.
-class MemberFinder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, MemberFinder> {
-public:
-    explicit MemberFinder(std::string_view key) : m_key(key) {}
-
-    [[nodiscard]] std::optional<int> Found() const { return m_found; }
-
-    bool Default() { return TakeValue(std::nullopt); }
-    bool Int(int number) { return TakeValue(number >= 0 ? std::optional(number) : std::nullopt); }
-    bool Uint(unsigned number) {
-        const bool isInt = number <= static_cast<unsigned>(std::numeric_limits<int>::max());
-        return TakeValue(isInt ? std::optional(static_cast<int>(number)) : std::nullopt);
-    }
-    bool String(const char* text, rapidjson::SizeType size, bool) { return TakeValue(ReadNumber({text, size})); }
-
-    bool Key(const char* text, rapidjson::SizeType size, bool) {
-        m_isValueNext = m_depth == 1 && std::string_view(text, size) == m_key;
-        return true;
-    }
-
-    bool StartObject() { return Enter(); }
-    bool EndObject(rapidjson::SizeType) { return Leave(); }
-    bool StartArray() { return Enter(); }
-    bool EndArray(rapidjson::SizeType) { return Leave(); }
-
-private:
-    bool TakeValue(std::optional<int> value) {
-        if (m_isValueNext) {
-            m_found = value;
-        }
-        return !m_isValueNext;
-    }
-    bool Enter() {
-        ++m_depth;
-        return !m_isValueNext;
-    }
-    bool Leave() {
-        --m_depth;
-        return true;
-    }
-
-    std::string_view m_key;
-    bool m_isValueNext = false;
-    std::size_t m_depth = 0;
-    std::optional<int> m_found;
+    char m_delimiter;
 };
 
 class JsonMemberReader : public NotificationIdReader {
 public:
-    explicit JsonMemberReader(const std::string& key) : m_key(key) {}
+    explicit JsonMemberReader(const std::string& key) : m_member(key) {}
 
     std::optional<int> Read(std::string_view line) override {
-        MemberFinder finder(m_key);
-        rapidjson::MemoryStream stream(line.data(), line.size());
-        // Not by recursion: how deep a line nests is not ours to say.
-        m_reader.Parse<rapidjson::kParseIterativeFlag>(stream, finder);
-        return finder.Found();
+        const auto content = m_member.Find(line);
+        return content ? ReadNumber(*content) : std::nullopt;
     }
 
 private:
-    std::string m_key;
-    rapidjson::Reader m_reader;  // keeps its memory: 13 % fewer instructions of `kxdu filter --json`
+    JsonMember m_member;
 };
 
 }  // namespace
 
-std::unique_ptr<NotificationIdReader> MakeFirstNumberReader() {
-    return std::make_unique<FirstNumberReader>();
+std::unique_ptr<NotificationIdReader> MakeFirstNumberReader(char delimiter) {
+    return std::make_unique<FirstNumberReader>(delimiter);
 }
 
-std::unique_ptr<NotificationIdReader> MakeFieldReader(std::size_t field) {
-    return std::make_unique<FieldReader>(field);
+std::unique_ptr<NotificationIdReader> MakeFieldReader(std::size_t field, char delimiter) {
+    return std::make_unique<FieldReader>(field, delimiter);
 }
 
 std::unique_ptr<NotificationIdReader> MakeJsonMemberReader(const std::string& key) {
     return std::make_unique<JsonMemberReader>(key);
+}
+
+std::optional<NumberField> FindNumberField(std::string_view line, char delimiter,
+                                           const std::function<bool(int)>& isWanted) {
+    return FindField(line, delimiter, isWanted);
 }
 
 }  // namespace NS_KX::NS_KXDU
