@@ -6,9 +6,9 @@ set -euo pipefail
 declare -A groups=(
     # Builds the libraries and kxdu.
     [tool]="cmake g++ git ninja-build pkg-config libace-dev libcli11-dev libsqlitecpp-dev libsqlite3-dev libspdlog-dev
-            liblzma-dev libsimdjson-dev libtbb-dev libtomlplusplus-dev libzstd-dev rapidjson-dev zlib1g-dev"
+            liblzma-dev libsimdjson-dev libtbb-dev libtomlplusplus-dev libzstd-dev zlib1g-dev"
     # Builds and runs the tests, together with "tool".
-    [test]="libgmock-dev libgtest-dev man-db mawk parallel python3 sqlite3 time xz-utils zstd"
+    [test]="libgmock-dev libgtest-dev man-db mawk parallel python3 rapidjson-dev sqlite3 time xz-utils zstd"
     # Builds and tests the extension for PostgreSQL.
     [postgresql]="postgresql-15 postgresql-server-dev-15 python3 sqlite3"
     # Builds and tests the package for Python.
@@ -22,6 +22,7 @@ declare -A groups=(
     [coverage]="gcovr"
     [fuzz]="clang-14 libclang-rt-14-dev libgtest-dev python3"
     [lint]="clang-14 clang-format-14 clang-tidy-14 cppcheck"
+    [rsyslog]="procps rsyslog"
 )
 
 missing=()
