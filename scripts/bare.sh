@@ -19,22 +19,7 @@ scripts/install-deps.sh bare
 root=$(mktemp -d /var/tmp/kx-bare.XXXXXX)
 trap 'rm -rf --one-file-system "$root"' EXIT
 
-# Sources of other packages would want keys that a bare Debian does not have.
-release=bookworm
-mapfile -t sources < <(grep -lrE "(^|[[:space:]])$release([[:space:]]|$)" --include='*.list' --include='*.sources' \
-                            /etc/apt)
-log=$root.log
-if ! mmdebstrap --variant=minbase --include=git,ca-certificates --dpkgopt=force-unsafe-io "$release" "$root" \
-                "${sources[@]}" >"$log" 2>&1; then
-    cat "$log" >&2
-    echo "bare: could not make a Debian $release" >&2
-    exit 1
-fi
-rm -f "$log"
-apt-config dump | grep -iE '^Acquire::https?::(Proxy|No-Cache)' >"$root/etc/apt/apt.conf.d/90machine" || true
-cp /etc/resolv.conf /etc/hosts "$root/etc/"
-chmod 755 "$root"
-
+scripts/debian-root.sh "$root" git ca-certificates
 git clone -q --no-hardlinks . "$root/clone"
 mkdir "$root/with"
 if [ ${#given[@]} -gt 0 ]; then

@@ -16,6 +16,7 @@ declare -A groups=(
     # The rest is for those who work on the sources.
     [abi]="abigail-tools"
     [bare]="mmdebstrap"
+    [hosts]="mmdebstrap openssh-client parallel"
     [bench]="libbenchmark-dev mawk python3 time valgrind"
     [ccache]="ccache"
     [clang]="clang-14 libclang-rt-14-dev"

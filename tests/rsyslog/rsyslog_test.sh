@@ -40,6 +40,7 @@ hold_back() {
 mkdir -p nms/kx_corbaagent_bundle log spool
 hold_back 7
 echo "global(workDirectory=\"$work/spool\")" >rsyslog.conf
+# shellcheck disable=SC2016
 sed -n '/^```rsyslog$/,/^```$/{/^```/!p}' "$guide" |
     sed "s|port=\"[0-9]*\"|port=\"0\" listenPortFileName=\"$work/port\"|; s|/usr/bin/kxdu|$kxdu|
          s|/etc/nms|$work/nms|; s|/var/log|$work/log|g" >>rsyslog.conf
@@ -60,7 +61,7 @@ send() {
 
 # has_lines FILE COUNT
 has_lines() {
-    [ "$(cat "$1" 2>/dev/null | wc -l)" -ge "$2" ]
+    [ -e "$1" ] && [ "$(wc -l <"$1")" -ge "$2" ]
 }
 
 alarms 1 100000 | send &

@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# Runs examples/many_hosts.sh with two hosts that share nothing but ssh: two Debian systems in namespaces of their own,
+# without a network. Each ssh connection starts an sshd there. Wants to be root.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/count.sh
+
+if [ "$(id -u)" -ne 0 ]; then
+    echo "many-hosts: wants to be root" >&2
+    exit 2
+fi
+scripts/install-deps.sh tool hosts
+scripts/build.sh tool
+work=$(mktemp -d /var/tmp/kx-hosts.XXXXXX)
+trap 'rm -rf --one-file-system "$work"' EXIT
+
+# The packages that the installed programs need.
+install=build/tool/hosts
+rm -rf "$install"
+cmake --install build/tool --prefix "$install/usr" >build/tool/hosts.log
+mapfile -t libraries < <(ldd "$install"/usr/bin/kxdu | awk '$3 ~ "^/" && $3 !~ "^'"$PWD"'" { print $3 }' |
+                             xargs -n 1 realpath | xargs -n 1 basename | sort -u)
+mapfile -t packages < <(for library in "${libraries[@]}"; do dpkg -S "*/$library" | sed 's/:.*//'; done | sort -u)
+
+scripts/debian-root.sh "$work/alpha" openssh-server parallel "${packages[@]}"
+cp -a "$install/usr" "$work/alpha/"
+ssh-keygen -q -t ed25519 -N '' -f "$work/key"
+install -D -m 600 "$work/key.pub" "$work/alpha/root/.ssh/authorized_keys"
+mkdir -p "$work/alpha/run/sshd"
+cp -a "$work/alpha" "$work/beta"
+
+cat >"$work/sshd" <<'END'
+#!/bin/sh
+# sshd ROOT NAME: a host for one connection.
+# shellcheck disable=SC2016
+exec unshare --mount --uts --ipc --net --pid --fork --kill-child --propagation private sh -euc '
+    mount -t proc proc "$1/proc"
+    mount --rbind /dev "$1/dev"
+    hostname "$2"
+    exec chroot "$1" /usr/sbin/sshd -i -o UsePAM=no
+' sh "$@"
+END
+chmod +x "$work/sshd"
+for host in alpha beta; do
+    chroot "$work/$host" sh -c 'rm -f /etc/ssh/ssh_host_*; ssh-keygen -A >/dev/null'
+    cat <<END
+Host $host
+    User root
+    IdentityFile $work/key
+    IdentitiesOnly yes
+    BatchMode yes
+    StrictHostKeyChecking accept-new
+    UserKnownHostsFile $work/known_hosts
+    ProxyCommand $work/sshd $work/$host $host
+    LogLevel ERROR
+END
+done >"$work/config"
+
+export HOSTS=alpha,beta PARALLEL_SSH="ssh -F $work/config"
+for host in alpha beta; do
+    if [ "$(ssh -F "$work/config" "$host" hostname)" = "$host" ]; then
+        passed
+    else
+        failed
+    fi
+done
+if PARALLEL="--joblog $work/jobs" tests/package/many_hosts_test.sh "$PWD/build/tool/bin/kxdu" "$PWD/examples/many_hosts.sh"; then
+    passed
+else
+    failed
+fi
+# Each host had a share of the last run.
+if [ "$(awk 'NR > 1 { print $2 }' "$work/jobs" | sort -u | xargs)" = "alpha beta" ]; then
+    passed
+else
+    cat "$work/jobs"
+    failed
+fi
+finish
