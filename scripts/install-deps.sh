@@ -22,6 +22,7 @@ declare -A groups=(
     [clang]="clang-14 libclang-rt-14-dev"
     [coverage]="gcovr"
     [fuzz]="clang-14 libclang-rt-14-dev libgtest-dev python3"
+    [packages]="dpkg-dev file lintian"
     [lint]="clang-14 clang-format-14 clang-tidy-14 cppcheck"
     [rsyslog]="procps rsyslog"
 )

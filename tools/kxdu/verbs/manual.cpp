@@ -23,7 +23,7 @@ void Write(const std::filesystem::path& file, const std::string& text) {
 ExitCode WriteManual(const CLI::App& app, const std::filesystem::path& folder) {
     const DescribedVerb tool = Describe(app);
     for (const DescribedVerb* const verb : Flattened(tool)) {
-        Write(folder / "man/man1" / (ManualName(*verb) + ".1.gz"), ManualPage(*verb, tool, app.version()));
+        Write(folder / "man/man1" / (ManualName(*verb) + ".1"), ManualPage(*verb, tool, app.version()));
     }
     Write(folder / "bash-completion/completions/kxdu", BashCompletion(tool));
     Write(folder / "zsh/vendor-completions/_kxdu", ZshCompletion(tool));
