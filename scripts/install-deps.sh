@@ -13,6 +13,8 @@ declare -A groups=(
     [postgresql]="postgresql-15 postgresql-server-dev-15 python3 sqlite3"
     # Builds and tests the package for Python.
     [python]="libpython3-dev mypy pybind11-dev python3 python3-numpy python3-pytest"
+    # Uses the page of kxdu report.
+    [browser]="chromium fonts-dejavu-core python3"
     # The rest is for those who work on the sources.
     [abi]="abigail-tools"
     [bare]="mmdebstrap"

@@ -84,6 +84,7 @@ int Main(int argc, char** argv) {
     AddGet(app, action);
     AddFilter(app, action);
     AddStats(app, action);
+    AddReport(app, action);
     AddNeType(app, action);
     AddFb(app, action);
     AddLevel(app, action);

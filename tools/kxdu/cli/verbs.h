@@ -28,6 +28,7 @@ void AddExplain(CLI::App& app, Action& action);
 void AddGet(CLI::App& app, Action& action);
 void AddFilter(CLI::App& app, Action& action);
 void AddStats(CLI::App& app, Action& action);
+void AddReport(CLI::App& app, Action& action);
 void AddNeType(CLI::App& app, Action& action);
 void AddFb(CLI::App& app, Action& action);
 void AddLevel(CLI::App& app, Action& action);
