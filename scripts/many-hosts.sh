@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs examples/many_hosts.sh with two hosts that share nothing but ssh: two Debian systems in namespaces of their own,
-# without a network. Each ssh connection starts an sshd there. Wants to be root.
+# Runs examples/many_hosts.sh with two hosts that share nothing but ssh: two Debian systems with our packages, in
+# namespaces of their own, without a network. Each ssh connection starts an sshd there. Wants to be root.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh
@@ -9,21 +9,21 @@ if [ "$(id -u)" -ne 0 ]; then
     echo "many-hosts: wants to be root" >&2
     exit 2
 fi
-scripts/install-deps.sh tool hosts
-scripts/build.sh tool
+scripts/install-deps.sh hosts
+scripts/packages.sh --only-make >/dev/null
 work=$(mktemp -d /var/tmp/kx-hosts.XXXXXX)
 trap 'rm -rf --one-file-system "$work"' EXIT
 
-# The packages that the installed programs need.
-install=build/tool/hosts
-rm -rf "$install"
-cmake --install build/tool --prefix "$install/usr" >build/tool/hosts.log
-mapfile -t libraries < <(ldd "$install"/usr/bin/kxdu | awk '$3 ~ "^/" && $3 !~ "^'"$PWD"'" { print $3 }' |
-                             xargs -n 1 realpath | xargs -n 1 basename | sort -u)
-mapfile -t packages < <(for library in "${libraries[@]}"; do dpkg -S "*/$library" | sed 's/:.*//'; done | sort -u)
-
-scripts/debian-root.sh "$work/alpha" openssh-server parallel "${packages[@]}"
-cp -a "$install/usr" "$work/alpha/"
+scripts/debian-root.sh "$work/alpha" openssh-server parallel
+cp -r build/packages/debs "$work/alpha/debs"
+echo "deb [trusted=yes] file:/debs ./" >"$work/alpha/etc/apt/sources.list.d/kx.list"
+log=build/many-hosts.log
+if ! chroot "$work/alpha" env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
+     sh -ec 'apt-get update -q; apt-get install -y -q --no-install-recommends kxdu' >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "many-hosts: could not install the packages" >&2
+    exit 1
+fi
 ssh-keygen -q -t ed25519 -N '' -f "$work/key"
 install -D -m 600 "$work/key.pub" "$work/alpha/root/.ssh/authorized_keys"
 mkdir -p "$work/alpha/run/sshd"
@@ -64,7 +64,7 @@ for host in alpha beta; do
         failed
     fi
 done
-if PARALLEL="--joblog $work/jobs" tests/package/many_hosts_test.sh "$PWD/build/tool/bin/kxdu" "$PWD/examples/many_hosts.sh"; then
+if PARALLEL="--joblog $work/jobs" tests/package/many_hosts_test.sh "$PWD/build/packages/bin/kxdu" "$PWD/examples/many_hosts.sh"; then
     passed
 else
     failed
