@@ -94,6 +94,7 @@ std::vector<CountRow> KindRows(const Statistics& statistics) {
         byWord[kind != nullptr ? kind->word : std::string_view()] += count;
     }
     std::vector<CountRow> rows;
+    rows.reserve(byWord.size());
     for (const auto& [word, count] : byWord) {
         rows.push_back({std::string(word), {}, count});
     }
@@ -121,6 +122,7 @@ std::vector<CountRow> LevelRows(const Statistics& statistics) {
 
 std::vector<CountRow> ProblemRows(const Statistics& statistics) {
     std::vector<CountRow> rows;
+    rows.reserve(statistics.problems.size());
     for (const auto& [reason, problem] : statistics.problems) {
         const ProblemCount::Place& first = problem.places.front();
         rows.push_back({std::string(reason), {}, problem.count, first.place, first.text});

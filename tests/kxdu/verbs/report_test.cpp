@@ -67,6 +67,15 @@ TEST_F(ReportTest, AlarmsAreCountedByIdentifier) {
     EXPECT_TRUE(Holds(DataOf("NE=1\n", "--alarms a.jsonl --alarm-fdn fdn"), expected));
 }
 
+TEST_F(ReportTest, SaysThatNoAlarmHasAnIdentifier) {
+    WriteFile("a.tsv", "major\tNE=1,FR=1\n");
+    const Ended ended = Shell("kxdu report --levels-only --alarms a.tsv --alarm-fdn 0 -o report.html", "NE=1\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(
+        ended.err,
+        "kxdu: a.tsv: no line has the identifier of an NE in \"0\", the field or member that --alarm-fdn names\n");
+}
+
 TEST_F(ReportTest, QuotesBetweenTabsBelongToTheIdentifier) {
     WriteFile("a.tsv", "NE=1,PP=||1|say \"hello\"\t7\n");
     EXPECT_TRUE(Holds(DataOf("NE=1\n", "--alarms a.tsv --alarm-fdn 0"), R"([["NE=1,PP=||1|say \"hello\"",1]])"));

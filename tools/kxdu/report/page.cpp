@@ -5,6 +5,7 @@
 #include <ctime>
 #include <map>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include <kx_domain_util/constanttables.h>
@@ -41,7 +42,13 @@ public:
     void Flag(bool flag) { Word(flag ? "true" : "false"); }
     void Null() { Word("null"); }
 
-    /// Begins the value of a member.
+    // An array of texts and numbers.
+    template <class... Values>
+    void Row(const Values&... values) {
+        Array([&] { (Value(values), ...); });
+    }
+
+    // Begins the value of a member.
     void Key(std::string_view key) {
         Text(key);
         m_out.Put(':');
@@ -57,6 +64,13 @@ public:
     }
 
 private:
+    void Value(std::string_view text) { Text(text); }
+    template <class Number>
+    requires std::is_integral_v<Number>
+    void Value(Number number) {
+        Next();
+        AppendNumber(m_out, number);
+    }
     void Next() {
         if (!m_isFirst) {
             m_out.Put(',');
@@ -100,10 +114,7 @@ void WriteTags(Json& json) {
                 json.Array([&] {
                     for (std::size_t place = 0; place < tag->most; ++place) {
                         const SubValue& subValue = tag->subValues.at(place);
-                        json.Array([&] {
-                            json.Text(subValue.kind == SubValueKind::TEXT ? "text" : "number");
-                            json.Text(subValue.meaning);
-                        });
+                        json.Row(subValue.kind == SubValueKind::TEXT ? "text" : "number", subValue.meaning);
                     }
                 });
             });
@@ -113,19 +124,23 @@ void WriteTags(Json& json) {
 
 // The FB types of which something is known: name and interface level.
 void WriteFbTypes(Json& json) {
-    std::map<int, std::pair<std::string, std::optional<int>>> known;
+    struct FbType {
+        std::string name;
+        std::optional<int> level;
+    };
+    std::map<int, FbType> fbTypes;
     for (const auto& row : NS_UTIL::GetFbTypeNameRows()) {
-        known[row.fbType].first = NameOfFbType(row.fbType).value_or("");
+        fbTypes[row.fbType].name = NameOfFbType(row.fbType).value_or("");
     }
     for (const auto& row : NS_UTIL::GetFbTypeLevelRows()) {
-        known[row.fbType].second = LevelOfFbType(row.fbType);
+        fbTypes[row.fbType].level = LevelOfFbType(row.fbType);
     }
     json.Object([&] {
-        for (const auto& [fbType, fb] : known) {
-            json.Key(std::to_string(fbType));
+        for (const auto& known : fbTypes) {
+            json.Key(std::to_string(known.first));
             json.Array([&] {
-                json.TextOrNull(fb.first);
-                fb.second ? json.Number(*fb.second) : json.Null();
+                json.TextOrNull(known.second.name);
+                known.second.level ? json.Number(*known.second.level) : json.Null();
             });
         }
     });
@@ -216,10 +231,7 @@ void WriteProblems(Json& json, const Statistics& statistics) {
                 json.Number(static_cast<std::int64_t>(row.count));
                 json.Array([&] {
                     for (const auto& [place, text] : statistics.problems.at(row.value).places) {
-                        json.Array([&] {
-                            json.Text(place);
-                            json.Text(text);
-                        });
+                        json.Row(place, text);
                     }
                 });
             });
@@ -230,19 +242,13 @@ void WriteProblems(Json& json, const Statistics& statistics) {
 // ---- The NEs --------------------------------------------------------------------------------------------------------
 
 void WriteNes(Json& json, const PageContent& content) {
-    constexpr std::int64_t NO_TYPE = -1;
+    constexpr int NO_TYPE = -1;
     const auto families = content.inventory != nullptr ? std::optional(NeFamilies(*content.inventory)) : std::nullopt;
     json.Key("nes");
     json.Array([&] {
         for (const auto& [neId, identifiers] : content.network.nes) {
             const auto type = families ? families->TypeOf(neId) : std::nullopt;
-            json.Array([&] {
-                json.Number(neId);
-                json.Number(type ? std::int64_t{*type} : NO_TYPE);
-                json.Number(static_cast<std::int64_t>(identifiers.count));
-                json.Number(static_cast<std::int64_t>(identifiers.ports));
-                json.Number(static_cast<std::int64_t>(identifiers.problems));
-            });
+            json.Row(neId, type ? int{*type} : NO_TYPE, identifiers.count, identifiers.ports, identifiers.problems);
         }
     });
     json.Key("neTypes");
@@ -272,15 +278,12 @@ void WriteAlarms(Json& json, const Alarms& alarms, const std::string& file) {
         json.Number(static_cast<std::int64_t>(alarms.unread));
         json.Key("nes");
         json.Array([&] {
-            for (const auto& [neId, counts] : alarms.nes) {
-                json.Array([&, &ne = neId, &ofNe = counts] {
-                    json.Number(ne);
+            for (const auto& ne : alarms.nes) {
+                json.Array([&] {
+                    json.Number(ne.first);
                     json.Array([&] {
-                        for (const auto& [fdn, count] : ofNe) {
-                            json.Array([&, &text = fdn, &number = count] {
-                                json.Text(text);
-                                json.Number(static_cast<std::int64_t>(number));
-                            });
+                        for (const auto& [fdn, count] : ne.second) {
+                            json.Row(fdn, count);
                         }
                     });
                 });

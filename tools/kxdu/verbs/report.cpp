@@ -11,6 +11,7 @@
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "lines/bufferedoutput.h"
+#include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/fileinuse.h"
 #include "report/alarms.h"
@@ -84,6 +85,10 @@ ExitCode Report(const Options& options) {
     std::optional<Alarms> alarms;
     if (!options.alarms.file.empty()) {
         alarms = ReadAlarms(options.alarms, options.counting.nes, options.counting.bulk, filesInUse);
+    }
+    if (alarms && alarms->unread != 0 && alarms->unread == alarms->total) {
+        WriteMessage("kxdu: " + options.alarms.file + ": no line has the identifier of an NE in " +
+                     Quoted(options.alarms.field) + ", the field or member that --alarm-fdn names\n");
     }
     BufferedOutput output(options.output);
     WritePage({network, options.counting.Search(), options.counting.bulk.files, inventory ? &*inventory : nullptr,
