@@ -2,7 +2,6 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <string_view>
 
 #include <langinfo.h>
 #include <sys/ioctl.h>
@@ -12,14 +11,10 @@
 
 namespace NS_KX {
 
-namespace {
-
 std::string_view FromEnvironment(const char* variable) {
     const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): nobody changes the environment
     return value == nullptr ? std::string_view() : value;
 }
-
-}  // namespace
 
 bool IsCapableTerminal(int descriptor) {
     return isatty(descriptor) == 1 && FromEnvironment("TERM") != "dumb";

@@ -2,8 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace NS_KX {
+
+/// The value of an environment variable; empty if it is not set.
+std::string_view FromEnvironment(const char* variable);
 
 /// Whether `descriptor` is a terminal that obeys control sequences: not one with TERM=dumb.
 bool IsCapableTerminal(int descriptor);

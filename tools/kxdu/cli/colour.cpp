@@ -1,6 +1,5 @@
 #include "cli/colour.h"
 
-#include <cstdlib>
 #include <string_view>
 
 #include <unistd.h>
@@ -12,13 +11,9 @@ namespace NS_KX::NS_KXDU {
 
 namespace {
 
-bool IsSet(const char* variable) {
-    const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): no other thread runs
-    return value != nullptr && *value != '\0';
-}
-
-bool IsSetAndNotZero(const char* variable) {
-    return IsSet(variable) && std::string_view(std::getenv(variable)) != "0";  // NOLINT(concurrency-mt-unsafe)
+bool IsForced(const char* variable) {
+    const std::string_view value = FromEnvironment(variable);
+    return !value.empty() && value != "0";
 }
 
 }  // namespace
@@ -33,10 +28,10 @@ bool IsColoured(Colour colour, const std::string& output) {
     if (colour != Colour::AUTO) {
         return colour == Colour::ALWAYS;
     }
-    if (IsSet("NO_COLOR")) {
+    if (!FromEnvironment("NO_COLOR").empty()) {
         return false;
     }
-    if (IsSetAndNotZero("FORCE_COLOR") || IsSetAndNotZero("CLICOLOR_FORCE")) {
+    if (IsForced("FORCE_COLOR") || IsForced("CLICOLOR_FORCE")) {
         return true;
     }
     return (output.empty() || output == "-") && IsCapableTerminal(STDOUT_FILENO);

@@ -182,12 +182,13 @@ std::string ZshAction(const DescribedOption& option, const DescribedVerb& tool) 
 std::string ZshArguments(const DescribedVerb& verb, const DescribedVerb& tool) {
     std::string text = "    _arguments -s";
     for (const DescribedOption& option : verb.options) {
-        const std::string value =
-            option.value.empty() ? "" : ":" + ZshEscaped(option.value) + ":" + ZshAction(option, tool);
+        const std::string times = option.isRepeated ? "*" : "(" + Joined(option.names) + ")";
+        std::string about = "[" + ZshEscaped(Brief(option.description)) + "]";
+        if (!option.value.empty()) {
+            about.append(":").append(ZshEscaped(option.value)).append(":").append(ZshAction(option, tool));
+        }
         for (const std::string& name : option.names) {
-            const std::string others = option.isRepeated ? "*" : "(" + Joined(option.names) + ")";
-            text += " \\\n        " +
-                    InSingleQuotes(others + name + "[" + ZshEscaped(Brief(option.description)) + "]" + value);
+            text.append(" \\\n        ").append(InSingleQuotes(times + name + about));
         }
     }
     for (const DescribedOption& argument : verb.arguments) {

@@ -21,8 +21,9 @@ namespace {
 constexpr std::size_t LEAST_WIDTH = 50;
 constexpr std::size_t VERB_COLUMN = 14;
 
+// Of the terminal on standard error if the help goes into a pipe: most likely to a pager there.
 std::size_t HelpWidth() {
-    return std::clamp(ColumnsOf(STDOUT_FILENO, HELP_WIDTH), LEAST_WIDTH, HELP_WIDTH);
+    return std::clamp(ColumnsOf(STDOUT_FILENO, ColumnsOf(STDERR_FILENO, HELP_WIDTH)), LEAST_WIDTH, HELP_WIDTH);
 }
 
 class HelpFormatter : public CLI::Formatter {
