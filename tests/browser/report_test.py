@@ -149,6 +149,20 @@ class Network(unittest.TestCase):
             page.value("document.querySelector('#beside [data-fdn=\"' + CSS.escape(%s) + '\"]').click()" % json.dumps(fdn))
             self.check_meaning(fdn)
 
+    def test_meaning_stays_in_sight_of_every_list(self):
+        for width in (1280, 390):
+            page.resize(width, 844)
+            open_page(fragment="#ne=340")
+            page.value("document.querySelector('#beside details:last-child').open = true")
+            page.wait("document.querySelector('#beside details:last-child button') !== null")
+            page.point_at("#beside details:last-child button")
+            in_sight = page.value("""(() => {
+                const box = document.querySelector('#detail .identifier').getBoundingClientRect();
+                return box.top >= 0 && box.bottom <= innerHeight;
+            })()""")
+            self.assertTrue(in_sight, width)
+        page.resize(1280, 900)
+
     def test_pointing_at_a_port_shows_its_meaning(self):
         open_page(fragment="#ne=340")
         page.point_at("#shelves .port")
