@@ -172,8 +172,7 @@ private:
 // The part that a problem at `place` is about: the last part of that level that begins at or before `place`, or else
 // the level's first part.
 ExplainedPart& PartAt(std::vector<ExplainedPart>& parts, std::size_t place) {
-    const auto beginsBehind = [](std::size_t where, const ExplainedPart& part) { return part.begin > where; };
-    const auto next = std::upper_bound(parts.begin(), parts.end(), place, beginsBehind);
+    const auto next = std::ranges::upper_bound(parts, place, {}, &ExplainedPart::begin);
     if (next == parts.begin()) {
         return *next;  // exists: the first level begins with the identifier
     }
@@ -249,7 +248,7 @@ Explanation Explain(std::string_view fdn, const Kind* kind, const NS_UTIL::Surro
     } else if (kind != nullptr) {
         ReadRecord(*kind, surroundings, explanation);
     } else {
-        explanation.notes.push_back("no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(fdn)));
+        explanation.notes.push_back(OfNoKind(fdn));
     }
     return explanation;
 }

@@ -1,4 +1,4 @@
-/// What is said of a kind of identifier, and of the levels that identifiers are made of.
+/// Descriptions of the kinds of identifiers, and of the tags of their levels.
 #pragma once
 
 #include <array>
@@ -22,13 +22,13 @@ public:
 
 /// A kind of identifier: which level ends it, which record it fills, and how.
 struct Kind {
-    /// The name of the kind wherever it is written; a variant of a record follows a ":".
+    /// Its name in all inputs and outputs: that of its record, and for a variant ":" and a word.
     std::string_view type;
     /// What people call it, the same for all variants.
     std::string_view word;
-    /// The tags of the levels that end it; empty ones are unused. None: found by its type only.
+    /// The tags of the levels that end it; empty ones are unused. If there are none, it is found only by its type.
     std::array<std::string_view, 6> lastTags;
-    /// An identifier of this kind as it is written, NE 5 being of no type that has rules of its own.
+    /// An identifier of this kind as its writer writes it, if NE 5 is of a type without rules of its own.
     std::string_view example;
 
     const RecordLayout& layout;
@@ -39,7 +39,7 @@ struct Kind {
     /// the text that it keeps, std::bad_alloc, and what `surroundings` throws.
     void (*write)(const void* record, std::string& fdn, const NS_UTIL::Surroundings& surroundings);
 
-    /// Whether an identifier that ends in one of these tags is of this kind; null: it is.
+    /// Whether an identifier that ends in one of these tags is of this kind. Null: always.
     bool (*applies)(std::string_view fdn) = nullptr;
 };
 

@@ -1,8 +1,8 @@
 #include "catalogue/kinds.h"
 
 #include <algorithm>
-#include <array>
 #include <unordered_map>
+#include <vector>
 
 #include <kx_domain_util/fdnscanner.h>
 
@@ -73,6 +73,10 @@ const Kind* FindKind(std::string_view fdn) {
         }
     }
     return nullptr;
+}
+
+std::string OfNoKind(std::string_view fdn) {
+    return std::string(NO_KIND_ENDS_IN) + Quoted(NS_UTIL::NS_FDN::LastTag(fdn));
 }
 
 const Kind* FindKindByType(std::string_view type) {

@@ -4,11 +4,14 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "catalogue/kind.h"
 
 namespace NS_KX {
+
+/// Surroundings for reading an identifier by its text alone: no service of the process is asked, so what an index or a
+/// file holds never changes its meaning.
+inline constinit const NS_UTIL::Surroundings NO_SURROUNDINGS;
 
 /// All kinds, containers first.
 std::span<const Kind* const> AllKinds();
@@ -16,11 +19,21 @@ std::span<const Kind* const> AllKinds();
 /// The kind of `fdn`; null if no kind ends in its last level.
 const Kind* FindKind(std::string_view fdn);
 
+/// Why `FindKind` finds none, for a message: the quoted tag of the last level follows.
+inline constexpr std::string_view NO_KIND_ENDS_IN = "no kind of identifier ends in the level ";
+/// The whole message.
+std::string OfNoKind(std::string_view fdn);
+
 /// The kind whose type is called `type`; null if there is none.
 const Kind* FindKindByType(std::string_view type);
 
 /// All tags, containers first.
 std::span<const Tag* const> AllTags();
+
+/// Tags consist of upper-case letters and digits.
+constexpr bool IsTagCharacter(char character) noexcept {
+    return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
+}
 
 /// The tag of this name; null if it is unknown.
 const Tag* FindTag(std::string_view name);

@@ -26,14 +26,11 @@ constexpr std::size_t MOST_PROBLEMS = 8;
 
 constexpr const char* PORT_NUMBER_RANGE = "from -2147483648 to 4294967295";
 
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
-// The common case: a few decimal digits are in range for every kind.
+// A few decimal digits, which are in range for every kind; most numbers are.
 bool IsPlainNumber(std::string_view text) {
     constexpr std::size_t MOST_DIGITS = 9;
-    return !text.empty() && text.size() <= MOST_DIGITS && std::all_of(text.begin(), text.end(), IsDigit);
+    return !text.empty() && text.size() <= MOST_DIGITS &&
+           text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 bool IsInRange(std::string_view decimal, SubValueKind kind) {
@@ -95,10 +92,7 @@ private:
     }
 
     bool CheckTag(std::string_view tag) {
-        const auto isTagCharacter = [](char character) {
-            return IsDigit(character) || (character >= 'A' && character <= 'Z');
-        };
-        const auto* const wrong = std::find_if_not(tag.begin(), tag.end(), isTagCharacter);
+        const auto* const wrong = std::find_if_not(tag.begin(), tag.end(), IsTagCharacter);
         if (wrong == tag.end()) {
             return true;
         }
@@ -184,34 +178,26 @@ const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const
     const Kind* const kind = isGood ? FindKind(fdn) : nullptr;
     if (isGood && kind == nullptr) {
         const std::string_view tag = NS_UTIL::NS_FDN::LastTag(fdn);
-        report({static_cast<std::size_t>(tag.data() - fdn.data()) + 1,
-                "no kind of identifier ends in the level " + Quoted(tag), "last level of no kind"});
+        report({static_cast<std::size_t>(tag.data() - fdn.data()) + 1, OfNoKind(fdn), "last level of no kind"});
     }
     return kind;
 }
 
-std::optional<Problem> FindNoText(std::string_view text) {
-    if (text.empty()) {
-        return Problem{1, "the line is empty", "the line is empty"};
+void FindProblems(std::string_view text, const std::function<void(const Problem&)>& report) {
+    if (const auto flaw = FindFlaw(text)) {
+        report({std::max<std::size_t>(flaw->column, 1), flaw->reason, flaw->reason});
+    } else {
+        CheckIdentifier(text, report);
     }
-    if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
-        return Problem{nul + 1, "NUL byte", "NUL byte"};
-    }
-    if (const auto invalid = IsAscii(text) ? text.size() : FindInvalidUtf8(text); invalid != text.size()) {
-        return Problem{invalid + 1, "not UTF-8", "not UTF-8"};
-    }
-    return std::nullopt;
 }
 
 std::optional<Problem> FindFirstProblem(std::string_view text) {
-    std::optional<Problem> first = FindNoText(text);
-    if (!first) {
-        CheckIdentifier(text, [&](const Problem& problem) {
-            if (!first) {
-                first = problem;
-            }
-        });
-    }
+    std::optional<Problem> first;
+    FindProblems(text, [&](const Problem& problem) {
+        if (!first) {
+            first = problem;
+        }
+    });
     return first;
 }
 

@@ -26,11 +26,11 @@ void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>
 /// kind of `fdn`; null if something was reported.
 const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
-/// Why `text` cannot be an identifier at all: it is empty, holds a NUL byte, or is not UTF-8. None if it can be one.
-std::optional<Problem> FindNoText(std::string_view text);
+/// Calls `report` for each problem of `text`, which may hold anything: the flaw that keeps it from being an identifier,
+/// or else what `CheckIdentifier` reports.
+void FindProblems(std::string_view text, const std::function<void(const Problem&)>& report);
 
-/// The first problem of `text`: why it cannot be an identifier, or else what `CheckIdentifier` reports first. None if
-/// nothing is wrong.
+/// The first problem of `text`; none if nothing is wrong.
 std::optional<Problem> FindFirstProblem(std::string_view text);
 
 }  // namespace NS_KX

@@ -9,6 +9,7 @@
 
 #include "catalogue/kinds.h"
 #include "text/number.h"
+#include "text/text.h"
 
 namespace NS_KX {
 
@@ -28,10 +29,6 @@ std::string_view SubValueAt(std::string_view value, unsigned index) {
         }
     }
     return {};
-}
-
-bool IsTagCharacter(char character) {
-    return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
 }
 
 // Like ==, but calls no function for tags that differ in size or first character, as most do.
@@ -105,6 +102,16 @@ std::optional<PieceName> PieceName::Parse(std::string_view text) {
     return name;
 }
 
+std::optional<PieceName> PieceName::ParseKnown(std::string_view text) {
+    auto name = Parse(text);
+    return name && name->IsKnown() ? name : std::nullopt;
+}
+
+std::string PieceName::WhyNone(std::string_view text) {
+    return "unknown piece " + Quoted(text) +
+           "; a piece is a level or one of its sub-values, from 0, such as NE or PP:2";
+}
+
 bool PieceName::IsKnown() const {
     const Tag* const known = FindTag(tag);
     if (known == nullptr) {
@@ -159,6 +166,17 @@ std::optional<std::int32_t> NumberOf(std::string_view piece) {
     constexpr std::int32_t NONE = -1;
     const std::int32_t number = piece.empty() ? NONE : NS_UTIL::Str2Int(piece);
     return number != NONE ? std::optional(number) : std::nullopt;
+}
+
+std::optional<std::string> WhyNoValue(const PieceName& name, std::string_view value) {
+    using namespace std::string_view_literals;
+    const Tag* const tag = FindTag(name.tag);
+    const bool endsAtBar = name.index && tag != nullptr && !tag->isOpen;
+    const auto wrong = value.find_first_of(endsAtBar ? ",\r\n\0|"sv : ",\r\n\0"sv);
+    if (wrong == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return "the value " + Quoted(value) + " holds " + Quoted(value.substr(wrong, 1)) + ", which would end the piece";
 }
 
 std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::string_view value) {

@@ -22,11 +22,16 @@ struct PieceName {
     /// text.
     static std::optional<PieceName> Parse(std::string_view text);
 
-    /// Whether identifiers have such a piece: the tag is known, and its level may have that sub-value.
-    [[nodiscard]] bool IsKnown() const;
+    /// The same, and none for a piece that no identifier has: the tag is unknown, or its level has no such sub-value.
+    static std::optional<PieceName> ParseKnown(std::string_view text);
+    /// Why `ParseKnown` gives none, for a message.
+    static std::string WhyNone(std::string_view text);
 
     /// Whether the piece is a number, or the first of its level's sub-values is.
     [[nodiscard]] bool IsNumber() const;
+
+private:
+    [[nodiscard]] bool IsKnown() const;
 };
 
 /// Finds several pieces in one pass.
@@ -52,8 +57,11 @@ std::string_view FindPiece(std::string_view fdn, const PieceName& name);
 /// The number that a piece is read as. None if the piece is missing or empty, or reads as -1, which means "none".
 std::optional<std::int32_t> NumberOf(std::string_view piece);
 
-/// `fdn` with this piece replaced by `value`; unchanged if the piece is missing. `value` holds no ",", and no "|" if
-/// the piece is a sub-value.
+/// Why `value` cannot stand in the place of a known piece: it holds a character that would end the piece or the line.
+/// None if it can.
+std::optional<std::string> WhyNoValue(const PieceName& name, std::string_view value);
+
+/// `fdn` with this piece replaced by `value`, for which `WhyNoValue` gives none; unchanged if the piece is missing.
 std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::string_view value);
 
 /// Whether `fdn` lies in `container`: `fdn` has each level of the container, with the same value. Numbers compare as

@@ -64,6 +64,9 @@ decltype(auto) VisitField(const Field& field, RecordPointer record, Visit visit)
     return visit(field.In<std::string>(record));
 }
 
+/// No record has more fields, so that a reader can keep a bit for each.
+inline constexpr std::size_t MOST_FIELDS = 64;
+
 /// What a type of record is made of.
 struct RecordLayout {
     std::span<const Field> fields;  ///< in the order of their declaration

@@ -39,6 +39,7 @@ consteval Field MakeField(std::string_view name, std::size_t offset, bool isName
 
 // Macros keep name, type and place of a member together. Records that derive from others have no standard layout; the
 // supported compilers give their offsets nevertheless.
+// The warning comes where a macro is used, so it stays off for whoever includes this.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 /// The field of this member.
 #define KX_FIELD(Record, member) \
@@ -53,15 +54,15 @@ inline constexpr std::array<Field, 0> FIELDS{};
 
 /// A record as its constructor leaves it.
 template <class Record>
-const void* Fresh() {
+const Record& Fresh() {
     static const Record fresh;
-    return &fresh;
+    return fresh;
 }
 
 template <class Record>
-inline constexpr RecordLayout LAYOUT{
-    FIELDS<Record>, [] { return std::shared_ptr<void>(std::make_shared<Record>()); },
-    [](void* record) { *static_cast<Record*>(record) = *static_cast<const Record*>(Fresh<Record>()); }, Fresh<Record>};
+inline constexpr RecordLayout LAYOUT{FIELDS<Record>, [] { return std::shared_ptr<void>(std::make_shared<Record>()); },
+                                     [](void* record) { *static_cast<Record*>(record) = Fresh<Record>(); },
+                                     []() -> const void* { return &Fresh<Record>(); }};
 
 // ---- Kinds ----------------------------------------------------------------------------------------------------------
 
@@ -71,6 +72,7 @@ template <class Conversion>
 constexpr Kind MakeKind(std::string_view type, std::string_view word, std::array<std::string_view, 6> lastTags,
                         std::string_view example, bool (*applies)(std::string_view fdn) = nullptr) {
     using Record = typename Conversion::Record;
+    static_assert(FIELDS<Record>.size() <= MOST_FIELDS);
     return {type,
             word,
             lastTags,

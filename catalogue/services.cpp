@@ -114,7 +114,7 @@ namespace {
 template <class Reader, class Record>
 void RejectContradiction(const Record& record, const std::string& fdn, const Surroundings& surroundings) {
     thread_local Record readBack;  // its texts keep their memory
-    readBack = *static_cast<const Record*>(Fresh<Record>());
+    readBack = Fresh<Record>();
     Reader::Read(fdn, readBack, surroundings);
     if (!(readBack == record)) {
         throw BadRecord("the fields say something else than the text that the record keeps, " + Quoted(fdn));

@@ -30,6 +30,7 @@ kx_add_layer(catalogue
         pieces.cpp
         ports.cpp
         readfields.cpp
+        readport.cpp
         record.cpp
         services.cpp
         statistics.cpp

@@ -151,8 +151,7 @@ private:
         }
         m_text += m_text.empty() ? "" : "\n";
         if (undrawn != 0) {
-            AddNote(std::to_string(undrawn) + (undrawn == 1 ? " more part is" : " more parts are") +
-                    " not drawn; kxdu check says what is wrong with all of them");
+            AddNote(std::to_string(undrawn) + (undrawn == 1 ? " more part is" : " more parts are") + " not drawn");
         }
         for (const std::string& note : m_explanation.notes) {
             AddNote(note);

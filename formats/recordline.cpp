@@ -1,6 +1,5 @@
 #include "formats/recordline.h"
 
-#include <array>
 #include <bit>
 #include <limits>
 #include <span>
@@ -74,11 +73,7 @@ std::string_view KeyOf(ondemand::field& field) {
 // Fills the fields of a record, which mostly come in their order.
 class Filler {
 public:
-    Filler(const Kind& kind, void* record) : m_fields(kind.layout.fields), m_record(record) {
-        if (m_fields.size() > MOST_FIELDS) {
-            throw BadRecord("the record has too many fields");
-        }
-    }
+    Filler(const Kind& kind, void* record) : m_fields(kind.layout.fields), m_record(record) {}
 
     void Fill(ondemand::object object) {
         FillNested(object, {});
@@ -89,8 +84,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t MOST_FIELDS = 64;  // a bit for each
-
     // `nest`: the name of the record that the object is nested in, with its "."; empty for the record itself.
     void FillNested(ondemand::object object, std::string_view nest) {
         for (auto member : object) {

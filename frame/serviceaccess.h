@@ -48,8 +48,8 @@ NS_BUNDLEMGR1::ServiceInterface* GetDefaultService() {
 /// Reclamation for Lock-Free Objects", 2004). On first use, the constructor makes the default and the buffer; it then
 /// may throw std::bad_alloc, or std::system_error if their lock cannot be taken.
 ///
-/// There are three ways to the service, since callers rely on how a failing look-up ends (its lock cannot be taken,
-/// say): it ends the process, except in the MA writer, which lets the exception through.
+/// There are three ways to the service, because callers rely on what a failing look-up does, for example if its lock
+/// cannot be taken. It ends the process, except in the MA writer, where the exception propagates.
 template <class Interface>
 class ServiceAccess {
 public:

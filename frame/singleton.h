@@ -14,8 +14,8 @@ public:
     StaticObjectLock(const StaticObjectLock&) = delete;
     StaticObjectLock& operator=(const StaticObjectLock&) = delete;
 
-    /// What a fork does with the lock: it is held meanwhile. In the child, where a recursive mutex does not know its
-    /// owner any more, it is made anew and taken again as often as the forking thread has it.
+    /// A fork holds the lock, so that the child finds it whole. A recursive mutex does not recognise its owner in the
+    /// child, so the child makes it anew and takes it as often as the forking thread held it.
     static void BeforeFork() noexcept;
     static void AfterForkInParent() noexcept;
     static void AfterForkInChild() noexcept;

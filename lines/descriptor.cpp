@@ -23,6 +23,12 @@ bool MayTryAgain(int descriptor, short event) noexcept {
 
 }  // namespace
 
+Descriptor::~Descriptor() {
+    if (m_number > STDIN_FILENO) {
+        close(m_number);
+    }
+}
+
 ssize_t ReadSome(int descriptor, char* memory, std::size_t size) noexcept {
     ssize_t count = 0;
     do {

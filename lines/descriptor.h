@@ -1,4 +1,4 @@
-/// Reading and writing that neither signals nor non-blocking descriptors cut short.
+/// File descriptors: closing, and reading and writing that neither signals nor non-blocking descriptors cut short.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +7,20 @@
 #include <sys/types.h>
 
 namespace NS_KX {
+
+/// Closes a file descriptor at its end; not that of standard input, which belongs to the process.
+class Descriptor {
+public:
+    explicit Descriptor(int number) noexcept : m_number(number) {}
+    ~Descriptor();
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] int Get() const noexcept { return m_number; }
+
+private:
+    int m_number;
+};
 
 /// Reads at least one byte, and returns how many; 0 at the end. Waits for a non-blocking descriptor. Returns -1 and
 /// sets errno when the system cannot read.

@@ -11,11 +11,9 @@
 #include <string_view>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include "lines/compression.h"
 #include "lines/descriptor.h"
@@ -41,7 +39,7 @@ public:
           m_decoder(std::move(decoder)),
           m_bytesRead(bytesRead),
           m_wakeUp(eventfd(0, EFD_CLOEXEC)) {
-        if (m_wakeUp == -1) {
+        if (m_wakeUp.Get() == -1) {
             FailByErrno(Cause::USAGE, m_name);
         }
         m_thread = std::thread([this] { Run(); });
@@ -53,9 +51,8 @@ public:
             m_isStopped = true;
         }
         m_changed.notify_all();
-        eventfd_write(m_wakeUp, 1);  // the thread may be waiting for an idle pipe
+        eventfd_write(m_wakeUp.Get(), 1);  // the thread may be waiting for an idle pipe
         m_thread.join();
-        close(m_wakeUp);
     }
     Decompression(const Decompression&) = delete;
     Decompression& operator=(const Decompression&) = delete;
@@ -113,7 +110,7 @@ private:
 
     // False at the end, and if no more text is wanted.
     bool ReadRaw(std::string_view& raw) {
-        std::array<pollfd, 2> waited{{{m_descriptor, POLLIN, 0}, {m_wakeUp, POLLIN, 0}}};
+        std::array<pollfd, 2> waited{{{m_descriptor, POLLIN, 0}, {m_wakeUp.Get(), POLLIN, 0}}};
         while (poll(waited.data(), waited.size(), -1) == -1 && errno == EINTR) {}
         if (waited[1].revents != 0) {
             return false;
@@ -145,7 +142,7 @@ private:
     std::string m_raw;
     std::unique_ptr<Decoder> m_decoder;
     std::atomic<std::uint64_t>& m_bytesRead;
-    int m_wakeUp;
+    Descriptor m_wakeUp;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::string> m_texts;
@@ -167,17 +164,12 @@ Input::Input(int descriptor, std::string name, std::atomic<std::uint64_t>& bytes
         recognized = RecognizeCompression(m_head);
     }
     if (auto decoder = MakeDecoder(recognized.compression, m_name)) {
-        m_decompression = std::make_unique<Decompression>(m_descriptor, m_name, std::exchange(m_head, {}),
+        m_decompression = std::make_unique<Decompression>(m_descriptor.Get(), m_name, std::exchange(m_head, {}),
                                                           std::move(decoder), m_bytesRead);
     }
 }
 
-Input::~Input() {
-    m_decompression.reset();  // its thread reads from the descriptor
-    if (m_descriptor > STDIN_FILENO) {
-        close(m_descriptor);
-    }
-}
+Input::~Input() = default;
 
 std::size_t Input::Read(char* memory, std::size_t size) {
     if (m_decompression) {
@@ -193,7 +185,7 @@ std::size_t Input::Read(char* memory, std::size_t size) {
 }
 
 std::size_t Input::ReadRaw(char* memory, std::size_t size) {
-    const ssize_t count = ReadSome(m_descriptor, memory, size);
+    const ssize_t count = ReadSome(m_descriptor.Get(), memory, size);
     if (count == -1) {
         FailByErrno(Cause::USAGE, m_name);
     }

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "lines/descriptor.h"
+
 namespace NS_KX {
 
 class Decompression;
@@ -14,8 +16,8 @@ class Decompression;
 /// decompressed on a thread of its own.
 class Input {
 public:
-    /// `name` is for messages. Adds the number of bytes read, before decompression, to `bytesRead`. Throws `Failure`
-    /// with `Cause::USAGE`.
+    /// Takes `descriptor` over. `name` is for messages. Adds the number of bytes read, before decompression, to
+    /// `bytesRead`. Throws `Failure` with `Cause::USAGE`.
     Input(int descriptor, std::string name, std::atomic<std::uint64_t>& bytesRead);
     ~Input();
     Input(const Input&) = delete;
@@ -28,12 +30,12 @@ public:
 private:
     std::size_t ReadRaw(char* memory, std::size_t size);
 
-    int m_descriptor;
+    Descriptor m_descriptor;
     std::string m_name;
     std::atomic<std::uint64_t>& m_bytesRead;
     std::string m_head;  // read to recognize the compression
     std::size_t m_givenOfHead = 0;
-    std::unique_ptr<Decompression> m_decompression;
+    std::unique_ptr<Decompression> m_decompression;  // ends first: its thread reads from the descriptor
 };
 
 }  // namespace NS_KX

@@ -27,9 +27,9 @@ struct Noted {
 // for two runs in one process, as in tests.
 std::array<Noted, 8> notedFiles;
 
-std::atomic<int> waits{0};          // `InterruptionsWait` objects
+std::atomic<int> waits{0};          // `InterruptionsHeld` objects
 std::atomic<int> handlers{0};       // that are running, or that have begun to end the process
-std::atomic<int> waitingSignal{0};  // came while there was an `InterruptionsWait`
+std::atomic<int> waitingSignal{0};  // came while there was an `InterruptionsHeld`
 
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
@@ -38,7 +38,7 @@ bool IsFault(int signal) {
            signal == SIGSYS;
 }
 
-// Both sides announce themselves before they look at the other side, so at least one of them sees the other.
+// As in Dekker's algorithm, each side announces itself before it looks at the other, so at least one sees the other.
 extern "C" void Interrupt(int signal, siginfo_t* info, void* /*context*/) {
     if (IsFault(signal) && info->si_code > 0) {  // signals of terminals and limits have such codes too
         std::signal(signal, SIG_DFL);            // the fault occurs again and ends the process
@@ -67,7 +67,7 @@ void WaitForHandlers() {
     }
 }
 
-// All signals that end a process by default and can be caught. Signals for faults too: another process may send them.
+// All signals that end a process by default and can be caught; also those for faults, which other processes may send.
 std::vector<int> Interruptions() {
     std::vector<int> signals{SIGHUP,    SIGINT,  SIGQUIT,   SIGUSR1, SIGUSR2, SIGPIPE, SIGALRM, SIGTERM,
                              SIGXCPU,   SIGPROF, SIGVTALRM, SIGIO,   SIGPWR,  SIGXFSZ, SIGSEGV, SIGBUS,
@@ -92,14 +92,14 @@ bool CatchInterruptions() {
 
 }  // namespace
 
-InterruptionsWait::InterruptionsWait() {
+InterruptionsHeld::InterruptionsHeld() {
     static const bool isCaught = CatchInterruptions();
     static_cast<void>(isCaught);
     waits.fetch_add(1);
     WaitForHandlers();
 }
 
-InterruptionsWait::~InterruptionsWait() {
+InterruptionsHeld::~InterruptionsHeld() {
     if (waits.fetch_sub(1) == 1) {
         WaitForHandlers();
         if (const int signal = waitingSignal.exchange(0); signal != 0) {

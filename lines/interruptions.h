@@ -8,15 +8,16 @@ namespace NS_KX {
 /// Protects short work that would leave files if it were interrupted. While an object of this class lives, no catchable
 /// signal from outside ends the process, whichever thread it reaches. The signal takes effect when the last object is
 /// gone. Signals that the process ignores or handles itself are left alone, and so are its own faults.
-class InterruptionsWait {
+class InterruptionsHeld {
 public:
-    InterruptionsWait();
-    ~InterruptionsWait();
-    InterruptionsWait(const InterruptionsWait&) = delete;
-    InterruptionsWait& operator=(const InterruptionsWait&) = delete;
+    InterruptionsHeld();
+    ~InterruptionsHeld();
+    InterruptionsHeld(const InterruptionsHeld&) = delete;
+    InterruptionsHeld& operator=(const InterruptionsHeld&) = delete;
 };
 
-/// While this lives, such a signal removes a file before it ends the process. Make one while interruptions wait.
+/// While this lives, such a signal removes the file before it ends the process. Construct it under an
+/// `InterruptionsHeld`.
 class RemovedWhenInterrupted {
 public:
     /// `folder` is a descriptor that must stay open meanwhile. Throws `Failure` with `Cause::OUTPUT` if too many files

@@ -391,24 +391,13 @@ private:
         }
     }
 
-    // Whether the line can be converted; refuses it if not.
+    // Whether the line can be converted; refuses it if not. Looks at it only where the block gives cause to.
     static bool IsText(std::string_view line, bool hasNul, bool isChecked, Piece& piece) {
-        const auto refuse = [&piece](std::string_view reason, std::size_t column) {
-            piece.converter->Refuse(reason, column, piece.result);
-        };
-        if (line.empty()) {
-            refuse("the line is empty", 0);
-            return false;
+        const auto flaw = line.empty() || hasNul || isChecked ? FindFlaw(line, !isChecked) : std::nullopt;
+        if (flaw) {
+            piece.converter->Refuse(flaw->reason, flaw->column, piece.result);
         }
-        if (const auto nul = hasNul ? line.find('\0') : std::string_view::npos; nul != std::string_view::npos) {
-            refuse("NUL byte", nul + 1);
-            return false;
-        }
-        if (const auto invalid = isChecked ? FindInvalidUtf8(line) : line.size(); invalid != line.size()) {
-            refuse("not UTF-8", invalid + 1);
-            return false;
-        }
-        return true;
+        return !flaw;
     }
 
     // A reader of the library may cut a field inside a character. ASCII input needs no such check.

@@ -1,7 +1,6 @@
 #include "lines/temporaryfile.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <random>
 #include <utility>
 
@@ -76,7 +75,7 @@ void TemporaryFile::Open() {
 }
 
 void TemporaryFile::OpenNamed() {
-    const InterruptionsWait wait;
+    const InterruptionsHeld wait;
     for (int tries = 0; tries < MOST_TRIES && m_descriptor == -1; ++tries) {
         m_name = HiddenName();
         m_descriptor = openat(m_folder, m_name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -135,7 +134,7 @@ void TemporaryFile::Keep() {
     if (fsync(m_descriptor) != 0) {
         FailByErrno(Cause::OUTPUT, m_target);
     }
-    const InterruptionsWait wait;
+    const InterruptionsHeld wait;
     const bool isInPlace = PutInPlace();
     const int error = errno;
     if (isInPlace) {

@@ -16,7 +16,7 @@ namespace NS_UTIL::NS_FDN {
 /// `Flush`, so that the string grows once, and not at all if it has room.
 class FdnWriter {
 public:
-    /// `names` is how many bytes the record's names take, if it has more than one.
+    /// `names` is the size of the record's texts, if more than one piece of them is appended.
     explicit FdnWriter(std::string& out, std::size_t names = 0) noexcept : m_out(out), m_names(names) {}
     FdnWriter(const FdnWriter&) = delete;
     FdnWriter& operator=(const FdnWriter&) = delete;
@@ -24,7 +24,7 @@ public:
     /// Appends `text` as it is.
     FdnWriter& Text(std::string_view text) {
         if (text.size() > m_gathered.size() - m_size) {
-            HandEarly(text);
+            Spill(text);
         } else {
             std::memcpy(m_gathered.data() + m_size, text.data(), text.size());
             m_size += text.size();
@@ -38,7 +38,7 @@ public:
         constexpr std::size_t LONGEST = 11;  // "-2147483648"
         static_assert(sizeof(Number) == sizeof(std::int32_t));
         if (LONGEST > m_gathered.size() - m_size) {
-            HandEarly({});
+            Spill({});
         }
         char* const begin = m_gathered.data() + m_size;
         m_size += static_cast<std::size_t>(std::to_chars(begin, begin + LONGEST, number).ptr - begin);
@@ -68,9 +68,9 @@ public:
     }
 
 private:
-    // Makes room for what follows, too: without the names, any identifier fits into what is gathered. Not inlined: this
-    // path is rare, and its size keeps the common one from being inlined.
-    [[gnu::noinline]] void HandEarly(std::string_view tail) {
+    // Called when the text outgrows the stack. Makes room for what may follow, too: without names, any identifier fits
+    // into what is gathered. Not inlined: this path is rare, and its size keeps the common one from being inlined.
+    [[gnu::noinline]] void Spill(std::string_view tail) {
         Begin();
         if (const std::size_t size = m_out.size() + m_size + tail.size(); size > m_out.capacity()) {
             m_out.reserve(size + GATHERED + m_names);

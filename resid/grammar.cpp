@@ -32,7 +32,7 @@ void Append(std::vector<std::string>&& subValues, std::vector<std::string>& valu
     values.insert(values.end(), std::make_move_iterator(subValues.begin()), std::make_move_iterator(subValues.end()));
 }
 
-// The sub-value of level tag at index; null when there is none.
+// The sub-value at `index` of the level `tag`; null if there is none.
 const std::string* FindSubValue(const std::string& tag, const MocLvlValueMap& map, int index) {
     const auto level = map.find(tag);
     if (level == map.end() || index < 0 || static_cast<std::size_t>(index) >= level->second.size()) {

@@ -152,6 +152,7 @@ void ReadNumberOrName(std::string_view value, std::int32_t& number, std::string&
 // SHORT: a text with fewer than four levels, which is read as far as it goes.
 enum class EndPointText { WHOLE, SHORT, NOT_READABLE };
 
+// Flattened, as the reader of ports is.
 [[gnu::flatten]] EndPointText ReadLevelsOfEndPoint(std::string_view fdn, MEPIndex& mep) {
     constexpr int LAST_PLACE = 3;
     LevelScanner scanner(fdn);

@@ -224,7 +224,7 @@ std::string_view TextOnChannelledPort(std::string_view fdn, CtpKey_T& key) {
 template <class Levels>
 bool ReadOnPort(const Levels& levels, CtpKey_T& key) {
     key.neId = key.port.neId;
-    bool isThere = levels.template ReadNumber<"VR">(key.vrId);
+    const bool hasRouter = levels.template ReadNumber<"VR">(key.vrId);
     key.fbType = key.port.fbType;
     const SubValues<3> accessPoint(levels.template Value<"AP">());
     if (accessPoint.Count() == 3) {
@@ -234,10 +234,10 @@ bool ReadOnPort(const Levels& levels, CtpKey_T& key) {
         key.subIfId = Str2Int(accessPoint[2]);
         return true;
     }
-    return levels.template ReadNumber<"SUBIF">(key.subIfId) || isThere;
+    return levels.template ReadNumber<"SUBIF">(key.subIfId) || hasRouter;
 }
 
-// The same for `fdn`, whose levels are `levels`; a channelled port may need another text's levels.
+// The same for all of `fdn`, with its `levels`. A channelled port is read from the levels of `TextOnChannelledPort`.
 template <class Levels>
 bool ReadOnPort(const Levels& levels, std::string_view fdn, CtpKey_T& key) {
     const std::string_view text = key.port.ppType == CHANNELLED_PORT ? TextOnChannelledPort(fdn, key) : fdn;

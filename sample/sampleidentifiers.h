@@ -11,9 +11,9 @@ namespace NS_KX {
 /// Receives one identifier after the other; the text is valid only during the call.
 using TakeIdentifier = std::function<void(const std::string& fdn)>;
 
-/// Writes identifiers of every kind for a sample network. Each comes from the library's own writers, or is of a kind
-/// that the library keeps as text. So reading and rewriting it gives the same bytes, with the network's inventory and
-/// without configuration items. A `SampleInventoryService` of the network must exist meanwhile.
+/// Writes identifiers of every kind for a sample network. Each comes from a writer of the library, or is of a kind
+/// that the library only reads. Reading and rewriting it gives the same bytes, with the network's inventory and without
+/// configuration items. A `SampleInventoryService` of the network must exist meanwhile.
 class SampleIdentifiers {
 public:
     explicit SampleIdentifiers(const SampleNetwork& network) noexcept : m_network(network) {}

@@ -13,7 +13,7 @@ bool IsAscii(std::string_view text) noexcept {
 }
 
 std::size_t FindInvalidUtf8(std::string_view text) {
-    if (simdjson::validate_utf8(text.data(), text.size())) {
+    if (IsAscii(text) || simdjson::validate_utf8(text.data(), text.size())) {
         return text.size();
     }
     // Finds the first sequence that is not UTF-8 by itself.
@@ -27,6 +27,19 @@ std::size_t FindInvalidUtf8(std::string_view text) {
         begin += size;
     }
     return text.size();
+}
+
+std::optional<Flaw> FindFlaw(std::string_view line, bool mayBeBinary) {
+    if (line.empty()) {
+        return Flaw{0, "the line is empty"};
+    }
+    if (const auto nul = line.find('\0'); nul != std::string_view::npos) {
+        return Flaw{nul + 1, "NUL byte"};
+    }
+    if (const auto invalid = mayBeBinary ? line.size() : FindInvalidUtf8(line); invalid != line.size()) {
+        return Flaw{invalid + 1, "not UTF-8"};
+    }
+    return std::nullopt;
 }
 
 void AppendQuoted(std::string& message, std::string_view text, std::size_t longest) {

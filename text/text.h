@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,21 @@ bool IsAscii(std::string_view text) noexcept;
 
 /// The position of the first byte sequence that is not UTF-8; `text.size()` if there is none.
 std::size_t FindInvalidUtf8(std::string_view text);
+
+/// Whether `text` is UTF-8.
+inline bool IsUtf8(std::string_view text) {
+    return FindInvalidUtf8(text) == text.size();
+}
+
+/// Why a line can be neither an identifier nor a record.
+struct Flaw {
+    std::size_t column;  ///< from 1; 0: the whole line
+    const char* reason;
+};
+
+/// The flaw of a line that is empty, holds a NUL byte, or is not UTF-8; none for any other line. UTF-8 is not asked for
+/// if `mayBeBinary`.
+std::optional<Flaw> FindFlaw(std::string_view line, bool mayBeBinary = false);
 
 /// Appends `text` in double quotes to a message. Cuts it if it has more than `longest` bytes, and replaces characters
 /// that would steer a terminal.

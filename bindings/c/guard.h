@@ -1,4 +1,4 @@
-/// What every entry point begins with: no exception leaves it, and no text is NULL with a size.
+/// What every entry point needs: it catches all exceptions, and refuses a text that is NULL and has a size.
 #pragma once
 
 #include <cstddef>

@@ -27,8 +27,7 @@ constexpr std::size_t PIECES_OF_A_PASS = 16;
 
 // None if no identifier has such a piece.
 std::optional<PieceName> NameOf(const char* piece) {
-    std::optional<PieceName> name = piece != nullptr ? PieceName::Parse(piece) : std::nullopt;
-    return name && name->IsKnown() ? name : std::nullopt;
+    return piece != nullptr ? PieceName::ParseKnown(piece) : std::nullopt;
 }
 
 // Puts what `get` takes from the kind of an identifier into `*text`.

@@ -2,22 +2,17 @@
 #include <string_view>
 
 #include <kx_domain_util/domainindex.h>
-#include <kx_domain_util/fdn.h>
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
 
 #include "bindings/c/guard.h"
+#include "catalogue/readport.h"
 
+using namespace NS_KX;
 using namespace NS_KX::NS_C;
 using NS_DOMAIN::PortIndex;
 
 namespace {
-
-constinit const NS_UTIL::Surroundings NO_SURROUNDINGS;
-
-constexpr std::int32_t OrNone(std::int32_t type) noexcept {
-    return type != 0 ? type : -1;
-}
 
 // The fourth sub-value of the port's level; without data if there is none.
 std::string_view NameIn(std::string_view fdn, const PortIndex& port) {
@@ -37,7 +32,7 @@ kx_status kx_read_port(const char* fdn, size_t size, kx_port* port, char* room, 
         static const PortIndex fresh;
         thread_local PortIndex read;  // kept, so that its name has room
         read = fresh;
-        NS_UTIL::NS_FDN::Conversion<PortIndex>::Read(text, read, NO_SURROUNDINGS);
+        ReadPort(text, read);
         std::string_view name = NameIn(text, read);
         if (read.portLabel.empty()) {
             name = name.substr(0, 0);  // that of a text which stands for no port is not read
@@ -48,8 +43,15 @@ kx_status kx_read_port(const char* fdn, size_t size, kx_port* port, char* room, 
             std::copy(read.portLabel.begin(), read.portLabel.end(), room);
             name = {room, read.portLabel.size()};
         }
-        *port = {read.neId,           read.shelfId, read.slotId,    read.subSlotId, OrNone(read.ppType),
-                 OrNone(read.fbType), read.portId,  read.isLogical, TextOf(name)};
+        *port = {read.neId,
+                 read.shelfId,
+                 read.slotId,
+                 read.subSlotId,
+                 KnownTypeOrNone(read.ppType),
+                 KnownTypeOrNone(read.fbType),
+                 read.portId,
+                 read.isLogical,
+                 TextOf(name)};
         return KX_OK;
     });
 }

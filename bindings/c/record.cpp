@@ -17,7 +17,6 @@ using namespace NS_KX::NS_C;
 
 namespace {
 
-constinit const NS_UTIL::Surroundings NO_SURROUNDINGS;
 constexpr kx_facts NO_FACTS{};
 
 kx_status FailByNull(const kx_record& record, std::string_view name) {
@@ -115,9 +114,9 @@ kx_status kx_decode(kx_record* record, const char* fdn, size_t size) {
             return KX_BAD_ARGUMENT;
         }
         const Kind* const kind = FindKind(record->fdn);
-        return kind != nullptr ? Read(*record, *kind)
-                               : Fail(*record, KX_UNKNOWN_TYPE, "no kind of identifier ends in the level ",
-                                      InQuotes{NS_UTIL::NS_FDN::LastTag(record->fdn)});
+        return kind != nullptr
+                   ? Read(*record, *kind)
+                   : Fail(*record, KX_UNKNOWN_TYPE, NO_KIND_ENDS_IN, InQuotes{NS_UTIL::NS_FDN::LastTag(record->fdn)});
     });
 }
 
@@ -288,11 +287,7 @@ kx_status kx_problem(kx_record* scratch, const char* fdn, size_t size, size_t in
         }
         const std::string_view text = ViewOf(fdn, size);
         ProblemCounter counter(index);
-        if (const auto reason = FindNoText(text)) {
-            counter(*reason);
-        } else {
-            CheckIdentifier(text, std::ref(counter));
-        }
+        FindProblems(text, std::ref(counter));
         if (!counter.found) {
             return KX_NOT_THERE;
         }

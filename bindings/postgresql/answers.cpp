@@ -12,13 +12,12 @@
 #include <type_traits>
 #include <utility>
 
-#include <kx_domain_util/fdn.h>
-#include <kx_domain_util/surroundings.h>
 #include <kx_platform/textutil.h>
 
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "catalogue/pieces.h"
+#include "catalogue/readport.h"
 #include "catalogue/vocabulary.h"
 #include "formats/recordformat.h"
 #include "text/text.h"
@@ -31,15 +30,8 @@ using NS_DOMAIN::PortIndex;
 
 constexpr std::int32_t NONE = -1;
 
-// Identifiers are read alone: no service of the process is asked, so an index never changes its meaning.
-constinit const NS_UTIL::Surroundings NO_SURROUNDINGS;
-
 std::string_view View(KxText text) {
     return {text.data, text.size};
-}
-
-bool IsUtf8(std::string_view text) {
-    return IsAscii(text) || FindInvalidUtf8(text) == text.size();
 }
 
 // ---- Answers --------------------------------------------------------------------------------------------------------
@@ -70,17 +62,17 @@ KxAnswer NoAnswer(KxOutcome outcome) noexcept {
     return {outcome, 0, nullptr, nullptr};
 }
 
-KxAnswer Answer(std::string_view text, KxOutcome outcome = KX_GIVEN, const char* argument = nullptr) noexcept {
+KxAnswer Answer(std::string_view text, KxOutcome outcome = KX_ANSWER_GIVEN, const char* argument = nullptr) noexcept {
     char* const copy = Copied(text);
-    return copy != nullptr ? KxAnswer{outcome, 0, copy, argument} : NoAnswer(KX_NO_MEMORY);
+    return copy != nullptr ? KxAnswer{outcome, 0, copy, argument} : NoAnswer(KX_ANSWER_NO_MEMORY);
 }
 
 KxAnswer Answer(const std::optional<std::string>& text) noexcept {
-    return text ? Answer(std::string_view(*text)) : NoAnswer(KX_NONE);
+    return text ? Answer(std::string_view(*text)) : NoAnswer(KX_ANSWER_NONE);
 }
 
 KxAnswer Answer(std::optional<std::int32_t> number) noexcept {
-    return number ? KxAnswer{KX_GIVEN, *number, nullptr, nullptr} : NoAnswer(KX_NONE);
+    return number ? KxAnswer{KX_ANSWER_GIVEN, *number, nullptr, nullptr} : NoAnswer(KX_ANSWER_NONE);
 }
 
 // What `work` answers; if it throws, what went wrong.
@@ -89,13 +81,13 @@ KxAnswer Guarded(Work work) noexcept {
     try {
         return work();
     } catch (const BadArgument& error) {
-        return Answer(error.what(), KX_BAD_ARGUMENT, error.Argument());
+        return Answer(error.what(), KX_ANSWER_REFUSED, error.Argument());
     } catch (const std::bad_alloc&) {
-        return NoAnswer(KX_NO_MEMORY);
+        return NoAnswer(KX_ANSWER_NO_MEMORY);
     } catch (const std::exception& error) {
-        return Answer(error.what(), KX_FAILED);
+        return Answer(error.what(), KX_ANSWER_FAILED);
     } catch (...) {
-        return Answer("an exception of no known type", KX_FAILED);
+        return Answer("an exception of no known type", KX_ANSWER_FAILED);
     }
 }
 
@@ -108,10 +100,9 @@ struct KnownPiece {
 };
 
 KnownPiece ReadPiece(std::string_view text) {
-    auto name = PieceName::Parse(text);
-    if (!name || !name->IsKnown()) {
-        throw BadArgument("piece", "unknown piece " + Quoted(text) +
-                                       "; a piece is a level or one of its sub-values, from 0, such as NE or PP:2");
+    auto name = PieceName::ParseKnown(text);
+    if (!name) {
+        throw BadArgument("piece", PieceName::WhyNone(text));
     }
     const bool isNumber = name->IsNumber();
     return {std::string(text), *std::move(name), isNumber};
@@ -124,7 +115,7 @@ public:
     const KnownPiece& Of(std::string_view text) {
         const auto* const known =
             std::find_if(m_pieces.begin(), m_pieces.end(), [&](const KnownPiece& piece) { return piece.text == text; });
-        // The text of an unused place is empty, and so is no piece.
+        // An unused place has an empty text, and no piece has one.
         return known != m_pieces.end() && !text.empty() ? *known : Add(ReadPiece(text));
     }
 
@@ -143,16 +134,6 @@ private:
 const KnownPiece& PieceOf(KxText text) {
     static RecentPieces pieces;
     return pieces.Of(View(text));
-}
-
-void CheckReplacement(std::string_view value, const PieceName& name) {
-    const Tag* const tag = FindTag(name.tag);
-    const bool endsAtBar = name.index && !tag->isOpen;
-    const auto wrong = value.find_first_of(std::string_view("\0\r\n,|", endsAtBar ? 5 : 4));
-    if (wrong != std::string_view::npos) {
-        throw BadArgument("value",
-                          Quoted(value) + " holds " + Quoted(value.substr(wrong, 1)) + ", which would end the piece");
-    }
 }
 
 // ---- Records --------------------------------------------------------------------------------------------------------
@@ -185,22 +166,9 @@ KxAnswer AnswerField(const Field& field, const void* record) {
         } else if constexpr (std::is_same_v<Value, bool>) {
             return Answer(std::string_view(value ? "true" : "false"));
         } else {
-            return value != NONE ? Answer(std::string_view(std::to_string(value))) : NoAnswer(KX_NONE);
+            return value != NONE ? Answer(std::string_view(std::to_string(value))) : NoAnswer(KX_ANSWER_NONE);
         }
     });
-}
-
-// Whether the first level that may be a port's has the four sub-values of one.
-bool HasPortLevel(std::string_view fdn) {
-    static const PieceName PHYSICAL{"PP", std::nullopt};
-    static const PieceName PHYSICAL_NAME{"PP", 3};
-    static const PieceName LOGICAL_NAME{"LP", 3};
-    const bool isPhysical = FindPiece(fdn, PHYSICAL).data() != nullptr;
-    return FindPiece(fdn, isPhysical ? PHYSICAL_NAME : LOGICAL_NAME).data() != nullptr;
-}
-
-constexpr std::int32_t NoneIfZero(std::int32_t number) {
-    return number != 0 ? number : NONE;
 }
 
 }  // namespace
@@ -215,14 +183,14 @@ using namespace NS_KX::NS_POSTGRESQL;
 KxAnswer KxType(KxText fdn) {
     return Guarded([&] {
         const Kind* const kind = FindKind(View(fdn));
-        return kind != nullptr ? Answer(kind->type) : NoAnswer(KX_NONE);
+        return kind != nullptr ? Answer(kind->type) : NoAnswer(KX_ANSWER_NONE);
     });
 }
 
 KxAnswer KxKind(KxText fdn) {
     return Guarded([&] {
         const Kind* const kind = FindKind(View(fdn));
-        return kind != nullptr ? Answer(kind->word) : NoAnswer(KX_NONE);
+        return kind != nullptr ? Answer(kind->word) : NoAnswer(KX_ANSWER_NONE);
     });
 }
 
@@ -232,7 +200,7 @@ KxAnswer KxGet(KxText fdn, KxText piece) {
         const std::string_view found = FindPiece(View(fdn), known.name);
         const bool isNone =
             found.data() == nullptr || (known.isNumber && !found.empty() && NS_UTIL::Str2Int(found) == NONE);
-        return isNone ? NoAnswer(KX_NONE) : Answer(found);
+        return isNone ? NoAnswer(KX_ANSWER_NONE) : Answer(found);
     });
 }
 
@@ -247,7 +215,7 @@ KxAnswer KxField(KxText fdn, KxText field) {
         if (!IsFieldOfAnyKind(name)) {
             throw BadArgument("field", "unknown field " + Quoted(name) + "; for the fields of a record see fdn_record");
         }
-        return NoAnswer(KX_NONE);
+        return NoAnswer(KX_ANSWER_NONE);
     });
 }
 
@@ -255,7 +223,7 @@ KxAnswer KxRecord(KxText fdn) {
     return Guarded([&] {
         const auto record = ReadRecordOf(View(fdn));
         if (!record) {
-            return NoAnswer(KX_NONE);
+            return NoAnswer(KX_ANSWER_NONE);
         }
         if (!IsUtf8(View(fdn))) {
             throw BadArgument("fdn", "the text is not UTF-8: " + Quoted(View(fdn)));
@@ -273,14 +241,16 @@ KxAnswer KxProblem(KxText fdn) {
     return Guarded([&] {
         const auto problem = FindFirstProblem(View(fdn));
         return problem ? Answer(std::string_view(std::to_string(problem->column) + ": " + problem->text))
-                       : NoAnswer(KX_NONE);
+                       : NoAnswer(KX_ANSWER_NONE);
     });
 }
 
 KxAnswer KxSet(KxText fdn, KxText piece, KxText value) {
     return Guarded([&] {
         const PieceName& name = PieceOf(piece).name;
-        CheckReplacement(View(value), name);
+        if (auto why = WhyNoValue(name, View(value))) {
+            throw BadArgument("value", *std::move(why));
+        }
         return Answer(std::string_view(ReplacePiece(View(fdn), name, View(value))));
     });
 }
@@ -325,18 +295,22 @@ KxAnswer KxSame(KxText one, KxText other) {
 KxAnswer KxReadPort(KxText fdn, KxPort* port) {
     return Guarded([&] {
         PortIndex read;
-        const bool isWhole = NS_UTIL::NS_FDN::ReadInto<PortIndex>(View(fdn), read, NO_SURROUNDINGS);
-        // A port level counts without an NE, unless the text stands for no port: then nothing is read.
-        if (!isWhole && (!HasPortLevel(View(fdn)) || read == PortIndex())) {
-            return NoAnswer(KX_NONE);
+        if (!ReadPort(View(fdn), read)) {
+            return NoAnswer(KX_ANSWER_NONE);
         }
         char* const name = read.portLabel.empty() ? nullptr : Copied(read.portLabel);
         if (name == nullptr && !read.portLabel.empty()) {
-            return NoAnswer(KX_NO_MEMORY);
+            return NoAnswer(KX_ANSWER_NO_MEMORY);
         }
-        *port = {
-            read.neId,   read.shelfId,   read.slotId, read.subSlotId, NoneIfZero(read.ppType), NoneIfZero(read.fbType),
-            read.portId, read.isLogical, name};
-        return NoAnswer(KX_GIVEN);
+        *port = {read.neId,
+                 read.shelfId,
+                 read.slotId,
+                 read.subSlotId,
+                 KnownTypeOrNone(read.ppType),
+                 KnownTypeOrNone(read.fbType),
+                 read.portId,
+                 read.isLogical,
+                 name};
+        return NoAnswer(KX_ANSWER_GIVEN);
     });
 }

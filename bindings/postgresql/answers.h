@@ -25,11 +25,11 @@ typedef struct {
 } KxText;
 
 typedef enum {
-    KX_GIVEN,
-    KX_NONE,         /* NULL in SQL */
-    KX_BAD_ARGUMENT, /* `argument` names it; `text` says what is wrong with it */
-    KX_NO_MEMORY,
-    KX_FAILED /* `text` says why */
+    KX_ANSWER_GIVEN,
+    KX_ANSWER_NONE,    /* NULL in SQL */
+    KX_ANSWER_REFUSED, /* `argument` names it; `text` says what is wrong with it */
+    KX_ANSWER_NO_MEMORY,
+    KX_ANSWER_FAILED /* `text` says why */
 } KxOutcome;
 
 typedef struct {

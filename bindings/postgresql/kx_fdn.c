@@ -74,16 +74,16 @@ static char* ServerText(char* utf8) {
 /* Whether the answer is something. Reports an error if it is a failure. */
 static bool IsGiven(FunctionCallInfo fcinfo, const KxAnswer* answer) {
     switch (answer->outcome) {
-        case KX_GIVEN:
+        case KX_ANSWER_GIVEN:
             return true;
-        case KX_NONE:
+        case KX_ANSWER_NONE:
             return false;
-        case KX_BAD_ARGUMENT:
+        case KX_ANSWER_REFUSED:
             ereport(ERROR, errcode(ERRCODE_INVALID_PARAMETER_VALUE),
                     errmsg("argument \"%s\" of %s: %s", answer->argument, NameOf(fcinfo), answer->text));
-        case KX_NO_MEMORY:
+        case KX_ANSWER_NO_MEMORY:
             ereport(ERROR, errcode(ERRCODE_OUT_OF_MEMORY), errmsg("%s: out of memory", NameOf(fcinfo)));
-        case KX_FAILED:
+        case KX_ANSWER_FAILED:
             break;
     }
     ereport(ERROR, errcode(ERRCODE_INTERNAL_ERROR), errmsg("%s: %s", NameOf(fcinfo), answer->text));

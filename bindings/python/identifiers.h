@@ -9,8 +9,8 @@
 
 namespace NS_KX::NS_PYTHON {
 
-/// Identifiers in rows. What threads other than these change meanwhile in the memory that was given may give wrong
-/// identifiers, but is never read past its end.
+/// Identifiers in rows. If other threads change the given memory meanwhile, identifiers may be wrong, but nothing is
+/// read past its end.
 class Identifiers {
 public:
     virtual ~Identifiers() = default;
@@ -29,7 +29,7 @@ protected:
     Identifiers& operator=(const Identifiers&) = delete;
 };
 
-/// Identifiers whose number is known, in chunks of as many rows.
+/// Identifiers whose number is known, in chunks of equal size.
 class CountedIdentifiers : public Identifiers {
 public:
     [[nodiscard]] std::size_t RowCount() const override { return m_count; }

@@ -1,6 +1,4 @@
 // The extension module kx_domain_util._native. Its package, in kx_domain_util/, has the exceptions and the type hints.
-#include <optional>
-#include <string>
 
 #include <pybind11/pybind11.h>
 
@@ -111,17 +109,13 @@ py::list Check(const py::object& fdn) {
     const auto report = [&](const Problem& problem) {
         problems.append(makeProblem(problem.column, MakeText(problem.text)));
     };
-    if (const auto noText = FindNoText(text.View())) {
-        report(*noText);
-    } else {
-        CheckIdentifier(text.View(), report);
-    }
+    FindProblems(text.View(), report);
     return problems;
 }
 
 py::str ExplainInWords(const py::object& fdn) {
     const TextBytes text = ReadFdn(fdn);
-    return MakeText(Draw(Explain(text.View(), FindKind(text.View()), NS_UTIL::Surroundings())));
+    return MakeText(Draw(Explain(text.View(), FindKind(text.View()), NO_SURROUNDINGS)));
 }
 
 void Define(py::module_& module) {

@@ -6,15 +6,14 @@
 #include "bindings/python/errors.h"
 #include "bindings/python/text.h"
 #include "catalogue/kinds.h"
-#include "text/text.h"
 
 namespace NS_KX::NS_PYTHON {
 
 PieceName ReadPieceName(const py::handle& piece) {
     const TextBytes text(piece, "a piece");
-    std::optional<PieceName> name = PieceName::Parse(text.View());
-    if (!name || !name->IsKnown()) {
-        Raise(BAD_ARGUMENT, "identifiers have no piece " + Quoted(text.View()) + "; pieces are such as NE or PP:2");
+    std::optional<PieceName> name = PieceName::ParseKnown(text.View());
+    if (!name) {
+        Raise(BAD_ARGUMENT, PieceName::WhyNone(text.View()));
     }
     return *std::move(name);
 }

@@ -149,10 +149,10 @@ const Kind& RequireKind(const py::dict& decoded) {
 py::dict Decode(std::string_view fdn) {
     const Kind* const kind = FindKind(fdn);
     if (kind == nullptr) {
-        Raise(UNKNOWN_TYPE, "no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(fdn)));
+        Raise(UNKNOWN_TYPE, OfNoKind(fdn));
     }
     const std::shared_ptr<void> record = kind->layout.make();
-    kind->read(fdn, record.get(), NS_UTIL::Surroundings());
+    kind->read(fdn, record.get(), NO_SURROUNDINGS);
     py::dict decoded;
     decoded["fdn"] = MakeText(fdn);
     decoded["type"] = MakeText(kind->type);

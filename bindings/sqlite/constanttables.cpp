@@ -45,7 +45,7 @@ struct Table : sqlite3_vtab {
         return text + ")";
     }
 
-    // The plan is a column whose number is given, so that a join does not bring all rows for each of its own.
+    // The plan is a number column whose value is given: a join then gets only the rows that match.
     int Plan(sqlite3_index_info& info) const {
         info.idxNum = ALL_ROWS;
         info.estimatedRows = static_cast<sqlite3_int64>(rows.countRows());
@@ -71,7 +71,7 @@ class Cursor : public sqlite3_vtab_cursor {
 public:
     explicit Cursor(const Table& table) : sqlite3_vtab_cursor{}, m_rows(table.rows) {}
 
-    // SQLite compares once more, by its rules for values of other types: for those no row is left out here.
+    // Filters only by integers; SQLite compares again by its own rules.
     void Begin(int plan, std::span<sqlite3_value* const> arguments) {
         m_key.reset();
         if (plan != Table::ALL_ROWS && sqlite3_value_type(arguments[0]) == SQLITE_INTEGER) {

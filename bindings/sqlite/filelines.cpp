@@ -1,6 +1,6 @@
 #include "bindings/sqlite/filelines.h"
 
-#include "catalogue/levelcheck.h"
+#include "text/text.h"
 
 namespace NS_KX::NS_SQLITE {
 
@@ -27,7 +27,7 @@ LineState FileLines::StateOfLine() {
         m_line = {};
         return LineState::TOO_LONG;
     }
-    return FindNoText(m_line) ? LineState::NO_TEXT : LineState::TEXT;
+    return FindFlaw(m_line) ? LineState::NO_TEXT : LineState::TEXT;
 }
 
 }  // namespace NS_KX::NS_SQLITE

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "lines/blockreader.h"
 
@@ -25,7 +24,7 @@ public:
         // "-" is a file of that name, not the standard input of the program that runs SQLite.
         : m_reader({file == "-" ? "./-" : file}, BLOCK_SIZE), m_isTextAsked(isTextAsked) {}
 
-    /// Goes to the next line, at first to the first one. False behind the last. Throws as `BlockReader::Next` does.
+    /// Goes to the next line, at first to the first one. False after the last. Throws as `BlockReader::Next` does.
     bool Next();
 
     /// The number of the line, from 1.

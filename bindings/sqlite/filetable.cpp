@@ -5,8 +5,6 @@
 #include <string_view>
 
 #include <kx_domain_util/domainindex.h>
-#include <kx_domain_util/fdn.h>
-#include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
 
 #include "bindings/sqlite/extension.h"
@@ -14,6 +12,7 @@
 #include "bindings/sqlite/virtualtable.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
+#include "catalogue/readport.h"
 
 namespace NS_KX::NS_SQLITE {
 
@@ -56,7 +55,7 @@ constexpr unsigned ALL_COLUMNS = BitOf(PATH) * 2 - 1;
 // What the columns from NE to IS_LOGICAL show.
 struct Place {
     PortIndex port;
-    bool isWholePort = false;  // it has an NE and a port level
+    bool isPort = false;
 };
 
 template <class Levels>
@@ -77,25 +76,12 @@ void ReadContainers(std::string_view fdn, Place& place) {
     ReadContainersFrom(LevelFinder<"NE", "FR", "S", "SS">(fdn), place.port);
 }
 
-void ReadPort(std::string_view fdn, Place& place) {
-    static constexpr NS_UTIL::Surroundings KNOWS_NOTHING;
-    place.isWholePort = NS_UTIL::NS_FDN::Conversion<PortIndex>::Read(fdn, place.port, KNOWS_NOTHING);
+void ReadPortOf(std::string_view fdn, Place& place) {
+    place.isPort = ReadPort(fdn, place.port);
     // The library reads nothing from the text that stands for no port, not even its containers.
-    if (!place.isWholePort && place.port.neId == -1) {
+    if (!place.isPort && place.port.neId == -1) {
         ReadContainers(fdn, place);
     }
-}
-
-// Whether a port is read from `fdn`, maybe without its NE.
-bool HasPort(std::string_view fdn, const Place& place) {
-    constexpr std::size_t SUB_VALUES = 4;
-    if (place.isWholePort) {
-        return true;
-    }
-    const LevelFinder<"PP", "LP"> levels(fdn);
-    const std::string_view port = levels.Has<"PP">() ? levels.Value<"PP">() : levels.Value<"LP">();
-    const bool hasLevel = NS_UTIL::NS_FDN::SubValues<SUB_VALUES>(port).Count() == SUB_VALUES;
-    return hasLevel && (place.port.portId != -1 || place.port.ppType != 0 || place.port.fbType != 0);
 }
 
 using PlaceReader = void (*)(std::string_view fdn, Place& place);
@@ -105,7 +91,7 @@ PlaceReader ReaderFor(unsigned columns) {
     constexpr unsigned OF_PORTS = BitOf(PP_TYPE) | BitOf(FB_TYPE) | BitOf(PORT) | BitOf(NAME) | BitOf(IS_LOGICAL);
     constexpr unsigned OF_CONTAINERS = BitOf(SHELF) | BitOf(SLOT) | BitOf(SUB_SLOT);
     if ((columns & OF_PORTS) != 0) {
-        return ReadPort;
+        return ReadPortOf;
     }
     if ((columns & OF_CONTAINERS) != 0) {
         return ReadContainers;
@@ -162,11 +148,6 @@ void GiveKnown(std::int32_t number, sqlite3_context* context) {
     if (number != -1) {
         sqlite3_result_int(context, number);
     }
-}
-
-// A type, unless it says "none".
-void GiveKnownType(std::int32_t type, sqlite3_context* context) {
-    GiveKnown(type != 0 ? type : -1, context);
 }
 
 class Cursor : public sqlite3_vtab_cursor {
@@ -258,9 +239,9 @@ private:
             case SUB_SLOT:
                 return GiveKnown(ThePlace().port.subSlotId, context);
             case PP_TYPE:
-                return GiveKnownType(ThePlace().port.ppType, context);
+                return GiveKnown(KnownTypeOrNone(ThePlace().port.ppType), context);
             case FB_TYPE:
-                return GiveKnownType(ThePlace().port.fbType, context);
+                return GiveKnown(KnownTypeOrNone(ThePlace().port.fbType), context);
             case PORT:
                 return GiveKnown(ThePlace().port.portId, context);
             case NAME:
@@ -269,7 +250,7 @@ private:
                 }
                 return;
             default:
-                if (HasPort(m_lines->Text(), ThePlace())) {
+                if (ThePlace().isPort) {
                     sqlite3_result_int(context, m_place.port.isLogical ? 1 : 0);
                 }
         }

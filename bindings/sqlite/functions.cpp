@@ -20,9 +20,6 @@ namespace NS_KX::NS_SQLITE {
 
 namespace {
 
-// Knows nothing of this process: what an index holds never depends on a host's services.
-constexpr NS_UTIL::Surroundings NO_SURROUNDINGS;
-
 // One call of a function, none of whose arguments is NULL.
 class Call {
 public:
@@ -64,7 +61,7 @@ public:
             m_new = std::make_unique<Made>(call, place);
         }
     }
-    // Not before: SQLite may throw away at once what it is given to keep.
+    // Handed over only now: SQLite may free it at once.
     ~Prepared() {
         if (m_new) {
             sqlite3_set_auxdata(m_context, m_place, m_new.release(),
@@ -88,10 +85,9 @@ private:
 struct PieceArgument {
     PieceArgument(const Call& call, int place) {
         const std::string_view text = call.Text(place);
-        auto parsed = PieceName::Parse(text);
-        if (!parsed || !parsed->IsKnown()) {
-            call.Refuse("unknown piece " + Quoted(text) +
-                        "; a piece is a level or one of its sub-values, from 0, such as NE or PP:2");
+        auto parsed = PieceName::ParseKnown(text);
+        if (!parsed) {
+            call.Refuse(PieceName::WhyNone(text));
         }
         name = *std::move(parsed);
         isNumber = name.IsNumber();
@@ -127,11 +123,8 @@ void GiveReplaced(const Call& call) {
     const Prepared<PieceArgument> argument(call, 1);
     const PieceName& name = argument->name;
     const std::string_view value = call.Text(2);
-    const bool endsSubValue = name.index && !FindTag(name.tag)->isOpen;
-    const std::string_view forbidden = endsSubValue ? std::string_view(",|\r\n\0", 5) : std::string_view(",\r\n\0", 4);
-    if (const auto place = value.find_first_of(forbidden); place != std::string_view::npos) {
-        call.Refuse("the value " + Quoted(value) + " holds " + Quoted(value.substr(place, 1)) +
-                    ", which would end the piece");
+    if (const auto why = WhyNoValue(name, value)) {
+        call.Refuse(*why);
     }
     GiveText(call.Context(), ReplacePiece(call.Text(0), name, value));
 }
@@ -204,10 +197,6 @@ void GiveField(const Call& call) {
     });
 }
 
-bool IsUtf8(std::string_view text) {
-    return IsAscii(text) || FindInvalidUtf8(text) == text.size();
-}
-
 void GiveRecord(const Call& call) {
     const std::string_view fdn = call.Text(0);
     const Kind* const kind = FindKind(fdn);
@@ -262,7 +251,7 @@ void GiveVersion(const Call& call) {
 
 // ---- How SQLite calls them ------------------------------------------------------------------------------------------
 
-// An answer that is not given is NULL; so is that to any NULL.
+// A function that gives no answer returns NULL. If an argument is NULL, so is the answer.
 template <void (*Give)(const Call&)>
 void Run(sqlite3_context* context, int count, sqlite3_value** arguments) noexcept {
     for (int place = 0; place < count; ++place) {
@@ -301,8 +290,8 @@ constexpr std::array FUNCTIONS{
 void AddFunctions(sqlite3* connection) {
     constexpr int FLAGS = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     for (const Function& function : FUNCTIONS) {
-        Registered(sqlite3_create_function_v2(connection, function.name, function.argumentCount, FLAGS,
-                                              Given(function.name), function.run, nullptr, nullptr, nullptr));
+        RequireOk(sqlite3_create_function_v2(connection, function.name, function.argumentCount, FLAGS,
+                                             AsUserData(function.name), function.run, nullptr, nullptr, nullptr));
     }
 }
 

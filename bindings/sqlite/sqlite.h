@@ -27,14 +27,14 @@ private:
 };
 
 /// Throws `RegistrationFailure` unless `code` is SQLITE_OK.
-inline void Registered(int code) {
+inline void RequireOk(int code) {
     if (code != SQLITE_OK) {
         throw RegistrationFailure(code);
     }
 }
 
-/// What SQLite gives back, just as it is, to a function or table.
-inline void* Given(const void* data) noexcept {
+/// `data` as SQLite takes it; SQLite hands it back unchanged.
+inline void* AsUserData(const void* data) noexcept {
     return const_cast<void*>(data);  // NOLINT(cppcoreguidelines-pro-type-const-cast): SQLite's interface has no const
 }
 

@@ -1,4 +1,4 @@
-/// Tables that are no data of a database: what SQLite calls to read them, said once for all of them.
+/// Virtual tables: the callbacks that SQLite needs, written once.
 #pragma once
 
 #include <memory>
@@ -25,7 +25,7 @@ class ReadOnlyModule {
 public:
     /// Adds it to a connection. `given` outlives the connection. Throws `RegistrationFailure`.
     static void Add(sqlite3* connection, const std::string& name, const void* given = nullptr) {
-        Registered(sqlite3_create_module_v2(connection, name.c_str(), &MODULE, Given(given), nullptr));
+        RequireOk(sqlite3_create_module_v2(connection, name.c_str(), &MODULE, AsUserData(given), nullptr));
     }
 
 private:
@@ -33,8 +33,8 @@ private:
                        sqlite3_vtab** made, char** message) noexcept {
         try {
             auto table = std::make_unique<Table>(given);
-            Registered(sqlite3_declare_vtab(connection, table->Declare().c_str()));
-            Registered(sqlite3_vtab_config(connection, Table::RISK));
+            RequireOk(sqlite3_declare_vtab(connection, table->Declare().c_str()));
+            RequireOk(sqlite3_vtab_config(connection, Table::RISK));
             *made = table.release();
             return SQLITE_OK;
         } catch (const RegistrationFailure& failure) {

@@ -243,7 +243,7 @@ struct MAIndex : NEIndex {
 struct MEPIndex : NEIndex {
     std::int32_t mdId = -1;   ///< written as in `MDIndex`; read: the number of the second level; 0: it has a name
     std::string mdName;       ///< written as in `MDIndex`; read: the name in the second level
-    std::int32_t maId = -1;   ///< written as in `MAIndex`; read: the number of the third level, 0: it has a name
+    std::int32_t maId = -1;   ///< written as in `MAIndex`; read: the number of the third level; 0: it has a name
     std::string maName;       ///< written as in `MAIndex`; read: the name in the third level
     std::int32_t mepId = -1;  ///< written as "MEP" or "RMEP"; read: the number of the last level
 

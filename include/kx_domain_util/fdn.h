@@ -7,7 +7,7 @@
 ///     }
 ///
 /// The kind between the angle brackets is a record's type, or one of the variants declared below. The conversions are
-/// those of `ResIDUtil`, whose comments tell how each field is read and written:
+/// those of `ResIDUtil`, whose comments say how each field is read and written:
 ///
 /// | Kind                        | Record          | Reader of `ResIDUtil`     | Levels that it needs
 /// |-----------------------------|-----------------|---------------------------|---------------------------------------
@@ -30,16 +30,16 @@
 /// | `PWSwitchIndex`             | `PWSwitchIndex` | `ResID2PWSwitchIndex`     | NE (3)
 /// | `GroupId`                   | `std::int32_t`  | `ResID2GroupID`           | VEGROUP
 /// | `VPNTrailIndex`             | `VPNTrailIndex` | `ResID2VPNTrailIndex`     | PWE3TRAIL or VPLS (4)
-/// | `TunnelTrailIndex`          | the kind        | `ResID2TunnelTrailIndex`  | TUNNELTRAIL (4)
-/// | `PWTrailIndex`              | the kind        | `ResID2PWTrailIndex`      | PWTRAIL (4)
-/// | `TNPIndex_T`                | the kind        | `ResID2TNPIndex`          | TUNNELPGTRAIL (4)
-/// | `ServiceIndex`              | the kind        | `ResID2SVCIndex`          | NE; PWE3 with two sub-values, or else
+/// | `TunnelTrailIndex`          | `TunnelTrailIndex` | `ResID2TunnelTrailIndex`  | TUNNELTRAIL (4)
+/// | `PWTrailIndex`              | `PWTrailIndex`  | `ResID2PWTrailIndex`      | PWTRAIL (4)
+/// | `TNPIndex_T`                | `TNPIndex_T`    | `ResID2TNPIndex`          | TUNNELPGTRAIL (4)
+/// | `ServiceIndex`              | `ServiceIndex`  | `ResID2SVCIndex`          | NE; PWE3 with two sub-values, or else
 /// |                             |                 |                           | NETH, VSI or VRF
-/// | `TunnelIndex`               | the kind        | `ResID2TunnelIndex`       | NE, TUNNEL with seven sub-values
-/// | `TDIndex`                   | the kind        | `ResID2TDIndex`           | NE, ATMTD
-/// | `MDIndex`                   | the kind        | `ResID2MDIndex`           | NE, MD
-/// | `MAIndex`                   | the kind        | `ResID2MAIndex`           | NE, MD, MA
-/// | `MIPIndex`                  | the kind        | `ResID2MIPIndex`          | NE, MIP
+/// | `TunnelIndex`               | `TunnelIndex`   | `ResID2TunnelIndex`       | NE, TUNNEL with seven sub-values
+/// | `TDIndex`                   | `TDIndex`       | `ResID2TDIndex`           | NE, ATMTD
+/// | `MDIndex`                   | `MDIndex`       | `ResID2MDIndex`           | NE, MD
+/// | `MAIndex`                   | `MAIndex`       | `ResID2MAIndex`           | NE, MD, MA
+/// | `MIPIndex`                  | `MIPIndex`      | `ResID2MIPIndex`          | NE, MIP
 /// | `MEPIndex`, `RemoteMEP`     | `MEPIndex`      | `ResID2MepIndex`          | four levels with "=" (5)
 ///
 /// (1) The port level has four sub-values, and the text is not the one that stands for no port.
@@ -99,9 +99,8 @@ struct AsPhysical;
 
 // ---- Conversions ----------------------------------------------------------------------------------------------------
 
-/// What is known of a kind: `Record`, the type of its record; `Read`, which does what `ReadInto` does; and, unless the
-/// kind is only read, `Write`, which does what `WriteInto` does. `WriteAs` writes a port as a logical or a physical
-/// one.
+/// The conversion of a kind. `Record` is the type of its record. `Read` does what `ReadInto` does. `Write` does what
+/// `WriteInto` does, and is missing if the kind is only read. `WriteAs` writes a port as a logical or a physical one.
 template <class Kind>
 struct Conversion;
 
@@ -115,8 +114,8 @@ concept Writable = requires {
 };
 
 /// Reads `fdn` into `record`. A field whose level is missing keeps its value, unless the reader of `ResIDUtil` says
-/// otherwise. False when `fdn` lacks a level without which the record means nothing; what there is has been read all
-/// the same. `fdn` may lie in a text of `record`.
+/// otherwise. Returns false if `fdn` lacks a level without which the record means nothing; the other levels have been
+/// read then. `fdn` may lie in a text of `record`.
 template <class Kind>
 bool ReadInto(std::string_view fdn, RecordOf<Kind>& record,
               const Surroundings& surroundings = Surroundings::OfSystem()) {

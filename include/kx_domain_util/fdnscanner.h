@@ -124,8 +124,8 @@ private:
     std::array<const char*, Places + 1> m_begins;  // only those up to m_count are set
 };
 
-/// Where, in the fourth sub-value of a port's level, the backslash stands that escapes the "|" after it: the port's
-/// name then goes on with the fifth sub-value. npos when nothing is escaped.
+/// The position in a port's name, the fourth sub-value, of the backslash that escapes the "|" after it; npos if there
+/// is none. The name then goes on with the fifth sub-value.
 inline std::size_t FindNameEscape(int fbType, std::string_view name) noexcept {
     return PortRulesOf(fbType).hasEscapedName ? name.find('\\') : std::string_view::npos;
 }

@@ -38,7 +38,8 @@ struct Tag {
     friend bool operator==(const Tag&, const Tag&) = default;
 };
 
-// ---- How a level's tag is told: not for users ----------------------------------------------------------------------
+// ---- How a tag is recognised: not for users
+// --------------------------------------------------------------------------
 
 namespace NS_DETAIL {
 
@@ -66,17 +67,17 @@ inline std::uint64_t PackHead(std::string_view text, const char* begin) noexcept
 }
 
 /// Whether a level begins with this tag. `head` holds the level's first eight characters, packed.
-template <Tag Sought>
+template <Tag Wanted>
 constexpr bool Begins(std::uint64_t head) noexcept {
-    constexpr std::uint64_t MASK = ~std::uint64_t{} >> 8 * (sizeof(head) - Sought.size);
-    return (head & MASK) == PackCharacters(Sought.Text());
+    constexpr std::uint64_t MASK = ~std::uint64_t{} >> 8 * (sizeof(head) - Wanted.size);
+    return (head & MASK) == PackCharacters(Wanted.Text());
 }
 
 /// The same for the tag and its "=".
-template <Tag Sought>
+template <Tag Wanted>
 constexpr bool BeginsWithEquals(std::uint64_t head) noexcept {
-    constexpr std::uint64_t MASK = ~std::uint64_t{} >> 8 * (sizeof(head) - Sought.size - 1);
-    constexpr std::uint64_t EXPECTED = PackCharacters(Sought.Text()) | std::uint64_t{'='} << 8 * Sought.size;
+    constexpr std::uint64_t MASK = ~std::uint64_t{} >> 8 * (sizeof(head) - Wanted.size - 1);
+    constexpr std::uint64_t EXPECTED = PackCharacters(Wanted.Text()) | std::uint64_t{'='} << 8 * Wanted.size;
     return (head & MASK) == EXPECTED;
 }
 

@@ -30,7 +30,7 @@ class KX_DOMAIN_UTIL_API NtfFilter {
 public:
     /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.
     static NtfFilter* Instance();
-    /// Deletes the instance. Does not wait for threads that still ask it, or fork.
+    /// Deletes the instance. No thread may still ask it, or fork, meanwhile.
     static void Destroy();
 
     NtfFilter(const NtfFilter&) = delete;

@@ -155,9 +155,11 @@ public:
     /// Writes the key's port as the writer of a port does, exceptions included, and ",AP=1|2|9": the two AP values and
     /// `subIfId`, which is left out when 0.
     static void APIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool asLogical);
-    /// Writes the TP's port as the writer of a port does, exceptions included; as a logical one when `isLogical`. For
-    /// a port identified by its name (`ppType` 251) the label is cut at its first ".", what follows becomes ",SUBIF=9",
-    /// and `vc4Id` and `vc12Id` that are not 0 are appended as ",VC4=1" and ",VC12=2".
+    /// Writes the TP's port as the writer of a port does, exceptions included; as a logical one if `isLogical`. For a
+    /// port identified by its name (`ppType` 251):
+    ///
+    /// - The label is cut at its first ".", and what follows becomes ",SUBIF=9".
+    /// - `vc4Id` and `vc12Id` that are not 0 are appended as ",VC4=1" and ",VC12=2".
     static void TPIndex2ResID(const NS_DOMAIN::TPIndex& tp, std::string& fdn);
 
     /// Reads a port. An `fdn` that contains "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|" stands for no port and leaves the
@@ -166,7 +168,8 @@ public:
     /// - `isLogical` is always set: it is false if there is a "PP" level.
     /// - `portId` is always set: it is -1 unless the port level has four sub-values.
     /// - A name without a `ppType` sets `ppType` to 251.
-    /// - In a name of FB type 1025, the first backslash is dropped, and the next "|" and the sub-value after it become
+    /// - In a name of some FB types (`PortRules::hasEscapedName`), the first backslash is dropped, and the next "|" and
+    /// the sub-value after it become
     ///   part of the name. Without such a sub-value the backslash stays.
     /// - If the configuration item "Telvandaire" is not 0, a slot below 1 is read as no slot and no sub-slot. So is any
     ///   slot of a port identified by its name, for some FB types (`PortRules::hasNoNamedSlot`).
@@ -186,9 +189,9 @@ public:
     /// Reads a termination point: the port, into fields that are cleared first, and a sub-interface, which is appended
     /// to the label after a ".". Sets `reserved` to 0. Never reads "VC4" or "VC12".
     static void ResID2TPIndex(const std::string& fdn, NS_DOMAIN::TPIndex& tp);
-    /// Reads a loop-back port: as a port, but knows no text that stands for no port, no escapes and no "Telvandaire".
-    /// Asks the data-access service for the agent configuration all the same, and throws `InterfaceNotExistException`
-    /// if there is no such service.
+    /// Reads a loop-back port as a port, with three differences: no text stands for no port, nothing is unescaped, and
+    /// "Telvandaire" does not matter. Asks the data-access service for the agent configuration all the same, and throws
+    /// `InterfaceNotExistException` if there is no such service.
     static void ResID2LoopBackPortIndex(const std::string& fdn, NS_DOMAIN::PortIndex& port);
 
     // ---- Services, trails, tunnels ----------------------------------------------------------------------------------

@@ -93,7 +93,8 @@ void LeaveBlock() noexcept {
     left->owner.store(nullptr);
 }
 
-// Whether `block` pins `thing` for an owner that the calling thread must wait for; insideService: it waits inside one.
+// Whether `block` pins `thing` for an owner that the calling thread must wait for. `insideService`: it waits inside a
+// service.
 bool HoldsUp(const Block& block, const void* thing, bool insideService) noexcept {
     for (const auto& word : block.words) {
         if (word.load() == thing) {

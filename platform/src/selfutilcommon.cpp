@@ -1,7 +1,6 @@
 #include <vector>
 
 #include <kx_platform/configitems.h>
-#include <kx_platform/readpin.h>
 #include <kx_platform/selfutilcommon.h>
 #include <kx_platform/textutil.h>
 

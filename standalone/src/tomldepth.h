@@ -17,8 +17,8 @@ struct TextPlace {
 inline constexpr std::size_t MAX_TOML_DEPTH = 100;
 
 /// Returns the place of the first level of `text` (TOML) past `MAX_TOML_DEPTH`, or nothing. Call it before the parser:
-/// the parser and the destructor of its tables call themselves for each level. A text that is not TOML may get either
-/// answer, but nothing only if the parser meets the error before it gets too deep. Throws std::bad_alloc.
+/// the parser and the destructor of its tables call themselves for each level. For text that is not TOML, the answer is
+/// nothing only if the parser finds the error before it nests too deep. Throws std::bad_alloc.
 std::optional<TextPlace> FindTooDeep(std::string_view text);
 
 }  // namespace NS_STANDALONE

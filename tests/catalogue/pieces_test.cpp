@@ -38,10 +38,10 @@ TEST(Pieces, ANameIsATagAndMayHaveAnIndex) {
 
 TEST(Pieces, AKnownPieceIsOneThatItsLevelMayHave) {
     for (const char* const text : {"NE", "NE:0", "PP:0", "PP:4", "TUNNEL:9", "PW:3"}) {
-        EXPECT_TRUE(Name(text).IsKnown()) << text;
+        EXPECT_TRUE(PieceName::ParseKnown(text)) << text;
     }
     for (const char* const text : {"XY", "NE:1", "PP:5", "MD:2"}) {
-        EXPECT_FALSE(Name(text).IsKnown()) << text;
+        EXPECT_FALSE(PieceName::ParseKnown(text)) << text;
     }
 }
 

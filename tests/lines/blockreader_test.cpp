@@ -1,6 +1,8 @@
 #include "lines/blockreader.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <iterator>
 #include <thread>
 
 #include <sys/stat.h>
@@ -35,6 +37,18 @@ protected:
         return blocks;
     }
 };
+
+TEST_F(BlockReaderTest, LeavesNothingOpenWhenAnInputCannotBeRead) {
+    const auto countOpen = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                             std::filesystem::directory_iterator());
+    };
+    const auto before = countOpen();
+    BlockReader folderReader({folder.string()}, 1000);
+    InputBlock block;
+    EXPECT_THROW(folderReader.Next(block), Failure);
+    EXPECT_EQ(countOpen(), before);
+}
 
 TEST_F(BlockReaderTest, CutsAtLineEnds) {
     WriteFile("a", "one\ntwo\nthree\n");

@@ -105,9 +105,9 @@ TEST(InterruptionsTest, WaitUntilTheLastOneThatHoldsThemIsGone) {
     EXPECT_EXIT(
         {
             {
-                const InterruptionsWait outer;
+                const InterruptionsHeld outer;
                 {
-                    const InterruptionsWait inner;
+                    const InterruptionsHeld inner;
                     std::raise(SIGTERM);
                     std::thread([] { std::raise(SIGHUP); }).join();
                 }

@@ -361,7 +361,7 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
 
     ASSERT_EQ(Shell("kxdu inventory init n.db").code, 0);
     for (const OddInput& odd : std::initializer_list<OddInput>{
-             {explainManyPieces, "", 0, "  ! 1 more part is not drawn; kxdu check ", ""},
+             {explainManyPieces, "", 0, "  ! 1 more part is not drawn", ""},
              {countMeanings, "", 0, "200\n", ""},
 
              {encode, MdRecord("a\\ude00b"), 1, "",

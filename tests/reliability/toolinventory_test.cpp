@@ -189,7 +189,8 @@ TEST_P(ToolInventoryKilled, InMidImportHoldsWhatItHeldAndSpoilsNoBackup) {
                                   delay + "); kill -" + GetParam() + " $!; wait $!; kill -l $?");
         const bool isHit = ended.out == std::string(GetParam()) + "\n";
         hits += isHit ? 1 : 0;
-        EXPECT_TRUE(Holds("old") || (!isHit && Holds("new"))) << "in round " << round;
+        // A signal that comes after the new file is in its place still ends the run as killed.
+        EXPECT_TRUE(Holds("old") || Holds("new")) << "in round " << round;
         EXPECT_EQ(Shell("ls -A | grep -e '-journal$' -e '-wal$'").code, 1) << "in round " << round;
         EXPECT_TRUE(GetParam() == std::string("KILL") || Shell("ls -d .inventory.*").code != 0)
             << "only KILL may come between the hidden name and the final one";

@@ -96,20 +96,20 @@ std::string Repeated(std::size_t times, std::string_view text) {
 // The parser calls itself for each level: without a bound, a file of a few kilobytes overflows the stack.
 struct DeepText {
     const char* name;
-    std::string text;
+    std::string (*make)();  // large texts, which other tests of the program need not wait for
     std::string place;
 };
 
 class TomlFileNestedTooDeep : public TomlFile, public testing::WithParamInterface<DeepText> {};
 
 TEST_P(TomlFileNestedTooDeep, IsRefusedNamingLineAndColumn) {
-    EXPECT_EQ(ErrorOf([&] { Load(GetParam().text); }),
+    EXPECT_EQ(ErrorOf([&] { Load(GetParam().make()); }),
               PlaceOf(GetParam().place) + "keys, tables and arrays are nested more than 100 levels deep");
 }
 
 TEST_P(TomlFileNestedTooDeep, IsNoFileForTheDataAccessService) {
     Load("a = 1\n");
-    WriteFile(m_folder / "other.cfg", GetParam().text);
+    WriteFile(m_folder / "other.cfg", GetParam().make());
     auto* const service = FindService<NS_SERVICE::DAWSvcInterface>("DAWSvcInterface");
     ASSERT_NE(service, nullptr);
     EXPECT_EQ(service->GetConfiguration("other.cfg", ""), nullptr);
@@ -117,18 +117,21 @@ TEST_P(TomlFileNestedTooDeep, IsNoFileForTheDataAccessService) {
 
 INSTANTIATE_TEST_SUITE_P(
     By, TomlFileNestedTooDeep,
-    testing::Values(DeepText{"Key", "b = 2\na" + Repeated(40000, ".a") + " = 1\n", "2:200"},
-                    DeepText{"QuotedKey", "\"\"" + Repeated(40000, " . 'é.'") + " = 1\n", "1:697"},
-                    DeepText{"Header", "[a" + Repeated(1000000, ".a") + "]\n", "1:201"},
-                    DeepText{"HeaderOfAnArray", "[[a" + Repeated(1000000, ".a") + "]]\n", "1:202"},
-                    DeepText{"Arrays", "a = " + Repeated(1000000, "["), "1:104"},
-                    DeepText{"InlineTables", "a = " + Repeated(1000000, "{a = "), "1:500"},
-                    DeepText{"KeyInTheTableOfAHeader",
-                             "[a" + Repeated(60, ".a") + "]\nb = 1\na" + Repeated(60, ".a") + " = 1\n", "3:78"},
-                    DeepText{"KeyInAnInlineTable",
-                             "a" + Repeated(90, ".a") + " = [1.5, {b = 1, a" + Repeated(90, ".a") + " = 1}]", "1:214"},
-                    DeepText{"KeyAfterQuotesThatEndAText",
-                             "a = {b = \"\"\"x\"\"\"\"\", c = '''y'''', a" + Repeated(40000, ".a") + " = 1}", "1:232"}),
+    testing::Values(
+        DeepText{"Key", [] { return "b = 2\na" + Repeated(40000, ".a") + " = 1\n"; }, "2:200"},
+        DeepText{"QuotedKey", [] { return "\"\"" + Repeated(40000, " . 'é.'") + " = 1\n"; }, "1:697"},
+        DeepText{"Header", [] { return "[a" + Repeated(1000000, ".a") + "]\n"; }, "1:201"},
+        DeepText{"HeaderOfAnArray", [] { return "[[a" + Repeated(1000000, ".a") + "]]\n"; }, "1:202"},
+        DeepText{"Arrays", [] { return "a = " + Repeated(1000000, "["); }, "1:104"},
+        DeepText{"InlineTables", [] { return "a = " + Repeated(1000000, "{a = "); }, "1:500"},
+        DeepText{"KeyInTheTableOfAHeader",
+                 [] { return "[a" + Repeated(60, ".a") + "]\nb = 1\na" + Repeated(60, ".a") + " = 1\n"; }, "3:78"},
+        DeepText{"KeyInAnInlineTable",
+                 [] { return "a" + Repeated(90, ".a") + " = [1.5, {b = 1, a" + Repeated(90, ".a") + " = 1}]"; },
+                 "1:214"},
+        DeepText{"KeyAfterQuotesThatEndAText",
+                 [] { return "a = {b = \"\"\"x\"\"\"\"\", c = '''y'''', a" + Repeated(40000, ".a") + " = 1}"; },
+                 "1:232"}),
     [](const auto& parameter) { return std::string(parameter.param.name); });
 
 TEST_F(TomlFile, MayBeNestedAHundredLevelsDeep) {

@@ -7,15 +7,9 @@
 #include <string>
 #include <string_view>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define KX_TEST_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KX_TEST_ASAN 1
-#endif
-#endif
+#include "support/scale.h"
 
-#ifdef KX_TEST_ASAN
+#ifdef KX_TEST_ADDRESS_SANITIZED
 #include <sanitizer/asan_interface.h>
 #endif
 
@@ -40,7 +34,7 @@ public:
 
 private:
     void Fence([[maybe_unused]] bool isUp) {
-#ifdef KX_TEST_ASAN
+#ifdef KX_TEST_ADDRESS_SANITIZED
         const char* const begin = m_text.data() + m_text.size();
         const std::size_t size = m_text.capacity() + 1 - m_text.size();
         if (isUp) {

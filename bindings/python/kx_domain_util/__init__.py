@@ -13,14 +13,14 @@ from typing import NamedTuple
 
 
 class Error(Exception):
-    """What all exceptions of this module are."""
+    """The base of all exceptions of this module."""
 
     def __str__(self):
         return Exception.__str__(self)  # KeyError would show its message in quotes
 
 
 class UnknownType(Error, ValueError):
-    """No kind of identifier or record is meant."""
+    """The last level, or the named type, is of no known kind."""
 
 
 class UnknownField(Error, KeyError):

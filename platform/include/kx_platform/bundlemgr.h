@@ -18,8 +18,8 @@ namespace NS_BUNDLEMGR1 {
 
 class NULLServiceInterface;
 
-/// Virtual base that only its friends can construct, so that no class derives from its friends: what `final` says since
-/// C++11. Bundles compile against this name; nothing new uses it.
+/// Does what `final` does since C++11: a virtual base that only its friends can construct, so that no class derives
+/// from them. Bundles compile against this name; nothing new uses it.
 class KX_PLATFORM_API FinalClass {
     friend class NULLServiceInterface;
     FinalClass() = default;
@@ -91,8 +91,8 @@ private:
 };
 
 /// A mutex shared by the bundles: it guards the registry and the filling of interface buffers. No one holds it while
-/// calling into a service, so a service may register and unregister services from inside its operations; nor while
-/// forking (`readpin.h`).
+/// calling into a service or forking (`readpin.h`). So a service may register and unregister services from inside its
+/// operations.
 extern KX_PLATFORM_API std::mutex _g_actualmutex;
 
 /// What was found for one interface type, kept so that the registry is not searched at every call, under its lock. The

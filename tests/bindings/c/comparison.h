@@ -241,11 +241,7 @@ private:
             Expect("its column", column, expected.column);
             ++index;
         };
-        if (const auto reason = NS_KX::FindNoText(fdn)) {
-            compare(*reason);
-        } else {
-            NS_KX::CheckIdentifier(fdn, compare);
-        }
+        NS_KX::FindProblems(fdn, compare);
         std::size_t column = 0;
         kx_text problem{};
         Expect("kx_problem after the last", kx_problem(m_record, fdn.data(), fdn.size(), index, &column, &problem),

@@ -87,7 +87,7 @@ kx_status kx_decode(kx_record* record, const char* fdn, size_t size);
    a failure the record holds nothing. */
 kx_status kx_decode_as(kx_record* record, const char* type, const char* fdn, size_t size);
 
-/* Makes the record one of this type that knows nothing: -1 in numbers of NE, shelf, slot, sub-slot, port and the like,
+/* Makes the record a fresh one of this type: -1 in numbers of NE, shelf, slot, sub-slot, port and the like,
    otherwise 0, false and the empty text. KX_UNKNOWN_TYPE: there is no such type; the record stays as it is. */
 kx_status kx_clear_as(kx_record* record, const char* type);
 
@@ -189,7 +189,7 @@ void kx_plan_free(kx_plan* plan);
    nothing. KX_BAD_ARGUMENT: plan is NULL, or out is and the plan is not empty. */
 kx_status kx_pieces(const kx_plan* plan, const char* fdn, size_t size, kx_text* out);
 
-/* A port, and where it is. Numbers are -1 where there are none. */
+/* A port, and where it is. */
 typedef struct {
     int32_t ne, shelf, slot, sub_slot, pp_type, fb_type, port;
     bool is_logical;
@@ -197,12 +197,14 @@ typedef struct {
 } kx_port;
 
 /* Reads any identifier as a port. One that names no port has a port number of -1, and the containers that it has.
-   -1: none; the name is a view of fdn, or of room where an escape was taken out; size bytes are always enough. room may
-   be NULL if room_size is 0; KX_BAD_ARGUMENT: the name needs room, and room_size is too small. The name's data is NULL
-   if there is no port level ("PP" or "LP") of four sub-values; is_logical is true where there is no "PP" level. */
+   Numbers that are absent are -1. The name is a view of fdn or, if an escape was removed, of room; a room of size bytes
+   always suffices. room may be NULL if room_size is 0; KX_BAD_ARGUMENT: the name needs room, and room_size is too
+   small. The name's data is NULL if there is no port level ("PP" or "LP") of four sub-values; is_logical is true if
+   there is no "PP" level. */
 kx_status kx_read_port(const char* fdn, size_t size, kx_port* port, char* room, size_t room_size);
 
-/* The problem number index, from 0, that kxdu check --levels-only finds; KX_NOT_THERE after the last. *column counts
+/* Finds the problem at index, from 0, of those that kxdu check --levels-only reports; KX_NOT_THERE after the last.
+   *column counts
    bytes, from 1. *problem is valid until the next use of scratch, which otherwise stays the record that it is. */
 kx_status kx_problem(kx_record* scratch, const char* fdn, size_t size, size_t index, size_t* column, kx_text* problem);
 
