@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "cli/bulkoptions.h"
 #include "cli/services.h"
@@ -77,10 +78,19 @@ void AppendLine(std::string_view line, TextBuffer& out) {
     to[line.size()] = '\n';
 }
 
+std::unique_ptr<NotificationIdReader> MakeReader(const Options& options) {
+    if (options.jsonKey) {
+        return MakeJsonMemberReader(*options.jsonKey);
+    }
+    return options.field ? MakeFieldReader(*options.field, options.delimiter)
+                         : MakeFirstNumberReader(options.delimiter);
+}
+
 class Filter : public LineConverter {
 public:
-    Filter(const Options& options, const FilterConfiguration& configuration)
-        : m_reader(MakeReader(options)),
+    Filter(std::unique_ptr<NotificationIdReader> reader, const Options& options,
+           const FilterConfiguration& configuration)
+        : m_reader(std::move(reader)),
           m_configuration(configuration),
           m_delimiter(options.delimiter),
           m_isFirstNumber(!options.field && !options.jsonKey),
@@ -106,14 +116,6 @@ public:
     }
 
 private:
-    static std::unique_ptr<NotificationIdReader> MakeReader(const Options& options) {
-        if (options.jsonKey) {
-            return MakeJsonMemberReader(*options.jsonKey);
-        }
-        return options.field ? MakeFieldReader(*options.field, options.delimiter)
-                             : MakeFirstNumberReader(options.delimiter);
-    }
-
     void HoldBack(std::string_view line, LineResult& result) const {
         result.Count(HELD_BACK);
         if (m_isHeldKept) {
@@ -208,7 +210,7 @@ ExitCode RunFilter(const Options& options) {
     }
     LineWork work;
     work.filesInUse = configuration.Files();
-    work.makeConverter = [&] { return std::make_unique<Filter>(options, configuration); };
+    work.makeConverter = [&] { return std::make_unique<Filter>(MakeReader(options), options, configuration); };
     work.isVerbatim = true;
     work.finding = "reported";
     work.isPauseDue = [&] { return configuration.IsChanged(); };
