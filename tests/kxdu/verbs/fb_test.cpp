@@ -18,6 +18,13 @@ TEST_F(FbVerb, ShowsEverythingAboutAType) {
                              "65536,,,,,true,false,false,false\n");
 }
 
+TEST_F(FbVerb, JsonIsAnotherNameForJsonLines) {
+    const Ended ended = Shell("kxdu fb 131 2 --format json");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(ended.out.starts_with("{\"fbType\":131,\"name\":\"COM\",")) << ended.out;
+    EXPECT_EQ(ended.out, Shell("kxdu fb 131 2 --format jsonl").out);
+}
+
 TEST_F(FbVerb, AnUnknownTypeExitsWithOne) {
     const Ended ended = Shell("kxdu fb 65535 122");
     EXPECT_EQ(ended.code, 1);
