@@ -41,7 +41,7 @@ completes "--nes" kxdu inventory list --n
 completes "csv" kxdu decode --format cs
 completes "csv" kxdu inventory list --format cs
 completes "csv" kxdu decode --format = cs
-completes "json jsonl" kxdu fb --format js
+completes "jsonl" kxdu fb --format js
 completes "always auto never" kxdu explain --color ""
 completes "network.fdn" kxdu decode net
 completes "two words.fdn" kxdu decode tw

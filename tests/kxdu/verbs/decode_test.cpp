@@ -205,6 +205,10 @@ TEST_F(DecodeTest, ExitsWithTwoOnWrongArguments) {
     EXPECT_EQ(Shell("kxdu decode --config missing").code, 2);
 }
 
+TEST_F(DecodeTest, JsonIsAnotherNameForJsonLines) {
+    EXPECT_EQ(Shell("kxdu decode --format json", "NE=5\n").out, NE_5);
+}
+
 TEST_F(DecodeTest, NeedsNoInventory) {
     EXPECT_EQ(Shell("KX_INVENTORY=missing kxdu decode", "NE=5\n").out, NE_5);
     EXPECT_EQ(Shell("kxdu decode --help").out.find("KX_INVENTORY"), std::string::npos);

@@ -271,9 +271,8 @@ void AddListingOptions(Verb& verb, ListingOptions& options) {
                    {{"table", Listing::Format::TABLE},
                     {"csv", Listing::Format::CSV},
                     {"jsonl", Listing::Format::JSONL},
-                    {"json", Listing::Format::JSONL},
                     {"md", Listing::Format::MARKDOWN}},
-                   "How rows are written: table (the default), csv, jsonl (or json: an object on each line) or md; of "
+                   "How rows are written: table (the default), csv, jsonl (also called json) or md; of "
                    "table and md, the first " +
                        std::to_string(Listing::MEASURED_ROWS) + " rows tell how wide a column is");
     verb.AddOutput(options.output);

@@ -80,7 +80,8 @@ public:
             help);
     }
 
-    /// Adds an option that takes one of a few words. The help shows them for the value: auto|always|never.
+    /// Adds an option that takes one of a few words. The help shows them for the value: auto|always|never. "json" is
+    /// taken for "jsonl" if that is one of them: it is what people say.
     template <class Choice>
     void AddChoice(const std::string& name, Choice& chosen, std::vector<std::pair<std::string, Choice>> choices,
                    const std::string& help) {
@@ -93,7 +94,7 @@ public:
             [&chosen, choices = std::move(choices)](const std::string& text) {
                 std::string words;
                 for (const auto& [word, choice] : choices) {
-                    if (word == text) {
+                    if (word == (text == "json" ? "jsonl" : text)) {
                         chosen = choice;
                         return std::string();
                     }
