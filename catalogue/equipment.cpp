@@ -17,46 +17,47 @@ using NS_UTIL::NS_FDN::SubSlot;
 
 template <>
 inline constexpr std::array FIELDS<OSIndex>{
-    KX_FIELD(OSIndex, osId),
+    KX_FIELD(OSIndex, osId, "number of the management system, level OS"),
 };
 
 template <>
 inline constexpr std::array FIELDS<ONEIndex>{
-    KX_FIELD(ONEIndex, reserved),
-    KX_FIELD(ONEIndex, oneId),
+    KX_FIELD(ONEIndex, reserved, RESERVED),
+    KX_FIELD(ONEIndex, oneId, "number of the container of NEs, level ONE"),
 };
 
 template <>
 inline constexpr std::array FIELDS<ContainedNE>{
-    KX_FIELD(ContainedNE, oneId),
-    KX_FIELD(ContainedNE, neId),
+    KX_FIELD(ContainedNE, oneId, "number of the container of NEs, level ONE; 0: none"),
+    KX_FIELD(ContainedNE, neId, NE_NUMBER),
 };
 
 template <>
 inline constexpr std::array FIELDS<NEIndex>{
-    KX_FIELD(NEIndex, reserved),
-    KX_FIELD(NEIndex, neId),
+    KX_FIELD(NEIndex, reserved, RESERVED),
+    KX_FIELD(NEIndex, neId, NE_NUMBER),
 };
 
 template <>
 inline constexpr std::array FIELDS<ShelfIndex>{
-    KX_FIELD(ShelfIndex, reserved),
-    KX_FIELD(ShelfIndex, neId),
-    KX_FIELD(ShelfIndex, shelfId),
+    KX_FIELD(ShelfIndex, reserved, RESERVED),
+    KX_FIELD(ShelfIndex, neId, NE_NUMBER),
+    KX_FIELD(ShelfIndex, shelfId, SHELF_NUMBER),
 };
 
 template <>
 inline constexpr std::array FIELDS<SlotIndex>{
-    KX_FIELD(SlotIndex, reserved), KX_FIELD(SlotIndex, neId),      KX_FIELD(SlotIndex, shelfId),
-    KX_FIELD(SlotIndex, slotId),   KX_FIELD(SlotIndex, subSlotId),
+    KX_FIELD(SlotIndex, reserved, RESERVED),         KX_FIELD(SlotIndex, neId, NE_NUMBER),
+    KX_FIELD(SlotIndex, shelfId, SHELF_NUMBER),      KX_FIELD(SlotIndex, slotId, SLOT_NUMBER),
+    KX_FIELD(SlotIndex, subSlotId, SUB_SLOT_NUMBER),
 };
 
 template <>
 inline constexpr std::array FIELDS<CardIndex>{
-    KX_FIELD(CardIndex, reserved),
-    KX_FIELD(CardIndex, neId),
-    KX_FIELD(CardIndex, shelfId),
-    KX_FIELD(CardIndex, slotId),
+    KX_FIELD(CardIndex, reserved, RESERVED),
+    KX_FIELD(CardIndex, neId, NE_NUMBER),
+    KX_FIELD(CardIndex, shelfId, SHELF_NUMBER),
+    KX_FIELD(CardIndex, slotId, SLOT_NUMBER),
 };
 
 namespace {

@@ -1,6 +1,7 @@
 #include "catalogue/explanation.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,7 @@
 #include <kx_domain_util/processexception.h>
 #include <kx_platform/textutil.h>
 
+#include "catalogue/assumed.h"
 #include "catalogue/levelcheck.h"
 #include "text/number.h"
 #include "text/text.h"
@@ -55,9 +57,16 @@ std::string Between(std::string_view opening, std::string_view text, std::string
     return std::string(opening).append(text).append(closing);
 }
 
-// The text of a number. Quotes anything else, so that blanks can be seen.
-std::string NumberText(std::string_view value) {
-    return value.empty() || IsDecimal(value) ? std::string(value) : Quoted(value);
+// The text of a number, with its gloss. Quotes anything else, so that blanks can be seen, and says what is read.
+std::string NumberText(std::string_view value, std::string_view gloss) {
+    const int read = NS_UTIL::Str2Int(value);
+    std::string text = IsDecimal(value) ? std::string(value) : Quoted(value);
+    if (!gloss.empty()) {
+        return text + Between(" (", gloss, ")");
+    }
+    std::int64_t number = 0;
+    const bool isReadAsIs = IsDecimal(value) && ReadWhole(value, number) && number == read;
+    return isReadAsIs ? text : text + ", read as " + std::to_string(read);
 }
 
 // Explains the levels of one identifier, in turn.
@@ -100,12 +109,8 @@ private:
             return;
         }
         const Wording wording(description.meaning);
-        std::string meaning = std::string(tag.meaning) + " " + NumberText(value);
-        if (const auto gloss = wording.GlossOf(value); !gloss.empty()) {
-            meaning += Between(" (", gloss, ")");
-        } else if (wording.name.starts_with("always")) {
-            meaning += Between(" (", wording.name, ")");
-        }
+        const std::string_view gloss = wording.name.starts_with("always") ? wording.name : wording.GlossOf(value);
+        std::string meaning = std::string(tag.meaning) + " " + NumberText(value, gloss);
         if (level.tag == "NE" && m_describeNe) {
             meaning += m_describeNe(NS_UTIL::Str2Int(value));
         }
@@ -147,10 +152,7 @@ private:
         if (value.empty()) {
             return meaning.append(": ").append(gloss.empty() ? "none" : gloss);
         }
-        meaning.append(" ").append(NumberText(value));
-        if (!gloss.empty()) {
-            meaning += Between(" (", gloss, ")");
-        }
+        meaning.append(" ").append(NumberText(value, gloss));
         return wording.name == "FB type" ? meaning.append(FbTypeName(value)) : meaning;
     }
 
@@ -191,6 +193,74 @@ void AddProblems(Explanation& explanation) {
     });
 }
 
+// ---- Remarks --------------------------------------------------------------------------------------------------------
+
+// The text in this field of `record`; null if it has no such field.
+const std::string* TextIn(const Kind& kind, std::string_view name, const void* record) {
+    const Field* const field = FindField(kind, name);
+    return field != nullptr ? &field->In<std::string>(record) : nullptr;
+}
+
+// A port name loses the backslash before an escaped "|".
+void RemarkEscape(const Kind& kind, const void* record, Explanation& explanation) {
+    for (const char* const name : {"portLabel", "port.portLabel"}) {
+        const std::string* const label = TextIn(kind, name, record);
+        if (label != nullptr && label->find('|') != std::string::npos) {
+            explanation.remarks.push_back("the reader drops the backslash from the port name: " + Quoted(*label));
+        }
+    }
+}
+
+// On a channelled port, the reader makes the text of a channel set by position.
+void RemarkChannelSet(const Kind& kind, const void* record, Explanation& explanation) {
+    const std::string* const text = TextIn(kind, "fdnText", record);
+    if (text != nullptr && !text->empty() && *text != explanation.fdn &&
+        explanation.fdn.find("CHANNELSET") != std::string::npos) {
+        explanation.remarks.push_back("the reader cuts the text by position and reads the channel set from " +
+                                      Quoted(*text));
+    }
+}
+
+// The reader of end points goes by the order of the levels, and takes a level that is no number for a name, less its
+// first character. In "|md1" that is the separator of an absent number, as it should be.
+void RemarkEndPoint(const Kind& kind, Explanation& explanation) {
+    if (!kind.type.starts_with("MEPIndex")) {
+        return;
+    }
+    explanation.remarks.emplace_back(
+        "read by position: the four levels are the NE, the MD, the MA and the end point, whatever their tags");
+    LevelScanner scanner(explanation.fdn);
+    Level level;
+    for (int place = 0; scanner.Next(level) && scanner.HasMore(); ++place) {
+        const bool isNamed = place == 1 || place == 2;
+        if (isNamed && !level.value.empty() && level.value.front() != '|' && NS_UTIL::Str2Int(level.value) == 0) {
+            const bool hasName = level.value.find('|') != std::string_view::npos;
+            explanation.remarks.push_back(
+                std::string(level.tag) +
+                " is read as 0; the library's reader then drops the first character and takes " +
+                "the rest as the name, " + Quoted(level.value.substr(1)) +
+                (hasName ? "; kxdu takes what follows the \"|\"" : ""));
+        }
+    }
+}
+
+// Shows MD and MA with and without their numbers, if `record` is written with them.
+void RemarkOamNumbers(const Kind& kind, const void* record, const NS_UTIL::Surroundings& surroundings,
+                      Explanation& explanation) {
+    for (const bool isOmitted : {false, true}) {
+        const Assumed assumed(surroundings, {.isNeSpecial = isOmitted});
+        std::string fdn;
+        kind.write(record, fdn, assumed);
+        if (assumed.Fact() == NeFact::OAM_NUMBERS) {
+            explanation.remarks.push_back((isOmitted ? "on NEs that leave out the numbers of MD and MA: "
+                                                     : "on NEs that write the numbers of MD and MA: ") +
+                                          fdn);
+        }
+    }
+}
+
+// ---- The record -----------------------------------------------------------------------------------------------------
+
 void CompareWithWriters(const Kind& kind, const void* record, const NS_UTIL::Surroundings& surroundings,
                         Explanation& explanation) {
     std::string canonical;
@@ -202,7 +272,9 @@ void CompareWithWriters(const Kind& kind, const void* record, const NS_UTIL::Sur
     }
     explanation.isCanonical = canonical == explanation.fdn && explanation.notes.empty();
     if (canonical != explanation.fdn) {
-        explanation.notes.push_back("what was read would be written as " + canonical);
+        const std::string reason = ReasonForWriting(kind, explanation.fdn, canonical, surroundings);
+        explanation.notes.push_back("what was read would be written as " + canonical +
+                                    (reason.empty() ? "" : ", since " + reason));
     }
 }
 
@@ -221,6 +293,10 @@ void ReadRecord(const Kind& kind, const NS_UTIL::Surroundings& surroundings, Exp
         explanation.notes.emplace_back(NOTHING_IS_READ);
         return;
     }
+    RemarkEscape(kind, record, explanation);
+    RemarkChannelSet(kind, record, explanation);
+    RemarkEndPoint(kind, explanation);
+    RemarkOamNumbers(kind, record, surroundings, explanation);
     CompareWithWriters(kind, record, surroundings, explanation);
 }
 

@@ -29,6 +29,7 @@ struct Explanation {
     std::string_view type;             ///< of the record; empty if the identifier is read into none
     std::vector<ExplainedPart> parts;  ///< in the order of the text
     std::vector<ReadField> fields;     ///< without reserved ones
+    std::vector<std::string> remarks;  ///< what is peculiar in how it is read and written, though nothing is wrong
     std::vector<std::string> notes;    ///< what else is wrong with it
     bool isCanonical = false;          ///< there is no note, and the library would write exactly this text
 };

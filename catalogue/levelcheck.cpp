@@ -47,6 +47,14 @@ public:
     LevelCheck(std::string_view fdn, const std::function<void(const Problem&)>& report)
         : m_fdn(fdn), m_report(report) {}
 
+    void CheckPiece(const Tag& tag, std::optional<unsigned> index) {
+        if (!index) {
+            CheckValue(tag, m_fdn);
+        } else if (*index < tag.most) {
+            CheckSubValue(tag, *index, m_fdn);
+        }
+    }
+
     void Run() {
         m_seen.reserve(16);
         LevelScanner scanner(m_fdn);
@@ -181,6 +189,17 @@ const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const
         report({static_cast<std::size_t>(tag.data() - fdn.data()) + 1, OfNoKind(fdn), "last level of no kind"});
     }
     return kind;
+}
+
+std::optional<Problem> FindValueProblem(const PieceName& piece, std::string_view value) {
+    std::optional<Problem> first;
+    const std::function<void(const Problem&)> keepFirst = [&](const Problem& problem) {
+        if (!first) {
+            first = problem;
+        }
+    };
+    LevelCheck(value, keepFirst).CheckPiece(*FindTag(piece.tag), piece.index);
+    return first;
 }
 
 void FindProblems(std::string_view text, const std::function<void(const Problem&)>& report) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "catalogue/kind.h"
+#include "catalogue/pieces.h"
 
 namespace NS_KX {
 
@@ -25,6 +26,10 @@ void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>
 /// Does the same, and if that finds nothing, reports an `fdn` whose last level ends no kind of identifier. Returns the
 /// kind of `fdn`; null if something was reported.
 const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const Problem&)>& report);
+
+/// What is wrong with `value` as the value of a piece, whose name is known; columns count in `value`. None if nothing
+/// is.
+std::optional<Problem> FindValueProblem(const PieceName& piece, std::string_view value);
 
 /// Calls `report` for each problem of `text`, which may hold anything: the flaw that keeps it from being an identifier,
 /// or else what `CheckIdentifier` reports.

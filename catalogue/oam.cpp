@@ -19,30 +19,48 @@ using NS_UTIL::NS_FDN::SubValues;
 
 // ---- Records --------------------------------------------------------------------------------------------------------
 
+namespace {
+
+constexpr std::string_view MD_NUMBER = "MD number, MD:0; -1: none";
+constexpr std::string_view MD_NAME = "name of the MD, MD:1";
+constexpr std::string_view MA_NUMBER = "MA number, MA:0; -1: none";
+constexpr std::string_view MA_NAME = "name of the MA, MA:1";
+
+}  // namespace
+
 template <>
 inline constexpr std::array FIELDS<MDIndex>{
-    KX_FIELD(MDIndex, reserved),
-    KX_FIELD(MDIndex, neId),
-    KX_FIELD(MDIndex, mdId),
-    KX_NAME(MDIndex, mdName),
+    KX_FIELD(MDIndex, reserved, RESERVED),
+    KX_FIELD(MDIndex, neId, NE_NUMBER),
+    KX_FIELD(MDIndex, mdId, MD_NUMBER),
+    KX_NAME(MDIndex, mdName, MD_NAME),
 };
 
 template <>
 inline constexpr std::array FIELDS<MAIndex>{
-    KX_FIELD(MAIndex, reserved), KX_FIELD(MAIndex, neId), KX_FIELD(MAIndex, mdId),
-    KX_NAME(MAIndex, mdName),    KX_FIELD(MAIndex, maId), KX_NAME(MAIndex, maName),
+    KX_FIELD(MAIndex, reserved, RESERVED), KX_FIELD(MAIndex, neId, NE_NUMBER), KX_FIELD(MAIndex, mdId, MD_NUMBER),
+    KX_NAME(MAIndex, mdName, MD_NAME),     KX_FIELD(MAIndex, maId, MA_NUMBER), KX_NAME(MAIndex, maName, MA_NAME),
 };
 
 template <>
 inline constexpr std::array FIELDS<MEPIndex>{
-    KX_FIELD(MEPIndex, reserved), KX_FIELD(MEPIndex, neId),  KX_FIELD(MEPIndex, mdId),  KX_NAME(MEPIndex, mdName),
-    KX_FIELD(MEPIndex, maId),     KX_NAME(MEPIndex, maName), KX_FIELD(MEPIndex, mepId),
+    KX_FIELD(MEPIndex, reserved, RESERVED),
+    KX_FIELD(MEPIndex, neId, NE_NUMBER),
+    KX_FIELD(MEPIndex, mdId, MD_NUMBER),
+    KX_NAME(MEPIndex, mdName, MD_NAME),
+    KX_FIELD(MEPIndex, maId, MA_NUMBER),
+    KX_NAME(MEPIndex, maName, MA_NAME),
+    KX_FIELD(MEPIndex, mepId, "end point number, level MEP or RMEP"),
 };
 
 template <>
 inline constexpr std::array FIELDS<MIPIndex>{
-    KX_FIELD(MIPIndex, reserved), KX_FIELD(MIPIndex, neId),  KX_FIELD(MIPIndex, mdId),
-    KX_NAME(MIPIndex, mdName),    KX_FIELD(MIPIndex, mipId), KX_NAME(MIPIndex, mipName),
+    KX_FIELD(MIPIndex, reserved, RESERVED),
+    KX_FIELD(MIPIndex, neId, NE_NUMBER),
+    KX_FIELD(MIPIndex, mdId, MD_NUMBER),
+    KX_NAME(MIPIndex, mdName, MD_NAME),
+    KX_FIELD(MIPIndex, mipId, "MIP number, MIP:0; -1 or 0: none"),
+    KX_NAME(MIPIndex, mipName, "name of the MIP, MIP:1"),
 };
 
 namespace {

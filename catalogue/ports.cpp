@@ -21,46 +21,69 @@ using NS_UTIL::NS_FDN::SubValues;
 
 // ---- Records --------------------------------------------------------------------------------------------------------
 
+namespace {
+
+constexpr std::string_view PORT_NUMBER = "port number, PP:2 or LP:2; -1: none";
+constexpr std::string_view PP_TYPE = "PP type, PP:0 or LP:0; 0: none; 251: the port is identified by its name";
+constexpr std::string_view FB_TYPE = "FB type, PP:1 or LP:1; 0: none; above 65535: a logical port";
+constexpr std::string_view PORT_NAME = "port name, PP:3 or LP:3";
+constexpr std::string_view IS_LOGICAL = "whether the level of the port is LP, not PP";
+
+}  // namespace
+
 template <>
 inline constexpr std::array FIELDS<PortIndex>{
-    KX_FIELD(PortIndex, reserved),      KX_FIELD(PortIndex, reserved2), KX_FIELD(PortIndex, neId),
-    KX_FIELD(PortIndex, shelfId),       KX_FIELD(PortIndex, slotId),    KX_FIELD(PortIndex, subSlotId),
-    KX_FIELD(PortIndex, portId),        KX_FIELD(PortIndex, ppType),    KX_FIELD(PortIndex, fbType),
-    KX_NAME(PortIndex, portLabel),      KX_FIELD(PortIndex, isLogical), KX_FIELD(PortIndex, reservedFlag),
-    KX_FIELD(PortIndex, reservedValue),
+    KX_FIELD(PortIndex, reserved, RESERVED),      KX_FIELD(PortIndex, reserved2, RESERVED),
+    KX_FIELD(PortIndex, neId, NE_NUMBER),         KX_FIELD(PortIndex, shelfId, SHELF_NUMBER),
+    KX_FIELD(PortIndex, slotId, SLOT_NUMBER),     KX_FIELD(PortIndex, subSlotId, SUB_SLOT_NUMBER),
+    KX_FIELD(PortIndex, portId, PORT_NUMBER),     KX_FIELD(PortIndex, ppType, PP_TYPE),
+    KX_FIELD(PortIndex, fbType, FB_TYPE),         KX_NAME(PortIndex, portLabel, PORT_NAME),
+    KX_FIELD(PortIndex, isLogical, IS_LOGICAL),   KX_FIELD(PortIndex, reservedFlag, RESERVED),
+    KX_FIELD(PortIndex, reservedValue, RESERVED),
 };
 
 template <>
 inline constexpr std::array FIELDS<CtpKey_T>{
-    KX_FIELD(CtpKey_T, neId),
-    KX_FIELD(CtpKey_T, vrId),
-    KX_FIELD(CtpKey_T, apValue1),
-    KX_FIELD(CtpKey_T, apValue2),
-    KX_FIELD(CtpKey_T, apText),
-    KX_FIELD(CtpKey_T, port.reserved),
-    KX_FIELD(CtpKey_T, port.reserved2),
-    KX_FIELD(CtpKey_T, port.neId),
-    KX_FIELD(CtpKey_T, port.shelfId),
-    KX_FIELD(CtpKey_T, port.slotId),
-    KX_FIELD(CtpKey_T, port.subSlotId),
-    KX_FIELD(CtpKey_T, port.portId),
-    KX_FIELD(CtpKey_T, port.ppType),
-    KX_FIELD(CtpKey_T, port.fbType),
-    KX_NAME(CtpKey_T, port.portLabel),
-    KX_FIELD(CtpKey_T, port.isLogical),
-    KX_FIELD(CtpKey_T, port.reservedFlag),
-    KX_FIELD(CtpKey_T, port.reservedValue),
-    KX_FIELD(CtpKey_T, fbType),
-    KX_FIELD(CtpKey_T, subIfId),
-    KX_FIELD(CtpKey_T, fdnText),
+    KX_FIELD(CtpKey_T, neId, "NE number of the port; not used by writers"),
+    KX_FIELD(CtpKey_T, vrId, "VR number, level VR; not used by writers"),
+    KX_FIELD(CtpKey_T, apValue1, "first value of the access point, AP:0"),
+    KX_FIELD(CtpKey_T, apValue2, "second value as a number, AP:1"),
+    KX_FIELD(CtpKey_T, apText, "second value as text, AP:1; not used by writers"),
+    KX_FIELD(CtpKey_T, port.reserved, RESERVED),
+    KX_FIELD(CtpKey_T, port.reserved2, RESERVED),
+    KX_FIELD(CtpKey_T, port.neId, NE_NUMBER),
+    KX_FIELD(CtpKey_T, port.shelfId, SHELF_NUMBER),
+    KX_FIELD(CtpKey_T, port.slotId, SLOT_NUMBER),
+    KX_FIELD(CtpKey_T, port.subSlotId, SUB_SLOT_NUMBER),
+    KX_FIELD(CtpKey_T, port.portId, PORT_NUMBER),
+    KX_FIELD(CtpKey_T, port.ppType, PP_TYPE),
+    KX_FIELD(CtpKey_T, port.fbType, FB_TYPE),
+    KX_NAME(CtpKey_T, port.portLabel, PORT_NAME),
+    KX_FIELD(CtpKey_T, port.isLogical, IS_LOGICAL),
+    KX_FIELD(CtpKey_T, port.reservedFlag, RESERVED),
+    KX_FIELD(CtpKey_T, port.reservedValue, RESERVED),
+    KX_FIELD(CtpKey_T, fbType, "FB type of the port; not used by writers"),
+    KX_FIELD(CtpKey_T, subIfId, "sub-interface number, AP:2 or level SUBIF; 0: none"),
+    KX_FIELD(CtpKey_T, fdnText, "text that the reader took apart; not used by writers"),
 };
 
 template <>
 inline constexpr std::array FIELDS<TPIndex>{
-    KX_FIELD(TPIndex, reserved),  KX_FIELD(TPIndex, neId),      KX_FIELD(TPIndex, shelfId),   KX_FIELD(TPIndex, slotId),
-    KX_FIELD(TPIndex, subSlotId), KX_FIELD(TPIndex, portId),    KX_FIELD(TPIndex, ppType),    KX_FIELD(TPIndex, fbType),
-    KX_NAME(TPIndex, portLabel),  KX_FIELD(TPIndex, reserved2), KX_FIELD(TPIndex, vc4Id),     KX_FIELD(TPIndex, vc12Id),
-    KX_FIELD(TPIndex, vc3Id),     KX_FIELD(TPIndex, vc11Id),    KX_FIELD(TPIndex, isLogical),
+    KX_FIELD(TPIndex, reserved, RESERVED),
+    KX_FIELD(TPIndex, neId, NE_NUMBER),
+    KX_FIELD(TPIndex, shelfId, SHELF_NUMBER),
+    KX_FIELD(TPIndex, slotId, SLOT_NUMBER),
+    KX_FIELD(TPIndex, subSlotId, SUB_SLOT_NUMBER),
+    KX_FIELD(TPIndex, portId, PORT_NUMBER),
+    KX_FIELD(TPIndex, ppType, PP_TYPE),
+    KX_FIELD(TPIndex, fbType, FB_TYPE),
+    KX_NAME(TPIndex, portLabel, "port name, PP:3 or LP:3; with a sub-interface: the name, \".\" and its number"),
+    KX_FIELD(TPIndex, reserved2, RESERVED),
+    KX_FIELD(TPIndex, vc4Id, "number of the higher-order path, level VC4; 0: none"),
+    KX_FIELD(TPIndex, vc12Id, "number of the lower-order path, level VC12; 0: none"),
+    KX_FIELD(TPIndex, vc3Id, "location word of a program; no level"),
+    KX_FIELD(TPIndex, vc11Id, "location word of a program; no level"),
+    KX_FIELD(TPIndex, isLogical, IS_LOGICAL),
 };
 
 namespace {

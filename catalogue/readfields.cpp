@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <type_traits>
 
+#include "text/number.h"
+
 namespace NS_KX {
 
 namespace {
@@ -20,6 +22,23 @@ std::string TextOf(const Value& value) {
 
 }  // namespace
 
+std::string ValueOf(const Field& field, const void* record) {
+    return VisitField(field, record, [](const auto& value) { return TextOf(value); });
+}
+
+std::string RangeOf(const Field& field) {
+    switch (field.type) {
+        case FieldType::FLAG:
+            return "true or false";
+        case FieldType::TEXT:
+            return field.isName ? "text without \",\" and \"|\"" : "text";
+        case FieldType::NUMBER:
+        case FieldType::LONG_NUMBER:  // identifiers have numbers of 32 bits
+            break;
+    }
+    return std::string(RANGE_OF_32_BITS).substr(std::string_view("from ").size());
+}
+
 bool IsKnown(const Kind& kind, const Field& field, const void* record) {
     return VisitField(field, record,
                       [&]<class Value>(const Value& value) { return value != field.In<Value>(kind.layout.fresh()); });
@@ -34,8 +53,7 @@ std::vector<ReadField> FieldsOf(const Kind& kind, const void* record) {
     std::vector<ReadField> fields;
     for (const Field& field : kind.layout.fields) {
         if (!field.IsReserved()) {
-            fields.push_back({field.name, VisitField(field, record, [](const auto& value) { return TextOf(value); }),
-                              IsKnown(kind, field, record)});
+            fields.push_back({field.name, ValueOf(field, record), IsKnown(kind, field, record)});
         }
     }
     return fields;

@@ -18,6 +18,12 @@ struct ReadField {
 /// Whether the field of `record`, which is of this kind, differs from that of a fresh record.
 bool IsKnown(const Kind& kind, const Field& field, const void* record);
 
+/// The value of `field` in `record`; a text in quotes.
+std::string ValueOf(const Field& field, const void* record);
+
+/// The values that `field` may have, in words.
+std::string RangeOf(const Field& field);
+
 /// Whether no field is known, except for reserved ones: for example the text that means "no port".
 bool IsNothingRead(const Kind& kind, const void* record);
 

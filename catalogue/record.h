@@ -24,6 +24,8 @@ struct Field {
     FieldType type;
     std::size_t offset;   ///< in bytes, from the beginning of the record
     bool isName = false;  ///< a text that is written as one sub-value, so that "," or "|" would end it
+    /// What it says, and the level or sub-value that it is read from; after a ";" its special values.
+    std::string_view meaning = {};
 
     /// The value in `record`, which has this field, of this type.
     template <class Value>
@@ -70,6 +72,7 @@ inline constexpr std::size_t MOST_FIELDS = 64;
 /// What a type of record is made of.
 struct RecordLayout {
     std::span<const Field> fields;  ///< in the order of their declaration
+    std::size_t key;                ///< the place of the field without which a record names nothing, mostly the NE
     std::shared_ptr<void> (*make)();
     void (*clear)(void* record);  ///< makes it fresh; its texts keep their memory
     const void* (*fresh)();       ///< a record as its constructor leaves it

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -33,20 +35,27 @@ consteval FieldType TypeOf() {
 }
 
 template <class Value>
-consteval Field MakeField(std::string_view name, std::size_t offset, bool isName = false) {
-    return {name, TypeOf<std::remove_reference_t<Value>>(), offset, isName};
+consteval Field MakeField(std::string_view name, std::size_t offset, std::string_view meaning, bool isName = false) {
+    return {name, TypeOf<std::remove_reference_t<Value>>(), offset, isName, meaning};
 }
 
 // Macros keep name, type and place of a member together. Records that derive from others have no standard layout; the
 // supported compilers give their offsets nevertheless.
 // The warning comes where a macro is used, so it stays off for whoever includes this.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
-/// The field of this member.
-#define KX_FIELD(Record, member) \
-    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member))
+/// The field of this member, and its meaning.
+#define KX_FIELD(Record, member, meaning) \
+    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), meaning)
 /// The field of a member that is a name, `Field::isName`.
-#define KX_NAME(Record, member) \
-    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), true)
+#define KX_NAME(Record, member, meaning) \
+    ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), meaning, true)
+
+// Meanings that several records share.
+inline constexpr std::string_view RESERVED = "not used by readers and writers";
+inline constexpr std::string_view NE_NUMBER = "NE number, level NE";
+inline constexpr std::string_view SHELF_NUMBER = "shelf number, level FR; -1: none";
+inline constexpr std::string_view SLOT_NUMBER = "slot number, level S; -1: none";
+inline constexpr std::string_view SUB_SLOT_NUMBER = "sub-slot number, level SS; -1: none";
 
 /// The fields of `Record`, in the order of their declaration.
 template <class Record>
@@ -59,8 +68,20 @@ const Record& Fresh() {
     return fresh;
 }
 
+/// The place of the key field, `RecordLayout::key`. A record without one does not compile.
+consteval std::size_t KeyPlace(std::span<const Field> fields) {
+    std::size_t key = fields.size();
+    for (const std::string_view name : {"osId", "oneId", "neId", "port.neId", "groupId", "trailResId"}) {
+        for (std::size_t place = 0; place < fields.size(); ++place) {
+            key = fields[place].name == name ? place : key;
+        }
+    }
+    return key != fields.size() ? key : throw std::logic_error("no field says what the record names");
+}
+
 template <class Record>
-inline constexpr RecordLayout LAYOUT{FIELDS<Record>, [] { return std::shared_ptr<void>(std::make_shared<Record>()); },
+inline constexpr RecordLayout LAYOUT{FIELDS<Record>, KeyPlace(FIELDS<Record>),
+                                     [] { return std::shared_ptr<void>(std::make_shared<Record>()); },
                                      [](void* record) { *static_cast<Record*>(record) = Fresh<Record>(); },
                                      []() -> const void* { return &Fresh<Record>(); }};
 

@@ -22,6 +22,9 @@ using NS_UTIL::NS_FDN::GroupId;
 
 namespace {
 
+constexpr std::string_view TRAIL_CONTAINER = "text before the level of the trail, with its comma";
+constexpr std::string_view TRAIL_TEXT = "text from the level of the trail on";
+
 // A group, with the text of the levels before its own.
 struct ContainedGroup {
     std::string container;     // the text before the group's level, with its comma: "NE=5,"
@@ -42,68 +45,74 @@ struct Contained : Trail {
 
 template <>
 inline constexpr std::array FIELDS<ContainedGroup>{
-    KX_FIELD(ContainedGroup, container),
-    KX_FIELD(ContainedGroup, groupId),
+    KX_FIELD(ContainedGroup, container, "text before the level of the group, with its comma"),
+    KX_FIELD(ContainedGroup, groupId, "group number, level VEGROUP"),
 };
 
 template <>
 inline constexpr std::array FIELDS<PWIndex>{
-    KX_FIELD(PWIndex, neId),
-    KX_FIELD(PWIndex, resId),
+    KX_FIELD(PWIndex, neId, NE_NUMBER),
+    KX_FIELD(PWIndex, resId, "what follows the NE level"),
 };
 
 template <>
 inline constexpr std::array FIELDS<PWSwitchIndex>{
-    KX_FIELD(PWSwitchIndex, neId),
-    KX_FIELD(PWSwitchIndex, resId),
+    KX_FIELD(PWSwitchIndex, neId, NE_NUMBER),
+    KX_FIELD(PWSwitchIndex, resId, "the whole identifier"),
 };
 
 template <>
 inline constexpr std::array FIELDS<ServiceIndex>{
-    KX_FIELD(ServiceIndex, neId),
-    KX_FIELD(ServiceIndex, resId),
-    KX_FIELD(ServiceIndex, svcId),
-    KX_FIELD(ServiceIndex, svcType),
+    KX_FIELD(ServiceIndex, neId, NE_NUMBER),
+    KX_FIELD(ServiceIndex, resId, "the whole identifier"),
+    KX_FIELD(ServiceIndex, svcId, "service number, PWE3:1 or level NETH, VSI or VRF; 0: none"),
+    KX_FIELD(ServiceIndex, svcType, "service type: 2 for NETH, 4 for VSI, PWE3:0 for PWE3; 0: none"),
 };
 
 template <>
 inline constexpr std::array FIELDS<TunnelIndex>{
-    KX_FIELD(TunnelIndex, neId),        KX_FIELD(TunnelIndex, tunnelInt4),  KX_FIELD(TunnelIndex, tunnelText2),
-    KX_FIELD(TunnelIndex, tunnelText3), KX_FIELD(TunnelIndex, tunnelInt6),  KX_FIELD(TunnelIndex, tunnelInt0),
-    KX_FIELD(TunnelIndex, tunnelInt1),  KX_FIELD(TunnelIndex, tunnelText5), KX_FIELD(TunnelIndex, tunnelText5Copy),
-    KX_FIELD(TunnelIndex, resId),
+    KX_FIELD(TunnelIndex, neId, NE_NUMBER),
+    KX_FIELD(TunnelIndex, tunnelInt4, "sub-value TUNNEL:4"),
+    KX_FIELD(TunnelIndex, tunnelText2, "sub-value TUNNEL:2"),
+    KX_FIELD(TunnelIndex, tunnelText3, "sub-value TUNNEL:3"),
+    KX_FIELD(TunnelIndex, tunnelInt6, "sub-value TUNNEL:6"),
+    KX_FIELD(TunnelIndex, tunnelInt0, "sub-value TUNNEL:0"),
+    KX_FIELD(TunnelIndex, tunnelInt1, "sub-value TUNNEL:1"),
+    KX_FIELD(TunnelIndex, tunnelText5, "sub-value TUNNEL:5"),
+    KX_FIELD(TunnelIndex, tunnelText5Copy, "sub-value TUNNEL:5 once more"),
+    KX_FIELD(TunnelIndex, resId, "the whole identifier"),
 };
 
 template <>
 inline constexpr std::array FIELDS<TDIndex>{
-    KX_FIELD(TDIndex, reserved),
-    KX_FIELD(TDIndex, neId),
-    KX_FIELD(TDIndex, tdId),
+    KX_FIELD(TDIndex, reserved, RESERVED),
+    KX_FIELD(TDIndex, neId, NE_NUMBER),
+    KX_FIELD(TDIndex, tdId, "number of the traffic descriptor, level ATMTD"),
 };
 
 template <>
 inline constexpr std::array FIELDS<Contained<VPNTrailIndex>>{
-    KX_FIELD(Contained<VPNTrailIndex>, container),
-    KX_FIELD(Contained<VPNTrailIndex>, trailResId),
-    KX_FIELD(Contained<VPNTrailIndex>, trailType),
+    KX_FIELD(Contained<VPNTrailIndex>, container, TRAIL_CONTAINER),
+    KX_FIELD(Contained<VPNTrailIndex>, trailResId, TRAIL_TEXT),
+    KX_FIELD(Contained<VPNTrailIndex>, trailType, "1: pseudo-wire trail, level PWE3TRAIL; 2: level VPLS"),
 };
 
 template <>
 inline constexpr std::array FIELDS<Contained<TunnelTrailIndex>>{
-    KX_FIELD(Contained<TunnelTrailIndex>, container),
-    KX_FIELD(Contained<TunnelTrailIndex>, trailResId),
+    KX_FIELD(Contained<TunnelTrailIndex>, container, TRAIL_CONTAINER),
+    KX_FIELD(Contained<TunnelTrailIndex>, trailResId, TRAIL_TEXT),
 };
 
 template <>
 inline constexpr std::array FIELDS<Contained<PWTrailIndex>>{
-    KX_FIELD(Contained<PWTrailIndex>, container),
-    KX_FIELD(Contained<PWTrailIndex>, trailResId),
+    KX_FIELD(Contained<PWTrailIndex>, container, TRAIL_CONTAINER),
+    KX_FIELD(Contained<PWTrailIndex>, trailResId, TRAIL_TEXT),
 };
 
 template <>
 inline constexpr std::array FIELDS<Contained<TNPIndex_T>>{
-    KX_FIELD(Contained<TNPIndex_T>, container),
-    KX_FIELD(Contained<TNPIndex_T>, trailResId),
+    KX_FIELD(Contained<TNPIndex_T>, container, TRAIL_CONTAINER),
+    KX_FIELD(Contained<TNPIndex_T>, trailResId, TRAIL_TEXT),
 };
 
 namespace {

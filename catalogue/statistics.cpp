@@ -5,7 +5,6 @@
 
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
-#include <kx_domain_util/processexception.h>
 #include <kx_platform/textutil.h>
 
 #include "catalogue/kinds.h"
@@ -156,16 +155,14 @@ IdentifierCounter::Counted IdentifierCounter::Check(std::string_view fdn, const 
 }
 
 bool IdentifierCounter::IsWrittenDifferently(const Kind& kind, std::string_view fdn, const PlaceOf& placeOf) {
-    try {
-        const auto problem = m_writing.Find(kind, fdn, m_surroundings);
-        if (problem) {
-            Note(*problem, placeOf);
-        }
-        return problem.has_value();
-    } catch (const NS_UTIL::InterfaceNotExistException&) {
-        ++m_counts.notCompared;
-        return false;
+    const auto [problem, isUndecided] = m_writing.Find(kind, fdn, m_surroundings);
+    if (problem) {
+        Note(*problem, placeOf);
     }
+    if (isUndecided) {
+        ++m_counts.notCompared;
+    }
+    return problem.has_value();
 }
 
 void IdentifierCounter::CountNoText(const Problem& problem, const PlaceOf& placeOf) {

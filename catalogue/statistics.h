@@ -95,8 +95,8 @@ public:
     IdentifierCounter(ProblemSearch search, const NS_UTIL::Surroundings& surroundings) noexcept
         : m_search(search), m_surroundings(surroundings) {}
 
-    /// Counts `fdn`, which is UTF-8. Throws std::bad_alloc, and what the surroundings throw; if that is
-    /// `InterfaceNotExistException`, counts the identifier as not compared.
+    /// Counts `fdn`, which is UTF-8. Throws std::bad_alloc, and what the surroundings throw. Without an inventory, an
+    /// identifier that is right on some NEs only is not compared.
     Counted Count(std::string_view fdn, const PlaceOf& placeOf);
     /// Counts a line that is no identifier.
     void CountNoText(const Problem& problem, const PlaceOf& placeOf);

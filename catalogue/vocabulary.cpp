@@ -19,6 +19,10 @@ bool Has(std::span<const Row> rows, Key Row::*key, int value) {
     return std::any_of(rows.begin(), rows.end(), [&](const Row& row) { return static_cast<int>(row.*key) == value; });
 }
 
+std::string InUpperCase(const std::string& text) {
+    return NS_UTIL::SelfUtilCommon::Instance()->upperStr(text);
+}
+
 }  // namespace
 
 std::optional<std::string> RateOfLevel(int level) {
@@ -29,7 +33,7 @@ std::optional<std::string> RateOfLevel(int level) {
 }
 
 std::optional<int> LevelOfRate(const std::string& rate) {
-    const std::string name = NS_UTIL::SelfUtilCommon::Instance()->upperStr(rate);
+    const std::string name = InUpperCase(rate);
     const auto rows = NS_UTIL::GetClientRateRows();
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& known) { return known.name == name; });
     return row != rows.end() ? std::optional(static_cast<int>(row->level)) : std::nullopt;
@@ -44,9 +48,30 @@ std::optional<int> FbTypeOfLevel(int level) {
     return fbType;
 }
 
+std::vector<int> FbTypesOfLevel(int level) {
+    std::vector<int> fbTypes;
+    for (const NS_UTIL::FbTypeLevelRow& row : NS_UTIL::GetFbTypeLevelRows()) {
+        if (row.level == level) {
+            fbTypes.push_back(row.fbType);
+        }
+    }
+    std::sort(fbTypes.begin(), fbTypes.end());
+    return fbTypes;
+}
+
 std::optional<std::string> NameOfFbType(int fbType) {
     const bool isNamed = Has(NS_UTIL::GetFbTypeNameRows(), &NS_UTIL::FbTypeNameRow::fbType, fbType);
     return isNamed ? std::optional(NS_UTIL::GetFBTypeName(fbType)) : std::nullopt;
+}
+
+std::vector<int> FbTypesOfName(const std::string& name) {
+    std::vector<int> fbTypes;
+    for (const NS_UTIL::FbTypeNameRow& row : NS_UTIL::GetFbTypeNameRows()) {
+        if (InUpperCase(std::string(row.name)) == InUpperCase(name)) {
+            fbTypes.push_back(row.fbType);
+        }
+    }
+    return fbTypes;
 }
 
 std::optional<int> LevelOfFbType(int fbType) {
@@ -69,7 +94,7 @@ std::optional<int> BidirOfFbType(int fbType) {
 
 std::optional<int> IdOfCtp(const std::string& name) {
     unsigned long ctpId = 0;
-    UtilCommon::Instance()->InterfaceTMFCTPName2ID(ctpId, name);
+    UtilCommon::Instance()->InterfaceTMFCTPName2ID(ctpId, InUpperCase(name));
     return ctpId != 0 ? std::optional(static_cast<int>(ctpId)) : std::nullopt;
 }
 

@@ -22,6 +22,7 @@ target_link_libraries(kx_text PRIVATE simdjson::simdjson)
 
 kx_add_layer(catalogue
     SOURCES
+        assumed.cpp
         equipment.cpp
         explanation.cpp
         kinds.cpp
@@ -48,7 +49,10 @@ kx_add_layer(formats
         jsonmember.cpp
         recordformat.cpp
         recordline.cpp
+        recordreader.cpp
+        recordrow.cpp
         texttable.cpp
+        tsv.cpp
     LIBRARIES kx_catalogue)
 target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 

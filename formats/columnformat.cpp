@@ -9,6 +9,7 @@
 #include "catalogue/readfields.h"
 #include "formats/csv.h"
 #include "formats/recordshape.h"
+#include "formats/tsv.h"
 #include "text/displaytext.h"
 
 namespace NS_KX {
@@ -29,24 +30,6 @@ std::vector<std::string_view> ColumnNames(const Layout& layout) {
 
 // ---- CSV and TSV ----------------------------------------------------------------------------------------------------
 
-void AppendTsvCell(std::string_view text, TextBuffer& out) {
-    for (const char character : text) {
-        switch (character) {
-            case '\t':
-                Append(out, "\\t");
-                break;
-            case '\r':
-                Append(out, "\\r");
-                break;
-            case '\\':
-                Append(out, "\\\\");
-                break;
-            default:
-                out.Put(character);
-        }
-    }
-}
-
 struct Csv {
     static constexpr char SEPARATOR = ',';
     static void AppendText(std::string_view text, TextBuffer& out) { AppendCsvField(text, out); }
@@ -54,7 +37,7 @@ struct Csv {
 
 struct Tsv {
     static constexpr char SEPARATOR = '\t';
-    static void AppendText(std::string_view text, TextBuffer& out) { AppendTsvCell(text, out); }
+    static void AppendText(std::string_view text, TextBuffer& out) { AppendTsvField(text, out); }
 };
 
 // Every field has a column, which stays empty for a record without that field.

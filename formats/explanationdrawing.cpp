@@ -51,6 +51,7 @@ public:
         AddIdentifier();
         AddLines();
         AddRecord();
+        AddRemarks();
         AddNotes();
         return std::move(m_text);
     }
@@ -141,6 +142,13 @@ private:
             m_text.append(MARGIN).append(MARGIN);
             Add(field.isKnown ? "" : DIM, name + Printable(field.value));
             m_text += "\n";
+        }
+    }
+
+    void AddRemarks() {
+        m_text += m_explanation.remarks.empty() ? "" : "\n";
+        for (const std::string& remark : m_explanation.remarks) {
+            m_text.append(MARGIN).append("- ").append(Printable(remark)).append("\n");
         }
     }
 

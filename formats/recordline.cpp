@@ -1,13 +1,12 @@
 #include "formats/recordline.h"
 
-#include <bit>
-#include <limits>
+#include <cstdint>
 #include <span>
+#include <string>
 #include <utility>
 
 #include <simdjson.h>
 
-#include "text/number.h"
 #include "text/text.h"
 
 namespace NS_KX {
@@ -15,10 +14,6 @@ namespace NS_KX {
 namespace {
 
 namespace ondemand = simdjson::ondemand;
-
-[[noreturn]] void Refuse(const Field& field, std::string_view reason) {
-    throw BadRecord("field " + Quoted(field.name) + " " + std::string(reason));
-}
 
 // ---- Values ---------------------------------------------------------------------------------------------------------
 
@@ -33,10 +28,7 @@ void Set(const Field& field, ondemand::value value, std::int32_t& number) {
     if (value.get_int64().get(whole) != simdjson::SUCCESS) {
         Refuse(field, "is not a whole number of 32 bits");
     }
-    if (whole < std::numeric_limits<std::int32_t>::min() || whole > std::numeric_limits<std::int32_t>::max()) {
-        Refuse(field, std::string("is not ") + RANGE_OF_32_BITS + ": " + std::to_string(whole));
-    }
-    number = static_cast<std::int32_t>(whole);
+    number = NumberOf32Bits(field, whole);
 }
 
 void Set(const Field& field, ondemand::value value, bool& flag) {
@@ -73,13 +65,12 @@ std::string_view KeyOf(ondemand::field& field) {
 // Fills the fields of a record, which mostly come in their order.
 class Filler {
 public:
-    Filler(const Kind& kind, void* record) : m_fields(kind.layout.fields), m_record(record) {}
+    Filler(const Kind& kind, void* record) : m_fields(kind.layout.fields), m_key(kind.layout.key), m_record(record) {}
 
     void Fill(ondemand::object object) {
         FillNested(object, {});
-        const std::uint64_t all = m_fields.size() == MOST_FIELDS ? ~std::uint64_t{0} : (1ULL << m_fields.size()) - 1;
-        if (m_seen != all) {
-            Refuse(m_fields[static_cast<std::size_t>(std::countr_one(m_seen))], "is missing");
+        if ((m_seen & (1ULL << m_key)) == 0) {
+            Refuse(m_fields[m_key], "is missing");
         }
     }
 
@@ -150,6 +141,7 @@ private:
     }
 
     std::span<const Field> m_fields;
+    std::size_t m_key;
     void* m_record;
     std::size_t m_next = 0;  // the field that is expected
     std::uint64_t m_seen = 0;
@@ -172,12 +164,15 @@ public:
             if (document.current_location().error() != simdjson::OUT_OF_BOUNDS) {
                 throw BadRecord("JSON: there is text after the object");
             }
+            if (!m_isTypeSeen) {
+                line.SetType({});
+            }
+            if (!m_isRecordSeen) {
+                throw BadRecord("\"record\" is missing");
+            }
             FillLater(line);
         } catch (const simdjson::simdjson_error& error) {
             throw BadRecord(std::string("JSON: ") + simdjson::error_message(error.error()));
-        }
-        if (!m_isTypeSeen || !m_isRecordSeen) {
-            throw BadRecord(m_isTypeSeen ? "\"record\" is missing" : "\"type\" is missing");
         }
     }
 
@@ -194,12 +189,12 @@ private:
             ondemand::field field = FieldOf(member);
             const std::string_view key = KeyOf(field);
             if (key == "fdn") {
-                RefuseTwice(key, line.m_fdn.data() != nullptr);
-                line.m_fdn = TextOf(key, field.value());
+                RefuseTwice(key, line.Fdn().data() != nullptr);
+                line.SetFdn(TextOf(key, field.value()));
             } else if (key == "type") {
                 RefuseTwice(key, m_isTypeSeen);
                 m_isTypeSeen = true;
-                FindKind(TextOf(key, field.value()), line);
+                line.SetType(TextOf(key, field.value()));
             } else if (key == "record") {
                 RefuseTwice(key, m_isRecordSeen);
                 m_isRecordSeen = true;
@@ -224,31 +219,23 @@ private:
         return text;
     }
 
-    static void FindKind(std::string_view type, RecordLine& line) {
-        line.m_kind = FindKindByType(type);
-        if (line.m_kind == nullptr) {
-            throw BadRecord("unknown type " + Quoted(type));
-        }
-        line.m_record = line.m_records.Fresh(line.m_kind->layout);
-    }
-
     void ReadRecord(ondemand::value value, RecordLine& line) {
         ondemand::object record;
         if (value.get_object().get(record) != simdjson::SUCCESS) {
             throw BadRecord("\"record\" is not an object");
         }
-        if (line.m_kind == nullptr) {
+        if (!line.HasKind()) {
             m_later = record.raw_json().value();  // its fields are known only after the type
         } else {
-            Filler(*line.m_kind, line.m_record).Fill(record);
+            Filler(line.Kind(), line.MutableRecord()).Fill(record);
         }
     }
 
     void FillLater(RecordLine& line) {
-        if (m_later.data() != nullptr && line.m_kind != nullptr) {
+        if (m_later.data() != nullptr) {
             const auto padding = static_cast<std::size_t>(m_text.data() + m_text.size() - m_later.data());
             ondemand::document document = m_laterParser.iterate(m_later.data(), m_later.size(), padding);
-            Filler(*line.m_kind, line.m_record).Fill(document.get_object());
+            Filler(line.Kind(), line.MutableRecord()).Fill(document.get_object());
         }
     }
 
@@ -260,14 +247,12 @@ private:
     bool m_isTypeSeen = false;
 };
 
-RecordLine::RecordLine() : m_reader(std::make_unique<Reader>()) {}
+RecordLine::RecordLine(const NS_KX::Kind* usual) : RecordReader(usual), m_reader(std::make_unique<Reader>()) {}
 
 RecordLine::~RecordLine() = default;
 
 void RecordLine::Read(std::string_view line) {
-    m_fdn = {};
-    m_kind = nullptr;
-    m_record = nullptr;
+    Begin();
     m_reader->Read(line, *this);
 }
 

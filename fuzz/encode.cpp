@@ -1,8 +1,12 @@
 /// Lines of `kxdu encode`: the output is one line, and reading it into a record and writing that gives it back.
+#include <array>
+#include <utility>
+
 #include <kx_domain_util/processexception.h>
 
 #include "formats/recordformat.h"
 #include "formats/recordline.h"
+#include "formats/recordrow.h"
 #include "fuzz/input.h"
 #include "support/conversionsurroundings.h"
 
@@ -23,7 +27,7 @@ void PrintTo(const Answer& answer, std::ostream* out) {
     *out << (answer.isWritten ? "" : "no identifier: ") << testing::PrintToString(answer.text);
 }
 
-Answer Encode(RecordLine& record, std::string_view line) {
+Answer Encode(RecordReader& record, std::string_view line) {
     try {
         record.Read(line);
         std::string fdn;
@@ -32,6 +36,13 @@ Answer Encode(RecordLine& record, std::string_view line) {
     } catch (const BadRecord& bad) {
         return {bad.what()};
     }
+}
+
+// The line of column names, without its end.
+std::string HeaderOf(FormatName format) {
+    std::string header = MakeHeader({format, AllKinds()});
+    header.pop_back();
+    return header;
 }
 
 // Encoding a decoded identifier gives the same as writing its record directly.
@@ -44,11 +55,33 @@ void CompareWays(const std::string& fdn, const Kind& kind) {
     } catch (const BadRecord& bad) {
         expected.text = bad.what();
     }
-    TextBuffer decoded;
-    MakeFormat({}, NS_UTIL::Surroundings::OfSystem())->Write(fdn, kind, decoded);
-    RecordLine record;
-    ExpectEqual(Encode(record, decoded.View()), expected, "the encoding", decoded.View());
-    ExpectEqual(record.Fdn(), fdn, "the identifier in the line", decoded.View());
+    RecordLine line;
+    RecordRow csv(HeaderOf(FormatName::CSV), ',');
+    RecordRow tsv(HeaderOf(FormatName::TSV), '\t');
+    const std::array<std::pair<FormatName, RecordReader*>, 3> ways{
+        {{FormatName::JSONL, &line}, {FormatName::CSV, &csv}, {FormatName::TSV, &tsv}}};
+    for (const auto& [format, reader] : ways) {
+        TextBuffer decoded;
+        MakeFormat({format, AllKinds()}, NS_UTIL::Surroundings::OfSystem())->Write(fdn, kind, decoded);
+        const std::string_view text = decoded.View().substr(0, decoded.GetSize() - 1);
+        ExpectEqual(Encode(*reader, text), expected, "the encoding", text);
+        ExpectEqual(reader->Fdn(), fdn, "the identifier in the line", text);
+    }
+}
+
+// Any text is a row, or a line of column names: one identifier, or a reason why not.
+void ReadAsRow(std::string_view line) {
+    for (const auto& [format, separator] : {std::pair(FormatName::CSV, ','), std::pair(FormatName::TSV, '\t')}) {
+        RecordRow reader(HeaderOf(format), separator, FindKindByType("NEIndex"));
+        const Answer answer = Encode(reader, line);
+        ExpectEqual(Encode(reader, line), answer, "the second encoding of a row", line);
+        try {
+            static_cast<void>(RecordRow(line, separator, FindKindByType("NEIndex")));
+        } catch (const BadRecord&) {
+            continue;
+        }
+        ExpectEqual(FindSeparator(line).has_value(), true, "whether column names are recognized", line);
+    }
 }
 
 // A record that keeps its text is never written as text that would be read as another record. The text of a pseudo-wire
@@ -62,6 +95,7 @@ bool KeepsItsText(const Kind& kind) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const NS_TEST::ConversionSurroundings surroundings(NS_TEST::CONVERSION_PROFILES[0]);
     const std::string_view line = NS_FUZZ::ToText(data, size);
+    ReadAsRow(line);
     RecordLine record;
     const Answer answer = Encode(record, line);
     ExpectEqual(Encode(record, line), answer, "the second encoding", line);

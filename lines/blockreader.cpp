@@ -32,6 +32,11 @@ std::uint64_t SizeOfAll(const std::vector<std::string>& files) {
     return total;
 }
 
+std::string_view FirstLine(std::string_view text) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    return line.substr(0, line.size() - (line.ends_with('\r') ? 1 : 0));
+}
+
 // The whole lines at the beginning of a text, as many as a block may have.
 struct WholeLines {
     std::size_t count;
@@ -121,6 +126,10 @@ bool BlockReader::FillFromInput(InputBlock& block) {
         return false;
     }
     CutAfterLastLine(block);
+    if (m_areHeadsKept && block.firstLine == 1) {
+        m_head = std::make_shared<const std::string>(FirstLine(block.Text()));
+    }
+    block.head = m_head;
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,6 +25,9 @@ struct InputBlock {
     std::size_t firstLine = 1;    ///< the number of the first line
     bool isTooLongLine = false;   ///< stands for one line that was too long to hold; there is no text
     std::uint64_t bytesRead = 0;  ///< of all inputs, up to about here
+    /// The first line of the input, without its line end, if `BlockReader::KeepHeads` was called. Empty if it was too
+    /// long.
+    std::shared_ptr<const std::string> head;
 
     [[nodiscard]] std::string_view Text() const { return {memory.data(), size}; }
 };
@@ -42,6 +46,9 @@ public:
     /// is full. A block is larger than `blockSize` only if one of its lines is. Throws `Failure` with `Cause::USAGE` if
     /// an input cannot be read, after it has returned all whole lines before.
     bool Next(InputBlock& block);
+
+    /// From now on each block has the first line of its input. To be called before the first `Next`.
+    void KeepHeads() noexcept { m_areHeadsKept = true; }
 
     /// The total size of all inputs in bytes, as stored, maybe compressed; 0 if it is not known beforehand.
     [[nodiscard]] std::uint64_t TotalBytes() const noexcept { return m_totalBytes; }
@@ -67,6 +74,8 @@ private:
     std::vector<char> m_rest;  // bytes read after the last whole line
     std::size_t m_line = 1;
     std::uint64_t m_totalBytes = 0;
+    bool m_areHeadsKept = false;
+    std::shared_ptr<const std::string> m_head;
 };
 
 }  // namespace NS_KX

@@ -201,6 +201,9 @@ public:
           m_reader(options.files, m_blockSize),
           m_output(options.output, options.isAppending ? Output::Mode::APPEND : Output::Mode::REPLACE),
           m_progress(IsProgressShown(), m_reader.TotalBytes()) {
+        if (work.areHeadsKept) {
+            m_reader.KeepHeads();
+        }
         if (!options.rejects.empty()) {
             m_rejects.emplace(options.rejects);
         }
@@ -337,6 +340,7 @@ private:
     void BeginPiece(Piece& piece) const {
         LineResult& result = piece.result;
         result.Begin(piece.input.inputName, piece.input.firstLine, m_mostResult);
+        result.m_head = piece.input.head;
         piece.rest = piece.input.Text();
         if (piece.input.isTooLongLine) {
             piece.converter->Refuse(LINE_TOO_LONG, 0, result);

@@ -67,6 +67,10 @@ public:
     /// Where something about the current line is, as `Report` writes it: "file:line" or "file:line:column".
     [[nodiscard]] std::string PlaceOf(std::size_t column) const;
 
+    /// The first line of the current line's file, without its line end; the same object for all lines of the file. Null
+    /// unless `LineWork::areHeadsKept`; empty if the first line was too long.
+    [[nodiscard]] const std::shared_ptr<const std::string>& Head() const noexcept { return m_head; }
+
 private:
     friend class LineRun;
 
@@ -90,6 +94,7 @@ private:
 
     std::size_t m_mostSize = 0;
     std::string_view m_inputName;
+    std::shared_ptr<const std::string> m_head;
     TextBuffer m_report;  // without the input's name, which may be long
     std::size_t m_firstLine = 0;
     std::size_t m_line = 0;
@@ -130,6 +135,7 @@ struct LineWork {
     std::string header;                                             ///< the output begins with it
     bool mustBeUtf8 = true;                 ///< rejects lines that are not, or whose output is not
     bool isVerbatim = false;                ///< the converter gets every line that is not too long, just as it is
+    bool areHeadsKept = false;              ///< converters ask for `LineResult::Head`
     bool isReportTheOutput = false;         ///< findings go to the output: the user asked for them
     bool isReportColoured = false;          ///< colours where a finding is
     std::string_view finding = "rejected";  ///< the summary's word for a line with a finding

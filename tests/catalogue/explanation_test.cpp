@@ -6,8 +6,12 @@
 #include "sample/samplenetwork.h"
 
 using namespace NS_KX;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
 
 namespace {
 
@@ -88,8 +92,8 @@ TEST(Explain, PutsEachProblemToThePartThatItIsAbout) {
     EXPECT_THAT(PartsOf("NE=1,NE=2,FOO=3,,S="), ElementsAre("1: network element 1", "2: network element 2 !",
                                                             "FOO: level \"FOO\" !", ": level \"\" !", ": slot !"));
     EXPECT_THAT(PartsOf("NE=1,PP=x|1025|7|a|b"),
-                ElementsAre("1: network element 1", "PP: physical port", "x: PP type \"x\" !", "1025: FB type 1025",
-                            "7: port number 7", "a: port name \"a\"", "b: sub-value \"b\" !"));
+                ElementsAre("1: network element 1", "PP: physical port", "x: PP type \"x\", read as 0 !",
+                            "1025: FB type 1025", "7: port number 7", "a: port name \"a\"", "b: sub-value \"b\" !"));
 }
 
 TEST(Explain, OfALevelThatIsNotReadNamesNoSubValues) {
@@ -107,7 +111,7 @@ TEST(Explain, OfALevelThatIsNotReadNamesNoSubValues) {
 }
 
 TEST(Explain, QuotesWhatIsNoNumberWhereOneBelongs) {
-    EXPECT_THAT(PartsOf("NE=1 ,S=-2"), ElementsAre("1 : network element \"1 \" !", "-2: slot -2"));
+    EXPECT_THAT(PartsOf("NE=1 ,S=-2"), ElementsAre("1 : network element \"1 \", read as 1 !", "-2: slot -2"));
 }
 
 TEST(Explain, TellsOfProblemsInTheWordsOfTheCheck) {
@@ -144,6 +148,62 @@ TEST(Explain, SaysWhetherTheIdentifierIsCanonical) {
     const Explanation other = ExplainFdn("NE=0012,FR=1");
     EXPECT_FALSE(other.isCanonical);
     EXPECT_THAT(other.notes, ElementsAre("what was read would be written as NE=12,FR=1"));
+}
+
+TEST(Explain, SaysWhatIsReadFromNumbersOfOtherCharactersOrSizes) {
+    EXPECT_THAT(PartsOf("NE=9x,FR=99999999999"), ElementsAre("9x: network element \"9x\", read as 9 !",
+                                                             "99999999999: shelf 99999999999, read as "
+                                                             "1215752191 !"));
+}
+
+TEST(Explain, RemarksThatEndPointsAreReadByPosition) {
+    const std::string byPosition =
+        "read by position: the four levels are the NE, the MD, the MA and the end point, whatever their tags";
+    EXPECT_THAT(ExplainFdn("NE=1,MD=|md1,MA=4|ma1,MEP=7").remarks, Contains(byPosition));
+    EXPECT_THAT(ExplainFdn("NE=1,MA=4|ma1,MD=|md1,RMEP=7").remarks, Contains(byPosition));
+    EXPECT_THAT(ExplainFdn("NE=1,MD=3|md1").remarks, Not(Contains(byPosition)));
+}
+
+TEST(Explain, RemarksThatAReaderDropsACharacter) {
+    EXPECT_THAT(
+        ExplainFdn("NE=1,MD=abc,MA=0|ma,MEP=7").remarks,
+        IsSupersetOf({std::string("MD is read as 0; the library's reader then drops the first character and takes "
+                                  "the rest as the name, \"bc\""),
+                      std::string("MA is read as 0; the library's reader then drops the first character and takes "
+                                  "the rest as the name, \"|ma\"; kxdu takes what follows the \"|\"")}));
+    EXPECT_EQ(ValueOf(ExplainFdn("NE=1,MD=abc,MA=0|ma,MEP=7"), "mdName"), "\"bc\"");
+    EXPECT_EQ(ValueOf(ExplainFdn("NE=1,MD=abc,MA=0|ma,MEP=7"), "maName"), "\"ma\"");
+    EXPECT_THAT(ExplainFdn("NE=1,MD=|md1,MA=4|ma1,MEP=7").remarks, Not(Contains(HasSubstr("drops"))))
+        << "the separator of an absent number";
+    EXPECT_THAT(ExplainFdn("NE=1,PP=|1025|7|a\\|b").remarks,
+                ElementsAre("the reader drops the backslash from the port name: \"a|b\""));
+    EXPECT_THAT(ExplainFdn("NE=1,PP=|1025|7|a\\|b,AP=1|2|").remarks, ElementsAre(HasSubstr("\"a|b\"")));
+}
+
+TEST(Explain, RemarksThatAChannelSetIsReadByPosition) {
+    EXPECT_THAT(
+        ExplainFdn("NE=5,PP=16||1|,CHANNELSET=4").remarks,
+        ElementsAre("the reader cuts the text by position and reads the channel set from \"NE=5,PP=16AP=||10004\""));
+    EXPECT_THAT(ExplainFdn("NE=5,PP=1||1|,CHANNELSET=4").remarks, IsEmpty());
+}
+
+TEST(Explain, ShowsMdAndMaWithAndWithoutNumbers) {
+    EXPECT_THAT(ExplainFdn("NE=1,MD=3|md1,MA=4|ma1").remarks,
+                ElementsAre("on NEs that write the numbers of MD and MA: NE=1,MD=3|md1,MA=4|ma1",
+                            "on NEs that leave out the numbers of MD and MA: NE=1,MD=|md1,MA=|ma1"));
+    EXPECT_THAT(ExplainFdn("NE=1,FR=3").remarks, IsEmpty());
+    EXPECT_THAT(ExplainFdn("NE=1,FR=1,S=3,CP=-1").remarks, IsEmpty());
+}
+
+TEST(Explain, NamesTheReasonWhyItIsWrittenDifferently) {
+    class Inventory : public NS_UTIL::Surroundings {
+        unsigned short NEType(int) const override { return 1912; }
+    };
+    const std::string card = "NE=1,FR=1,S=3,CP=-1";
+    EXPECT_THAT(
+        Explain(card, FindKind(card), Inventory()).notes,
+        ElementsAre("what was read would be written as NE=1,FR=1,S=3,CP=-1,SS=-1,SC=-1, since NE 1 is of NE type "
+                    "1912"));
 }
 
 TEST(Explain, WithoutAnInventorySaysWhatItCannotTell) {

@@ -85,13 +85,37 @@ TEST(RecordLine, MembersOfTheLineMustBeThereAndKnown) {
 }
 
 TEST(RecordLine, FieldsMustBeThereAndKnown) {
-    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"neId":7}})"), "field \"reserved\" is missing");
     EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7,"x":1}})"), "unknown field \"x\"");
     EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7,"neId":7}})"),
               "field \"neId\" is there twice");
     EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"reserved":0,"neId":7,"port":{"neId":7}}})"),
               "unknown field \"port\"");
     EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{"a":{"b":{}}}})"), "unknown field \"a\"");
+}
+
+TEST(RecordLine, AMissingFieldMeansThatNothingIsKnown) {
+    EXPECT_EQ(Written(R"({"type":"NEIndex","record":{"neId":7}})"), "NE=7");
+    EXPECT_EQ(Written(R"({"type":"PortIndex","record":{"neId":7,"portId":2,"ppType":16}})"), "NE=7,PP=16||2|");
+    EXPECT_EQ(Written(R"({"type":"CtpKey_T","record":{"apValue1":4,"port":{"neId":2,"portId":7}}})"),
+              "NE=2,PP=||7|,AP=4|0|");
+    EXPECT_EQ(Written(R"({"type":"NEID","record":{"neId":7}})"), "NE=7");
+}
+
+TEST(RecordLine, TheFieldThatSaysWhatIsNamedMustBeThere) {
+    EXPECT_EQ(Complaint(R"({"type":"NEIndex","record":{}})"), "field \"neId\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"PortIndex","record":{"portId":7}})"), "field \"neId\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"CtpKey_T","record":{"neId":7}})"), "field \"port.neId\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"GroupID","record":{}})"), "field \"groupId\" is missing");
+    EXPECT_EQ(Complaint(R"({"type":"PWTrailIndex","record":{"container":"NE=1,"}})"),
+              "field \"trailResId\" is missing");
+}
+
+TEST(RecordLine, ALineWithoutATypeIsOfTheUsualOne) {
+    RecordLine record(FindKindByType("NEIndex"));
+    record.Read(R"({"record":{"neId":7}})");
+    EXPECT_EQ(record.Kind().type, "NEIndex");
+    record.Read(R"({"type":"OSIndex","record":{"osId":7}})");
+    EXPECT_EQ(record.Kind().type, "OSIndex");
 }
 
 TEST(RecordLine, FieldsMustFit) {

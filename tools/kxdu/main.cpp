@@ -82,6 +82,7 @@ int Main(int argc, char** argv) {
     AddCheck(app, action);
     AddExplain(app, action);
     AddGet(app, action);
+    AddSet(app, action);
     AddFilter(app, action);
     AddStats(app, action);
     AddReport(app, action);
@@ -90,6 +91,7 @@ int Main(int argc, char** argv) {
     AddLevel(app, action);
     AddPath(app, action);
     AddCtp(app, action);
+    AddTypes(app, action);
     AddTables(app, action);
     AddInventory(app, action);
     AddSample(app, action);

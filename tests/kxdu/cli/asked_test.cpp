@@ -15,7 +15,7 @@ TEST_F(Asked, ADashStandsForStandardInput) {
     EXPECT_EQ(Shell("kxdu level -", "OTU9\n").code, 1);
     EXPECT_EQ(Shell("kxdu path - --format csv", "OCH:4\n").out, "path,level,rate,number\nOCH:4,12292,OCH,4\n");
     EXPECT_EQ(Shell("kxdu ne-type -", "1912\n").code, 0);
-    EXPECT_EQ(Shell("kxdu fb -", "x\n").code, 2);
+    EXPECT_EQ(Shell("kxdu fb -", "1.5\n").code, 2);
     EXPECT_EQ(Shell("kxdu fb - <.").code, 2);
 }
 

@@ -5,20 +5,22 @@ namespace {
 using CtpVerb = ProgramTest;
 
 TEST_F(CtpVerb, TakesNamesAndIds) {
-    const Ended ended = Shell("kxdu ctp E0 65524 --format md");
+    const Ended ended = Shell("kxdu ctp e0 65524 --format md");
     EXPECT_EQ(ended.code, 0) << ended.err;
     EXPECT_EQ(ended.out,
               "| asked | ctpId | name |\n"
               "|---|---:|---|\n"
-              "| E0 | 65535 | E0 |\n"
+              "| e0 | 65535 | E0 |\n"
               "| 65524 | 65524 | E11 |\n");
 }
 
 TEST_F(CtpVerb, AnUnknownNameOrIdExitsWithOne) {
-    for (const char* const unknown : {"e0", "E12", "65523", "0"}) {
+    for (const char* const unknown : {"E12", "CTP", "65523", "0"}) {
         const Ended ended = Shell(std::string("kxdu ctp --format csv ") + unknown);
         EXPECT_EQ(ended.code, 1) << unknown;
         EXPECT_EQ(ended.out, std::string("asked,ctpId,name\n") + unknown + ",,\n");
+        EXPECT_EQ(ended.err,
+                  "kxdu: \"" + std::string(unknown) + "\": no reserved CTP; kxdu tables ctp-names lists them\n");
     }
 }
 

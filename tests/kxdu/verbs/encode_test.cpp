@@ -102,19 +102,72 @@ TEST_F(EncodeTest, AFileOfIdentifiersEndsTheRunAtItsFirstLine) {
     const Ended ended = Shell("kxdu encode records identifiers");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "NE=7\n");
-    EXPECT_EQ(ended.err, "kxdu: identifiers:1: this is an identifier, not a JSON line; did you mean kxdu decode?\n");
+    EXPECT_EQ(ended.err, "kxdu: identifiers:1: this is an identifier, not a record; did you mean kxdu decode?\n");
     EXPECT_EQ(Shell("kxdu encode --strict identifiers").code, 2);
     EXPECT_EQ(Shell("kxdu encode", " \t{}\n").code, 1) << "a wrong line does not stop the run if it begins like JSON";
 }
 
-TEST_F(EncodeTest, OtherFormatsOfDecodeEndTheRunAtTheirFirstLine) {
-    for (const std::string format : {"csv", "tsv", "table", "csv --as NEIndex"}) {
-        const Ended ended = Shell("kxdu decode --format " + format + " | kxdu encode", "NE=1\nNE=2,FR=1\n");
-        EXPECT_EQ(ended.code, 2) << format;
-        EXPECT_EQ(
-            ended.err,
-            "kxdu: <stdin>:1: this is not a JSON line; kxdu encode reads what kxdu decode --format jsonl writes\n");
+TEST_F(EncodeTest, CsvAndTsvComeBackByteForByte) {
+    MakeInventory();
+    const std::string identifiers =
+        "OS=1\nONE=2,NE=5\nNE=41,FR=1,S=3,CP=-1,SS=-1,SC=-1\nNE=5,FR=1,S=3,CP=-1,PP=16|1025|7|K\xc3\xb6ln \"1\"\\x\n"
+        "NE=5,FR=1,S=3,CP=-1,SS=1,SC=-1,PP=16||7|,AP=1|2|9\nNE=5,PWE3=3|17\nNE=5,MD=3|md1,MA=4|m\ta,MEP=7\n";
+    for (const std::string format : {"csv", "tsv"}) {
+        const Ended ended =
+            Shell("kxdu decode --format " + format + " | kxdu encode --inventory inventory.db", identifiers);
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        EXPECT_EQ(ended.out, identifiers);
     }
+}
+
+TEST_F(EncodeTest, EachFileHasColumnsOfItsOwn) {
+    WriteFile("shelves.csv", "\xEF\xBB\xBFneId,shelfId,type\r\n7,1,ShelfIndex\r\n");
+    WriteFile("nes.tsv", "type\tneId\nNEIndex\t8\n");
+    WriteFile("lines", "{\"type\":\"NEIndex\",\"record\":{\"neId\":9}}\n");
+    const Ended ended = Shell("kxdu encode -j 1 shelves.csv nes.tsv lines shelves.csv");
+    EXPECT_EQ(ended.out, "NE=7,FR=1\nNE=8\nNE=9\nNE=7,FR=1\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(EncodeTest, ManyBlocksKnowTheColumnsOfTheirFile) {
+    const Ended ended = Shell("{ echo neId,type; seq 200000 | sed s/$/,NEIndex/; } | kxdu encode | tail -n 1");
+    EXPECT_EQ(ended.out, "NE=200000\n") << ended.err;
+}
+
+TEST_F(EncodeTest, TheTypeMayBeAnOption) {
+    EXPECT_EQ(Shell("kxdu encode --as ShelfIndex", "neId,shelfId\n7,1\n").out, "NE=7,FR=1\n");
+    EXPECT_EQ(Shell("kxdu encode --as ShelfIndex", "{\"record\":{\"neId\":7}}\n").out, "NE=7,FR=-1\n");
+    EXPECT_EQ(Shell("kxdu encode --as Shelf", "").code, 2);
+}
+
+TEST_F(EncodeTest, BadRowsAreRejected) {
+    const Ended ended = Shell("kxdu encode", "type,neId\nNEIndex,x\nNEIndex,7\nNEIndex\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "NE=7\n");
+    EXPECT_EQ(ended.err,
+              "<stdin>:2: field \"neId\" is not a whole number of 32 bits: \"x\"\n"
+              "<stdin>:4: the row has 1 column, the line of column names 2\n"
+              "kxdu: 2 rejected or changed in 4 lines\n");
+}
+
+TEST_F(EncodeTest, OtherFormatsEndTheRunAtTheirFirstLine) {
+    const auto complaint = [&](const std::string& input) {
+        const Ended ended = Shell("kxdu encode", input);
+        EXPECT_EQ(ended.code, 2) << input;
+        EXPECT_EQ(ended.out, "") << input;
+        return ended.err;
+    };
+    for (const char* const other : {"TYPE  FDN  RECORD\nNEIndex  NE=1\n", "[\n"}) {
+        EXPECT_EQ(
+            complaint(other),
+            "kxdu: <stdin>:1: this is neither a JSON line nor a line of column names; kxdu encode reads what kxdu "
+            "decode writes with --format jsonl, csv or tsv\n");
+    }
+    EXPECT_EQ(complaint("type;neId\n"),
+              "kxdu: <stdin>:1: the columns are separated by \";\"; kxdu encode reads CSV with \",\", and TSV: save it "
+              "as one of them\n");
+    EXPECT_EQ(complaint("type,neId,colour\n"),
+              "kxdu: <stdin>:1: no type has a field \"colour\"; kxdu types lists all fields\n");
 }
 
 TEST_F(EncodeTest, ServicesAndOamComeBackByteForByte) {

@@ -24,38 +24,39 @@ protected:
 
 TEST_F(NeTypeVerb, ATableHasALineForEachQuestion) {
     MakeInventory();
-    const Ended ended = Shell("kxdu ne-type 1912 2701 300 --ne 70 --inventory n.db");
+    const Ended ended = Shell("kxdu ne-type 1912 2701 300 --ne 70 --inventory n.db | sed 's/  */ /g'");
     EXPECT_EQ(ended.code, 0) << ended.err;
-    EXPECT_EQ(ended.out,
-              "neType                  1912       2701  300\n"
-              "----------------------  ---------  ----  ---\n"
-              "name                    PTN, grün  OTN   -\n"
-              "IsPTN41                 yes        no    no\n"
-              "IsPTN31                 no         no    no\n"
-              "IsPTN470                no         no    no\n"
-              "IsKLVByNEType           no         no    no\n"
-              "IsRouteNE               no         no    yes\n"
-              "IsTransNE               no         yes   yes\n"
-              "IsAccessNE              no         no    yes\n"
-              "IsPTNClasssNE           no         no    yes\n"
-              "IsPTNDMTNE              no         no    yes\n"
-              "IsPTNNE                 no         no    yes\n"
-              "IsMSTPNE                no         no    yes\n"
-              "IsIPMSTPNE              no         no    yes\n"
-              "IsIPKLVNE               no         no    yes\n"
-              "IsKLV600NE              no         no    yes\n"
-              "IsOTNNE                 no         yes   yes\n"
-              "IsWDMNE                 no         no    yes\n"
-              "IsOTN_NA                no         no    yes\n"
-              "IsWDM_NA                no         no    yes\n"
-              "IsNAWDMByNEType         no         no    yes\n"
-              "IsOTN4750NE             no         no    yes\n"
-              "IsBIGSLOTNE             no         no    yes\n"
-              "IsAccBitsNE             no         no    yes\n"
-              "IsMultiShelfTypeNE      no         no    yes\n"
-              "IsIPServiceNE           yes        yes   yes\n"
-              "IsKLVNE                 no         yes   no\n"
-              "IsTransMultiSubShelfNE  yes        yes   yes\n");
+    EXPECT_EQ(
+        ended.out,
+        "neType 1912 2701 300 yes if\n"
+        "---------------------- --------- ---- --- ------------------------------------------------------------------\n"
+        "name PTN, grün OTN -\n"
+        "IsPTN41 yes no no it is 1911, 1912 or 1913\n"
+        "IsPTN31 no no no it is 1335\n"
+        "IsPTN470 no no no it is 1888\n"
+        "IsKLVByNEType no no no it is 1887, 1895, 1908, 1947, 1948, 1971, 1972, 1978, 1982 or 1987\n"
+        "IsRouteNE no no yes in list router and metro\n"
+        "IsTransNE no yes yes in list transmission\n"
+        "IsAccessNE no no yes in list access\n"
+        "IsPTNClasssNE no no yes in list PTN\n"
+        "IsPTNDMTNE no no yes in list PTNDMT\n"
+        "IsPTNNE no no yes in list PTN or PTNDMT\n"
+        "IsMSTPNE no no yes in list MSTP\n"
+        "IsIPMSTPNE no no yes in list MSTP\n"
+        "IsIPKLVNE no no yes in list IPKLV\n"
+        "IsKLV600NE no no yes in list KLV6XX\n"
+        "IsOTNNE no yes yes in list OTN\n"
+        "IsWDMNE no no yes in list WDM\n"
+        "IsOTN_NA no no yes in list OTN_NA\n"
+        "IsWDM_NA no no yes in list WDM_NA\n"
+        "IsNAWDMByNEType no no yes in list OTN_NA or WDM_NA\n"
+        "IsOTN4750NE no no yes in list OTN4750NE\n"
+        "IsBIGSLOTNE no no yes in list BIGSLOTNE\n"
+        "IsAccBitsNE no no yes in list ACCBITSNE\n"
+        "IsMultiShelfTypeNE no no yes in list MultiShelfTypeNE\n"
+        "IsIPServiceNE yes yes yes in list PTN31 or OTN, or ip_service is 1\n"
+        "IsKLVNE no yes no klv is 1\n"
+        "IsTransMultiSubShelfNE yes yes yes multi_sub_shelf of the NE is 1\n");
 }
 
 TEST_F(NeTypeVerb, EachDomainListAnswersItsOwnQuestions) {
@@ -91,18 +92,30 @@ TEST_F(NeTypeVerb, ProgramsGetARowForEachType) {
     const Ended ended = Shell("KX_INVENTORY=n.db kxdu ne-type 2701 --format jsonl");
     EXPECT_EQ(ended.code, 0) << ended.err;
     EXPECT_TRUE(ended.out.starts_with(R"({"neType":2701,"name":"OTN","IsPTN41":false,)")) << ended.out;
-    EXPECT_TRUE(ended.out.ends_with("\"IsKLVNE\":true,\"IsTransMultiSubShelfNE\":null}\n")) << ended.out;
+    EXPECT_TRUE(
+        ended.out.ends_with("\"IsKLVNE\":true,\"IsTransMultiSubShelfNE\":null,"
+                            "\"because\":\"IsTransNE: list transmission; IsOTNNE: list OTN; IsIPServiceNE: "
+                            "list OTN; IsKLVNE: klv\"}\n"))
+        << ended.out;
+}
+
+TEST_F(NeTypeVerb, SaysWhichNumberListOrColumnMakesAnAnswerYes) {
+    MakeInventory();
+    EXPECT_EQ(Shell("kxdu ne-type 1912 --ne 70 --inventory n.db --format csv | tail -n 1 | sed 's/.*,//'").out,
+              "IsPTN41: number 1912; IsIPServiceNE: ip_service; IsTransMultiSubShelfNE: multi_sub_shelf\n");
+    EXPECT_NE(Shell("kxdu ne-type 300 --inventory n.db --format csv").out.find("; IsPTNNE: list PTN and PTNDMT;"),
+              std::string::npos);
 }
 
 TEST_F(NeTypeVerb, TheQuestionAboutOneNeNeedsIt) {
     MakeInventory();
     const auto last = [&](const std::string& ne) {
-        return Shell("kxdu ne-type 2701 --inventory n.db " + ne + " | tail -n 1").out;
+        return Shell("kxdu ne-type 2701 --inventory n.db " + ne + " | tail -n 1 | sed 's/  */ /g; s/ multi_.*//'").out;
     };
-    EXPECT_EQ(last(""), "IsTransMultiSubShelfNE  needs --ne\n");
-    EXPECT_EQ(last("--ne 5"), "IsTransMultiSubShelfNE  no\n");
-    EXPECT_EQ(last("--ne 70"), "IsTransMultiSubShelfNE  yes\n");
-    EXPECT_EQ(last("--ne 71"), "IsTransMultiSubShelfNE  no\n");
+    EXPECT_EQ(last(""), "IsTransMultiSubShelfNE needs --ne\n");
+    EXPECT_EQ(last("--ne 5"), "IsTransMultiSubShelfNE no\n");
+    EXPECT_EQ(last("--ne 70"), "IsTransMultiSubShelfNE yes\n");
+    EXPECT_EQ(last("--ne 71"), "IsTransMultiSubShelfNE no\n");
 }
 
 TEST_F(NeTypeVerb, AnNeThatTheInventoryLacksIsReported) {
@@ -119,15 +132,16 @@ TEST_F(NeTypeVerb, AnNeThatTheInventoryLacksIsReported) {
 
 TEST_F(NeTypeVerb, WithoutAnInventoryOnlyFixedNumbersAnswer) {
     const Ended ended = Shell("kxdu ne-type 1912 1335 1888 1887 --ne 5 | sed 's/  */ /g'");
-    EXPECT_TRUE(
-        ended.out.starts_with("neType 1912 1335 1888 1887\n"
-                              "---------------------- ---- ---- ---- ----\n"
-                              "name - - - -\n"
-                              "IsPTN41 yes no no no\n"
-                              "IsPTN31 no yes no no\n"
-                              "IsPTN470 no no yes no\n"
-                              "IsKLVByNEType no no no yes\n"
-                              "IsRouteNE - - - -\n"))
+    EXPECT_TRUE(ended.out.starts_with(
+        "neType 1912 1335 1888 1887 yes if\n"
+        "---------------------- ---- ---- ---- ---- "
+        "------------------------------------------------------------------\n"
+        "name - - - -\n"
+        "IsPTN41 yes no no no it is 1911, 1912 or 1913\n"
+        "IsPTN31 no yes no no it is 1335\n"
+        "IsPTN470 no no yes no it is 1888\n"
+        "IsKLVByNEType no no no yes it is 1887, 1895, 1908, 1947, 1948, 1971, 1972, 1978, 1982 or 1987\n"
+        "IsRouteNE - - - - in list router and metro\n"))
         << ended.out;
     EXPECT_EQ(Shell("kxdu ne-type 1912 | tail -n 2").out,
               "\n-: needs an inventory; give one with --inventory FILE or in KX_INVENTORY\n");

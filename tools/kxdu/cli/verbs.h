@@ -25,6 +25,8 @@ void AddDecode(CLI::App& app, Action& action);
 void AddEncode(CLI::App& app, Action& action);
 void AddCheck(CLI::App& app, Action& action);
 void AddExplain(CLI::App& app, Action& action);
+void AddSet(CLI::App& app, Action& action);
+void AddTypes(CLI::App& app, Action& action);
 void AddGet(CLI::App& app, Action& action);
 void AddFilter(CLI::App& app, Action& action);
 void AddStats(CLI::App& app, Action& action);

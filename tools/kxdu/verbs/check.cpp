@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "lines/descriptor.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -28,11 +30,13 @@ Reports each finding as file:line:column: message. Columns count bytes, from 1. 
   - numbers out of range: not decimal, or not from -2147483648 to 2147483647; port numbers go up to 4294967295
   - repeated levels
   - identifiers that have none of these faults, but differ from what the library writes for the record that it reads
-    from them. The message shows that text, or says that nothing is read, as from the text that stands for "no port".
+    from them. The message shows that text, and names the configuration item or the fact about the NE that is the
+    reason. Or it says that nothing is read, as from the text that stands for "no port".
 
-Only this last comparison uses the inventory, and needs it as soon as an identifier depends on it. --levels-only skips
-the comparison, and opens neither inventory nor configuration. NEs that the inventory lacks are counted on standard
-error at the end; their identifiers are compared as those of NE type 0.
+Only this last comparison uses the inventory. Without one, an identifier that is right on some NEs passes, and standard
+error says at the end how many there were; one that is right on none is reported. --levels-only skips the comparison,
+and opens neither inventory nor configuration. NEs that the inventory lacks are counted on standard error at the end;
+their identifiers are compared as those of NE type 0.
 
 A port name with an escaped "|" (PP=16|1025|1|a\|b) is well formed, but always differs: it is read as a|b, and written
 without the escape.
@@ -40,8 +44,8 @@ without the escape.
 Lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB are reported too. A carriage return before
 a line end belongs to the line end.
 
-Exit code: 0 nothing was found; 1 something was found; 2 wrong arguments, an input that cannot be read, or an inventory
-that is needed and missing; 3 the output cannot be written.)";
+Exit code: 0 nothing was found; 1 something was found; 2 wrong arguments, or an input that cannot be read; 3 the output
+cannot be written.)";
 
 struct Options {
     BulkOptions bulk;
@@ -65,6 +69,9 @@ BulkOptions BulkOptionsOf(const Options& options) {
 
 class Checker : public LineConverter {
 public:
+    // What is counted.
+    static constexpr std::size_t UNDECIDED = 0;
+
     explicit Checker(bool isLevelsOnly) : m_isLevelsOnly(isLevelsOnly) {}
 
     void Convert(std::string_view line, LineResult& result) override {
@@ -77,16 +84,29 @@ public:
 
 private:
     void CheckWriting(const Kind& kind, std::string_view line, LineResult& result) {
-        Writing([&] {
-            if (const auto problem = m_writing.Find(kind, line, NS_UTIL::Surroundings::OfSystem())) {
-                result.Report(problem->text, problem->column);
-            }
-        });
+        const auto [problem, isUndecided] = m_writing.Find(kind, line, NS_UTIL::Surroundings::OfSystem());
+        if (problem) {
+            result.Report(problem->text, problem->column);
+        }
+        if (isUndecided) {
+            result.Count(UNDECIDED);
+        }
     }
 
     bool m_isLevelsOnly;
     WritingCheck m_writing;
 };
+
+// What is said of the lines that are right on some NEs only.
+void TellUndecided(const LineCounts& counts) {
+    const std::uint64_t undecided = counts.tallies[Checker::UNDECIDED];
+    if (undecided != 0) {
+        WriteMessage("kxdu: " + std::to_string(undecided) + " of " + std::to_string(counts.lines) +
+                     (counts.lines == 1 ? " line" : " lines") + (undecided == 1 ? " is" : " are") +
+                     " right on some NEs only, and there is no inventory to tell which; give one with --inventory "
+                     "FILE\n");
+    }
+}
 
 ExitCode Check(const Options& options) {
     MissingNes missing;
@@ -97,11 +117,12 @@ ExitCode Check(const Options& options) {
     work.isReportTheOutput = true;
     work.isReportColoured = IsColoured(options.colour, options.bulk.output);
     work.finding = "found";
-    const ExitCode code = ExitCodeOf(RunLines(BulkOptionsOf(options), work));
+    const LineCounts counts = RunLines(BulkOptionsOf(options), work);
     if (!options.isQuiet) {
+        TellUndecided(counts);
         missing.Tell();
     }
-    return code;
+    return ExitCodeOf(counts);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "catalogue/vocabulary.h"
 #include "cli/asked.h"
 #include "cli/listing.h"
+#include "cli/unknownwords.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "text/number.h"
@@ -18,11 +19,11 @@ constexpr auto HELP = R"(Examples:
   kxdu ctp E0 65534
   kxdu tables ctp-names
 
-Columns: what was asked for, the id of the reserved CTP, and its TMF name. Names are case-sensitive. A missing answer is
-"-" (csv: empty, jsonl: null).
+Columns: what was asked for, the id of the reserved CTP, and its TMF name. The case of a name does not matter. A missing
+answer is "-" (csv: empty, jsonl: null).
 
-Exit code: 0 each name and id is known; 1 one is not, and all its answers are "-"; 2 wrong arguments; 3 the output
-cannot be written.)";
+Exit code: 0 each name and id is known; 1 one is not, all its answers are "-", and standard error says so; 2 wrong
+arguments; 3 the output cannot be written.)";
 
 struct Options {
     ListingOptions listing;
@@ -32,14 +33,15 @@ struct Options {
 Listing::Row RowOf(const std::string& asked) {
     const auto number = ReadNumber(asked);
     const std::optional<int> id = number ? number : IdOfCtp(asked);
-    const std::optional<std::string> name = number ? NameOfCtp(*number) : asked;
+    const std::optional<std::string> name = id ? NameOfCtp(*id) : std::nullopt;
     return id && name ? Listing::Row{asked, CellOf(id), CellOf(name)} : Listing::Row{asked, {}, {}};
 }
 
 ExitCode Ctp(const Options& options) {
     Listing listing({"asked", "ctpId", "name"}, options.listing);
-    ForEachAsked(options.asked, [&](const std::string& asked) { listing.AddRow(RowOf(asked)); });
-    return listing.CompleteAnswers();
+    UnknownWords unknown("no reserved CTP; kxdu tables ctp-names lists them");
+    ForEachAsked(options.asked, [&](const std::string& asked) { AddAnswer(RowOf(asked), asked, listing, unknown); });
+    return CompleteAnswers(listing, unknown);
 }
 
 }  // namespace

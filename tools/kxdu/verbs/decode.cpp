@@ -8,6 +8,7 @@
 #include "catalogue/kinds.h"
 #include "cli/bulkoptions.h"
 #include "cli/services.h"
+#include "cli/typeoption.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "formats/recordformat.h"
@@ -91,23 +92,6 @@ private:
     std::unique_ptr<RecordFormat> m_format;
 };
 
-// The names of all types, wrapped to the width of the help.
-std::string TypeNames() {
-    std::vector<std::string> names;
-    for (const Kind* const kind : AllKinds()) {
-        names.emplace_back(kind->type);
-    }
-    return Wrapped("  ", names);
-}
-
-const Kind* ForcedKind(const std::string& type) {
-    const Kind* const kind = FindKindByType(type);
-    if (kind == nullptr && !type.empty()) {
-        throw Failure(Cause::USAGE, "--as: unknown type " + Quoted(type) + "; choose one of\n" + TypeNames());
-    }
-    return kind;
-}
-
 // Only kinds that --as names may need a configuration, so that no line has to be asked.
 void RequireConfigurationFor(const Kind& kind) {
     AnyRecord records;
@@ -115,7 +99,7 @@ void RequireConfigurationFor(const Kind& kind) {
 }
 
 ExitCode Decode(const Options& options) {
-    const Kind* const forced = ForcedKind(options.type);
+    const Kind* const forced = ChosenKind(options.type);
     Layout layout;
     layout.format = options.format;
     layout.kinds = forced != nullptr ? std::span(&forced, 1) : AllKinds();
@@ -146,7 +130,7 @@ void AddDecode(CLI::App& app, Action& action) {
                     {"tsv", FormatName::TSV},
                     {"table", FormatName::TABLE}},
                    "Format of the records: jsonl (the default), csv, tsv or table");
-    verb.AddText("--as", "TYPE", options->type, "Read every line as this type, whatever its last level");
+    AddTypeOption(verb, options->type, "Read every line as this type, whatever its last level");
     verb.SetAction(HELP + ("\n\nTypes:\n" + TypeNames()), options, Decode);
 }
 

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,9 +8,11 @@
 #include "cli/bulkoptions.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
+#include "cli/typeoption.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "formats/recordline.h"
+#include "formats/recordrow.h"
 #include "lines/failure.h"
 #include "text/text.h"
 
@@ -21,20 +22,28 @@ namespace {
 
 constexpr auto HELP = R"(Examples:
   kxdu decode network.fdn | kxdu encode --inventory network.db | cmp - network.fdn
-  echo '{"type":"NEIndex","record":{"reserved":0,"neId":7}}' | kxdu encode
+  kxdu decode --format csv network.fdn -o network.csv; kxdu encode --ignore-fdn network.csv
+  echo '{"type":"NEIndex","record":{"neId":7}}' | kxdu encode
+  printf 'neId,shelfId\n7,1\n' | kxdu encode --as ShelfIndex
 
-Reads lines as kxdu decode --format jsonl writes them; the order of their members does not matter. The identifier is
-written from the record alone. If it differs from the line's "fdn", it is written all the same, and the line is reported
-and counted, so that no identifier changes unnoticed. After changing records on purpose, leave "fdn" out or give
---ignore-fdn.
+Reads what kxdu decode writes: JSON lines, CSV or TSV. The first line of each file says which: JSON lines begin with
+"{", CSV and TSV with a line of column names. Members and columns may have any order; kxdu types lists those of each
+type. In CSV, a row is one line. Flags may be in capitals, as spreadsheets write them: TRUE.
 
-A record has all fields of its type and no others. Numbers must fit their fields. Names of ports and of maintenance
-levels must not hold "," or "|", which would end them. Also rejected are
-  - lines that are not such JSON, or name an unknown type
+The identifier is written from the record alone. If it differs from the "fdn" beside the record, it is written all the
+same, and the line is reported and counted, so that no identifier changes unnoticed. After changing records on purpose,
+leave "fdn" out or give --ignore-fdn.
+
+A field that is missing, or a cell that is empty, means that nothing is known, as in a fresh record: kxdu types shows
+each field's default. Only the field that says what is named must be there: neId, port.neId of an access point, osId,
+oneId, groupId or trailResId. Numbers must fit their fields. Names of ports and of maintenance levels must not hold ","
+or "|", which would end them. Also rejected are
+  - lines that are no such JSON or row, name no type or an unknown one, or have fields that the type lacks
   - texts that hold a line end or half a surrogate pair
   - lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB
   - records that keep their text, as services and trails do, and have other fields that contradict it: change both
-If the first line of a file is not a JSON object, the run stops: the file probably holds identifiers or another format.
+The run stops if the first line of a file is neither a JSON object nor a line of column names: the file probably holds
+identifiers or another format.
 
 The inventory gives the types of NEs, and says whether an NE writes the numbers of maintenance domains and associations.
 It is needed as soon as an identifier depends on it. NEs that it lacks are counted on standard error at the end; their
@@ -48,6 +57,7 @@ struct Options {
     BulkOptions bulk;
     ServiceOptions services;
     bool isFdnIgnored = false;
+    std::string type;
 };
 
 bool LooksLikeIdentifier(std::string_view line) {
@@ -56,22 +66,68 @@ bool LooksLikeIdentifier(std::string_view line) {
     return scanner.Next(first) && first.HasEquals() && FindTag(first.tag) != nullptr;
 }
 
+// The reader of a file's records, and whether the file's first line is one of them.
+struct RecordSource {
+    std::unique_ptr<RecordReader> reader;
+    bool isHeadRecord = true;
+};
+
+[[noreturn]] void RefuseOtherThanRecords(std::string_view head) {
+    throw Failure(Cause::USAGE, LooksLikeIdentifier(head)
+                                    ? "this is an identifier, not a record; did you mean kxdu decode?"
+                                    : "this is neither a JSON line nor a line of column names; kxdu encode reads what "
+                                      "kxdu decode writes with --format jsonl, csv or tsv");
+}
+
+// Throws `Failure` for a file of another format: otherwise each of its lines would be a complaint.
+RecordSource OpenRecords(std::string_view head, const Kind* usual) {
+    const auto begin = head.find_first_not_of(" \t");
+    const bool isRejected = begin == std::string_view::npos || FindFlaw(head);
+    if (isRejected || head[begin] == '{') {
+        return {std::make_unique<RecordLine>(usual)};
+    }
+    const auto separator = FindSeparator(head);
+    if (!separator) {
+        RefuseOtherThanRecords(head);
+    }
+    if (*separator == ';') {
+        throw Failure(
+            Cause::USAGE,
+            "the columns are separated by \";\"; kxdu encode reads CSV with \",\", and TSV: save it as one of "
+            "them");
+    }
+    try {
+        return {std::make_unique<RecordRow>(head, *separator, usual), false};
+    } catch (const BadRecord& bad) {
+        throw Failure(Cause::USAGE, bad.what());
+    }
+}
+
 class Encoder : public LineConverter {
 public:
-    explicit Encoder(bool isFdnIgnored) : m_isFdnIgnored(isFdnIgnored) {}
+    Encoder(bool isFdnIgnored, const Kind* usual) : m_isFdnIgnored(isFdnIgnored), m_usual(usual) {}
 
     void Convert(std::string_view line, LineResult& result) override {
-        if (result.IsFirstLine()) {
-            RefuseOtherThanJson(line);
+        if (m_head != result.Head()) {
+            m_source = OpenRecords(*result.Head(), m_usual);
+            m_head = result.Head();
         }
+        if (m_source.isHeadRecord || !result.IsFirstLine()) {
+            ConvertRecord(line, result);
+        }
+    }
+
+private:
+    void ConvertRecord(std::string_view line, LineResult& result) {
+        RecordReader& reader = *m_source.reader;
         try {
-            m_line.Read(line);
-            Writing([&] { m_line.Kind().write(m_line.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
+            reader.Read(line);
+            Writing([&] { reader.Kind().write(reader.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
         } catch (const BadRecord& bad) {
             result.Report(bad.what());
             return;
         }
-        const std::string_view fdn = m_line.Fdn();
+        const std::string_view fdn = reader.Fdn();
         if (!m_isFdnIgnored && fdn.data() != nullptr && fdn != m_fdn) {
             result.Report("written as " + QuotedWhole(m_fdn) + ", which differs from its \"fdn\" " + QuotedWhole(fdn));
         }
@@ -79,29 +135,21 @@ public:
         result.output.Put('\n');
     }
 
-private:
-    // Otherwise each line of a wrong file would be a complaint.
-    static void RefuseOtherThanJson(std::string_view line) {
-        if (line.substr(std::min(line.find_first_not_of(" \t"), line.size())).starts_with('{')) {
-            return;
-        }
-        throw Failure(Cause::USAGE,
-                      LooksLikeIdentifier(line)
-                          ? "this is an identifier, not a JSON line; did you mean kxdu decode?"
-                          : "this is not a JSON line; kxdu encode reads what kxdu decode --format jsonl writes");
-    }
-
     bool m_isFdnIgnored;
-    RecordLine m_line;
+    const Kind* m_usual;
+    std::shared_ptr<const std::string> m_head;  // of the file that `m_source` reads
+    RecordSource m_source;
     std::string m_fdn;
 };
 
 ExitCode Encode(const Options& options) {
+    const Kind* const usual = ChosenKind(options.type);
     MissingNes missing;
     const auto services = StartServices(options.services, &missing);
     LineWork work;
+    work.areHeadsKept = true;
     work.filesInUse = FilesInUse(options.services);
-    work.makeConverter = [&] { return std::make_unique<Encoder>(options.isFdnIgnored); };
+    work.makeConverter = [&] { return std::make_unique<Encoder>(options.isFdnIgnored, usual); };
     work.finding = "rejected or changed";
     const ExitCode code = ExitCodeOf(RunLines(options.bulk, work));
     missing.Tell();
@@ -111,7 +159,7 @@ ExitCode Encode(const Options& options) {
 }  // namespace
 
 void AddEncode(CLI::App& app, Action& action) {
-    Verb verb(app, action, "encode", "Convert records, JSON lines as decode writes them, to identifiers");
+    Verb verb(app, action, "encode", "Convert records, as decode writes them, to identifiers");
     const auto options = std::make_shared<Options>();
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
@@ -119,6 +167,7 @@ void AddEncode(CLI::App& app, Action& action) {
     AddServiceOptions(verb, options->services);
     verb.AddFlag("--ignore-fdn", options->isFdnIgnored,
                  "Do not compare the written identifier with the line's \"fdn\"");
+    AddTypeOption(verb, options->type, "Type of the records that name none; kxdu types lists all");
     verb.SetAction(HELP, options, Encode);
 }
 

@@ -49,8 +49,8 @@ A table shows the largest counts of each; with --by, it shows all. csv, jsonl an
 the columns "by", "value", "name", "count", "place" and "text". A row without a value counts what has none. A line that
 is no identifier counts as a line without kind and NE.
 
-Problems are those that kxdu check finds with the same inventory and configuration. Without an inventory, identifiers
-are not compared with what the library writes if that depends on the NE; a message counts them.
+Problems are those that kxdu check finds with the same inventory and configuration. Without an inventory, an identifier
+that is right on some NEs only is no problem; a message counts them.
 
 Exit code: 0 no problem was found; 1 one was found; 2 wrong arguments, or an input that cannot be read; 3 the output
 cannot be written.)";

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace NS_KX {
+struct Kind;
+}
+
+namespace NS_KX::NS_KXDU {
+
+class Verb;
+
+/// Adds `--as` to `verb`.
+void AddTypeOption(Verb& verb, std::string& type, const std::string& help);
+
+/// The kind that `--as` names; null if it was not given. Throws as `RequireKind` does.
+const Kind* ChosenKind(const std::string& type);
+
+/// The kind of this type. Throws `Failure` with `Cause::USAGE` for an unknown one; the message begins with `source`,
+/// and lists all types.
+const Kind& RequireKind(const std::string& type, const std::string& source = {});
+
+/// The names of all types, wrapped to the width of the help.
+std::string TypeNames();
+
+}  // namespace NS_KX::NS_KXDU
