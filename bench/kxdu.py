@@ -29,7 +29,7 @@ MAWK_GET = ('{n=p="";for(i=NF;i;i--){if($i~/^NE=/)n=substr($i,4);'
 # The fastest known program; right for identifiers that do not begin with a port.
 MAWK_GET_FAST = ('{n=p="";if(match($0,/(^|,)NE=[^,]*/)){n=substr($0,RSTART,RLENGTH);sub(/.*=/,"",n)}'
                  'if(i=index($0,",PP=")){split(substr($0,i),a,"|");p=a[3]}print n"\\t"p}')
-VERBS = ("get NE PP:2", "decode", "filter")
+VERBS = ("get NE,PP:2", "decode", "filter")
 MOST_MEMORY = 64  # MiB
 LEAST_GAIN = 1.7
 FIRST_NOTIFICATION = 1_000_000  # longer than any number in an identifier, so that grep finds it nowhere else
@@ -98,7 +98,7 @@ def measure(kxdu, identifiers, seconds):
     with tempfile.TemporaryDirectory(prefix="kx-bench-") as name:
         folder = pathlib.Path(name)
         network, alarms = write_inputs(kxdu, folder, identifiers)
-        commands = {"get NE PP:2": [kxdu, "get", "NE", "PP:2", "-i", network],
+        commands = {"get NE,PP:2": [kxdu, "get", "NE,PP:2", network],
                     "decode": [kxdu, "decode", network],
                     "filter": [kxdu, "filter", "--config", folder, alarms]}
         # The runs of one list follow each other.
@@ -113,7 +113,7 @@ def measure(kxdu, identifiers, seconds):
             [Run(folder, "grep -v -F -w -f", ["grep", "-v", "-F", "-w", "-f", folder / "held", alarms])],
         ]
         by_name = {run.name: run for group in groups for run in group}
-        for left, right in (("kxdu get NE PP:2", "mawk, the shortest"), ("kxdu get NE PP:2", "mawk, the fastest"),
+        for left, right in (("kxdu get NE,PP:2", "mawk, the shortest"), ("kxdu get NE,PP:2", "mawk, the fastest"),
                             ("kxdu decode", "kxdu decode --jobs 1"), ("kxdu filter", "grep -v -F -w -f")):
             if written(by_name[left]) != written(by_name[right]):
                 raise RuntimeError(f"{left} and {right} write different things")
@@ -146,7 +146,7 @@ def limits_of(runs):
 
     def demand(text, value, least):
         limits.append((f"{text}: {value:.2f} times as fast, at least {least}", value >= least))
-    demand("kxdu get, beside the shortest mawk program", times("mawk, the shortest", "kxdu get NE PP:2"), 3)
+    demand("kxdu get, beside the shortest mawk program", times("mawk, the shortest", "kxdu get NE,PP:2"), 3)
     demand("kxdu decode, beside mawk's get", times("mawk, the shortest", "kxdu decode"), 1)
     demand("kxdu filter, beside grep", times("grep -v -F -w -f", "kxdu filter"), 1)
     for verb in VERBS:

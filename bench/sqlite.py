@@ -45,7 +45,7 @@ def process_seconds(command):
 def measure_file(kxdu, extension, network, rounds):
     """The processor times of kxdu and of SQLite for three columns of a file."""
     statement = f"SELECT sum(ne), sum(slot), sum(port) FROM fdn_file('{network}')"
-    commands = {"kxdu get --jobs 1": [kxdu, "get", "--jobs", "1", "NE", "S", "PP:2", "-i", network],
+    commands = {"kxdu get --jobs 1": [kxdu, "get", "--jobs", "1", "NE,S,PP:2", network],
                 "fdn_file": ["sqlite3", "-cmd", f".load {extension}", ":memory:", statement]}
     best = dict.fromkeys(commands, float("inf"))
     for _ in range(rounds):

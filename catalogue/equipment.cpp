@@ -80,10 +80,14 @@ constexpr std::array KINDS{
 };
 
 constexpr std::array TAGS{
-    NumberTag("OS", "management system", "number"),           NumberTag("ONE", "container of NEs", "number"),
-    NumberTag("NE", "network element", "NE number"),          NumberTag("FR", "shelf", "shelf number; -1: none"),
-    NumberTag("S", "slot", "slot number; -1: none"),          NumberTag("CP", "card", "always -1"),
-    NumberTag("SS", "sub-slot", "sub-slot number; -1: none"), NumberTag("SC", "card in the sub-slot", "always -1"),
+    AtDepth(0, NumberTag("OS", "management system", "number")),
+    AtDepth(1, NumberTag("ONE", "container of NEs", "number")),
+    AtDepth(2, NumberTag("NE", "network element", "NE number")),
+    AtDepth(3, NumberTag("FR", "shelf", "shelf number; -1: none")),
+    AtDepth(4, NumberTag("S", "slot", "slot number; -1: none")),
+    AtDepth(5, NumberTag("CP", "card", "always -1")),
+    AtDepth(6, NumberTag("SS", "sub-slot", "sub-slot number; -1: none")),
+    AtDepth(7, NumberTag("SC", "card in the sub-slot", "always -1")),
 };
 
 }  // namespace

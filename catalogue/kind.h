@@ -69,6 +69,9 @@ struct Tag {
     bool isOpen = false;       ///< may have more sub-values than are described
     bool isReadWhole = false;  ///< readers take none of its sub-values when one is missing
     bool mayEscape = false;    ///< the last sub-value that is described may go on after an escaped "|"
+    int depth = INNERMOST;     ///< a level stands before all deeper ones
+
+    static constexpr int INNERMOST = 11;
 };
 
 /// The kinds and tags of one family of identifiers.

@@ -44,8 +44,10 @@ bool IsInRange(std::string_view decimal, SubValueKind kind) {
 
 class LevelCheck {
 public:
-    LevelCheck(std::string_view fdn, const std::function<void(const Problem&)>& report)
-        : m_fdn(fdn), m_report(report) {}
+    enum class Extent { ALL, TAGS };
+
+    LevelCheck(std::string_view fdn, const std::function<void(const Problem&)>& report, Extent extent = Extent::ALL)
+        : m_fdn(fdn), m_report(report), m_extent(extent) {}
 
     void CheckPiece(const Tag& tag, std::optional<unsigned> index) {
         if (!index) {
@@ -83,7 +85,7 @@ private:
         if (!CheckTag(level.tag)) {
             return;
         }
-        if (!level.HasEquals()) {
+        if (!level.HasEquals() && m_extent == Extent::ALL) {
             Report(level.tag, "no \"=\" after a tag", "no \"=\" after " + Quoted(level.tag));
             return;
         }
@@ -92,10 +94,25 @@ private:
             return;
         }
         m_seen.push_back(level.tag);
-        if (const Tag* const tag = FindTag(level.tag)) {
-            CheckValue(*tag, level.value);
-        } else {
+        const Tag* const tag = FindTag(level.tag);
+        if (tag == nullptr) {
             Report(level.tag, "unknown tag", "unknown tag " + Quoted(level.tag));
+            return;
+        }
+        CheckPlace(*tag, level.tag);
+        if (m_extent == Extent::ALL) {
+            CheckValue(*tag, level.value);
+        }
+    }
+
+    // Levels go from the container inward.
+    void CheckPlace(const Tag& tag, std::string_view place) {
+        if (m_deepest != nullptr && tag.depth < m_deepest->depth) {
+            Report(
+                place, "level out of place",
+                "level " + Quoted(tag.name) + " stands after " + Quoted(m_deepest->name) + ", but belongs before it");
+        } else {
+            m_deepest = &tag;
         }
     }
 
@@ -167,7 +184,9 @@ private:
 
     std::string_view m_fdn;
     const std::function<void(const Problem&)>& m_report;
+    Extent m_extent;
     std::vector<std::string_view> m_seen;
+    const Tag* m_deepest = nullptr;
     std::size_t m_problems = 0;
 };
 
@@ -191,15 +210,26 @@ const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const
     return kind;
 }
 
-std::optional<Problem> FindValueProblem(const PieceName& piece, std::string_view value) {
+namespace {
+
+std::optional<Problem> FirstOf(const std::function<void(const std::function<void(const Problem&)>&)>& check) {
     std::optional<Problem> first;
-    const std::function<void(const Problem&)> keepFirst = [&](const Problem& problem) {
+    check([&](const Problem& problem) {
         if (!first) {
             first = problem;
         }
-    };
-    LevelCheck(value, keepFirst).CheckPiece(*FindTag(piece.tag), piece.index);
+    });
     return first;
+}
+
+}  // namespace
+
+std::optional<Problem> FindValueProblem(const PieceName& piece, std::string_view value) {
+    return FirstOf([&](const auto& report) { LevelCheck(value, report).CheckPiece(*piece.FindTag(), piece.index); });
+}
+
+std::optional<Problem> FindTagProblem(std::string_view fdn) {
+    return FirstOf([&](const auto& report) { LevelCheck(fdn, report, LevelCheck::Extent::TAGS).Run(); });
 }
 
 void FindProblems(std::string_view text, const std::function<void(const Problem&)>& report) {

@@ -19,8 +19,8 @@ struct Problem {
     bool lacksSubValues = false;  ///< its level must have several sub-values, and has too few
 };
 
-/// Calls `report` for each malformed place of `fdn`, each unknown tag, each sub-value out of range, and each repeated
-/// level. Reports only the first few if there are very many.
+/// Calls `report` for each malformed place of `fdn`, each unknown tag, each sub-value out of range, and each level that
+/// is repeated or stands after one that it contains. Reports only the first few if there are very many.
 void CheckLevels(std::string_view fdn, const std::function<void(const Problem&)>& report);
 
 /// Does the same, and if that finds nothing, reports an `fdn` whose last level ends no kind of identifier. Returns the
@@ -30,6 +30,10 @@ const Kind* CheckIdentifier(std::string_view fdn, const std::function<void(const
 /// What is wrong with `value` as the value of a piece, whose name is known; columns count in `value`. None if nothing
 /// is.
 std::optional<Problem> FindValueProblem(const PieceName& piece, std::string_view value);
+
+/// What is wrong with the first level whose tag is malformed, unknown or repeated, or that stands after a level that it
+/// contains. None if it keeps the `TagOrder`.
+std::optional<Problem> FindTagProblem(std::string_view fdn);
 
 /// Calls `report` for each problem of `text`, which may hold anything: the flaw that keeps it from being an identifier,
 /// or else what `CheckIdentifier` reports.

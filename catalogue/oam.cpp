@@ -112,8 +112,8 @@ constexpr Tag NamedTag(std::string_view name, std::string_view meaning, std::str
 }
 
 constexpr std::array TAGS{
-    NamedTag("MD", "maintenance domain", "MD number; empty: left out on this NE, or none"),
-    NamedTag("MA", "maintenance association", "MA number; empty: left out on this NE, or none"),
+    AtDepth(9, NamedTag("MD", "maintenance domain", "MD number; empty: left out on this NE, or none")),
+    AtDepth(10, NamedTag("MA", "maintenance association", "MA number; empty: left out on this NE, or none")),
     NumberTag("MEP", "maintenance end point", "end point number"),
     NumberTag("RMEP", "remote maintenance end point", "end point number"),
     NamedTag("MIP", "maintenance intermediate point", "MIP number; empty or 0: none"),

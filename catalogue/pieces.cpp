@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <kx_domain_util/fdnscanner.h>
+#include <kx_domain_util/levelfinder.h>
 #include <kx_platform/textutil.h>
 
 #include "catalogue/kinds.h"
@@ -15,7 +16,11 @@ namespace NS_KX {
 
 using NS_UTIL::NS_FDN::Level;
 using NS_UTIL::NS_FDN::LevelScanner;
+using NS_UTIL::NS_FDN::SeparatorFinder;
+using NS_UTIL::NS_FDN::SplitLevel;
 using NS_UTIL::NS_FDN::SubValueScanner;
+using NS_UTIL::NS_FDN::NS_DETAIL::PackCharacters;
+using NS_UTIL::NS_FDN::NS_DETAIL::PackHead;
 
 namespace {
 
@@ -36,16 +41,26 @@ bool IsTag(std::string_view level, std::string_view tag) {
     return level.size() == tag.size() && !tag.empty() && level.front() == tag.front() && level == tag;
 }
 
-// The level of `fdn` with this tag; its value has no data if there is none.
-Level LevelOf(std::string_view fdn, std::string_view tag) {
+// Whether a piece of this tag is in a level with the tag `level`.
+bool IsIn(std::string_view level, std::string_view tag) {
+    return tag == PORT_TAG ? level == "PP" || level == "LP" : IsTag(level, tag);
+}
+
+// The first level of `fdn` whose tag `isWanted` accepts; its value has no data if there is none.
+template <class IsWanted>
+Level FirstLevel(std::string_view fdn, IsWanted isWanted) {
     LevelScanner scanner(fdn);
     Level level;
     while (scanner.Next(level)) {
-        if (IsTag(level.tag, tag)) {
+        if (isWanted(level.tag)) {
             return level;
         }
     }
     return {};
+}
+
+Level LevelOf(std::string_view fdn, const PieceName& name) {
+    return FirstLevel(fdn, [&](std::string_view tag) { return IsIn(tag, name.tag); });
 }
 
 // The levels of `fdn` by their tags; the first of several levels with the same tag counts.
@@ -112,8 +127,12 @@ std::string PieceName::WhyNone(std::string_view text) {
            "; a piece is a level or one of its sub-values, from 0, such as NE or PP:2";
 }
 
+const Tag* PieceName::FindTag() const {
+    return NS_KX::FindTag(tag == PORT_TAG ? "PP" : std::string_view(tag));
+}
+
 bool PieceName::IsKnown() const {
-    const Tag* const known = FindTag(tag);
+    const Tag* const known = FindTag();
     if (known == nullptr) {
         return false;
     }
@@ -121,33 +140,58 @@ bool PieceName::IsKnown() const {
 }
 
 bool PieceName::IsNumber() const {
-    return IsNumberAt(FindTag(tag), index.value_or(0));
+    return IsNumberAt(FindTag(), index.value_or(0));
 }
 
 PieceFinder::PieceFinder(std::vector<PieceName> names) : m_names(std::move(names)) {
     for (std::size_t place = 0; place < m_names.size(); ++place) {
-        const auto first = std::find_if(m_names.begin(), m_names.end(),
-                                        [&](const PieceName& name) { return name.tag == m_names[place].tag; });
+        const std::string& tag = m_names[place].tag;
+        const auto first =
+            std::find_if(m_names.begin(), m_names.end(), [&](const PieceName& name) { return name.tag == tag; });
         m_firstOfTag.push_back(static_cast<std::size_t>(first - m_names.begin()));
-        if (m_firstOfTag.back() == place) {
-            m_tags.push_back(place);
+        if (m_firstOfTag.back() != place) {
+            continue;
+        }
+        ++m_tagCount;
+        if (tag == PORT_TAG) {
+            Want("PP", place);
+            Want("LP", place);
+        } else {
+            Want(tag, place);
         }
     }
 }
 
-void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
-    std::fill(found.begin(), found.end(), std::string_view());
-    std::size_t missing = m_tags.size();
-    LevelScanner scanner(fdn);
-    Level level;
-    while (missing != 0 && scanner.Next(level)) {
-        for (const std::size_t place : m_tags) {
-            if (IsTag(level.tag, m_names[place].tag) && found[place].data() == nullptr) {
-                found[place] = level.value;
+void PieceFinder::Want(std::string_view tag, std::size_t place) {
+    const std::string_view head = tag.substr(0, sizeof(WantedTag::head));
+    const std::uint64_t mask = ~std::uint64_t{} >> 8 * (sizeof(WantedTag::head) - head.size());
+    m_wanted.push_back({std::string(tag), PackCharacters(head), mask, place});
+}
+
+// Puts the value of each wanted level where the first name with its tag is.
+void PieceFinder::FindLevels(std::string_view fdn, std::span<std::string_view> found) const {
+    std::size_t missing = m_tagCount;
+    SeparatorFinder<','> levels(fdn);
+    SeparatorFinder<','>::Piece level{};
+    do {
+        level = levels.Next();
+        const std::uint64_t head = PackHead(fdn, level.begin);
+        for (const WantedTag& wanted : m_wanted) {
+            if ((head & wanted.mask) != wanted.head || found[wanted.place].data() != nullptr) {
+                continue;
+            }
+            if (const Level whole = SplitLevel({level.begin, level.end}); whole.tag == wanted.tag) {
+                found[wanted.place] = whole.value;
                 --missing;
-                break;
             }
         }
+    } while (missing != 0 && !levels.IsLast(level));
+}
+
+void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
+    std::fill(found.begin(), found.end(), std::string_view());
+    if (!fdn.empty()) {
+        FindLevels(fdn, found);
     }
     // Backwards: names that share a level find its value at the first of them, which must be overwritten last.
     for (std::size_t place = m_names.size(); place-- > 0;) {
@@ -158,7 +202,7 @@ void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) 
 }
 
 std::string_view FindPiece(std::string_view fdn, const PieceName& name) {
-    const std::string_view value = LevelOf(fdn, name.tag).value;
+    const std::string_view value = LevelOf(fdn, name).value;
     return name.index ? SubValueAt(value, *name.index) : value;
 }
 
@@ -170,7 +214,7 @@ std::optional<std::int32_t> NumberOf(std::string_view piece) {
 
 std::optional<std::string> WhyNoValue(const PieceName& name, std::string_view value) {
     using namespace std::string_view_literals;
-    const Tag* const tag = FindTag(name.tag);
+    const Tag* const tag = name.FindTag();
     const bool endsAtBar = name.index && tag != nullptr && !tag->isOpen;
     const auto wrong = value.find_first_of(endsAtBar ? ",\r\n\0|"sv : ",\r\n\0"sv);
     if (wrong == std::string_view::npos) {
@@ -187,8 +231,7 @@ std::string ReplacePiece(std::string_view fdn, const PieceName& name, std::strin
     }
     const auto at = static_cast<std::size_t>(piece.data() - fdn.data());
     replaced.replace(at, piece.size(), value);
-    const Level level = LevelOf(fdn, name.tag);
-    if (!level.HasEquals()) {
+    if (!LevelOf(fdn, name).HasEquals()) {
         replaced.insert(at, 1, '=');
     }
     return replaced;
@@ -209,7 +252,9 @@ bool LiesIn(std::string_view fdn, std::string_view container) {
     // Searching is quickest for the few levels of an identifier. A text with very many would take minutes.
     constexpr auto MOST_SEARCHED = 64;
     if (std::count(container.begin(), container.end(), ',') < MOST_SEARCHED) {
-        return hasAll([fdn](std::string_view tag) { return LevelOf(fdn, tag); });
+        return hasAll([fdn](std::string_view wanted) {
+            return FirstLevel(fdn, [wanted](std::string_view tag) { return IsTag(tag, wanted); });
+        });
     }
     return hasAll([levels = LevelsByTag(fdn)](std::string_view tag) {
         const auto level = levels.find(tag);

@@ -13,7 +13,7 @@
 
 namespace NS_KX {
 
-/// Which piece is meant.
+/// Which piece is meant. The tag PORT stands for the level of a port, PP or LP, whichever comes first.
 struct PieceName {
     std::string tag;
     std::optional<unsigned> index;  ///< of the sub-value, from 0; none means the whole value of the level
@@ -27,12 +27,18 @@ struct PieceName {
     /// Why `ParseKnown` gives none, for a message.
     static std::string WhyNone(std::string_view text);
 
+    /// What is known of the level; null if the tag is unknown. PORT gives what PP and LP have in common.
+    [[nodiscard]] const Tag* FindTag() const;
+
     /// Whether the piece is a number, or the first of its level's sub-values is.
     [[nodiscard]] bool IsNumber() const;
 
 private:
     [[nodiscard]] bool IsKnown() const;
 };
+
+/// The tag that stands for both levels of ports.
+inline constexpr std::string_view PORT_TAG = "PORT";
 
 /// Finds several pieces in one pass.
 class PieceFinder {
@@ -46,9 +52,21 @@ public:
     void Find(std::string_view fdn, std::span<std::string_view> found) const;
 
 private:
+    // A tag, with its first eight characters as a number, so that most levels are told from it in one step.
+    struct WantedTag {
+        std::string tag;
+        std::uint64_t head;
+        std::uint64_t mask;
+        std::size_t place;  // of the first name with this tag
+    };
+
+    void Want(std::string_view tag, std::size_t place);
+    void FindLevels(std::string_view fdn, std::span<std::string_view> found) const;
+
     std::vector<PieceName> m_names;
     std::vector<std::size_t> m_firstOfTag;  // for each name, the index of the first name with the same tag
-    std::vector<std::size_t> m_tags;        // the indexes of the names that are the first with their tag
+    std::vector<WantedTag> m_wanted;
+    std::size_t m_tagCount = 0;
 };
 
 /// The piece `name` of `fdn`; a view without data if it is missing.

@@ -177,8 +177,8 @@ constexpr Tag PortTag(std::string_view name, std::string_view meaning) {
 }
 
 constexpr std::array TAGS{
-    PortTag("PP", "physical port"),
-    PortTag("LP", "logical port"),
+    AtDepth(8, PortTag("PP", "physical port")),
+    AtDepth(8, PortTag("LP", "logical port")),
     NumberTag("SUBIF", "sub-interface", "sub-interface number"),
     NumberTag("CHANNELSET", "channel set", "channel set number"),
     NumberTag("VC4", "higher-order SDH path", "path number"),

@@ -125,4 +125,10 @@ constexpr Tag TextTag(std::string_view name, std::string_view meaning) {
             .isOpen = true};
 }
 
+/// The same tag for levels of this depth.
+constexpr Tag AtDepth(int depth, Tag tag) {
+    tag.depth = depth;
+    return tag;
+}
+
 }  // namespace NS_KX

@@ -36,6 +36,7 @@ kx_add_layer(catalogue
         services.cpp
         statistics.cpp
         tables.cpp
+        tagorder.cpp
         vocabulary.cpp
         writingcheck.cpp
     LIBRARIES kx_text kx::domain_util)
@@ -43,6 +44,7 @@ kx_add_layer(catalogue
 kx_add_layer(formats
     SOURCES
         columnformat.cpp
+        columns.cpp
         csv.cpp
         explanationdrawing.cpp
         json.cpp
@@ -51,6 +53,7 @@ kx_add_layer(formats
         recordline.cpp
         recordreader.cpp
         recordrow.cpp
+        tablecell.cpp
         texttable.cpp
         tsv.cpp
     LIBRARIES kx_catalogue)
@@ -67,8 +70,10 @@ kx_add_layer(lines
         input.cpp
         interruptions.cpp
         lines.cpp
+        otherfile.cpp
         output.cpp
         progress.cpp
+        repetitions.cpp
         temporaryfile.cpp
         terminal.cpp
     LIBRARIES kx_text TBB::tbb PkgConfig::zlib PkgConfig::zstd PkgConfig::lzma Threads::Threads)

@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "catalogue/readfields.h"
+#include "formats/columns.h"
 #include "formats/csv.h"
 #include "formats/recordshape.h"
+#include "formats/tablecell.h"
 #include "formats/tsv.h"
-#include "text/displaytext.h"
 
 namespace NS_KX {
 
@@ -26,6 +27,14 @@ std::vector<std::string_view> ColumnNames(const Layout& layout) {
         }
     }
     return names;
+}
+
+std::vector<Column> ChosenColumns(const Layout& layout) {
+    std::vector<Column> columns;
+    for (const std::string& name : layout.fields) {
+        columns.push_back(Column::Parse(name).value());
+    }
+    return columns;
 }
 
 // ---- CSV and TSV ----------------------------------------------------------------------------------------------------
@@ -84,61 +93,56 @@ private:
     RecordShapes m_shapes;
 };
 
+// Chosen columns.
+class ChosenFormat : public RecordFormat {
+public:
+    ChosenFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
+        : RecordFormat(surroundings), m_row(ChosenColumns(layout), layout.format) {}
+
+private:
+    void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+        m_row.Append(fdn, {}, &kind, record, out);
+    }
+
+    ColumnRow m_row;
+};
+
 // ---- The table ------------------------------------------------------------------------------------------------------
-
-// Wide enough for all types, and for most identifiers.
-constexpr std::size_t TYPE_WIDTH = 20;
-constexpr std::size_t FDN_WIDTH = 48;
-
-void AppendPadded(std::string_view printable, std::size_t width, TextBuffer& out) {
-    Append(out, printable);
-    for (std::size_t size = DisplayWidth(printable); size < width; ++size) {
-        out.Put(' ');
-    }
-    Append(out, "  ");
-}
-
-// Text as it can stand between blanks.
-std::string Word(std::string_view text) {
-    std::string printable = Printable(text);
-    if (printable.find_first_of(" \"") == std::string::npos) {
-        return printable;
-    }
-    std::string quoted = "\"";
-    for (const char character : printable) {
-        quoted.append(character == '"' || character == '\\' ? "\\" : "").append(1, character);
-    }
-    return quoted + "\"";
-}
 
 // For people: type and identifier in columns, then only the fields that differ from a fresh record.
 class TableFormat : public RecordFormat {
 public:
-    explicit TableFormat(const NS_UTIL::Surroundings& surroundings) : RecordFormat(surroundings) {}
+    TableFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
+        : RecordFormat(surroundings), m_layout(layout) {}
 
 private:
     void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
         AppendPadded(kind.type, TYPE_WIDTH, out);
-        AppendPadded(Word(fdn), FDN_WIDTH, out);
+        const std::size_t cell = out.GetSize();
+        AppendTableWord(fdn, out);
+        Pad(cell, FDN_WIDTH, out);
         const char* separator = "";
         for (const Field& field : kind.layout.fields) {
-            if (IsKnown(kind, field, record)) {
+            if (m_layout.Has(field) && IsKnown(kind, field, record)) {
                 NS_KX::Append(out, separator);
                 NS_KX::Append(out, field.name);
                 out.Put('=');
-                VisitField(field, record, [&](const auto& value) { AppendValue(value, out, AppendWord); });
+                VisitField(field, record, [&](const auto& value) { AppendValue(value, out, AppendTableWord); });
                 separator = " ";
             }
         }
         out.Put('\n');
     }
 
-    static void AppendWord(std::string_view text, TextBuffer& out) { NS_KX::Append(out, Word(text)); }
+    Layout m_layout;
 };
 
 }  // namespace
 
 std::string MakeColumnHeader(const Layout& layout) {
+    if (layout.IsChosen() && layout.format != FormatName::TABLE) {
+        return MakeHeader(ChosenColumns(layout), layout.format);
+    }
     if (layout.format == FormatName::CSV) {
         return RowFormat<Csv>::Header(layout);
     }
@@ -153,13 +157,16 @@ std::string MakeColumnHeader(const Layout& layout) {
 }
 
 std::unique_ptr<RecordFormat> MakeColumnFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings) {
+    if (layout.IsChosen() && layout.format != FormatName::TABLE) {
+        return std::make_unique<ChosenFormat>(layout, surroundings);
+    }
     if (layout.format == FormatName::CSV) {
         return std::make_unique<RowFormat<Csv>>(layout, surroundings);
     }
     if (layout.format == FormatName::TSV) {
         return std::make_unique<RowFormat<Tsv>>(layout, surroundings);
     }
-    return std::make_unique<TableFormat>(surroundings);
+    return std::make_unique<TableFormat>(layout, surroundings);
 }
 
 }  // namespace NS_KX

@@ -1,5 +1,7 @@
 #include "formats/recordformat.h"
 
+#include <algorithm>
+
 #include "formats/columnformat.h"
 #include "formats/json.h"
 #include "formats/recordshape.h"
@@ -9,11 +11,14 @@ namespace NS_KX {
 namespace {
 
 // {"reserved":0,"neId":5}; a nested record is an object of its own.
-RecordShape MakeJsonShape(const Kind& kind) {
+RecordShape MakeJsonShape(const Kind& kind, const Layout& layout) {
     RecordShape shape;
     std::string before = "{";
     std::string_view nest;
     for (const Field& field : kind.layout.fields) {
+        if (!layout.Has(field)) {
+            continue;
+        }
         if (field.Nest() != nest) {
             before.append(nest.empty() ? "" : "}");
             before.append(shape.parts.empty() ? "" : ",");
@@ -25,33 +30,58 @@ RecordShape MakeJsonShape(const Kind& kind) {
         shape.parts.push_back({before.append("\"").append(field.Member()).append("\":"), &field});
         before.clear();
     }
-    shape.after = nest.empty() ? "}" : "}}";
+    shape.after = before.append(nest.empty() ? "}" : "}}");
     return shape;
 }
 
 class JsonFormat : public RecordFormat {
 public:
-    explicit JsonFormat(const NS_UTIL::Surroundings& surroundings)
-        : RecordFormat(surroundings), m_shapes(AllKinds(), MakeLineShape) {}
+    JsonFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
+        : RecordFormat(surroundings),
+          m_hasFdn(!layout.IsChosen() || layout.Names("fdn")),
+          m_shapes(AllKinds(), [&](const Kind& kind) { return MakeLineShape(kind, layout); }) {}
 
 private:
-    static RecordShape MakeLineShape(const Kind& kind) {
-        RecordShape shape = MakeJsonShape(kind);
-        shape.parts.front().before.insert(0, R"(,"type":")" + std::string(kind.type) + R"(","record":)");
+    // All of the line but the identifier and what stands before it.
+    RecordShape MakeLineShape(const Kind& kind, const Layout& layout) const {
+        std::string head;
+        head.append(m_hasFdn ? "," : "{").append(R"("type":")").append(kind.type).append("\"");
+        if (layout.Names("kind")) {
+            head.append(R"(,"kind":")").append(kind.word).append("\"");
+        }
+        RecordShape shape;
+        if (HasRecord(layout)) {
+            head.append(R"(,"record":)");
+            shape = MakeJsonShape(kind, layout);
+        }
+        (shape.parts.empty() ? shape.after : shape.parts.front().before).insert(0, head);
         shape.after += "}\n";
         return shape;
     }
 
+    static bool HasRecord(const Layout& layout) {
+        return !layout.IsChosen() || std::any_of(layout.fields.begin(), layout.fields.end(), [](const auto& name) {
+            return name != "fdn" && name != "type" && name != "kind";
+        });
+    }
+
     void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
-        NS_KX::Append(out, R"({"fdn":)");
-        AppendJsonText(fdn, out);
+        if (m_hasFdn) {
+            NS_KX::Append(out, R"({"fdn":)");
+            AppendJsonText(fdn, out);
+        }
         AppendRecord(m_shapes.Of(kind), record, out, AppendJsonText);
     }
 
+    bool m_hasFdn;
     RecordShapes m_shapes;
 };
 
 }  // namespace
+
+bool Layout::Names(std::string_view name) const {
+    return std::find(fields.begin(), fields.end(), name) != fields.end();
+}
 
 std::string MakeHeader(const Layout& layout) {
     return layout.format == FormatName::JSONL ? std::string() : MakeColumnHeader(layout);
@@ -59,14 +89,14 @@ std::string MakeHeader(const Layout& layout) {
 
 std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings) {
     if (layout.format == FormatName::JSONL) {
-        return std::make_unique<JsonFormat>(surroundings);
+        return std::make_unique<JsonFormat>(layout, surroundings);
     }
     return MakeColumnFormat(layout, surroundings);
 }
 
 void AppendJsonRecord(const Kind& kind, const void* record, TextBuffer& out) {
     // One for each thread: a look-up remembers the place of the shape.
-    static thread_local RecordShapes shapes(AllKinds(), MakeJsonShape);
+    static thread_local RecordShapes shapes(AllKinds(), [](const Kind& each) { return MakeJsonShape(each, {}); });
     AppendRecord(shapes.Of(kind), record, out, AppendJsonText);
 }
 

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <kx_domain_util/surroundings.h>
 
@@ -21,6 +22,15 @@ enum class FormatName { JSONL, CSV, TSV, TABLE };
 struct Layout {
     FormatName format = FormatName::JSONL;
     std::span<const Kind* const> kinds;  ///< whose fields are the columns of CSV and TSV
+    /// Chosen fields: names of fields, "fdn", "type" and "kind". None: "fdn", "type" and all fields. CSV and TSV have
+    /// just these columns, in this order; JSON lines keep "type" beside them. A table leaves out the other fields.
+    std::vector<std::string> fields = {};
+
+    [[nodiscard]] bool IsChosen() const noexcept { return !fields.empty(); }
+    /// Whether `field` is written.
+    [[nodiscard]] bool Has(const Field& field) const { return !IsChosen() || Names(field.name); }
+    /// Whether `name` is among the chosen fields.
+    [[nodiscard]] bool Names(std::string_view name) const;
 };
 
 /// Writes records, one a line. Each belongs to one thread.

@@ -19,8 +19,10 @@
 #include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/fileinuse.h"
+#include "lines/otherfile.h"
 #include "lines/output.h"
 #include "lines/progress.h"
+#include "lines/repetitions.h"
 #include "lines/terminal.h"
 #include "text/text.h"
 
@@ -55,9 +57,21 @@ std::size_t Threads(unsigned jobs) {
     return jobs != 0 ? jobs : static_cast<std::size_t>(tbb::info::default_concurrency());
 }
 
+std::string Lines(std::uint64_t count) {
+    return std::to_string(count) + (count == 1 ? " line" : " lines");
+}
+
 std::string Summary(const LineWork& work, const LineCounts& counts) {
-    return std::to_string(counts.findings) + " " + std::string(work.finding) + " in " + std::to_string(counts.lines) +
-           (counts.lines == 1 ? " line" : " lines") + (counts.isStopped ? ", and stopped there\n" : "\n");
+    return std::to_string(counts.findings) + " " + std::string(work.finding) + " in " + Lines(counts.lines) +
+           (counts.isStopped ? ", and stopped there\n" : "\n");
+}
+
+std::string MessageOfNotices(const LineWork& work, const LineCounts& counts) {
+    if (counts.notices == 0) {
+        return {};
+    }
+    return "kxdu: " + Lines(counts.notices) + (counts.notices == 1 ? " has " : " have ") + std::string(work.notice) +
+           ", first at " + counts.firstNotice + "; " + std::string(work.noticeAdvice) + "\n";
 }
 
 // What a run says at its end.
@@ -65,7 +79,7 @@ std::string ClosingMessage(const LineWork& work, const LineCounts& counts) {
     if (work.summarize && !counts.isStopped) {
         return work.summarize(counts);
     }
-    return counts.findings == 0 ? std::string() : "kxdu: " + Summary(work, counts);
+    return MessageOfNotices(work, counts) + (counts.findings == 0 ? std::string() : "kxdu: " + Summary(work, counts));
 }
 
 void RefuseAppending(const std::vector<FileInUse>& filesInUse, const std::string& target, std::string_view lines) {
@@ -136,11 +150,12 @@ void LineResult::Begin(std::string_view inputName, std::size_t firstLine, std::s
     m_firstLine = firstLine;
     m_line = firstLine;
     m_findings = 0;
+    m_notices = 0;
     m_tallies = {};
 }
 
 LineResult::Mark LineResult::MarkLine() const {
-    return {output.GetSize(), aside.GetSize(), m_report.GetSize(), m_findings, m_tallies};
+    return {output.GetSize(), aside.GetSize(), m_report.GetSize(), m_findings, m_notices, m_tallies};
 }
 
 void LineResult::TakeBack(const Mark& mark) {
@@ -148,6 +163,7 @@ void LineResult::TakeBack(const Mark& mark) {
     aside.Pop(aside.GetSize() - mark.aside);
     m_report.Pop(m_report.GetSize() - mark.report);
     m_findings = mark.findings;
+    m_notices = mark.notices;
     m_tallies = mark.tallies;
 }
 
@@ -321,7 +337,11 @@ private:
     // An exception here would cancel the pipeline, and the lines read before would be lost.
     bool ReadBlock(InputBlock& block) {
         try {
-            return m_reader.Next(block);
+            const bool isThere = m_reader.Next(block);
+            if (isThere && block.firstLine == 1 && !m_work.isVerbatim) {
+                RefuseOtherFile(block.Text(), std::string(block.inputName));
+            }
+            return isThere;
         } catch (...) {
             m_readFailure = std::current_exception();
             return false;
@@ -454,6 +474,10 @@ private:
         WriteReport(result.m_report.View(), name);
         m_counts.findings += result.m_findings;
         m_counts.lines += result.m_line - result.m_firstLine;
+        if (result.m_notices != 0 && m_counts.notices == 0) {
+            m_counts.firstNotice = std::string(name) + ":" + result.m_firstNotice;
+        }
+        m_counts.notices += result.m_notices;
         for (std::size_t tally = 0; tally < result.m_tallies.size(); ++tally) {
             m_counts.tallies[tally] += result.m_tallies[tally];
         }
@@ -476,9 +500,11 @@ private:
         }
         while (!report.empty()) {
             const std::size_t size = report.find('\n') + 1;
-            AppendFinding(inputName, report.substr(0, size));
+            if (!AreReportsMessages() || m_repetitions.IsShown(ReasonOf(report.substr(0, size)))) {
+                AppendFinding(inputName, report.substr(0, size));
+            }
             report.remove_prefix(size);
-            if (m_named.size() >= MOST || report.empty()) {
+            if (m_named.size() >= MOST || (report.empty() && !m_named.empty())) {
                 WriteNamed(m_named);
                 m_named.clear();
             }
@@ -494,6 +520,10 @@ private:
         m_named.append(PLACE_COLOUR).append(inputName).append(finding.substr(0, placeEnd)).append(RESET);
         m_named.append(finding.substr(placeEnd));
     }
+    // Of a line of a report, ":line:column: reason".
+    static std::string_view ReasonOf(std::string_view line) { return line.substr(line.find(": ") + 2); }
+
+    [[nodiscard]] bool AreReportsMessages() const { return !m_work.isReportTheOutput && m_options.rejects.empty(); }
 
     void WriteNamed(std::string_view report) {
         if (m_work.isReportTheOutput) {
@@ -524,6 +554,10 @@ private:
             m_rejects->Complete();
         }
         m_progress.Clear();
+        if (m_repetitions.Hidden() != 0) {
+            WriteMessage("kxdu: " + std::to_string(m_repetitions.Hidden()) +
+                         " more such messages are not shown; --rejects FILE takes all\n");
+        }
         return m_counts;
     }
 
@@ -554,6 +588,7 @@ private:
     std::exception_ptr m_readFailure;  // thrown after everything read before is written
     std::atomic<bool> m_isStopped = false;
     std::string m_named;
+    Repetitions m_repetitions;
     LineCounts m_counts;
 };
 

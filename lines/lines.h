@@ -58,6 +58,15 @@ public:
     /// (from 1) is not 0. `reason` has no line end.
     void Report(std::string_view reason, std::size_t column = 0);
 
+    /// Counts the current line as one that is converted although it looks wrong. `describe()` says what is wrong, as
+    /// "column: text"; it is called for the first such line of a block only.
+    template <class Describe>
+    void Notice(Describe describe) {
+        if (m_notices++ == 0) {
+            m_firstNotice = std::to_string(m_line) + ":" + describe();
+        }
+    }
+
     /// Adds one to a count. `LineCounts` has the sums over all lines that were written.
     void Count(std::size_t tally) { ++m_tallies.at(tally); }
 
@@ -83,6 +92,7 @@ private:
         std::size_t aside;
         std::size_t report;
         std::size_t findings;
+        std::size_t notices;
         Tallies tallies;
     };
 
@@ -103,6 +113,8 @@ private:
     std::size_t m_asideBeforeFirst = 0;
     std::size_t m_firstFindingEnd = 0;
     std::size_t m_firstFindingLine = 0;
+    std::size_t m_notices = 0;
+    std::string m_firstNotice;
     Tallies m_tallies{};
 };
 
@@ -124,6 +136,8 @@ public:
 struct LineCounts {
     std::uint64_t lines = 0;
     std::uint64_t findings = 0;
+    std::uint64_t notices = 0;
+    std::string firstNotice;  ///< "file:line:column: text"; empty if there is none
     Tallies tallies{};
     bool isFound = false;    ///< there was a finding, maybe in a line that could not be written
     bool isStopped = false;  ///< ended at the first finding, as asked
@@ -139,6 +153,8 @@ struct LineWork {
     bool isReportTheOutput = false;         ///< findings go to the output: the user asked for them
     bool isReportColoured = false;          ///< colours where a finding is
     std::string_view finding = "rejected";  ///< the summary's word for a line with a finding
+    std::string_view notice;                ///< what lines with a notice have, for the summary
+    std::string_view noticeAdvice;          ///< what to do about them
     std::vector<FileInUse> filesInUse;      ///< files that the run needs besides the inputs
 
     /// Takes what a converter has gathered from the lines of a block, and leaves the converter empty for the next one.
@@ -160,11 +176,13 @@ struct LineWork {
 };
 
 /// Runs the work, and returns how it went. Throws `Failure` as its parts do, and with `Cause::USAGE` if an output would
-/// replace a file that is read or written.
+/// replace a file that is read or written, or if an input is plainly no text. Verbatim work takes any input.
 ///
 /// An exception from a converter ends the run, and so does an input that cannot be read. Standard output has received
 /// the results of all earlier lines by then; a named output file does not appear. If an input fails in the middle of a
 /// line, the beginning of that line is not converted. A `Failure` of a converter gets "file:line: " before its text.
+///
+/// On standard error, findings of the same kind are shown a few times; the rest is counted.
 ///
 /// The file of the rejected lines appears however the run ends, unless a signal ends it or the file cannot be written.
 LineCounts RunLines(const BulkOptions& options, const LineWork& work);

@@ -19,7 +19,7 @@ PieceName ReadPieceName(const py::handle& piece) {
 }
 
 bool IsOneNumber(const PieceName& name) {
-    return name.IsNumber() && (name.index || FindTag(name.tag)->most == 1);
+    return name.IsNumber() && (name.index || name.FindTag()->most == 1);
 }
 
 }  // namespace NS_KX::NS_PYTHON

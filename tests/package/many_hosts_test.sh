@@ -15,8 +15,8 @@ kxdu decode network.fdn -o whole.jsonl
 "$example" network.fdn decode >ranges.jsonl
 cmp whole.jsonl ranges.jsonl
 
-kxdu get NE 'PP:3' -i network.fdn -o whole.tsv
-"$example" network.fdn get NE 'PP:3' >ranges.tsv
+kxdu get NE,PP:3 network.fdn -o whole.tsv
+"$example" network.fdn get NE,PP:3 >ranges.tsv
 cmp whole.tsv ranges.tsv
 
 # The exit code counts the ranges with rejected lines. Two of them prove that there was more than one range.

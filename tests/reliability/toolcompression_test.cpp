@@ -25,15 +25,15 @@ protected:
 
 TEST_P(ToolWithCompressed, LinesAreTheSame) {
     const std::string decoded = Shell("kxdu decode in").out;
-    const std::string got = Shell("kxdu get NE -i in").out;
+    const std::string got = Shell("kxdu get NE in").out;
     ASSERT_GT(std::count(got.begin(), got.end(), '\n'), 1000);
     for (const char* const file : {"whole", "parts"}) {
-        EXPECT_EQ(Shell(std::string("kxdu get NE -i ") + file).out, got) << file;
+        EXPECT_EQ(Shell(std::string("kxdu get NE ") + file).out, got) << file;
         EXPECT_EQ(Shell(std::string("cat ") + file + " | kxdu get NE").out, got) << file;
         EXPECT_EQ(Shell(std::string("kxdu decode ") + file).out, decoded) << file;
         EXPECT_EQ(Shell(std::string("kxdu check --levels-only ") + file).code, 0) << file;
     }
-    EXPECT_EQ(Shell("kxdu get NE -i whole -i in -i parts").out, got + got + got);
+    EXPECT_EQ(Shell("kxdu get NE whole in parts").out, got + got + got);
     EXPECT_EQ(Shell("kxdu decode in | " + compress + " | kxdu encode --ignore-fdn | head -n 1").out,
               Shell("head -n 1 in").out);
 }
@@ -42,7 +42,7 @@ TEST_P(ToolWithCompressed, OneThatIsCutOffLeavesNoOutput) {
     const std::string whole = ReadFile("whole");
     for (const std::size_t size : {whole.size() - 1, whole.size() / 2, std::size_t{20}, std::size_t{6}}) {
         WriteFile("cut", whole.substr(0, size));
-        const Ended ended = Shell("kxdu get NE -i cut -o out");
+        const Ended ended = Shell("kxdu get NE cut -o out");
         EXPECT_EQ(ended.code, 2) << size;
         EXPECT_EQ(ended.err, "kxdu: cut: the compressed data is cut off: its end is missing\n") << size;
         EXPECT_FALSE(Exists("out")) << size;
@@ -51,9 +51,9 @@ TEST_P(ToolWithCompressed, OneThatIsCutOffLeavesNoOutput) {
     corrupt[whole.size() / 2] = static_cast<char>(~corrupt[whole.size() / 2]);
     corrupt[whole.size() / 2 + 1] = static_cast<char>(~corrupt[whole.size() / 2 + 1]);
     WriteFile("cut", corrupt);
-    EXPECT_EQ(Shell("kxdu get NE -i cut -o out").code, 2);
+    EXPECT_EQ(Shell("kxdu get NE cut -o out").code, 2);
     WriteFile("cut", whole + "no compressed data");
-    EXPECT_EQ(Shell("kxdu get NE -i cut -o out").code, 2);
+    EXPECT_EQ(Shell("kxdu get NE cut -o out").code, 2);
     EXPECT_FALSE(Exists("out"));
 }
 
@@ -90,15 +90,15 @@ TEST_F(ToolWithCompression, MemoryStaysSmall) {
 TEST_F(ToolWithCompression, WhatNeedsMoreMemoryIsRefused) {
     ASSERT_EQ(Shell("kxdu sample --ne 100 -o in; xz -9 <in >in.xz; zstd -q --ultra --long=31 <in >in.zst").code, 0);
     EXPECT_EQ(
-        Shell("kxdu get NE -i in.xz -o out").err,
+        Shell("kxdu get NE in.xz -o out").err,
         "kxdu: in.xz: needs more memory to be decompressed than kxdu takes; use a pipe: xz -dc in.xz | kxdu ...\n");
     EXPECT_EQ(
-        Shell("kxdu get NE -i in.zst -o out").err,
+        Shell("kxdu get NE in.zst -o out").err,
         "kxdu: in.zst: needs more memory to be decompressed than kxdu takes; use a pipe: zstd -dc --long=31 in.zst "
         "| kxdu ...\n");
     EXPECT_EQ(Shell("kxdu get NE <in.xz").code, 2);
     EXPECT_FALSE(Exists("out"));
-    EXPECT_EQ(Shell("xz -dc in.xz | kxdu get NE | cksum").out, Shell("kxdu get NE -i in | cksum").out);
+    EXPECT_EQ(Shell("xz -dc in.xz | kxdu get NE | cksum").out, Shell("kxdu get NE in | cksum").out);
 }
 
 TEST_F(ToolWithCompression, AnOutputIsCompressedAsItsNameSays) {
@@ -107,7 +107,7 @@ TEST_F(ToolWithCompression, AnOutputIsCompressedAsItsNameSays) {
     EXPECT_EQ(Shell("gzip -t in.gz && gzip -dc in.gz | cmp - in && zstd -qdc in.zst | cmp - in").code, 0);
     EXPECT_EQ(Shell("kxdu decode in.gz -o out.zst && zstd -qdc out.zst | kxdu encode --ignore-fdn >/dev/null").code, 2)
         << "an inventory is needed, so the lines arrived";
-    const Ended ended = Shell("kxdu get NE -i in -o out.xz");
+    const Ended ended = Shell("kxdu get NE in -o out.xz");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.err, "kxdu: out.xz: .xz is not written; use .gz or .zst, or a pipe: kxdu ... | xz >out.xz\n");
 }

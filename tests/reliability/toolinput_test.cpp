@@ -58,9 +58,9 @@ protected:
 
 TEST_F(ToolWithGarbage, EachLineIsConvertedOrRejected) {
     for (const char* const verb : {"decode", "encode", "get NE"}) {
-        const Ended ended = Shell(std::string("kxdu ") + verb, garbage);
+        const Ended ended = Shell(std::string("kxdu ") + verb + " --rejects rejects", garbage);
         EXPECT_EQ(ended.code, 1) << verb;
-        EXPECT_EQ(Lines(ended.out) + Lines(ended.err) - 1, Lines(garbage)) << verb;
+        EXPECT_EQ(Lines(ended.out) + Lines(ReadFile("rejects")), Lines(garbage)) << verb;
         EXPECT_TRUE(LastLine(ended.err).ends_with(" in " + lines)) << LastLine(ended.err);
     }
 }
@@ -244,8 +244,9 @@ TEST_F(ToolWithMuch, NamesOfInputsAreNotHeldForEachReport) {
     const std::size_t count = NS_TEST::Scaled(60'000);
     const std::string make =
         "seq " + std::to_string(count) + " | sed 's/^/x/' >in; name=$(yes ./ | head -n 2000 | tr -d '\\n')in; ";
-    for (const char* const verb : {"check --levels-only -j8 $name", "check --levels-only -j256 $name",
-                                   "decode -j256 $name 2>&1", "get NE -i $name -j8 --rejects /dev/fd/1 -o out"}) {
+    for (const char* const verb :
+         {"check --levels-only -j8 $name", "check --levels-only -j256 $name",
+          "decode -j256 $name -o out --rejects /dev/fd/1", "get NE $name -j8 --rejects /dev/fd/1 -o out"}) {
         const Ended ended = Shell(make + "kxdu " + verb + " | wc -l");
         if (!std::string(verb).starts_with("get")) {
             EXPECT_GE(std::stoul(ended.out), count) << verb;
@@ -254,9 +255,9 @@ TEST_F(ToolWithMuch, NamesOfInputsAreNotHeldForEachReport) {
 }
 
 TEST_F(ToolWithMuch, ColumnsThatRepeatAreNotHeldTogether) {
-    const std::string get = "kxdu get $(yes A | head -n 1000) -i in ";
+    const std::string get = "kxdu get $(yes NE | head -n 1000 | paste -sd,) in ";
     const auto write = [this](std::size_t lines, std::size_t size) {
-        const std::string line = "A=" + std::string(size, 'y') + "\n";
+        const std::string line = "NE=" + std::string(size, 'y') + "\n";
         std::string text;
         for (std::size_t made = 0; made < lines; ++made) {
             text += line;
@@ -455,8 +456,7 @@ TEST_F(ToolArguments, AreTheOnesThatWereGiven) {
         EXPECT_EQ(Shell("kxdu decode " + quoted + " </dev/null").err,
                   "kxdu: " + std::string(name) + ": No such file or directory\n");
         WriteFile(name, "NE=5\n");
-        EXPECT_EQ(Shell("kxdu get NE -i " + quoted).out, "5\n") << name;
-        EXPECT_EQ(Shell("kxdu get NE --input=" + quoted).out, "5\n") << name;
+        EXPECT_EQ(Shell("kxdu get NE " + quoted).out, "5\n") << name;
         EXPECT_EQ(Shell("kxdu decode " + quoted + " -o " + quoted).code, 0) << name;
         EXPECT_TRUE(ReadFile(name).starts_with("{\"fdn\":\"NE=5\"")) << name;
         const Ended explained = Shell("kxdu explain " + quoted);
@@ -505,8 +505,8 @@ protected:
 };
 
 TEST_F(ToolWithoutRights, NamesWhatItCannotRead) {
-    for (const char* const command : {"decode secret", "encode secret", "check --levels-only secret",
-                                      "get NE -i secret", "decode one.fdn secret >/dev/null"}) {
+    for (const char* const command : {"decode secret", "encode secret", "check --levels-only secret", "get NE secret",
+                                      "decode one.fdn secret >/dev/null"}) {
         ExpectDenied(2, command, "kxdu: secret: Permission denied\n");
     }
     ExpectDenied(2, "encode --inventory secret", "kxdu: secret: ");
@@ -553,7 +553,7 @@ TEST_F(ToolWithWrongFiles, AFolderIsNoFileAndAFileNoFolder) {
              {2, "decode folder", "folder: Is a directory"},
              {2, "encode folder", "folder: Is a directory"},
              {2, "check --levels-only folder", "folder: Is a directory"},
-             {2, "get NE -i folder", "folder: Is a directory"},
+             {2, "get NE folder", "folder: Is a directory"},
              {2, "decode <folder", "<stdin>: Is a directory"},
              {2, "decode file/x", "file/x: Not a directory"},
              {2, "encode --inventory folder", "folder: is not a regular file"},
@@ -589,10 +589,9 @@ TEST_F(ToolWithWrongFiles, NoLineGetsLostBeforeThem) {
             lines.append(line).append("\n");
         }
         WriteFile("good", lines);
-        const std::string file = name == std::string("get") ? " -i " : " ";
         for (const auto& [wrong, complaint] : std::initializer_list<std::pair<std::string, std::string>>{
                  {"missing", "No such file or directory"}, {"folder", "Is a directory"}}) {
-            const Ended ended = Shell(std::string("kxdu ").append(command) + file + "good" + file + wrong);
+            const Ended ended = Shell(std::string("kxdu ").append(command) + " good " + wrong);
             EXPECT_EQ(ended.code, 2) << name << " with " << wrong;
             EXPECT_EQ(Lines(ended.out), count) << name << " with " << wrong;
             EXPECT_EQ(ended.err, "kxdu: " + wrong + ": " + complaint + "\n") << name;

@@ -212,14 +212,14 @@ TEST_F(ToolOutput, AReaderOfTheRejectedLinesThatGoesAwayIsOne) {
 
 TEST_F(ToolOutput, NoFileTakesThePlaceOfAStandardStreamThatIsClosed) {
     WriteFile("a", "NE=5\n\n");
-    EXPECT_EQ(Shell("kxdu get NE -i a -o out 2>&-").code, 1);
+    EXPECT_EQ(Shell("kxdu get NE a -o out 2>&-").code, 1);
     EXPECT_EQ(ReadFile("out"), "5\n");
-    EXPECT_EQ(Shell("kxdu get NE -i a -o out >&- <&-").code, 1);
+    EXPECT_EQ(Shell("kxdu get NE a -o out >&- <&-").code, 1);
     EXPECT_EQ(ReadFile("out"), "5\n");
     EXPECT_EQ(Shell("kxdu inventory list n.db -o list <&- >&- 2>&-").code, 0);
     EXPECT_EQ(ReadFile("list").rfind("n.db: 0 NEs", 0), 0U);
 
-    const Ended withoutOutput = Shell("kxdu get NE -i a >&-");
+    const Ended withoutOutput = Shell("kxdu get NE a >&-");
     EXPECT_EQ(withoutOutput.code, 3);
     EXPECT_EQ(withoutOutput.err, "kxdu: standard output: Bad file descriptor\n");
     const Ended withoutInput = Shell("kxdu get NE <&-");

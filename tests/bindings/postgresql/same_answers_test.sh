@@ -24,7 +24,7 @@ for verb in decode check; do
     [ $code -eq 1 ]
 done
 sed -En 's/^all\.fdn:([0-9]+):([0-9]+: .*)$/\1\x01\2/p' check | awk -F '\001' '!seen[$1]++' >problems
-"$KXDU" get "${pieces[@]}" -i all.fdn >got
+"$KXDU" get "$(IFS=,; echo "${pieces[*]}")" all.fdn >got
 seq 0 70000 | "$KXDU" fb --format csv - >fb.csv || [ $? -eq 1 ]
 
 psql -q -v ON_ERROR_STOP=1 -v pieces="${pieces[*]}" <<'END'
@@ -52,8 +52,10 @@ INSERT INTO fields
                                                          ELSE value #>> '{}' END
       FROM records, jsonb_each(record -> 'port');
 CREATE TABLE cells AS
-    SELECT fdn, piece, cell FROM texts JOIN got USING (line),
-           unnest(string_to_array(:'pieces', ' '), string_to_array(cells, E'\t')) AS cell (piece, cell);
+    SELECT fdn, piece, replace(replace(replace(replace(escaped, '\\', E'\x02'), '\t', E'\t'), '\r', E'\r'), E'\x02', '\')
+             AS cell
+      FROM texts JOIN got USING (line),
+           unnest(string_to_array(:'pieces', ' '), string_to_array(cells, E'\t')) AS cell (piece, escaped);
 
 -- Each row of this view is a question, how often it was asked, and how often the answers differ.
 CREATE VIEW comparison AS

@@ -39,7 +39,7 @@ TEST_F(CheckTest, ShowsTheTextThatWouldBeWrittenInstead) {
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.out,
               "<stdin>:1:4: would be written as \"NE=5\"\n"
-              "<stdin>:2:1: would be written as \"NE=2\"\n"
+              "<stdin>:2:6: level \"NE\" stands after \"FR\", but belongs before it\n"
               "<stdin>:3:16: would be written as \"NE=1,LP=16||1|,AP=0|0|\"\n");
 }
 

@@ -25,4 +25,15 @@ std::string AsGiven(const std::string& argument) {
     return argument.starts_with(MARK) ? argument.substr(1) : argument;
 }
 
+std::vector<std::string> SplitAtCommas(const std::string& list) {
+    std::vector<std::string> parts;
+    std::size_t begin = 0;
+    for (auto comma = list.find(','); comma != std::string::npos; comma = list.find(',', begin)) {
+        parts.push_back(list.substr(begin, comma - begin));
+        begin = comma + 1;
+    }
+    parts.push_back(list.substr(begin));
+    return parts;
+}
+
 }  // namespace NS_KX::NS_KXDU

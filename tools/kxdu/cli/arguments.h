@@ -1,6 +1,6 @@
 /// CLI11 gives some arguments a meaning of their own: "[a,b]" is two values, "[]" and "{}" are none, "++" ends a verb
-/// and
-/// "%%" a list. These functions hide such arguments from it: each begins with a NUL byte, which no argument holds.
+/// and "%%" a list. The first two functions hide such arguments from it: each begins with a NUL byte, which no argument
+/// holds.
 #pragma once
 
 #include <string>
@@ -13,5 +13,8 @@ std::vector<std::string> HiddenArguments(int argc, const char* const* argv);
 
 /// `argument` as it was given.
 std::string AsGiven(const std::string& argument);
+
+/// The parts of a list such as "NE,FR,PP:2"; an empty text between commas is a part too.
+std::vector<std::string> SplitAtCommas(const std::string& list);
 
 }  // namespace NS_KX::NS_KXDU

@@ -1,5 +1,6 @@
 #include "cli/bulkoptions.h"
 
+#include "cli/services.h"
 #include "cli/verb.h"
 
 namespace NS_KX::NS_KXDU {
@@ -9,13 +10,6 @@ void AddInputFiles(Verb& verb, BulkOptions& options) {
         "FILE", "", options.files,
         "Files to read line by line, also compressed by gzip, zstd or xz; standard input when there are none, or "
         "for -. A UTF-8 byte-order mark at the beginning of one is skipped");
-}
-
-void AddInputOption(Verb& verb, BulkOptions& options) {
-    verb.AddTexts("-i,--input", "FILE", options.files,
-                  "File to read line by line, also compressed by gzip, zstd or xz, once more for each further one; "
-                  "standard input when there is none, or for -. A UTF-8 byte-order mark at the beginning is skipped")
-        .OneValueEachTime();
 }
 
 void AddJobOptions(Verb& verb, BulkOptions& options) {
@@ -29,6 +23,21 @@ void AddRunOptions(Verb& verb, BulkOptions& options) {
                  "Write to FILE, which appears when it is complete, and may be an input; .gz and .zst are compressed; "
                  "standard output otherwise");
     AddJobOptions(verb, options);
+}
+
+void AddReadingOptions(Verb& verb, ServiceOptions& options) {
+    AddConfigOption(verb, options.config);
+    verb.AddText("--inventory", "FILE", options.inventory,
+                 "Accepted as by all verbs, and not opened: only writing depends on an inventory");
+}
+
+void AddFormatOption(Verb& verb, FormatName& format, const std::string& standard) {
+    verb.AddChoice("--format", format,
+                   {{"jsonl", FormatName::JSONL},
+                    {"csv", FormatName::CSV},
+                    {"tsv", FormatName::TSV},
+                    {"table", FormatName::TABLE}},
+                   "Format of the output: jsonl, csv, tsv or table; " + standard + " by default");
 }
 
 void AddRejectOptions(Verb& verb, BulkOptions& options) {

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <string>
+
 #include "cli/verbs.h"
+#include "formats/recordformat.h"
 #include "lines/lines.h"
 
 namespace NS_KX::NS_KXDU {
 
 class Verb;
+struct ServiceOptions;
 
 /// The exit code of a verb that works on lines.
 inline ExitCode ExitCodeOf(const LineCounts& counts) {
@@ -14,12 +18,15 @@ inline ExitCode ExitCodeOf(const LineCounts& counts) {
 
 /// Adds input files to `verb`, as its positional arguments.
 void AddInputFiles(Verb& verb, BulkOptions& options);
-/// Adds them as an option, for verbs that have other positional arguments.
-void AddInputOption(Verb& verb, BulkOptions& options);
 /// Adds `--jobs` and `--no-progress`.
 void AddJobOptions(Verb& verb, BulkOptions& options);
 /// Adds `--output` besides.
 void AddRunOptions(Verb& verb, BulkOptions& options);
+/// Adds `--config`, and `--inventory` for verbs that only read identifiers: they take it as all verbs do, and need
+/// none.
+void AddReadingOptions(Verb& verb, ServiceOptions& options);
+/// Adds `--format`, for verbs that write a line for each identifier. The format is `standard` by default.
+void AddFormatOption(Verb& verb, FormatName& format, const std::string& standard);
 /// Adds `--rejects` and `--strict`, for verbs that report beside their output.
 void AddRejectOptions(Verb& verb, BulkOptions& options);
 

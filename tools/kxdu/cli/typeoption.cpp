@@ -9,8 +9,8 @@
 
 namespace NS_KX::NS_KXDU {
 
-void AddTypeOption(Verb& verb, std::string& type, const std::string& help) {
-    verb.AddText("--as", "TYPE", type, help);
+VerbOption AddTypeOption(Verb& verb, std::string& type, const std::string& help) {
+    return verb.AddText("--as", "TYPE", type, help);
 }
 
 const Kind* ChosenKind(const std::string& type) {

@@ -9,9 +9,10 @@ struct Kind;
 namespace NS_KX::NS_KXDU {
 
 class Verb;
+class VerbOption;
 
 /// Adds `--as` to `verb`.
-void AddTypeOption(Verb& verb, std::string& type, const std::string& help);
+VerbOption AddTypeOption(Verb& verb, std::string& type, const std::string& help);
 
 /// The kind that `--as` names; null if it was not given. Throws as `RequireKind` does.
 const Kind* ChosenKind(const std::string& type);

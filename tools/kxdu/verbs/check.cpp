@@ -7,6 +7,7 @@
 #include "catalogue/writingcheck.h"
 #include "cli/bulkoptions.h"
 #include "cli/colour.h"
+#include "cli/identifierlines.h"
 #include "cli/missingnes.h"
 #include "cli/services.h"
 #include "cli/verb.h"
@@ -28,7 +29,7 @@ Reports each finding as file:line:column: message. Columns count bytes, from 1. 
     with too few or too many sub-values
   - unknown tags, and a last level that ends no kind of identifier
   - numbers out of range: not decimal, or not from -2147483648 to 2147483647; port numbers go up to 4294967295
-  - repeated levels
+  - levels that are repeated, or stand after a level that they contain
   - identifiers that have none of these faults, but differ from what the library writes for the record that it reads
     from them. The message shows that text, and names the configuration item or the fact about the NE that is the
     reason. Or it says that nothing is read, as from the text that stands for "no port".
@@ -75,6 +76,9 @@ public:
     explicit Checker(bool isLevelsOnly) : m_isLevelsOnly(isLevelsOnly) {}
 
     void Convert(std::string_view line, LineResult& result) override {
+        if (result.IsFirstLine()) {
+            RefuseOtherThanIdentifiers(line);
+        }
         const Kind* const kind =
             CheckIdentifier(line, [&](const Problem& problem) { result.Report(problem.text, problem.column); });
         if (kind != nullptr && !m_isLevelsOnly) {

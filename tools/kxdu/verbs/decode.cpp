@@ -1,12 +1,15 @@
+#include <algorithm>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <kx_domain_util/fdnscanner.h>
-
 #include "catalogue/kinds.h"
+#include "cli/arguments.h"
 #include "cli/bulkoptions.h"
+#include "cli/identifierlines.h"
+#include "cli/nearestword.h"
 #include "cli/services.h"
 #include "cli/typeoption.h"
 #include "cli/verb.h"
@@ -23,6 +26,7 @@ namespace {
 constexpr auto HELP = R"(Examples:
   kxdu decode network.fdn -o records.jsonl
   kxdu decode --format csv --as PortIndex ports.fdn | head
+  kxdu decode --format tsv --only port --fields neId,slotId,portId network.fdn
   echo 'NE=12,FR=1,S=3,CP=-1,PP=16||7|' | kxdu decode --format table
 
 Formats:
@@ -32,6 +36,10 @@ Formats:
   table  for people: type, identifier, and the fields that are set; texts with blanks are quoted
 csv and tsv begin with a line of column names: fdn, type and the fields of all types (with --as, of that type). A field
 that a record does not have is empty. Fields of a nested record are named like port.neId.
+
+--fields chooses what is written: csv and tsv have just these columns, in this order; jsonl keeps the shape of its
+lines, with "type" and these members; table leaves out the other fields. --only leaves out all lines of other types; a
+type is one variant of a record (PortIndex:NEType), a kind is everything that people call a port.
 
 Services, tunnels and pseudo-wire switches keep their whole text in "resId", beside the numbers that are read from it;
 LSP and L3VPN have no such number. A pseudo-wire keeps what follows its NE level. The library's records of trails and
@@ -47,6 +55,9 @@ digits is 0, and a larger number keeps its low 32 bits. A port name of FB type 1
 (PP=16|1025|1|a\|b). It is read as a|b; kxdu encode rejects such a record, since it could only be written without the
 escape. kxdu check finds each such place.
 
+Lines whose tags are unknown (ne=9, a leading blank), repeated or out of place are read as leniently. The number of such
+lines and the place of the first stand on standard error at the end; --strict-tags rejects them.
+
 A port level (PP or LP) with fewer than four sub-values is not read: the port has no number, type or name.
 
 With --as, every line is read as that type, whatever its last level. Fields whose level is missing keep their defaults.
@@ -60,34 +71,144 @@ output cannot be written. A reader of the output that stops early is no error.)"
 
 struct Options {
     BulkOptions bulk;
-    std::string config;
+    ServiceOptions services;
+    bool areTagsStrict = false;
     FormatName format = FormatName::JSONL;
     std::string type;
+    std::string only;
+    std::string fields;
+};
+
+// ---- What is chosen -------------------------------------------------------------------------------------------------
+
+// The words of all kinds, then their types.
+std::vector<std::string> NamesOfKinds() {
+    std::vector<std::string> names;
+    for (const Kind* const kind : AllKinds()) {
+        if (std::find(names.begin(), names.end(), kind->word) == names.end()) {
+            names.emplace_back(kind->word);
+        }
+    }
+    for (const Kind* const kind : AllKinds()) {
+        names.emplace_back(kind->type);
+    }
+    return names;
+}
+
+// Adds the kinds that `name`, a type or a word such as "port", stands for.
+void AddKinds(const std::string& name, std::vector<const Kind*>& kinds) {
+    const std::size_t before = kinds.size();
+    for (const Kind* const kind : AllKinds()) {
+        const bool isFound = !kind->lastTags.front().empty();
+        if ((kind->type == name || kind->word == name) && isFound) {
+            kinds.push_back(kind);
+        }
+    }
+    if (kinds.size() != before) {
+        return;
+    }
+    if (FindKindByType(name) != nullptr) {
+        throw Failure(Cause::USAGE, "--only: lines are read as " + name + " by --as only");
+    }
+    const std::vector<std::string> known = NamesOfKinds();
+    const std::string_view nearest = NearestWord(name, known);
+    throw Failure(Cause::USAGE, "--only: unknown type or kind " + Quoted(name) +
+                                    (nearest.empty() ? "; choose of\n" + Wrapped("  ", known)
+                                                     : "; did you mean " + std::string(nearest) + "?"));
+}
+
+std::vector<const Kind*> ChosenKinds(const Options& options) {
+    if (const Kind* const forced = ChosenKind(options.type)) {
+        return {forced};
+    }
+    if (options.only.empty()) {
+        return {AllKinds().begin(), AllKinds().end()};
+    }
+    std::vector<const Kind*> kinds;
+    for (const std::string& name : SplitAtCommas(options.only)) {
+        AddKinds(name, kinds);
+    }
+    return kinds;
+}
+
+std::vector<std::string> NamesOfFields(std::span<const Kind* const> kinds) {
+    std::vector<std::string> names{"fdn", "type", "kind"};
+    for (const Kind* const kind : kinds) {
+        for (const Field& field : kind->layout.fields) {
+            names.emplace_back(field.name);
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> ChosenFields(const std::string& list, std::span<const Kind* const> kinds) {
+    if (list.empty()) {
+        return {};
+    }
+    const std::vector<std::string> known = NamesOfFields(kinds);
+    std::vector<std::string> fields;
+    for (const std::string& name : SplitAtCommas(list)) {
+        if (std::find(known.begin(), known.end(), name) == known.end()) {
+            const std::string_view nearest = NearestWord(name, known);
+            throw Failure(Cause::USAGE,
+                          "--fields: no record " +
+                              std::string(kinds.size() == AllKinds().size() ? "" : "of the chosen types ") +
+                              "has a field " + Quoted(name) +
+                              (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?"));
+        }
+        if (std::find(fields.begin(), fields.end(), name) != fields.end()) {
+            throw Failure(Cause::USAGE, "--fields: " + Quoted(name) + " is named twice");
+        }
+        fields.push_back(name);
+    }
+    return fields;
+}
+
+// ---- The lines ------------------------------------------------------------------------------------------------------
+
+// What all converters of a run share.
+struct Plan {
+    const Kind* forced;               // null: each line's own
+    std::vector<const Kind*> chosen;  // lines of other kinds are left out; none: all are written
+    Layout layout;
+    bool areTagsStrict;
 };
 
 class Decoder : public LineConverter {
 public:
-    Decoder(const Kind* forced, const Layout& layout)
-        : m_forced(forced),
-          m_isReadAgain(layout.format == FormatName::JSONL),
-          m_format(MakeFormat(layout, NS_UTIL::Surroundings::OfSystem())) {}
+    explicit Decoder(const Plan& plan)
+        : m_plan(plan),
+          m_tags(plan.areTagsStrict),
+          m_isReadAgain(plan.layout.format == FormatName::JSONL),
+          m_format(MakeFormat(plan.layout, NS_UTIL::Surroundings::OfSystem())) {}
 
     void Convert(std::string_view line, LineResult& result) override {
-        const Kind* const kind = m_forced != nullptr ? m_forced : FindKind(line);
-        if (kind == nullptr) {
-            result.Report("no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(line)));
-            return;
+        if (result.IsFirstLine()) {
+            RefuseOtherThanIdentifiers(line);
         }
+        const Kind* const kind = m_plan.forced != nullptr ? m_plan.forced : KindOf(line, result);
+        if (kind != nullptr && IsChosen(kind) && m_tags.Accepts(line, result)) {
+            Write(line, *kind, result);
+        }
+    }
+
+private:
+    [[nodiscard]] bool IsChosen(const Kind* kind) const {
+        return m_plan.chosen.empty() ||
+               std::find(m_plan.chosen.begin(), m_plan.chosen.end(), kind) != m_plan.chosen.end();
+    }
+
+    void Write(std::string_view line, const Kind& kind, LineResult& result) {
         const std::size_t before = result.output.GetSize();
-        m_format->Write(line, *kind, result.output);
+        m_format->Write(line, kind, result.output);
         if (const std::size_t size = result.output.GetSize() - before; m_isReadAgain && size > LONGEST_LINE + 1) {
             result.output.Pop(size);
             result.Report("the JSON line would be longer than 1 MiB");
         }
     }
 
-private:
-    const Kind* m_forced;
+    const Plan& m_plan;
+    TagWatch m_tags;
     bool m_isReadAgain;  // by kxdu encode
     std::unique_ptr<RecordFormat> m_format;
 };
@@ -99,19 +220,23 @@ void RequireConfigurationFor(const Kind& kind) {
 }
 
 ExitCode Decode(const Options& options) {
-    const Kind* const forced = ChosenKind(options.type);
-    Layout layout;
-    layout.format = options.format;
-    layout.kinds = forced != nullptr ? std::span(&forced, 1) : AllKinds();
-    const ServiceOptions serviceOptions{{}, options.config};  // no reader asks the inventory
-    const auto services = StartServices(serviceOptions);
-    if (forced != nullptr) {
-        RequireConfigurationFor(*forced);
+    const std::vector<const Kind*> kinds = ChosenKinds(options);
+    Plan plan{ChosenKind(options.type), {}, {}, options.areTagsStrict};
+    if (!options.only.empty()) {
+        plan.chosen = kinds;
+    }
+    plan.layout.format = options.format;
+    plan.layout.kinds = kinds;
+    plan.layout.fields = ChosenFields(options.fields, kinds);
+    const auto services = StartServices({{}, options.services.config});
+    if (plan.forced != nullptr) {
+        RequireConfigurationFor(*plan.forced);
     }
     LineWork work;
-    work.filesInUse = FilesInUse(serviceOptions);
-    work.makeConverter = [&] { return std::make_unique<Decoder>(forced, layout); };
-    work.header = MakeHeader(layout);
+    work.filesInUse = FilesInUse(options.services);
+    work.makeConverter = [&] { return std::make_unique<Decoder>(plan); };
+    work.header = MakeHeader(plan.layout);
+    TagWatch::Describe(work);
     return ExitCodeOf(RunLines(options.bulk, work));
 }
 
@@ -123,14 +248,15 @@ void AddDecode(CLI::App& app, Action& action) {
     AddInputFiles(verb, options->bulk);
     AddRunOptions(verb, options->bulk);
     AddRejectOptions(verb, options->bulk);
-    AddConfigOption(verb, options->config);
-    verb.AddChoice("--format", options->format,
-                   {{"jsonl", FormatName::JSONL},
-                    {"csv", FormatName::CSV},
-                    {"tsv", FormatName::TSV},
-                    {"table", FormatName::TABLE}},
-                   "Format of the records: jsonl (the default), csv, tsv or table");
-    AddTypeOption(verb, options->type, "Read every line as this type, whatever its last level");
+    AddStrictTags(verb, options->areTagsStrict);
+    AddReadingOptions(verb, options->services);
+    AddFormatOption(verb, options->format, "jsonl");
+    const VerbOption as = AddTypeOption(verb, options->type, "Read every line as this type, whatever its last level");
+    verb.AddText("--only", "TYPE[,TYPE]", options->only,
+                 "Leave out all lines but those of these types, or of kinds such as port")
+        .Excludes(as);
+    verb.AddText("--fields", "FIELD[,FIELD]", options->fields,
+                 "Write these fields only; fdn, type and kind are fields too");
     verb.SetAction(HELP + ("\n\nTypes:\n" + TypeNames()), options, Decode);
 }
 

@@ -22,7 +22,7 @@ constexpr auto HELP = R"(Examples:
   kxdu fb 860
   kxdu fb 122 131 65600 --format jsonl
   kxdu fb com
-  kxdu get PP:1 -i network.fdn | sort -u | kxdu fb -
+  kxdu get PP:1 network.fdn | sort -u | kxdu fb -
 
 Columns:
   asked            the number or name that was asked for; the case of a name does not matter
