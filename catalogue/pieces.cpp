@@ -253,7 +253,7 @@ bool LiesIn(std::string_view fdn, std::string_view container) {
     constexpr auto MOST_SEARCHED = 64;
     if (std::count(container.begin(), container.end(), ',') < MOST_SEARCHED) {
         return hasAll([fdn](std::string_view wanted) {
-            return FirstLevel(fdn, [wanted](std::string_view tag) { return IsTag(tag, wanted); });
+            return FirstLevel(fdn, [wanted](std::string_view level) { return IsTag(level, wanted); });
         });
     }
     return hasAll([levels = LevelsByTag(fdn)](std::string_view tag) {

@@ -43,12 +43,14 @@ consteval Field MakeField(std::string_view name, std::size_t offset, std::string
 // supported compilers give their offsets nevertheless.
 // The warning comes where a macro is used, so it stays off for whoever includes this.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
+// NOLINTBEGIN(bugprone-macro-parentheses): neither types nor members take any
 /// The field of this member, and its meaning.
 #define KX_FIELD(Record, member, meaning) \
     ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), meaning)
 /// The field of a member that is a name, `Field::isName`.
 #define KX_NAME(Record, member, meaning) \
     ::NS_KX::MakeField<decltype((std::declval<Record&>().member))>(#member, offsetof(Record, member), meaning, true)
+// NOLINTEND(bugprone-macro-parentheses)
 
 // Meanings that several records share.
 inline constexpr std::string_view RESERVED = "not used by readers and writers";

@@ -129,15 +129,21 @@ void TagOrder::GoBackTo(std::string_view fdn) {
     while (m_states[m_last].end > static_cast<std::size_t>(common)) {
         --m_last;
     }
-    m_text.resize(m_states[m_last].end);
 }
 
 bool TagOrder::IsKeptBy(std::string_view fdn) {
     if (fdn.empty()) {
         return true;
     }
-    const TagRows& rows = TheTagRows();
     GoBackTo(fdn);
+    const bool isKept = IsKeptFromLast(fdn);
+    m_text.assign(fdn.substr(0, m_states[m_last].end));
+    return isKept;
+}
+
+// Goes on after the last state, and adds those of further levels.
+bool TagOrder::IsKeptFromLast(std::string_view fdn) {
+    const TagRows& rows = TheTagRows();
     State state = m_states[m_last];
     SeparatorFinder<','> levels(fdn.substr(state.end));
     for (;;) {
@@ -152,7 +158,6 @@ bool TagOrder::IsKeptBy(std::string_view fdn) {
         state = {static_cast<std::size_t>(level.end - fdn.data()) + 1, state.seen | row->bit, row->depth};
         if (m_last != MOST_STATES) {
             m_states[++m_last] = state;
-            m_text.assign(fdn.data(), state.end);
         }
     }
 }

@@ -25,6 +25,7 @@ private:
     };
 
     void GoBackTo(std::string_view fdn);
+    bool IsKeptFromLast(std::string_view fdn);
 
     static constexpr std::size_t MOST_STATES = 16;
 

@@ -28,6 +28,12 @@ constexpr std::string_view XZ_HEAD{
 constexpr std::uint64_t MOST_MEMORY = std::uint64_t{20} << 20U;
 constexpr int LARGEST_WINDOW_LOG = 24;  // 16 MiB
 
+// As zlib takes what it only reads.
+Bytef* ReadOnlyBytes(std::string_view text) noexcept {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): its interface has no const
+    return reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+}
+
 // Reports what is wrong with an input.
 class Complaint {
 public:
@@ -72,7 +78,7 @@ public:
                 inflateReset(&m_stream);
                 m_isBetweenMembers = false;
             }
-            m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(input.data()));
+            m_stream.next_in = ReadOnlyBytes(input);
             m_stream.avail_in = static_cast<uInt>(input.size());
             m_stream.next_out = reinterpret_cast<Bytef*>(room);
             m_stream.avail_out = static_cast<uInt>(size);
@@ -113,7 +119,7 @@ public:
     GzipEncoder& operator=(const GzipEncoder&) = delete;
 
     void Encode(std::string_view text, bool isLast, std::string& compressed) override {
-        m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+        m_stream.next_in = ReadOnlyBytes(text);
         m_stream.avail_in = static_cast<uInt>(text.size());
         do {
             m_stream.next_out = reinterpret_cast<Bytef*>(m_room.data());

@@ -66,7 +66,7 @@ public:
             }
             return 0;
         }
-        const std::string& text = m_texts.front();
+        const std::string_view text = m_texts.front();
         const std::size_t count = std::min(size, text.size() - m_taken);
         std::memcpy(memory, text.data() + m_taken, count);
         m_taken += count;

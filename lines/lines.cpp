@@ -594,7 +594,7 @@ private:
 
 LineCounts RunLines(const BulkOptions& options, const LineWork& work) {
     RefuseLoss(options, work);
-    const LineCounts counts = LineRun(options, work).Run();
+    LineCounts counts = LineRun(options, work).Run();
     if (options.findings == FindingsShown::ALL) {
         WriteMessage(ClosingMessage(work, counts));
     }

@@ -1,6 +1,7 @@
 #include "lines/progress.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <unistd.h>
 
@@ -49,7 +50,7 @@ std::string TimeLeft(const ProgressState& state, double share) {
         return {};
     }
     const double left = state.elapsed.count() * (1 - share) / share;
-    return ", " + Duration(static_cast<std::uint64_t>(left + 0.5)) + " left";
+    return ", " + Duration(static_cast<std::uint64_t>(std::llround(left))) + " left";
 }
 
 }  // namespace

@@ -10,11 +10,7 @@ targets=()
 if [ $# -gt 1 ]; then
     targets=(--target "${@:2}")
 fi
-if command -v ccache >/dev/null; then
-    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-    export CCACHE_DEPEND=1  # the compiler lists the headers anyway
-    export CCACHE_SLOPPINESS=pch_defines,time_macros  # else it ignores files with precompiled headers
-fi
+. scripts/ccache.sh
 log=build/$preset.log
 mkdir -p build
 if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then

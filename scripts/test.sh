@@ -4,6 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh
+. scripts/ccache.sh  # some tests build the library
 
 presets=("${@:-release}")
 groups=(tool test)

@@ -16,6 +16,7 @@ constexpr bool IsText(const char* data, std::size_t size) noexcept {
 
 /// The text that a caller handed over; never without data, which would mean "not there" to those who search it.
 constexpr std::string_view ViewOf(const char* data, std::size_t size) noexcept {
+    // NOLINTNEXTLINE(bugprone-string-constructor): empty, but with data
     return data != nullptr ? std::string_view(data, size) : std::string_view("", 0);
 }
 

@@ -8,7 +8,7 @@
 namespace NS_KX::NS_PYTHON {
 
 std::int64_t ReadInteger(const py::handle& number, std::string_view what, std::int64_t least, std::int64_t most) {
-    if (PyBool_Check(number.ptr()) || !PyIndex_Check(number.ptr())) {
+    if (PyBool_Check(number.ptr()) != 0 || PyIndex_Check(number.ptr()) == 0) {
         Raise(WRONG_TYPE, std::string(what).append(" is ").append(TypeName(number)).append(", not int"));
     }
     const auto whole = py::reinterpret_steal<py::object>(PyNumber_Index(number.ptr()));

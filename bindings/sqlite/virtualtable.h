@@ -56,6 +56,7 @@ private:
 
     static int Open(sqlite3_vtab* table, sqlite3_vtab_cursor** opened) noexcept {
         return WorkFor(*table, [&] {
+            // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): `WorkFor` catches it
             *opened = new Cursor(*static_cast<const Table*>(table));
             return SQLITE_OK;
         });

@@ -534,7 +534,7 @@ static void test_problem(kx_record* record) {
     CHECK(has_problem(record, SIZED("NE=x,FR"), 1, 6, "no \"=\" after \"FR\""));
     CHECK(kx_problem(record, SIZED("NE=x,FR"), 2, &column, &text) == KX_NOT_THERE);
     CHECK(kx_problem(record, SIZED("NE=x,FR"), SIZE_MAX, &column, &text) == KX_NOT_THERE);
-    CHECK(has_problem(record, SIZED("NE=5,LSP=a,SUBIF=1,NETH=1,CP=-1,NE"), 0, 33, "no \"=\" after \"NE\""));
+    CHECK(has_problem(record, SIZED("NE=5,FR=1,S=3,CP=-1,PP=16||2|,SUBIF"), 0, 31, "no \"=\" after \"SUBIF\""));
     CHECK(has_problem(record, "", 0, 0, 1, "the line is empty") &&
           has_problem(record, NULL, 0, 0, 1, "the line is empty"));
     CHECK(kx_problem(record, "", 0, 1, &column, &text) == KX_NOT_THERE);
@@ -560,13 +560,14 @@ static void test_tables(void) {
     CHECK(kx_rate_level("odu2", &number) == KX_OK && number == 12327);
     CHECK(kx_ctp_name(65535, &name) == KX_OK && is_string(name, "E0"));
     CHECK(kx_ctp_id("E11", &number) == KX_OK && number == 65524);
+    CHECK(kx_ctp_id("e11", &number) == KX_OK && number == 65524);
     CHECK(kx_fb_level(4151, &number) == KX_NOT_THERE || number > 0);
     CHECK(kx_fb_is_logical_port(65536) && !kx_fb_is_logical_port(65535));
     CHECK(kx_fb_is_port_object(2, 1) && !kx_fb_is_port_object(2, 3));
     name = "untouched";
     number = 99;
     CHECK(kx_fb_name(-1, &name) == KX_NOT_THERE && kx_level_rate(-1, &name) == KX_NOT_THERE);
-    CHECK(kx_ctp_name(1, &name) == KX_NOT_THERE && kx_ctp_id("e11", &number) == KX_NOT_THERE);
+    CHECK(kx_ctp_name(1, &name) == KX_NOT_THERE && kx_ctp_id("e10000", &number) == KX_NOT_THERE);
     CHECK(kx_ctp_id("", &number) == KX_NOT_THERE && kx_rate_level("", &number) == KX_NOT_THERE);
     CHECK(kx_fb_level(-1, &number) == KX_NOT_THERE && kx_fb_bidir(-1, &number) == KX_NOT_THERE);
     CHECK(kx_level_fb_type(-1, &number) == KX_NOT_THERE && !kx_fb_has_ptn_aid(-1));

@@ -37,7 +37,8 @@ CREATE TABLE problems (line bigint, problem text);
 \copy problems FROM problems WITH (FORMAT csv, DELIMITER E'\x01', QUOTE E'\x02')
 CREATE TABLE got (line bigserial, cells text);
 \copy got (cells) FROM got WITH (FORMAT csv, DELIMITER E'\x01', QUOTE E'\x02')
-CREATE TABLE fb (fb_type integer, name text, level integer, rate text, bidir text, a text, b text, c text, d text);
+CREATE TABLE fb (fb_type integer, found integer, name text, level integer, rate text, bidir text, a text, b text,
+                 c text, d text);
 \copy fb FROM fb.csv WITH (FORMAT csv, HEADER)
 
 -- Identifiers that occur twice were decoded twice, to the same.

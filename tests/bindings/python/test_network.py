@@ -134,7 +134,8 @@ def test_encode_gives_back_what_was_decoded_with_an_inventory(kxdu, network, tmp
     facts = {"ne_type": types.get, "oam_numbers_omitted": omitted.__contains__, "sub_slot_ne_types": []}
     for fdn in identifiers:
         assert kx.encode(kx.decode(fdn), facts) == fdn.decode()
-    some = [fdn for fdn in network if kx.type(fdn) and not kx.check(fdn)][::20]
+    # A name with an escaped bar cannot be written.
+    some = [fdn for fdn in network if kx.type(fdn) and not kx.check(fdn) and b"\\" not in fdn][::20]
     records = b"\n".join(json.dumps(kx.decode(fdn)).encode() for fdn in some)
     written = kxdu("encode", "--inventory", str(inventory), "--ignore-fdn", lines=records).splitlines()
     assert len(written) > 1000

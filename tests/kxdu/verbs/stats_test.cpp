@@ -121,13 +121,19 @@ TEST_F(StatsTest, ChosenNesAreCountedAlone) {
     EXPECT_EQ(Shell("kxdu stats --ne 1-", input).code, 2);
 }
 
-TEST_F(StatsTest, SaysWhatWasNotCompared) {
+TEST_F(StatsTest, SaysWhatOnlyAnInventoryCanJudge) {
     const Ended ended = Shell("kxdu stats --by problem", "NE=5,FR=1,S=3,CP=-1\nNE=5\n");
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err,
-              "kxdu: 1 identifier was not compared with what the library writes: that depends on the NE; give "
+              "kxdu: 1 identifier is right on some NEs only, and there is no inventory to tell which; give one with "
               "--inventory FILE\n");
+}
+
+TEST_F(StatsTest, SaysThatNoLineIsOfTheChosenNes) {
+    const Ended ended = Shell("kxdu stats --ne 7 --levels-only --by ne", "NE=5,FR=1\n");
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "kxdu: no identifier is of an NE that --ne names\n");
 }
 
 TEST_F(StatsTest, WithoutProblemsNoServiceIsUsed) {

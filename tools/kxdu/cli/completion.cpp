@@ -188,7 +188,7 @@ std::string ZshArguments(const DescribedVerb& verb, const DescribedVerb& tool) {
             about.append(":").append(ZshEscaped(option.value)).append(":").append(ZshAction(option, tool));
         }
         for (const std::string& name : option.names) {
-            text.append(" \\\n        ").append(InSingleQuotes(times + name + about));
+            text.append(" \\\n        ").append(InSingleQuotes(std::string(times).append(name).append(about)));
         }
     }
     for (const DescribedOption& argument : verb.arguments) {

@@ -62,10 +62,14 @@ Statistics CountLines(const CountingOptions& options, const std::vector<FileInUs
         take(counter);
     };
     RunLines(options.bulk, work);
+    if (!options.nes.AreAll() && statistics.nes.empty()) {
+        WriteMessage("kxdu: no identifier is of an NE that --ne names\n");
+    }
     if (statistics.notCompared != 0) {
-        WriteMessage("kxdu: " + std::to_string(statistics.notCompared) +
-                     (statistics.notCompared == 1 ? " identifier was" : " identifiers were") +
-                     " not compared with what the library writes: that depends on the NE; give --inventory FILE\n");
+        WriteMessage(
+            "kxdu: " + std::to_string(statistics.notCompared) +
+            (statistics.notCompared == 1 ? " identifier is" : " identifiers are") +
+            " right on some NEs only, and there is no inventory to tell which; give one with --inventory FILE\n");
     }
     missing.Tell();
     return statistics;

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <string>
 
-#include <kx_domain_util/fdnscanner.h>
-
+#include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "cli/verb.h"
 #include "lines/failure.h"
-#include "text/text.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -36,7 +34,7 @@ void RefuseOtherThanIdentifiers(std::string_view line) {
 const Kind* KindOf(std::string_view line, LineResult& result) {
     const Kind* const kind = FindKind(line);
     if (kind == nullptr) {
-        result.Report("no kind of identifier ends in the level " + Quoted(NS_UTIL::NS_FDN::LastTag(line)));
+        result.Report(OfNoKind(line));
     }
     return kind;
 }

@@ -25,7 +25,7 @@ namespace {
 
 constexpr auto HELP = R"(Examples:
   kxdu decode network.fdn -o records.jsonl
-  kxdu decode --format csv --as PortIndex ports.fdn | head
+  kxdu decode --format csv --only port network.fdn -o ports.csv
   kxdu decode --format tsv --only port --fields neId,slotId,portId network.fdn
   echo 'NE=12,FR=1,S=3,CP=-1,PP=16||7|' | kxdu decode --format table
 

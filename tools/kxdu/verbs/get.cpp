@@ -104,8 +104,11 @@ void RefuseColumnsAsFiles(const Options& options) {
     for (const std::string& file : options.bulk.files) {
         std::error_code error;
         if (Column::Parse(file) && !std::filesystem::exists(file, error)) {
-            throw Failure(Cause::USAGE, file + ": there is no such file; columns are one argument: kxdu get " +
-                                            options.columns + "," + file);
+            throw Failure(Cause::USAGE, std::string(file)
+                                            .append(": there is no such file; columns are one argument: kxdu get ")
+                                            .append(options.columns)
+                                            .append(",")
+                                            .append(file));
         }
     }
 }
@@ -181,7 +184,7 @@ private:
 
     bool WriteRow(std::string_view line, const Kind* kind, LineResult& result) {
         void* record = nullptr;
-        if (m_plan.needsRecord) {
+        if (m_plan.needsRecord && kind != nullptr) {
             record = m_record.Fresh(kind->layout);
             kind->read(line, record, NS_UTIL::Surroundings::OfSystem());
         }

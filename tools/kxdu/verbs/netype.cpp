@@ -145,6 +145,7 @@ std::vector<std::string> ColumnNames() {
 // In the order of the questions.
 std::vector<std::string> Rules() {
     std::vector<std::string> rules;
+    rules.reserve(FIXED_QUESTIONS.size() + INVENTORY_QUESTIONS.size() + 1);
     for (const Question& question : FIXED_QUESTIONS) {
         rules.push_back(RuleOf(question));
     }
@@ -166,7 +167,7 @@ Listing::Cell NameOf(std::uint16_t neType, const Inventory& known) {
 
 // What makes the answer about this NE type yes: the number itself, the lists that hold it, or else a column.
 std::string ReasonOf(const Question& question, std::uint16_t neType, const Inventory* known) {
-    if (question.numbers != nullptr) {
+    if (question.numbers != nullptr || known == nullptr) {  // without an inventory, only numbers are asked
         return "number " + std::to_string(neType);
     }
     std::string reason;

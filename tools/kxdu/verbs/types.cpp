@@ -33,6 +33,7 @@ struct Options {
 
 std::vector<const Kind*> ChosenKinds(const std::vector<std::string>& types) {
     std::vector<const Kind*> kinds;
+    kinds.reserve(types.size());
     for (const std::string& type : types) {
         kinds.push_back(&RequireKind(type));
     }

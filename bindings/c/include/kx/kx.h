@@ -234,7 +234,7 @@ kx_status kx_rate_level(const char* rate, int32_t* level);
 
 /* The TMF name of a reserved CTP: 65535 gives "E0". */
 kx_status kx_ctp_name(int32_t ctp_id, const char** name);
-/* The id of the reserved CTP of this TMF name; case counts. */
+/* The id of the reserved CTP of this TMF name, in upper or lower case. */
 kx_status kx_ctp_id(const char* name, int32_t* ctp_id);
 
 /* ---- NE types -------------------------------------------------------------------------------------------------- */
