@@ -8,7 +8,7 @@
 
 namespace NS_KX {
 
-/// Tells identifiers whose tags are as they should be from others. Cheap enough to be asked about every line of a file:
+/// Finds identifiers whose tags are not as they should be. Cheap enough to be asked about every line of a file:
 /// the levels that a line shares with the line before are not looked at again. One thread at a time.
 class TagOrder {
 public:

@@ -75,7 +75,7 @@ void TemporaryFile::Open() {
 }
 
 void TemporaryFile::OpenNamed() {
-    const InterruptionsHeld wait;
+    const InterruptionsHeld held;
     for (int tries = 0; tries < MOST_TRIES && m_descriptor == -1; ++tries) {
         m_name = HiddenName();
         m_descriptor = openat(m_folder, m_name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -134,7 +134,7 @@ void TemporaryFile::Keep() {
     if (fsync(m_descriptor) != 0) {
         FailByErrno(Cause::OUTPUT, m_target);
     }
-    const InterruptionsHeld wait;
+    const InterruptionsHeld held;
     const bool isInPlace = PutInPlace();
     const int error = errno;
     if (isInPlace) {

@@ -12,7 +12,7 @@
 namespace NS_KX {
 
 std::string_view FromEnvironment(const char* variable) {
-    const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): nobody changes the environment
+    const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): the environment stays as it is
     return value == nullptr ? std::string_view() : value;
 }
 

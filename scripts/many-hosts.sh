@@ -25,7 +25,7 @@ if ! chroot "$work/alpha" env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
     exit 1
 fi
 ssh-keygen -q -t ed25519 -N '' -f "$work/key"
-install -D -m 600 "$work/key.pub" "$work/alpha/root/.ssh/authorized_keys"
+install -m 644 "$work/key.pub" "$work/alpha/etc/ssh/known_users"
 mkdir -p "$work/alpha/run/sshd"
 cp -a "$work/alpha" "$work/beta"
 
@@ -37,7 +37,7 @@ exec unshare --mount --uts --ipc --net --pid --fork --kill-child --propagation p
     mount -t proc proc "$1/proc"
     mount --rbind /dev "$1/dev"
     hostname "$2"
-    exec chroot "$1" /usr/sbin/sshd -i -o UsePAM=no
+    exec chroot "$1" /usr/sbin/sshd -i -o UsePAM=no -o AuthorizedKeysFile=/etc/ssh/known_users
 ' sh "$@"
 END
 chmod +x "$work/sshd"

@@ -9,7 +9,7 @@ namespace {
 
 class WatchedFileTest : public FolderTest {
 protected:
-    // A file that nobody has written to for a minute, so that no test waits.
+    // A file that was last written a minute ago, so that no test waits.
     void WriteOld(const std::string& name, const std::string& text) const {
         WriteFile(name, text);
         std::filesystem::last_write_time(folder / name,

@@ -30,7 +30,7 @@ private:
 /// Adds the row that answers `asked` to `listing`, and notes `asked` if the row says nothing.
 void AddAnswer(Listing::Row row, const std::string& asked, Listing& listing, UnknownWords& unknown);
 
-/// Ends a listing of answers, and tells what is unknown.
+/// Ends a listing of answers, and names the words that are unknown.
 ExitCode CompleteAnswers(Listing& listing, const UnknownWords& unknown);
 
 }  // namespace NS_KX::NS_KXDU

@@ -14,8 +14,8 @@ public:
     /// Whether the file has changed since it was last accepted.
     [[nodiscard]] bool IsChanged() const;
 
-    /// Accepts the file as it is, for a reader that reads it next. First waits, at most a second, until nobody has
-    /// written to it for a tenth of a second: an editor may need several writes.
+    /// Accepts the file as it is, for a reader that reads it next. First waits, at most a second, until it has
+    /// not been written to for a tenth of a second: an editor may need several writes.
     void Accept();
 
 private:

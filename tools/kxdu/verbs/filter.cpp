@@ -180,7 +180,7 @@ void RefuseContradictions(const Options& options) {
     }
 }
 
-// Tells rsyslogd on standard output how many lines are safe.
+// Confirms to rsyslogd, on standard output, the lines that are safe.
 class Confirmations {
 public:
     void Confirm(std::size_t lines) {

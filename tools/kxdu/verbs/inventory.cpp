@@ -137,7 +137,7 @@ std::string AdviceOn(const std::string& file) {
 ExitCode Init(const Options& options) {
     RefuseJournalOfDatabase(options.file);
     try {
-        const InterruptionsHeld wait;  // a killed run would leave its draft behind
+        const InterruptionsHeld held;  // a killed run would leave its draft behind
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
         throw Failure(Cause::USAGE, failed.what() + AdviceOn(options.file));
