@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 
 namespace NS_KX {

@@ -14,7 +14,8 @@
 #include "catalogue/assumed.h"
 #include "catalogue/levelcheck.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
+#include "text/utf8.h"
 
 namespace NS_KX {
 

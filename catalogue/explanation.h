@@ -10,8 +10,8 @@
 
 #include <kx_domain_util/surroundings.h>
 
+#include "catalogue/fieldvalues.h"
 #include "catalogue/kinds.h"
-#include "catalogue/readfields.h"
 
 namespace NS_KX {
 
@@ -28,7 +28,7 @@ struct Explanation {
     std::string fdn;
     std::string_view type;             ///< of the record; empty if the identifier is read into none
     std::vector<ExplainedPart> parts;  ///< in the order of the text
-    std::vector<ReadField> fields;     ///< without reserved ones
+    std::vector<FieldValue> fields;    ///< without reserved ones
     std::vector<std::string> remarks;  ///< what is peculiar in how it is read and written, though nothing is wrong
     std::vector<std::string> notes;    ///< what else is wrong with it
     bool isCanonical = false;          ///< there is no note, and the library would write exactly this text

@@ -6,7 +6,7 @@
 
 #include <kx_domain_util/fdnscanner.h>
 
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 
@@ -99,22 +99,6 @@ const Field* FindField(const Kind& kind, std::string_view name) {
     const auto fields = kind.layout.fields;
     const auto field = std::find_if(fields.begin(), fields.end(), [&](const Field& each) { return each.name == name; });
     return field != fields.end() ? &*field : nullptr;
-}
-
-void RequireWritable(const Field& field, std::string_view value) {
-    if (field.isName && value.find_first_of(",|") != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(field.name) + " holds \",\" or \"|\", where it would end");
-    }
-    if (value.find_first_of(std::string_view("\0\n\r", 3)) != std::string_view::npos) {
-        throw BadRecord("field " + Quoted(field.name) + " holds a line end or NUL");
-    }
-}
-
-void Rewrite(const Kind& kind, std::string_view fdn, const NS_UTIL::Surroundings& surroundings, AnyRecord& record,
-             std::string& canonical) {
-    void* const fields = record.Fresh(kind.layout);
-    kind.read(fdn, fields, surroundings);
-    kind.write(fields, canonical, surroundings);
 }
 
 }  // namespace NS_KX

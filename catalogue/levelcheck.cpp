@@ -10,8 +10,9 @@
 #include <kx_domain_util/fdnscanner.h>
 
 #include "catalogue/kinds.h"
+#include "text/lineflaw.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

@@ -10,7 +10,7 @@
 
 #include "catalogue/kinds.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

@@ -4,6 +4,7 @@
 #include <kx_domain_util/fdnscanner.h>
 #include <kx_domain_util/levelfinder.h>
 
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 
 namespace NS_KX {

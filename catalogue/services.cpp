@@ -9,7 +9,7 @@
 
 #include "catalogue/rows.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

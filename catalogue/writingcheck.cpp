@@ -6,8 +6,8 @@
 #include <kx_domain_util/processexception.h>
 
 #include "catalogue/assumed.h"
-#include "catalogue/readfields.h"
-#include "text/text.h"
+#include "catalogue/fieldvalues.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

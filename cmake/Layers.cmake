@@ -17,20 +17,25 @@ function(kx_add_layer name)
 endfunction()
 
 kx_add_layer(text
-    SOURCES displaytext.cpp text.cpp)
+    SOURCES
+        displaytext.cpp
+        lineflaw.cpp
+        quoting.cpp
+        utf8.cpp)
 target_link_libraries(kx_text PRIVATE simdjson::simdjson)
 
 kx_add_layer(catalogue
     SOURCES
         assumed.cpp
+        conversion.cpp
         equipment.cpp
         explanation.cpp
+        fieldvalues.cpp
         kinds.cpp
         levelcheck.cpp
         oam.cpp
         pieces.cpp
         ports.cpp
-        readfields.cpp
         readport.cpp
         record.cpp
         services.cpp
@@ -62,16 +67,20 @@ target_link_libraries(kx_formats PRIVATE simdjson::simdjson)
 kx_add_layer(lines
     SOURCES
         appendedfile.cpp
+        blockconversion.cpp
         blockreader.cpp
         compression.cpp
         descriptor.cpp
         failure.cpp
         fileinuse.cpp
+        findingwriter.cpp
         input.cpp
         interruptions.cpp
-        lines.cpp
+        lineresult.cpp
+        linerun.cpp
         otherfile.cpp
         output.cpp
+        outputconflicts.cpp
         progress.cpp
         repetitions.cpp
         temporaryfile.cpp

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/readfields.h"
+#include "catalogue/fieldvalues.h"
 #include "formats/columns.h"
 #include "formats/csv.h"
 #include "formats/recordshape.h"
@@ -17,9 +17,9 @@ namespace NS_KX {
 
 namespace {
 
-std::vector<std::string_view> ColumnNames(const Layout& layout) {
+std::vector<std::string_view> ColumnNames(const FormatOptions& options) {
     std::vector<std::string_view> names{"fdn", "type"};
-    for (const Kind* const kind : layout.kinds) {
+    for (const Kind* const kind : options.kinds) {
         for (const Field& field : kind->layout.fields) {
             if (std::find(names.begin(), names.end(), field.name) == names.end()) {
                 names.push_back(field.name);
@@ -29,9 +29,9 @@ std::vector<std::string_view> ColumnNames(const Layout& layout) {
     return names;
 }
 
-std::vector<Column> ChosenColumns(const Layout& layout) {
+std::vector<Column> ChosenColumns(const FormatOptions& options) {
     std::vector<Column> columns;
-    for (const std::string& name : layout.fields) {
+    for (const std::string& name : options.fields) {
         columns.push_back(Column::Parse(name).value());
     }
     return columns;
@@ -53,13 +53,14 @@ struct Tsv {
 template <class Style>
 class RowFormat : public RecordFormat {
 public:
-    RowFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
+    RowFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings)
         : RecordFormat(surroundings),
-          m_shapes(layout.kinds, [names = ColumnNames(layout)](const Kind& kind) { return MakeShape(kind, names); }) {}
+          m_shapes(options.kinds, [names = ColumnNames(options)](const Kind& kind) { return MakeShape(kind, names); }) {
+    }
 
-    static std::string Header(const Layout& layout) {
+    static std::string Header(const FormatOptions& options) {
         TextBuffer header;
-        for (const std::string_view name : ColumnNames(layout)) {
+        for (const std::string_view name : ColumnNames(options)) {
             if (header.GetSize() != 0) {
                 header.Put(Style::SEPARATOR);
             }
@@ -96,8 +97,8 @@ private:
 // Chosen columns.
 class ChosenFormat : public RecordFormat {
 public:
-    ChosenFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
-        : RecordFormat(surroundings), m_row(ChosenColumns(layout), layout.format) {}
+    ChosenFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings)
+        : RecordFormat(surroundings), m_row(ChosenColumns(options), options.format) {}
 
 private:
     void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
@@ -112,8 +113,8 @@ private:
 // For people: type and identifier in columns, then only the fields that differ from a fresh record.
 class TableFormat : public RecordFormat {
 public:
-    TableFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
-        : RecordFormat(surroundings), m_layout(layout) {}
+    TableFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings)
+        : RecordFormat(surroundings), m_options(options) {}
 
 private:
     void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
@@ -123,7 +124,7 @@ private:
         Pad(cell, FDN_WIDTH, out);
         const char* separator = "";
         for (const Field& field : kind.layout.fields) {
-            if (m_layout.Has(field) && IsKnown(kind, field, record)) {
+            if (m_options.Writes(field) && IsKnown(kind, field, record)) {
                 NS_KX::Append(out, separator);
                 NS_KX::Append(out, field.name);
                 out.Put('=');
@@ -134,20 +135,20 @@ private:
         out.Put('\n');
     }
 
-    Layout m_layout;
+    FormatOptions m_options;
 };
 
 }  // namespace
 
-std::string MakeColumnHeader(const Layout& layout) {
-    if (layout.IsChosen() && layout.format != FormatName::TABLE) {
-        return MakeHeader(ChosenColumns(layout), layout.format);
+std::string MakeColumnHeader(const FormatOptions& options) {
+    if (options.AreFieldsChosen() && options.format != OutputFormat::TABLE) {
+        return MakeHeader(ChosenColumns(options), options.format);
     }
-    if (layout.format == FormatName::CSV) {
-        return RowFormat<Csv>::Header(layout);
+    if (options.format == OutputFormat::CSV) {
+        return RowFormat<Csv>::Header(options);
     }
-    if (layout.format == FormatName::TSV) {
-        return RowFormat<Tsv>::Header(layout);
+    if (options.format == OutputFormat::TSV) {
+        return RowFormat<Tsv>::Header(options);
     }
     TextBuffer header;
     AppendPadded("TYPE", TYPE_WIDTH, header);
@@ -156,17 +157,18 @@ std::string MakeColumnHeader(const Layout& layout) {
     return std::string(header.View());
 }
 
-std::unique_ptr<RecordFormat> MakeColumnFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings) {
-    if (layout.IsChosen() && layout.format != FormatName::TABLE) {
-        return std::make_unique<ChosenFormat>(layout, surroundings);
+std::unique_ptr<RecordFormat> MakeColumnFormat(const FormatOptions& options,
+                                               const NS_UTIL::Surroundings& surroundings) {
+    if (options.AreFieldsChosen() && options.format != OutputFormat::TABLE) {
+        return std::make_unique<ChosenFormat>(options, surroundings);
     }
-    if (layout.format == FormatName::CSV) {
-        return std::make_unique<RowFormat<Csv>>(layout, surroundings);
+    if (options.format == OutputFormat::CSV) {
+        return std::make_unique<RowFormat<Csv>>(options, surroundings);
     }
-    if (layout.format == FormatName::TSV) {
-        return std::make_unique<RowFormat<Tsv>>(layout, surroundings);
+    if (options.format == OutputFormat::TSV) {
+        return std::make_unique<RowFormat<Tsv>>(options, surroundings);
     }
-    return std::make_unique<TableFormat>(layout, surroundings);
+    return std::make_unique<TableFormat>(options, surroundings);
 }
 
 }  // namespace NS_KX

@@ -9,9 +9,9 @@
 namespace NS_KX {
 
 /// The line of column names, with its end.
-std::string MakeColumnHeader(const Layout& layout);
+std::string MakeColumnHeader(const FormatOptions& options);
 
 /// For all formats but JSON lines.
-std::unique_ptr<RecordFormat> MakeColumnFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings);
+std::unique_ptr<RecordFormat> MakeColumnFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings);
 
 }  // namespace NS_KX

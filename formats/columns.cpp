@@ -65,20 +65,20 @@ std::size_t WidthOf(const Column& column) {
     return std::max(column.name.size(), isText ? OF_TEXTS : OF_NUMBERS);
 }
 
-std::vector<std::string> TextsBefore(const std::vector<Column>& columns, FormatName format) {
+std::vector<std::string> TextsBefore(const std::vector<Column>& columns, OutputFormat format) {
     std::vector<std::string> texts;
     for (const Column& column : columns) {
         const bool isFirst = texts.empty();
-        if (format == FormatName::JSONL) {
+        if (format == OutputFormat::JSONL) {
             TextBuffer text;
             text.Put(isFirst ? '{' : ',');
             AppendJsonText(column.name, text);
             text.Put(':');
             texts.emplace_back(text.View());
-        } else if (format == FormatName::TABLE || isFirst) {
+        } else if (format == OutputFormat::TABLE || isFirst) {
             texts.emplace_back();
         } else {
-            texts.emplace_back(format == FormatName::CSV ? "," : "\t");
+            texts.emplace_back(format == OutputFormat::CSV ? "," : "\t");
         }
     }
     return texts;
@@ -122,8 +122,8 @@ std::vector<std::string> NamesOfColumns() {
     return names;
 }
 
-std::string MakeHeader(const std::vector<Column>& columns, FormatName format) {
-    if (format == FormatName::JSONL) {
+std::string MakeHeader(const std::vector<Column>& columns, OutputFormat format) {
+    if (format == OutputFormat::JSONL) {
         return {};
     }
     const std::vector<std::string> before = TextsBefore(columns, format);
@@ -132,7 +132,7 @@ std::string MakeHeader(const std::vector<Column>& columns, FormatName format) {
         Append(header, before[place]);
         const std::size_t cell = header.GetSize();
         Append(header, columns[place].name);
-        if (format == FormatName::TABLE && place + 1 != columns.size()) {
+        if (format == OutputFormat::TABLE && place + 1 != columns.size()) {
             Pad(cell, WidthOf(columns[place]), header);
         }
     }
@@ -140,7 +140,7 @@ std::string MakeHeader(const std::vector<Column>& columns, FormatName format) {
     return std::string(header.View());
 }
 
-ColumnRow::ColumnRow(std::vector<Column> columns, FormatName format)
+ColumnRow::ColumnRow(std::vector<Column> columns, OutputFormat format)
     : m_columns(std::move(columns)),
       m_format(format),
       m_before(TextsBefore(m_columns, format)),
@@ -181,7 +181,7 @@ bool ColumnRow::Append(std::string_view fdn, std::span<const std::string_view> p
                 AppendText(kind->word, out);
                 break;
         }
-        if (m_format == FormatName::TABLE && place + 1 != m_columns.size()) {
+        if (m_format == OutputFormat::TABLE && place + 1 != m_columns.size()) {
             Pad(cell, WidthOf(column), out);
         }
         if (out.GetSize() - begin >= mostSize) {
@@ -189,14 +189,14 @@ bool ColumnRow::Append(std::string_view fdn, std::span<const std::string_view> p
             return false;
         }
     }
-    NS_KX::Append(out, m_format == FormatName::JSONL ? "}\n" : "\n");
+    NS_KX::Append(out, m_format == OutputFormat::JSONL ? "}\n" : "\n");
     return true;
 }
 
 void ColumnRow::AppendPiece(const Column& column, std::string_view piece, TextBuffer& out) const {
     if (piece.data() == nullptr) {
         AppendNone(out);
-    } else if (m_format == FormatName::JSONL && column.piece.IsNumber() && IsJsonNumber(piece)) {
+    } else if (m_format == OutputFormat::JSONL && column.piece.IsNumber() && IsJsonNumber(piece)) {
         NS_KX::Append(out, piece);
     } else {
         AppendText(piece, out);
@@ -215,25 +215,25 @@ void ColumnRow::AppendField(const Field* field, const void* record, TextBuffer& 
 
 void ColumnRow::AppendText(std::string_view text, TextBuffer& out) const {
     switch (m_format) {
-        case FormatName::JSONL:
+        case OutputFormat::JSONL:
             AppendJsonText(text, out);
             break;
-        case FormatName::CSV:
+        case OutputFormat::CSV:
             AppendCsvField(text, out);
             break;
-        case FormatName::TSV:
+        case OutputFormat::TSV:
             AppendTsvField(text, out);
             break;
-        case FormatName::TABLE:
+        case OutputFormat::TABLE:
             AppendTableWord(text, out);
             break;
     }
 }
 
 void ColumnRow::AppendNone(TextBuffer& out) const {
-    if (m_format == FormatName::JSONL) {
+    if (m_format == OutputFormat::JSONL) {
         NS_KX::Append(out, "null");
-    } else if (m_format == FormatName::TABLE) {
+    } else if (m_format == OutputFormat::TABLE) {
         out.Put('-');
     }
 }

@@ -37,7 +37,7 @@ struct Column {
 std::vector<std::string> NamesOfColumns();
 
 /// The line of column names, with its end; empty for JSON lines.
-std::string MakeHeader(const std::vector<Column>& columns, FormatName format);
+std::string MakeHeader(const std::vector<Column>& columns, OutputFormat format);
 
 /// Writes chosen columns of identifiers, one identifier a line. Any number of threads may share one.
 ///
@@ -45,7 +45,7 @@ std::string MakeHeader(const std::vector<Column>& columns, FormatName format);
 /// numbers, and a missing value is null. TABLE, for people: a missing value is "-".
 class ColumnRow {
 public:
-    ColumnRow(std::vector<Column> columns, FormatName format);
+    ColumnRow(std::vector<Column> columns, OutputFormat format);
 
     /// The columns that are pieces, in their order.
     [[nodiscard]] const PieceFinder& Pieces() const noexcept { return m_finder; }
@@ -65,7 +65,7 @@ private:
     void AppendNone(TextBuffer& out) const;
 
     std::vector<Column> m_columns;
-    FormatName m_format;
+    OutputFormat m_format;
     std::vector<std::string> m_before;  // for each column, the text before its value
     PieceFinder m_finder;
     std::unordered_map<const Kind*, Fields> m_fields;  // for each kind, its fields among the columns; null: none

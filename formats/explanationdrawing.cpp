@@ -134,10 +134,10 @@ private:
         Add(BOLD, m_explanation.type);
         m_text += "\n";
         std::size_t width = 0;
-        for (const ReadField& field : m_explanation.fields) {
+        for (const FieldValue& field : m_explanation.fields) {
             width = std::max(width, field.name.size());
         }
-        for (const ReadField& field : m_explanation.fields) {
+        for (const FieldValue& field : m_explanation.fields) {
             const std::string name = std::string(field.name) + std::string(width - field.name.size() + 2, ' ');
             m_text.append(MARGIN).append(MARGIN);
             Add(field.isKnown ? "" : DIM, name + Printable(field.value));

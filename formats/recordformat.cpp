@@ -11,12 +11,12 @@ namespace NS_KX {
 namespace {
 
 // {"reserved":0,"neId":5}; a nested record is an object of its own.
-RecordShape MakeJsonShape(const Kind& kind, const Layout& layout) {
+RecordShape MakeJsonShape(const Kind& kind, const FormatOptions& options) {
     RecordShape shape;
     std::string before = "{";
     std::string_view nest;
     for (const Field& field : kind.layout.fields) {
-        if (!layout.Has(field)) {
+        if (!options.Writes(field)) {
             continue;
         }
         if (field.Nest() != nest) {
@@ -36,33 +36,33 @@ RecordShape MakeJsonShape(const Kind& kind, const Layout& layout) {
 
 class JsonFormat : public RecordFormat {
 public:
-    JsonFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings)
+    JsonFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings)
         : RecordFormat(surroundings),
-          m_hasFdn(!layout.IsChosen() || layout.Names("fdn")),
-          m_shapes(AllKinds(), [&](const Kind& kind) { return MakeLineShape(kind, layout); }) {}
+          m_hasFdn(!options.AreFieldsChosen() || options.IsChosen("fdn")),
+          m_shapes(AllKinds(), [&](const Kind& kind) { return MakeLineShape(kind, options); }) {}
 
 private:
     // All of the line but the identifier and what stands before it.
-    RecordShape MakeLineShape(const Kind& kind, const Layout& layout) const {
+    RecordShape MakeLineShape(const Kind& kind, const FormatOptions& options) const {
         std::string head;
         head.append(m_hasFdn ? "," : "{").append(R"("type":")").append(kind.type).append("\"");
-        if (layout.Names("kind")) {
+        if (options.IsChosen("kind")) {
             head.append(R"(,"kind":")").append(kind.word).append("\"");
         }
         RecordShape shape;
-        if (HasRecord(layout)) {
+        if (HasRecord(options)) {
             head.append(R"(,"record":)");
-            shape = MakeJsonShape(kind, layout);
+            shape = MakeJsonShape(kind, options);
         }
         (shape.parts.empty() ? shape.after : shape.parts.front().before).insert(0, head);
         shape.after += "}\n";
         return shape;
     }
 
-    static bool HasRecord(const Layout& layout) {
-        return !layout.IsChosen() || std::any_of(layout.fields.begin(), layout.fields.end(), [](const auto& name) {
-            return name != "fdn" && name != "type" && name != "kind";
-        });
+    static bool HasRecord(const FormatOptions& options) {
+        return !options.AreFieldsChosen() ||
+               std::any_of(options.fields.begin(), options.fields.end(),
+                           [](const auto& name) { return name != "fdn" && name != "type" && name != "kind"; });
     }
 
     void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
@@ -79,19 +79,19 @@ private:
 
 }  // namespace
 
-bool Layout::Names(std::string_view name) const {
+bool FormatOptions::IsChosen(std::string_view name) const {
     return std::find(fields.begin(), fields.end(), name) != fields.end();
 }
 
-std::string MakeHeader(const Layout& layout) {
-    return layout.format == FormatName::JSONL ? std::string() : MakeColumnHeader(layout);
+std::string MakeHeader(const FormatOptions& options) {
+    return options.format == OutputFormat::JSONL ? std::string() : MakeColumnHeader(options);
 }
 
-std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings) {
-    if (layout.format == FormatName::JSONL) {
-        return std::make_unique<JsonFormat>(layout, surroundings);
+std::unique_ptr<RecordFormat> MakeFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings) {
+    if (options.format == OutputFormat::JSONL) {
+        return std::make_unique<JsonFormat>(options, surroundings);
     }
-    return MakeColumnFormat(layout, surroundings);
+    return MakeColumnFormat(options, surroundings);
 }
 
 void AppendJsonRecord(const Kind& kind, const void* record, TextBuffer& out) {

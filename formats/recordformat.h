@@ -16,21 +16,21 @@ namespace NS_KX {
 
 /// JSONL: {"fdn":...,"type":...,"record":{...}}. CSV and TSV: the columns "fdn", "type" and the fields of all kinds.
 /// TABLE, for people: type, identifier, and the fields that differ from a fresh record.
-enum class FormatName { JSONL, CSV, TSV, TABLE };
+enum class OutputFormat { JSONL, CSV, TSV, TABLE };
 
-/// What all records of one run have in common.
-struct Layout {
-    FormatName format = FormatName::JSONL;
+/// What is written of each record, and how. The same for all records of a run.
+struct FormatOptions {
+    OutputFormat format = OutputFormat::JSONL;
     std::span<const Kind* const> kinds;  ///< whose fields are the columns of CSV and TSV
     /// Chosen fields: names of fields, "fdn", "type" and "kind". None: "fdn", "type" and all fields. CSV and TSV have
     /// just these columns, in this order; JSON lines keep "type" beside them. A table leaves out the other fields.
     std::vector<std::string> fields = {};
 
-    [[nodiscard]] bool IsChosen() const noexcept { return !fields.empty(); }
-    /// Whether `field` is written.
-    [[nodiscard]] bool Has(const Field& field) const { return !IsChosen() || Names(field.name); }
+    [[nodiscard]] bool AreFieldsChosen() const noexcept { return !fields.empty(); }
     /// Whether `name` is among the chosen fields.
-    [[nodiscard]] bool Names(std::string_view name) const;
+    [[nodiscard]] bool IsChosen(std::string_view name) const;
+    /// Whether the value of `field` is written.
+    [[nodiscard]] bool Writes(const Field& field) const { return !AreFieldsChosen() || IsChosen(field.name); }
 };
 
 /// Writes records, one a line. Each belongs to one thread.
@@ -57,10 +57,10 @@ private:
 };
 
 /// The line before all records, with its end; empty if the format has none.
-std::string MakeHeader(const Layout& layout);
+std::string MakeHeader(const FormatOptions& options);
 
-/// The format that `layout` asks for. Its readers use `surroundings`, which must outlive it.
-std::unique_ptr<RecordFormat> MakeFormat(const Layout& layout, const NS_UTIL::Surroundings& surroundings);
+/// The format that `options` asks for. Its readers use `surroundings`, which must outlive it.
+std::unique_ptr<RecordFormat> MakeFormat(const FormatOptions& options, const NS_UTIL::Surroundings& surroundings);
 
 /// Appends the fields of a record of `kind` as a JSON object, as they stand after "record" in a JSON line.
 void AppendJsonRecord(const Kind& kind, const void* record, TextBuffer& out);

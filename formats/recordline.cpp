@@ -7,7 +7,8 @@
 
 #include <simdjson.h>
 
-#include "text/text.h"
+#include "catalogue/conversion.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

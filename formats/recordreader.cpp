@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <stdexcept>
 
+#include "catalogue/conversion.h"
 #include "formats/tsv.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 

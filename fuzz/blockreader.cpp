@@ -10,7 +10,7 @@
 #include "lines/compression.h"
 #include "support/chance.h"
 #include "support/pieces.h"
-#include "text/text.h"
+#include "text/utf8.h"
 
 namespace {
 

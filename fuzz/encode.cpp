@@ -4,6 +4,7 @@
 
 #include <kx_domain_util/processexception.h>
 
+#include "catalogue/conversion.h"
 #include "formats/recordformat.h"
 #include "formats/recordline.h"
 #include "formats/recordrow.h"
@@ -39,7 +40,7 @@ Answer Encode(RecordReader& record, std::string_view line) {
 }
 
 // The line of column names, without its end.
-std::string HeaderOf(FormatName format) {
+std::string HeaderOf(OutputFormat format) {
     std::string header = MakeHeader({format, AllKinds()});
     header.pop_back();
     return header;
@@ -56,10 +57,10 @@ void CompareWays(const std::string& fdn, const Kind& kind) {
         expected.text = bad.what();
     }
     RecordLine line;
-    RecordRow csv(HeaderOf(FormatName::CSV), ',');
-    RecordRow tsv(HeaderOf(FormatName::TSV), '\t');
-    const std::array<std::pair<FormatName, RecordReader*>, 3> ways{
-        {{FormatName::JSONL, &line}, {FormatName::CSV, &csv}, {FormatName::TSV, &tsv}}};
+    RecordRow csv(HeaderOf(OutputFormat::CSV), ',');
+    RecordRow tsv(HeaderOf(OutputFormat::TSV), '\t');
+    const std::array<std::pair<OutputFormat, RecordReader*>, 3> ways{
+        {{OutputFormat::JSONL, &line}, {OutputFormat::CSV, &csv}, {OutputFormat::TSV, &tsv}}};
     for (const auto& [format, reader] : ways) {
         TextBuffer decoded;
         MakeFormat({format, AllKinds()}, NS_UTIL::Surroundings::OfSystem())->Write(fdn, kind, decoded);
@@ -71,7 +72,7 @@ void CompareWays(const std::string& fdn, const Kind& kind) {
 
 // Any text is a row, or a line of column names: one identifier, or a reason why not.
 void ReadAsRow(std::string_view line) {
-    for (const auto& [format, separator] : {std::pair(FormatName::CSV, ','), std::pair(FormatName::TSV, '\t')}) {
+    for (const auto& [format, separator] : {std::pair(OutputFormat::CSV, ','), std::pair(OutputFormat::TSV, '\t')}) {
         RecordRow reader(HeaderOf(format), separator, FindKindByType("NEIndex"));
         const Answer answer = Encode(reader, line);
         ExpectEqual(Encode(reader, line), answer, "the second encoding of a row", line);

@@ -5,6 +5,7 @@
 
 #include <kx_domain_util/processexception.h>
 
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 #include "fuzz/input.h"
 #include "support/conversions.h"

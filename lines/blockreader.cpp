@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/utf8.h"
 
 namespace NS_KX {
 
@@ -78,7 +78,7 @@ bool BlockReader::OpenNext() {
         m_names.push_back(file);
         const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
         if (descriptor == -1) {
-            FailByErrno(Cause::USAGE, file);
+            FailByErrno(Cause::INPUT, file);
         }
         m_input.emplace(descriptor, file, m_bytesRead);
     }

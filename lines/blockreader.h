@@ -43,7 +43,7 @@ public:
     BlockReader& operator=(const BlockReader&) = delete;
 
     /// Fills `block` with the next lines; false if there are none. Lines that arrive slowly do not wait until a block
-    /// is full. A block is larger than `blockSize` only if one of its lines is. Throws `Failure` with `Cause::USAGE` if
+    /// is full. A block is larger than `blockSize` only if one of its lines is. Throws `Failure` with `Cause::INPUT` if
     /// an input cannot be read, after it has returned all whole lines before.
     bool Next(InputBlock& block);
 

@@ -24,7 +24,7 @@ constexpr std::string_view XZ_HEAD{
     "7zXZ\0",
     6};
 
-// A part of the 64 MiB of memory that the tool promises not to exceed.
+// A part of the 64 MiB of memory that a run over lines may take.
 constexpr std::uint64_t MOST_MEMORY = std::uint64_t{20} << 20U;
 constexpr int LARGEST_WINDOW_LOG = 24;  // 16 MiB
 
@@ -40,12 +40,13 @@ public:
     explicit Complaint(std::string name) : m_name(std::move(name)) {}
 
     [[noreturn]] void OfCorruption(const char* program) const {
-        throw Failure(Cause::USAGE, m_name + ": the compressed data is corrupt; " + program + " -t checks a file");
+        throw Failure(Cause::INPUT, m_name + ": the compressed data is corrupt; " + program + " -t checks a file");
     }
     [[noreturn]] void OfMemory(const std::string& program) const {
         const std::string input = m_name.starts_with('<') ? "" : " " + m_name;
-        throw Failure(Cause::USAGE, m_name + ": needs more memory to be decompressed than kxdu takes; use a pipe: " +
-                                        program + input + " | kxdu ...");
+        throw Failure(Cause::INPUT,
+                      m_name + ": needs more memory to be decompressed than may be used here; use a pipe: " + program +
+                          input + " | ...");
     }
 
 private:
@@ -312,7 +313,7 @@ std::unique_ptr<Encoder> MakeEncoder(const std::string& name) {
         return std::make_unique<ZstdEncoder>();
     }
     if (name.ends_with(".xz")) {
-        throw Failure(Cause::USAGE, name + ": .xz is not written; use .gz or .zst, or a pipe: kxdu ... | xz >" + name);
+        throw Failure(Cause::INPUT, name + ": .xz is not written; use .gz or .zst, or a pipe: ... | xz >" + name);
     }
     return nullptr;
 }

@@ -23,7 +23,7 @@ public:
     virtual ~Decoder() = default;
 
     /// Takes bytes from the front of `input`, puts text into `room`, and returns the number of bytes put. 0 means that
-    /// `input` is used up and more is needed. Throws `Failure` with `Cause::USAGE` if the data is corrupt, or needs
+    /// `input` is used up and more is needed. Throws `Failure` with `Cause::INPUT` if the data is corrupt, or needs
     /// more memory than allowed.
     virtual std::size_t Decode(std::string_view& input, char* room, std::size_t size) = 0;
 
@@ -44,7 +44,7 @@ public:
 };
 
 /// Makes the encoder for a file name that ends in .gz or .zst; null for other names. Throws `Failure` with
-/// `Cause::USAGE` for .xz, which is not supported for output.
+/// `Cause::INPUT` for .xz, which is not supported for output.
 std::unique_ptr<Encoder> MakeEncoder(const std::string& name);
 
 }  // namespace NS_KX

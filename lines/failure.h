@@ -7,7 +7,7 @@ namespace NS_KX {
 
 /// Why a run cannot go on.
 enum class Cause {
-    USAGE,   ///< wrong arguments, or an input, inventory or configuration that cannot be read
+    INPUT,   ///< arguments, an input, an inventory or a configuration that cannot be used
     OUTPUT,  ///< output that cannot be written: disk full, no such folder
 };
 

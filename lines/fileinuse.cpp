@@ -46,7 +46,7 @@ void RefuseReplacing(const std::vector<FileInUse>& filesInUse, const std::string
     }
     for (const auto& [name, role] : filesInUse) {
         if (IsSameFile(target, name)) {
-            throw Failure(Cause::USAGE,
+            throw Failure(Cause::INPUT,
                           std::string(target).append(": ").append(written).append(" would replace the ").append(role));
         }
     }
@@ -60,7 +60,7 @@ void RefuseJournalOfDatabase(const std::filesystem::path& target) {
         }
         name.resize(name.size() - suffix.size());
         if (IsDatabase(name)) {
-            throw Failure(Cause::USAGE, target.string() + ": would be taken for a journal of the database " + name +
+            throw Failure(Cause::INPUT, target.string() + ": would be taken for a journal of the database " + name +
                                             ", and deleted; choose another name");
         }
     }

@@ -13,12 +13,12 @@ struct FileInUse {
     std::string_view role;  ///< what messages call it, such as "input"
 };
 
-/// Throws `Failure` with `Cause::USAGE` if `target` is one of these files, by whatever path or link: writing there
+/// Throws `Failure` with `Cause::INPUT` if `target` is one of these files, by whatever path or link: writing there
 /// would replace it. Standard output, "" or "-", replaces none.
 void RefuseReplacing(const std::vector<FileInUse>& filesInUse, const std::string& target,
                      std::string_view written = "the output");
 
-/// Throws `Failure` with `Cause::USAGE` if `target` has the name of a journal of an existing SQLite database: SQLite
+/// Throws `Failure` with `Cause::INPUT` if `target` has the name of a journal of an existing SQLite database: SQLite
 /// would read the file and delete it.
 void RefuseJournalOfDatabase(const std::filesystem::path& target);
 

@@ -40,7 +40,7 @@ public:
           m_bytesRead(bytesRead),
           m_wakeUp(eventfd(0, EFD_CLOEXEC)) {
         if (m_wakeUp.Get() == -1) {
-            FailByErrno(Cause::USAGE, m_name);
+            FailByErrno(Cause::INPUT, m_name);
         }
         m_thread = std::thread([this] { Run(); });
     }
@@ -104,7 +104,7 @@ private:
             }
         } while (ReadRaw(raw));
         if (!m_isStopped && !m_decoder->IsComplete()) {
-            throw Failure(Cause::USAGE, m_name + ": the compressed data is cut off: its end is missing");
+            throw Failure(Cause::INPUT, m_name + ": the compressed data is cut off: its end is missing");
         }
     }
 
@@ -118,7 +118,7 @@ private:
         m_raw.resize(ROOM);
         const ssize_t count = ReadSome(m_descriptor, m_raw.data(), m_raw.size());
         if (count == -1) {
-            FailByErrno(Cause::USAGE, m_name);
+            FailByErrno(Cause::INPUT, m_name);
         }
         m_bytesRead += static_cast<std::uint64_t>(count);
         raw = std::string_view(m_raw).substr(0, static_cast<std::size_t>(count));
@@ -187,7 +187,7 @@ std::size_t Input::Read(char* memory, std::size_t size) {
 std::size_t Input::ReadRaw(char* memory, std::size_t size) {
     const ssize_t count = ReadSome(m_descriptor.Get(), memory, size);
     if (count == -1) {
-        FailByErrno(Cause::USAGE, m_name);
+        FailByErrno(Cause::INPUT, m_name);
     }
     m_bytesRead += static_cast<std::uint64_t>(count);
     return static_cast<std::size_t>(count);

@@ -17,14 +17,14 @@ class Decompression;
 class Input {
 public:
     /// Takes `descriptor` over. `name` is for messages. Adds the number of bytes read, before decompression, to
-    /// `bytesRead`. Throws `Failure` with `Cause::USAGE`.
+    /// `bytesRead`. Throws `Failure` with `Cause::INPUT`.
     Input(int descriptor, std::string name, std::atomic<std::uint64_t>& bytesRead);
     ~Input();
     Input(const Input&) = delete;
     Input& operator=(const Input&) = delete;
 
     /// Reads at least one byte, and returns how many; 0 at the end. Returns slow input as it arrives. Throws `Failure`
-    /// with `Cause::USAGE` if the input cannot be read, or if its compressed data is corrupt or cut off.
+    /// with `Cause::INPUT` if the input cannot be read, or if its compressed data is corrupt or cut off.
     std::size_t Read(char* memory, std::size_t size);
 
 private:

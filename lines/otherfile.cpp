@@ -60,9 +60,9 @@ std::string_view Utf16WithoutMark(std::string_view head) {
     if (!command.empty()) {
         // An input without a name stands before the pipe already.
         text.append("; use a pipe: ").append(command).append(name.starts_with('<') ? "" : " " + name);
-        text.append(" | kxdu ...");
+        text.append(" | ...");
     }
-    throw Failure(Cause::USAGE, text);
+    throw Failure(Cause::INPUT, text);
 }
 
 }  // namespace

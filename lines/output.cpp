@@ -71,7 +71,7 @@ Output::~Output() {
 
 void Output::Append(const std::filesystem::path& target) {
     if (m_encoder) {
-        throw Failure(Cause::USAGE, m_name + ": lines cannot be appended to a compressed file; choose another name");
+        throw Failure(Cause::INPUT, m_name + ": lines cannot be appended to a compressed file; choose another name");
     }
     m_appended.emplace(target);
 }

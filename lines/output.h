@@ -23,7 +23,7 @@ public:
     };
 
     /// Standard output if `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
-    /// `Cause::USAGE` for the journal of a database, for .xz, and if it cannot append because the name asks for
+    /// `Cause::INPUT` for the journal of a database, for .xz, and if it cannot append because the name asks for
     /// compression.
     explicit Output(const std::filesystem::path& file, Mode mode = Mode::REPLACE);
     ~Output();

@@ -7,7 +7,7 @@
 
 #include "lines/descriptor.h"
 #include "lines/terminal.h"
-#include "text/text.h"
+#include "text/number.h"
 
 namespace NS_KX {
 

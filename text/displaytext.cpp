@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "text/text.h"
+#include "text/utf8.h"
 
 namespace NS_KX {
 

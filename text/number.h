@@ -1,8 +1,11 @@
 #pragma once
 
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -32,6 +35,16 @@ inline std::optional<int> ReadNumber(std::string_view text) noexcept {
         return std::nullopt;
     }
     return static_cast<int>(number);
+}
+
+/// `number` in groups of three digits: 1,234,567.
+inline std::string Grouped(std::uint64_t number) {
+    constexpr std::size_t GROUP = 3;
+    std::string text = std::to_string(number);
+    for (std::size_t end = text.size(); end > GROUP; end -= GROUP) {
+        text.insert(end - GROUP, 1, ',');
+    }
+    return text;
 }
 
 }  // namespace NS_KX

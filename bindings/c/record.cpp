@@ -9,6 +9,7 @@
 #include <kx_domain_util/fdnscanner.h>
 
 #include "bindings/c/facts.h"
+#include "catalogue/conversion.h"
 #include "catalogue/levelcheck.h"
 #include "text/number.h"
 

@@ -7,7 +7,7 @@
 
 #include "bindings/c/guard.h"
 #include "catalogue/kinds.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 struct kx_record {
     NS_KX::AnyRecord records;

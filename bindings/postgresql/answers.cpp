@@ -14,13 +14,15 @@
 
 #include <kx_platform/textutil.h>
 
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "catalogue/pieces.h"
 #include "catalogue/readport.h"
 #include "catalogue/vocabulary.h"
 #include "formats/recordformat.h"
-#include "text/text.h"
+#include "text/quoting.h"
+#include "text/utf8.h"
 
 namespace NS_KX::NS_POSTGRESQL {
 

@@ -19,7 +19,7 @@
 #include "bindings/python/piecename.h"
 #include "bindings/python/text.h"
 #include "catalogue/pieces.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_PYTHON {
 

@@ -8,7 +8,7 @@
 #include "bindings/python/errors.h"
 #include "bindings/python/number.h"
 #include "bindings/python/text.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_PYTHON {
 

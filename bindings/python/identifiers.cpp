@@ -6,7 +6,7 @@
 #include <string>
 
 #include "bindings/python/parallel.h"
-#include "text/text.h"
+#include "text/utf8.h"
 
 namespace NS_KX::NS_PYTHON {
 

@@ -7,6 +7,7 @@
 #include "bindings/python/piecename.h"
 #include "bindings/python/record.h"
 #include "bindings/python/text.h"
+#include "catalogue/conversion.h"
 #include "catalogue/explanation.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"

@@ -11,8 +11,9 @@
 #include "bindings/python/facts.h"
 #include "bindings/python/number.h"
 #include "bindings/python/text.h"
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_PYTHON {
 

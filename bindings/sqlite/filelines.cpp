@@ -1,6 +1,6 @@
 #include "bindings/sqlite/filelines.h"
 
-#include "text/text.h"
+#include "text/lineflaw.h"
 
 namespace NS_KX::NS_SQLITE {
 

@@ -8,13 +8,15 @@
 
 #include "bindings/sqlite/extension.h"
 #include "bindings/sqlite/sqlite.h"
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "catalogue/pieces.h"
 #include "catalogue/vocabulary.h"
 #include "formats/recordformat.h"
 #include "formats/recordshape.h"
-#include "text/text.h"
+#include "text/quoting.h"
+#include "text/utf8.h"
 
 namespace NS_KX::NS_SQLITE {
 

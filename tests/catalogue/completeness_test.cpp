@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/reader.h>
 
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "sample/sampleidentifiers.h"

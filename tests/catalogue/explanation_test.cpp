@@ -29,7 +29,7 @@ std::vector<std::string> PartsOf(const std::string& fdn) {
 }
 
 std::string ValueOf(const Explanation& explanation, const std::string& name) {
-    for (const ReadField& field : explanation.fields) {
+    for (const FieldValue& field : explanation.fields) {
         if (field.name == name) {
             return field.value + (field.isKnown ? "" : " unknown");
         }

@@ -11,7 +11,7 @@ namespace {
 
 std::string AsJson(const std::string& fdn) {
     TextBuffer out;
-    MakeFormat(Layout{}, NS_UTIL::Surroundings::OfSystem())->Write(fdn, *FindKind(fdn), out);
+    MakeFormat(FormatOptions{}, NS_UTIL::Surroundings::OfSystem())->Write(fdn, *FindKind(fdn), out);
     return std::string(out.View());
 }
 
@@ -37,11 +37,11 @@ TEST(RecordFormat, TextsAreEscapedForJson) {
 }
 
 TEST(RecordFormat, WhatCannotBeReadLeavesTheOutputAsItWas) {
-    for (const FormatName format : {FormatName::JSONL, FormatName::CSV, FormatName::TSV, FormatName::TABLE}) {
-        Layout layout;
-        layout.format = format;
-        layout.kinds = AllKinds();
-        const auto writer = MakeFormat(layout, NS_UTIL::Surroundings::OfSystem());
+    for (const OutputFormat format : {OutputFormat::JSONL, OutputFormat::CSV, OutputFormat::TSV, OutputFormat::TABLE}) {
+        FormatOptions options;
+        options.format = format;
+        options.kinds = AllKinds();
+        const auto writer = MakeFormat(options, NS_UTIL::Surroundings::OfSystem());
         TextBuffer out;
         Append(out, "before\n");
         const Kind* const needsConfiguration = FindKindByType("PortIndex:LoopBack");
@@ -53,7 +53,7 @@ TEST(RecordFormat, WhatCannotBeReadLeavesTheOutputAsItWas) {
 }
 
 TEST(RecordFormat, JsonLinesHaveNoHeader) {
-    EXPECT_EQ(MakeHeader(Layout{}), "");
+    EXPECT_EQ(MakeHeader(FormatOptions{}), "");
 }
 
 }  // namespace

@@ -85,11 +85,11 @@ TEST(RecordRow, RefusesRowsThatDoNotFitTheirColumns) {
 }
 
 TEST(RecordRow, ReadsWhatIsWrittenOfEveryKind) {
-    for (const FormatName format : {FormatName::CSV, FormatName::TSV}) {
-        const Layout layout{format, AllKinds()};
+    for (const OutputFormat format : {OutputFormat::CSV, OutputFormat::TSV}) {
+        const FormatOptions options{format, AllKinds()};
         const NS_UTIL::Surroundings surroundings;
-        const auto writer = MakeFormat(layout, surroundings);
-        std::string header = MakeHeader(layout);
+        const auto writer = MakeFormat(options, surroundings);
+        std::string header = MakeHeader(options);
         header.pop_back();
         RecordRow reader(header, FindSeparator(header).value());
         for (const Kind* const kind : AllKinds()) {

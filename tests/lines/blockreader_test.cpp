@@ -173,7 +173,7 @@ TEST_F(BlockReaderTest, AMissingFileIsNamed) {
         reader.Next(block);
         FAIL() << "no complaint";
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.GetCause(), Cause::USAGE);
+        EXPECT_EQ(failure.GetCause(), Cause::INPUT);
         EXPECT_EQ(failure.what(), (folder / "missing").string() + ": No such file or directory");
     }
 }

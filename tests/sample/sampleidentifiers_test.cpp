@@ -8,6 +8,7 @@
 
 #include <kx_domain_util/fdnscanner.h>
 
+#include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 

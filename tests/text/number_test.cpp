@@ -27,5 +27,13 @@ TEST(Number, IsDecimalAtAnyLengthAndBelowZero) {
     }
 }
 
+TEST(Number, IsGroupedByThreeDigits) {
+    EXPECT_EQ(Grouped(0), "0");
+    EXPECT_EQ(Grouped(999), "999");
+    EXPECT_EQ(Grouped(1000), "1,000");
+    EXPECT_EQ(Grouped(123456), "123,456");
+    EXPECT_EQ(Grouped(18'446'744'073'709'551'615U), "18,446,744,073,709,551,615");
+}
+
 }  // namespace
 }  // namespace NS_KX

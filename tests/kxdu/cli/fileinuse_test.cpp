@@ -27,7 +27,7 @@ TEST_F(FileInUseTest, IsNotReplaced) {
         RefuseReplacing(filesInUse, folder / "./a", "the sum");
         ADD_FAILURE() << "it would be replaced";
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.GetCause(), Cause::USAGE);
+        EXPECT_EQ(failure.GetCause(), Cause::INPUT);
         EXPECT_EQ(failure.what(), (folder / "./a").string() + ": the sum would replace the list");
     }
     EXPECT_THROW(RefuseReplacing(filesInUse, folder / "b"), Failure) << "the file may be created later";

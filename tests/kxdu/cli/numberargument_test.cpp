@@ -17,7 +17,7 @@ TEST(NumberArgument, AnArgumentThatIsNoneIsNamedWithTheRange) {
             static_cast<void>(ParseNumber(argument, 65535, "; names do not count"));
             ADD_FAILURE() << argument;
         } catch (const Failure& failure) {
-            EXPECT_EQ(failure.GetCause(), Cause::USAGE);
+            EXPECT_EQ(failure.GetCause(), Cause::INPUT);
             EXPECT_EQ(failure.what(), '"' + argument + "\" is not a number from 0 to 65535" + advice);
         }
     }

@@ -10,7 +10,8 @@
 #include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/fileinuse.h"
-#include "text/text.h"
+#include "text/quoting.h"
+#include "text/utf8.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -21,7 +22,7 @@ constexpr std::string_view BLANKS = " \t\n\v\f\r";
 // Answers are rows of CSV and JSON, which hold UTF-8 only.
 void RefuseWord(const std::string& word) {
     if (FindInvalidUtf8(word) != word.size()) {
-        throw Failure(Cause::USAGE, Quoted(word) + " is not UTF-8");
+        throw Failure(Cause::INPUT, Quoted(word) + " is not UTF-8");
     }
 }
 
@@ -29,7 +30,7 @@ void RefuseWord(const std::string& word) {
 void RefuseEndlessInput() {
     for (const char* const stream : {"/dev/stdout", "/dev/stderr"}) {
         if (IsSameFile(stream, "/dev/stdin")) {
-            throw Failure(Cause::USAGE, "standard input is the file that the answers are written to");
+            throw Failure(Cause::INPUT, "standard input is the file that the answers are written to");
         }
     }
 }
@@ -48,7 +49,7 @@ void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
     for (;;) {
         const ssize_t size = ReadSome(STDIN_FILENO, block.data(), block.size());
         if (size == -1) {
-            FailByErrno(Cause::USAGE, "standard input");
+            FailByErrno(Cause::INPUT, "standard input");
         }
         if (size == 0) {
             takeWord();
@@ -59,7 +60,7 @@ void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
             const std::size_t end = std::min(text.find_first_of(BLANKS), text.size());
             word.append(text.substr(0, end));
             if (word.size() > LONGEST_WORD) {
-                throw Failure(Cause::USAGE, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
+                throw Failure(Cause::INPUT, "a word on standard input is longer than " + std::to_string(LONGEST_WORD) +
                                                 " bytes: " + Quoted(word));
             }
             text.remove_prefix(end);

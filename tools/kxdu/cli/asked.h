@@ -18,7 +18,7 @@ inline constexpr std::size_t LONGEST_WORD = 1024;
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
 
 /// Calls `take` for each argument; for "-", calls it for each word on standard input as it comes. Throws `Failure` with
-/// `Cause::USAGE` if standard input cannot be read or holds a word longer than `LONGEST_WORD`, and
+/// `Cause::INPUT` if standard input cannot be read or holds a word longer than `LONGEST_WORD`, and
 /// for a word that is not UTF-8.
 void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take);
 

@@ -14,6 +14,7 @@ void AddInputFiles(Verb& verb, BulkOptions& options) {
 
 void AddJobOptions(Verb& verb, BulkOptions& options) {
     constexpr unsigned MOST_JOBS = 256;  // each takes memory
+    options.names = {"kxdu", "-o", "--rejects"};
     verb.AddNumber("-j,--jobs", options.jobs, "Threads; one for each core by default", 1, MOST_JOBS);
     verb.AddFlag("--no-progress", options.isProgressHidden, "No progress bar on the terminal");
 }
@@ -31,12 +32,12 @@ void AddReadingOptions(Verb& verb, ServiceOptions& options) {
                  "Accepted as by all verbs, and not opened: only writing depends on an inventory");
 }
 
-void AddFormatOption(Verb& verb, FormatName& format, const std::string& standard) {
+void AddFormatOption(Verb& verb, OutputFormat& format, const std::string& standard) {
     verb.AddChoice("--format", format,
-                   {{"jsonl", FormatName::JSONL},
-                    {"csv", FormatName::CSV},
-                    {"tsv", FormatName::TSV},
-                    {"table", FormatName::TABLE}},
+                   {{"jsonl", OutputFormat::JSONL},
+                    {"csv", OutputFormat::CSV},
+                    {"tsv", OutputFormat::TSV},
+                    {"table", OutputFormat::TABLE}},
                    "Format of the output: jsonl, csv, tsv or table; " + standard + " by default");
 }
 

@@ -4,7 +4,7 @@
 
 #include "cli/verbs.h"
 #include "formats/recordformat.h"
-#include "lines/lines.h"
+#include "lines/linerun.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -18,7 +18,7 @@ inline ExitCode ExitCodeOf(const LineCounts& counts) {
 
 /// Adds input files to `verb`, as its positional arguments.
 void AddInputFiles(Verb& verb, BulkOptions& options);
-/// Adds `--jobs` and `--no-progress`.
+/// Adds `--jobs` and `--no-progress`, and names the program and its options for messages.
 void AddJobOptions(Verb& verb, BulkOptions& options);
 /// Adds `--output` besides.
 void AddRunOptions(Verb& verb, BulkOptions& options);
@@ -26,7 +26,7 @@ void AddRunOptions(Verb& verb, BulkOptions& options);
 /// none.
 void AddReadingOptions(Verb& verb, ServiceOptions& options);
 /// Adds `--format`, for verbs that write a line for each identifier. The format is `standard` by default.
-void AddFormatOption(Verb& verb, FormatName& format, const std::string& standard);
+void AddFormatOption(Verb& verb, OutputFormat& format, const std::string& standard);
 /// Adds `--rejects` and `--strict`, for verbs that report beside their output.
 void AddRejectOptions(Verb& verb, BulkOptions& options);
 

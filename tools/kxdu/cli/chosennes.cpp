@@ -5,7 +5,7 @@
 
 #include "cli/verb.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 

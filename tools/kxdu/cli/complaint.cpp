@@ -8,7 +8,7 @@
 
 #include "cli/arguments.h"
 #include "cli/nearestword.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 

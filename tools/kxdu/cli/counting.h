@@ -13,7 +13,7 @@
 #include "catalogue/statistics.h"
 #include "cli/chosennes.h"
 #include "cli/services.h"
-#include "lines/lines.h"
+#include "lines/linerun.h"
 
 namespace NS_KX::NS_KXDU {
 

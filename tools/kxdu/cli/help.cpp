@@ -11,8 +11,8 @@
 #include <unistd.h>
 
 #include "cli/helptext.h"
+#include "cli/wrapping.h"
 #include "lines/terminal.h"
-#include "text/text.h"
 
 namespace NS_KX::NS_KXDU {
 

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "text/text.h"
+#include "cli/wrapping.h"
 
 namespace NS_KX::NS_KXDU {
 

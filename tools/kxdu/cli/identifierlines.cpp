@@ -12,7 +12,7 @@ namespace NS_KX::NS_KXDU {
 
 void RefuseOtherThanIdentifiers(std::string_view line) {
     const std::string_view text = line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
-    const auto refuse = [](const char* complaint) { throw Failure(Cause::USAGE, complaint); };
+    const auto refuse = [](const char* complaint) { throw Failure(Cause::INPUT, complaint); };
     if (text.starts_with('{') || text.starts_with('[')) {
         refuse(
             "this is JSON, not an identifier; kxdu encode reads records as decode writes them, and jq -r takes "

@@ -5,13 +5,13 @@
 
 #include "catalogue/kinds.h"
 #include "catalogue/tagorder.h"
-#include "lines/lines.h"
+#include "lines/linerun.h"
 
 namespace NS_KX::NS_KXDU {
 
 class Verb;
 
-/// Throws `Failure` with `Cause::USAGE` if `line`, the first of a file, shows that the file plainly holds something
+/// Throws `Failure` with `Cause::INPUT` if `line`, the first of a file, shows that the file plainly holds something
 /// else than identifiers: JSON, CSV in quotes, a table of kxdu. The message says what to do.
 void RefuseOtherThanIdentifiers(std::string_view line);
 

@@ -8,8 +8,8 @@
 #include "formats/json.h"
 #include "formats/texttable.h"
 #include "text/displaytext.h"
-#include "text/text.h"
 #include "text/textbuffer.h"
+#include "text/utf8.h"
 
 namespace NS_KX::NS_KXDU {
 

@@ -83,7 +83,7 @@ std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options
         if (!options.inventory.empty() && complaint.starts_with(options.inventory + ": ")) {
             ComplainOfInventory(options.inventory, complaint, SourceOf(options.inventory, INVENTORY_VARIABLE));
         }
-        throw Failure(Cause::USAGE, complaint + SourceOf(options.config, CONFIG_VARIABLE));
+        throw Failure(Cause::INPUT, complaint + SourceOf(options.config, CONFIG_VARIABLE));
     }
 }
 
@@ -96,18 +96,18 @@ NS_STANDALONE::Inventory ReadInventory(const std::string& file) {
 }
 
 void ComplainOfInventory(const std::string& file, const std::string& complaint, const std::string& source) {
-    throw Failure(Cause::USAGE, complaint + source + AdviceOnInventory(file, complaint));
+    throw Failure(Cause::INPUT, complaint + source + AdviceOnInventory(file, complaint));
 }
 
 void ComplainOfNoInventory() {
     throw Failure(
-        Cause::USAGE,
+        Cause::INPUT,
         "this identifier cannot be written without an inventory: give one with --inventory FILE or in KX_INVENTORY "
         "(to make one, see kxdu inventory --help)");
 }
 
 void ComplainOfNoConfiguration() {
-    throw Failure(Cause::USAGE,
+    throw Failure(Cause::INPUT,
                   "identifiers of this type cannot be read without a configuration: give its folder with --config DIR "
                   "or in KX_CONFIG_DIR");
 }

@@ -33,14 +33,14 @@ void AddServiceOptions(Verb& verb, ServiceOptions& options);
 std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
 /// Starts the services; they run as long as the returned host lives. Notes in `missing`, unless it is null, the NEs
-/// that the inventory is asked about and lacks. Throws `Failure` with `Cause::USAGE` if a file cannot be loaded; the
+/// that the inventory is asked about and lacks. Throws `Failure` with `Cause::INPUT` if a file cannot be loaded; the
 /// message says if the environment named it, and how to make a missing inventory.
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
 
 /// Reads the inventory named by an option or the environment. Throws as above.
 NS_STANDALONE::Inventory ReadInventory(const std::string& file);
 
-/// Throws `Failure` with `Cause::USAGE`. The message says what is wrong with the inventory, where its name comes
+/// Throws `Failure` with `Cause::INPUT`. The message says what is wrong with the inventory, where its name comes
 /// from, and how to make a missing one.
 [[noreturn]] void ComplainOfInventory(const std::string& file, const std::string& complaint,
                                       const std::string& source = {});
@@ -55,7 +55,7 @@ auto OpeningInventory(const std::string& file, Use use) {
     }
 }
 
-/// Throws `Failure` with `Cause::USAGE`; the message says how to give an inventory.
+/// Throws `Failure` with `Cause::INPUT`; the message says how to give an inventory.
 [[noreturn]] void ComplainOfNoInventory();
 /// The same for a configuration.
 [[noreturn]] void ComplainOfNoConfiguration();

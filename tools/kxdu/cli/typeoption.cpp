@@ -4,8 +4,9 @@
 
 #include "catalogue/kinds.h"
 #include "cli/verb.h"
+#include "cli/wrapping.h"
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -20,7 +21,7 @@ const Kind* ChosenKind(const std::string& type) {
 const Kind& RequireKind(const std::string& type, const std::string& source) {
     const Kind* const kind = FindKindByType(type);
     if (kind == nullptr) {
-        throw Failure(Cause::USAGE, source + "unknown type " + Quoted(type) + "; choose one of\n" + TypeNames());
+        throw Failure(Cause::INPUT, source + "unknown type " + Quoted(type) + "; choose one of\n" + TypeNames());
     }
     return *kind;
 }

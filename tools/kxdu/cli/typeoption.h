@@ -17,7 +17,7 @@ VerbOption AddTypeOption(Verb& verb, std::string& type, const std::string& help)
 /// The kind that `--as` names; null if it was not given. Throws as `RequireKind` does.
 const Kind* ChosenKind(const std::string& type);
 
-/// The kind of this type. Throws `Failure` with `Cause::USAGE` for an unknown one; the message begins with `source`,
+/// The kind of this type. Throws `Failure` with `Cause::INPUT` for an unknown one; the message begins with `source`,
 /// and lists all types.
 const Kind& RequireKind(const std::string& type, const std::string& source = {});
 

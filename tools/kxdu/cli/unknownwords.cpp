@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "lines/descriptor.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 

@@ -10,7 +10,7 @@
 
 #include "cli/verbs.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace CLI {
 class Option;

@@ -110,7 +110,7 @@ void RequireRoom(const Alarms& alarms) {
         identifiers += counts.size();
     }
     if (identifiers > Alarms::MOST_IDENTIFIERS) {
-        throw Failure(Cause::USAGE, "there are alarms of more than " + std::to_string(Alarms::MOST_IDENTIFIERS) +
+        throw Failure(Cause::INPUT, "there are alarms of more than " + std::to_string(Alarms::MOST_IDENTIFIERS) +
                                         " identifiers, too many for one page; choose NEs with --ne, such as --ne "
                                         "1-2000");
     }
@@ -125,6 +125,7 @@ Alarms ReadAlarms(const AlarmOptions& options, const ChosenNes& nes, const BulkO
     ofAlarms.files = {options.file};
     ofAlarms.jobs = bulk.jobs;
     ofAlarms.isProgressHidden = bulk.isProgressHidden;
+    ofAlarms.names = bulk.names;
     LineWork work;
     work.filesInUse = filesInUse;
     work.makeConverter = [&] { return std::make_unique<AlarmCounter>(options, nes); };

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/chosennes.h"
-#include "lines/lines.h"
+#include "lines/linerun.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -31,7 +31,7 @@ struct AlarmOptions {
 };
 
 /// Reads one alarm a line. Alarms of NEs that are not chosen do not count. Throws `Failure` as `RunLines` does, and
-/// with `Cause::USAGE` if there are alarms of more than `Alarms::MOST_IDENTIFIERS` identifiers.
+/// with `Cause::INPUT` if there are alarms of more than `Alarms::MOST_IDENTIFIERS` identifiers.
 Alarms ReadAlarms(const AlarmOptions& options, const ChosenNes& nes, const BulkOptions& bulk,
                   const std::vector<FileInUse>& filesInUse);
 

@@ -102,7 +102,7 @@ Network ReadNetwork(const CountingOptions& options, const std::vector<FileInUse>
         count += blockCount;
         size += blockSize;
         if (count > Network::MOST_IDENTIFIERS || size > Network::MOST_TEXT) {
-            throw Failure(Cause::USAGE, "the network is too large for one page, which holds " +
+            throw Failure(Cause::INPUT, "the network is too large for one page, which holds " +
                                             std::to_string(Network::MOST_IDENTIFIERS) + " identifiers and " +
                                             std::to_string(Network::MOST_TEXT >> 20U) +
                                             " MiB of them; choose NEs with --ne, such as --ne 1-2000");

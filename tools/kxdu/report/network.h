@@ -39,7 +39,7 @@ struct Network {
 /// The letters that stand for small numbers.
 inline constexpr std::string_view LETTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
 
-/// Reads the network. Throws `Failure` with `Cause::USAGE` if it is larger than one page holds, and as `CountLines`
+/// Reads the network. Throws `Failure` with `Cause::INPUT` if it is larger than one page holds, and as `CountLines`
 /// does.
 Network ReadNetwork(const CountingOptions& options, const std::vector<FileInUse>& filesInUse);
 

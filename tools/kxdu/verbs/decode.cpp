@@ -14,10 +14,11 @@
 #include "cli/typeoption.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "cli/wrapping.h"
 #include "formats/recordformat.h"
 #include "lines/blockreader.h"
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -73,7 +74,7 @@ struct Options {
     BulkOptions bulk;
     ServiceOptions services;
     bool areTagsStrict = false;
-    FormatName format = FormatName::JSONL;
+    OutputFormat format = OutputFormat::JSONL;
     std::string type;
     std::string only;
     std::string fields;
@@ -108,11 +109,11 @@ void AddKinds(const std::string& name, std::vector<const Kind*>& kinds) {
         return;
     }
     if (FindKindByType(name) != nullptr) {
-        throw Failure(Cause::USAGE, "--only: lines are read as " + name + " by --as only");
+        throw Failure(Cause::INPUT, "--only: lines are read as " + name + " by --as only");
     }
     const std::vector<std::string> known = NamesOfKinds();
     const std::string_view nearest = NearestWord(name, known);
-    throw Failure(Cause::USAGE, "--only: unknown type or kind " + Quoted(name) +
+    throw Failure(Cause::INPUT, "--only: unknown type or kind " + Quoted(name) +
                                     (nearest.empty() ? "; choose of\n" + Wrapped("  ", known)
                                                      : "; did you mean " + std::string(nearest) + "?"));
 }
@@ -150,14 +151,14 @@ std::vector<std::string> ChosenFields(const std::string& list, std::span<const K
     for (const std::string& name : SplitAtCommas(list)) {
         if (std::find(known.begin(), known.end(), name) == known.end()) {
             const std::string_view nearest = NearestWord(name, known);
-            throw Failure(Cause::USAGE,
+            throw Failure(Cause::INPUT,
                           "--fields: no record " +
                               std::string(kinds.size() == AllKinds().size() ? "" : "of the chosen types ") +
                               "has a field " + Quoted(name) +
                               (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?"));
         }
         if (std::find(fields.begin(), fields.end(), name) != fields.end()) {
-            throw Failure(Cause::USAGE, "--fields: " + Quoted(name) + " is named twice");
+            throw Failure(Cause::INPUT, "--fields: " + Quoted(name) + " is named twice");
         }
         fields.push_back(name);
     }
@@ -170,7 +171,7 @@ std::vector<std::string> ChosenFields(const std::string& list, std::span<const K
 struct Plan {
     const Kind* forced;               // null: each line's own
     std::vector<const Kind*> chosen;  // lines of other kinds are left out; none: all are written
-    Layout layout;
+    FormatOptions output;
     bool areTagsStrict;
 };
 
@@ -179,8 +180,8 @@ public:
     explicit Decoder(const Plan& plan)
         : m_plan(plan),
           m_tags(plan.areTagsStrict),
-          m_isReadAgain(plan.layout.format == FormatName::JSONL),
-          m_format(MakeFormat(plan.layout, NS_UTIL::Surroundings::OfSystem())) {}
+          m_isReadAgain(plan.output.format == OutputFormat::JSONL),
+          m_format(MakeFormat(plan.output, NS_UTIL::Surroundings::OfSystem())) {}
 
     void Convert(std::string_view line, LineResult& result) override {
         if (result.IsFirstLine()) {
@@ -225,9 +226,9 @@ ExitCode Decode(const Options& options) {
     if (!options.only.empty()) {
         plan.chosen = kinds;
     }
-    plan.layout.format = options.format;
-    plan.layout.kinds = kinds;
-    plan.layout.fields = ChosenFields(options.fields, kinds);
+    plan.output.format = options.format;
+    plan.output.kinds = kinds;
+    plan.output.fields = ChosenFields(options.fields, kinds);
     const auto services = StartServices({{}, options.services.config});
     if (plan.forced != nullptr) {
         RequireConfigurationFor(*plan.forced);
@@ -235,7 +236,7 @@ ExitCode Decode(const Options& options) {
     LineWork work;
     work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Decoder>(plan); };
-    work.header = MakeHeader(plan.layout);
+    work.header = MakeHeader(plan.output);
     TagWatch::Describe(work);
     return ExitCodeOf(RunLines(options.bulk, work));
 }

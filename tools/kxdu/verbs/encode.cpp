@@ -14,7 +14,8 @@
 #include "formats/recordline.h"
 #include "formats/recordrow.h"
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/lineflaw.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -73,7 +74,7 @@ struct RecordSource {
 };
 
 [[noreturn]] void RefuseOtherThanRecords(std::string_view head) {
-    throw Failure(Cause::USAGE, LooksLikeIdentifier(head)
+    throw Failure(Cause::INPUT, LooksLikeIdentifier(head)
                                     ? "this is an identifier, not a record; did you mean kxdu decode?"
                                     : "this is neither a JSON line nor a line of column names; kxdu encode reads what "
                                       "kxdu decode writes with --format jsonl, csv or tsv");
@@ -92,14 +93,14 @@ RecordSource OpenRecords(std::string_view head, const Kind* usual) {
     }
     if (*separator == ';') {
         throw Failure(
-            Cause::USAGE,
+            Cause::INPUT,
             "the columns are separated by \";\"; kxdu encode reads CSV with \",\", and TSV: save it as one of "
             "them");
     }
     try {
         return {std::make_unique<RecordRow>(head, *separator, usual), false};
     } catch (const BadRecord& bad) {
-        throw Failure(Cause::USAGE, bad.what());
+        throw Failure(Cause::INPUT, bad.what());
     }
 }
 

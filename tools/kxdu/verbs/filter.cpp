@@ -13,7 +13,7 @@
 #include "lines/failure.h"
 #include "lines/output.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 #include "verbs/filterconfiguration.h"
 #include "verbs/notificationid.h"
 
@@ -161,20 +161,20 @@ std::string Summary(const LineCounts& run) {
 
 void RefuseContradictions(const Options& options) {
     if (!options.append.empty() && !options.bulk.output.empty()) {
-        throw Failure(Cause::USAGE, "--append and -o name two outputs: give one of them");
+        throw Failure(Cause::INPUT, "--append and -o name two outputs: give one of them");
     }
     if (!options.isConfirmed) {
         return;
     }
     if (options.append.empty()) {
-        throw Failure(Cause::USAGE, "--confirm needs --append FILE: standard output is for the confirmations");
+        throw Failure(Cause::INPUT, "--confirm needs --append FILE: standard output is for the confirmations");
     }
     if (options.append == "-" || options.append == "/dev/stdout") {
-        throw Failure(Cause::USAGE, "--append " + options.append +
+        throw Failure(Cause::INPUT, "--append " + options.append +
                                         ": with --confirm, standard output is for the confirmations; name a file");
     }
     if (options.bulk.isStrict) {
-        throw Failure(Cause::USAGE,
+        throw Failure(Cause::INPUT,
                       "--strict does not go with --confirm: rsyslogd would send the line that ends the run "
                       "again and again");
     }
@@ -198,7 +198,7 @@ private:
 
 ExitCode RunFilter(const Options& options) {
     if (options.config.empty()) {
-        throw Failure(Cause::USAGE,
+        throw Failure(Cause::INPUT,
                       "no configuration says what to hold back: give its folder with --config DIR or in KX_CONFIG_DIR");
     }
     RefuseContradictions(options);

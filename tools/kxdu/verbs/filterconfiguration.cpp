@@ -13,7 +13,7 @@
 #include "cli/services.h"
 #include "lines/descriptor.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 

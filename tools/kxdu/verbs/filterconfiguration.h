@@ -16,7 +16,7 @@ namespace NS_KX::NS_KXDU {
 class FilterConfiguration {
 public:
     /// Loads the configuration in `folder`, and warns on standard error of what is doubtful in it. Throws `Failure`
-    /// with `Cause::USAGE` if it cannot be loaded.
+    /// with `Cause::INPUT` if it cannot be loaded.
     explicit FilterConfiguration(const std::string& folder);
     ~FilterConfiguration();
     FilterConfiguration(const FilterConfiguration&) = delete;

@@ -15,10 +15,11 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "cli/wrapping.h"
 #include "formats/columns.h"
 #include "lines/blockreader.h"
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -57,7 +58,7 @@ struct Options {
     ServiceOptions services;
     bool areTagsStrict = false;
     std::string columns;
-    FormatName format = FormatName::TSV;
+    OutputFormat format = OutputFormat::TSV;
     bool hasHeader = false;
 };
 
@@ -67,10 +68,10 @@ constexpr std::size_t LONGEST_NAME = 60;
 
 [[noreturn]] void RefuseColumn(const std::string& name) {
     if (name.empty()) {
-        throw Failure(Cause::USAGE, "a column has no name; separate columns by single commas: NE,FR,PP:2");
+        throw Failure(Cause::INPUT, "a column has no name; separate columns by single commas: NE,FR,PP:2");
     }
     if (const auto piece = PieceName::Parse(name); piece && piece->FindTag() != nullptr) {
-        throw Failure(Cause::USAGE, Quoted(name) + ": " + piece->tag + " has no sub-value " +
+        throw Failure(Cause::INPUT, Quoted(name) + ": " + piece->tag + " has no sub-value " +
                                         std::to_string(*piece->index) + "; the first one is 0, the last one " +
                                         std::to_string(piece->FindTag()->most - 1));
     }
@@ -84,7 +85,7 @@ constexpr std::size_t LONGEST_NAME = 60;
     } else {
         complaint += "; kxdu get --help lists the names";
     }
-    throw Failure(Cause::USAGE, complaint);
+    throw Failure(Cause::INPUT, complaint);
 }
 
 std::vector<Column> ParseColumns(const std::string& list) {
@@ -104,7 +105,7 @@ void RefuseColumnsAsFiles(const Options& options) {
     for (const std::string& file : options.bulk.files) {
         std::error_code error;
         if (Column::Parse(file) && !std::filesystem::exists(file, error)) {
-            throw Failure(Cause::USAGE, std::string(file)
+            throw Failure(Cause::INPUT, std::string(file)
                                             .append(": there is no such file; columns are one argument: kxdu get ")
                                             .append(options.columns)
                                             .append(",")
@@ -124,7 +125,7 @@ struct Plan {
     Plan(std::vector<Column> columns, const Options& options)
         : needsKind(IsAnyOf(columns, [](const Column& column) { return column.NeedsKind(); })),
           needsRecord(IsAnyOf(columns, [](const Column& column) { return column.source == Column::Source::FIELD; })),
-          isCopied(options.format == FormatName::TSV &&
+          isCopied(options.format == OutputFormat::TSV &&
                    !IsAnyOf(columns, [](const Column& column) { return column.source != Column::Source::PIECE; })),
           areTagsStrict(options.areTagsStrict),
           row(std::move(columns), options.format) {}
@@ -211,10 +212,10 @@ ExitCode Get(const Options& options) {
     LineWork work;
     work.filesInUse = FilesInUse(options.services);
     work.makeConverter = [&] { return std::make_unique<Getter>(plan); };
-    if (options.hasHeader || options.format == FormatName::TABLE) {
+    if (options.hasHeader || options.format == OutputFormat::TABLE) {
         work.header = header;
     }
-    work.mustBeUtf8 = options.format == FormatName::JSONL || options.format == FormatName::TABLE;
+    work.mustBeUtf8 = options.format == OutputFormat::JSONL || options.format == OutputFormat::TABLE;
     TagWatch::Describe(work);
     return ExitCodeOf(RunLines(options.bulk, work));
 }

@@ -21,7 +21,7 @@ ExitCode Help(const CLI::App& app, const std::vector<std::string>& verbs) {
         path.append(path.empty() ? "" : " ").append(shown->get_name());
         const auto named = shown->get_subcommands([&](const CLI::App* known) { return known->get_name() == verb; });
         if (named.empty()) {
-            throw Failure(Cause::USAGE, UnknownVerb(*shown, verb) + HelpHint(*shown));
+            throw Failure(Cause::INPUT, UnknownVerb(*shown, verb) + HelpHint(*shown));
         }
         shown = named.front();
     }

@@ -15,12 +15,13 @@
 #include "cli/services.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
+#include "cli/wrapping.h"
 #include "lines/descriptor.h"
 #include "lines/failure.h"
 #include "lines/fileinuse.h"
 #include "lines/interruptions.h"
 #include "lines/output.h"
-#include "text/text.h"
+#include "text/quoting.h"
 #include "verbs/inventorycsv.h"
 
 namespace NS_KX::NS_KXDU {
@@ -115,7 +116,7 @@ std::string Counts(const Inventory& inventory) {
 void RefuseMixUp(const Options& options) {
     std::error_code error;
     if (std::filesystem::is_directory(options.file, error) && std::filesystem::is_regular_file(options.folder, error)) {
-        throw Failure(Cause::USAGE, options.file + " is a folder, and " + options.folder +
+        throw Failure(Cause::INPUT, options.file + " is a folder, and " + options.folder +
                                         " is a file: FILE, the inventory, comes first");
     }
 }
@@ -140,7 +141,7 @@ ExitCode Init(const Options& options) {
         const InterruptionsHeld held;  // a killed run would leave its draft behind
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
-        throw Failure(Cause::USAGE, failed.what() + AdviceOn(options.file));
+        throw Failure(Cause::INPUT, failed.what() + AdviceOn(options.file));
     }
     WriteWhole({}, options.file + ": empty inventory created\n");
     return ExitCode::OK;
@@ -165,7 +166,7 @@ void WarnOfUnusedLists(const Inventory& inventory) {
 ExitCode Import(const Options& options) {
     RefuseMixUp(options);
     if (std::error_code error; std::filesystem::is_regular_file(options.folder, error)) {
-        throw Failure(Cause::USAGE, options.folder + " is a file: FOLDER is the folder that holds ne.csv");
+        throw Failure(Cause::INPUT, options.folder + " is a file: FOLDER is the folder that holds ne.csv");
     }
     const Inventory inventory = ReadInventoryCsv(options.folder);
     OpeningInventory(options.file, [&] { NS_STANDALONE::ReplaceInventory(options.file, inventory); });

@@ -13,7 +13,8 @@
 #include "lines/bufferedoutput.h"
 #include "lines/failure.h"
 #include "text/number.h"
-#include "text/text.h"
+#include "text/quoting.h"
+#include "text/utf8.h"
 
 namespace NS_KX::NS_KXDU {
 

@@ -23,7 +23,7 @@ std::vector<FileInUse> InventoryCsvFiles(const std::filesystem::path& folder);
 
 /// Throws std::runtime_error, its text naming file, line and reason: the header line is missing, a row has too few or
 /// too many columns or more than 1 MiB, a value is not what its column takes, an NE, an NE type or a domain member is
-/// repeated, an NE is of an unknown type. Throws `Failure` with `Cause::USAGE` for a file that cannot be read.
+/// repeated, an NE is of an unknown type. Throws `Failure` with `Cause::INPUT` for a file that cannot be read.
 NS_STANDALONE::Inventory ReadInventoryCsv(const std::filesystem::path& folder);
 
 /// Makes the folder when there is none, and replaces the three files. Throws `Failure` with `Cause::OUTPUT` and

@@ -241,7 +241,7 @@ ExitCode ListForPeople(const Options& options, const ToRow& toRow, std::string_v
     std::vector<Listing::Row> rows;
     ForEachAsked(options.numbers, [&](const std::string& number) {
         if (rows.size() == MOST_IN_A_TABLE) {
-            throw Failure(Cause::USAGE, "a table shows at most " + std::to_string(MOST_IN_A_TABLE) +
+            throw Failure(Cause::INPUT, "a table shows at most " + std::to_string(MOST_IN_A_TABLE) +
                                             " NE types; --format csv and jsonl take any number");
         }
         rows.push_back(toRow(number));

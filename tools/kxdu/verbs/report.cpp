@@ -17,7 +17,7 @@
 #include "report/alarms.h"
 #include "report/network.h"
 #include "report/page.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -63,12 +63,12 @@ std::vector<FileInUse> AllFilesInUse(const Options& options) {
 
 void RequireUsable(const Options& options) {
     if (options.alarms.file.empty() != options.alarms.field.empty()) {
-        throw Failure(Cause::USAGE, options.alarms.file.empty()
+        throw Failure(Cause::INPUT, options.alarms.file.empty()
                                         ? "--alarm-fdn needs a file of alarms: name it with --alarms FILE"
                                         : "--alarms needs the place of the identifier: name it with --alarm-fdn FIELD");
     }
     if (options.output.empty() && isatty(STDOUT_FILENO) == 1) {
-        throw Failure(Cause::USAGE, "the page is no text for a terminal: name a file with -o report.html");
+        throw Failure(Cause::INPUT, "the page is no text for a terminal: name a file with -o report.html");
     }
 }
 

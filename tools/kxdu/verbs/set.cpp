@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/conversion.h"
 #include "catalogue/levelcheck.h"
 #include "catalogue/pieces.h"
 #include "cli/bulkoptions.h"
@@ -14,7 +15,7 @@
 #include "lines/blockreader.h"
 #include "lines/descriptor.h"
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -49,7 +50,7 @@ struct Setting {
 };
 
 [[noreturn]] void RefuseSetting(std::string_view text, std::string_view reason) {
-    throw Failure(Cause::USAGE, Quoted(text) + ": " + std::string(reason));
+    throw Failure(Cause::INPUT, Quoted(text) + ": " + std::string(reason));
 }
 
 void RequireValue(const PieceName& piece, std::string_view value, std::string_view text) {

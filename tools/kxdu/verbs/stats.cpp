@@ -22,7 +22,8 @@
 #include "lines/fileinuse.h"
 #include "lines/output.h"
 #include "text/displaytext.h"
-#include "text/text.h"
+#include "text/number.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -107,17 +108,6 @@ GroupRows RowsOf(const Statistics& statistics, const NS_STANDALONE::Inventory* i
 }
 
 // ---- For people -----------------------------------------------------------------------------------------------------
-
-// 1234567 as 1,234,567.
-std::string Grouped(std::uint64_t number) {
-    constexpr std::size_t DIGITS = 3;
-    std::string text = std::to_string(number);
-    for (std::size_t place = text.size(); place > DIGITS;) {
-        place -= DIGITS;
-        text.insert(place, 1, ',');
-    }
-    return text;
-}
 
 std::string OrNone(const std::string& text) {
     return text.empty() ? "-" : Printable(text);
@@ -229,7 +219,7 @@ std::string TakeGroups(std::string_view text, std::vector<std::string>& groups) 
 void RequireInventoryFor(const Options& options) {
     for (const std::string& word : options.groups) {
         if (word == "layer" || word == "family" || word == "ne-type") {
-            throw Failure(Cause::USAGE, "--by " + word +
+            throw Failure(Cause::INPUT, "--by " + word +
                                             " needs an inventory: give one with --inventory FILE or in "
                                             "KX_INVENTORY");
         }

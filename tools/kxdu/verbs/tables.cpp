@@ -10,7 +10,7 @@
 #include "cli/verb.h"
 #include "cli/verbs.h"
 #include "lines/failure.h"
-#include "text/text.h"
+#include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
 
@@ -67,7 +67,7 @@ ExitCode Tables(const Options& options) {
     }
     const ConstantTable* const table = FindConstantTable(options.table);
     if (table == nullptr) {
-        throw Failure(Cause::USAGE, "unknown table " + Quoted(options.table) + "; for their names see kxdu tables");
+        throw Failure(Cause::INPUT, "unknown table " + Quoted(options.table) + "; for their names see kxdu tables");
     }
     ListRows(*table, options.listing);
     return ExitCode::OK;

@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/fieldvalues.h"
 #include "catalogue/kinds.h"
-#include "catalogue/readfields.h"
 #include "cli/listing.h"
 #include "cli/typeoption.h"
 #include "cli/verb.h"

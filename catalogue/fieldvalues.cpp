@@ -1,4 +1,4 @@
-#include "catalogue/readfields.h"
+#include "catalogue/fieldvalues.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -49,8 +49,8 @@ bool IsNothingRead(const Kind& kind, const void* record) {
                         [&](const Field& field) { return !field.IsReserved() && IsKnown(kind, field, record); });
 }
 
-std::vector<ReadField> FieldsOf(const Kind& kind, const void* record) {
-    std::vector<ReadField> fields;
+std::vector<FieldValue> FieldsOf(const Kind& kind, const void* record) {
+    std::vector<FieldValue> fields;
     for (const Field& field : kind.layout.fields) {
         if (!field.IsReserved()) {
             fields.push_back({field.name, ValueOf(field, record), IsKnown(kind, field, record)});

@@ -9,7 +9,7 @@
 namespace NS_KX {
 
 /// A field of a record that an identifier was read into.
-struct ReadField {
+struct FieldValue {
     std::string_view name;  ///< in a nested record: "port.neId"
     std::string value;      ///< texts in quotes
     bool isKnown;           ///< differs from a fresh record
@@ -28,7 +28,7 @@ std::string RangeOf(const Field& field);
 bool IsNothingRead(const Kind& kind, const void* record);
 
 /// The fields of `record`, which is of this kind, without reserved ones.
-std::vector<ReadField> FieldsOf(const Kind& kind, const void* record);
+std::vector<FieldValue> FieldsOf(const Kind& kind, const void* record);
 
 /// The message to users when nothing is read.
 inline constexpr std::string_view NOTHING_IS_READ = "nothing is read: the identifier fills no field of its record";

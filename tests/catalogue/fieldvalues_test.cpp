@@ -1,4 +1,4 @@
-#include "catalogue/readfields.h"
+#include "catalogue/fieldvalues.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ bool SaysNothing(std::string_view fdn) {
     return IsNothingRead(reading.kind, reading.record);
 }
 
-TEST(ReadFields, SaysOfEachFieldWhetherItIsKnown) {
+TEST(FieldValues, SaysOfEachFieldWhetherItIsKnown) {
     const Reading reading("NE=12,FR=-1");
     const auto fields = FieldsOf(reading.kind, reading.record);
     ASSERT_EQ(fields.size(), 2U);
@@ -33,7 +33,7 @@ TEST(ReadFields, SaysOfEachFieldWhetherItIsKnown) {
     EXPECT_FALSE(fields[1].isKnown);
 }
 
-TEST(ReadFields, WhenNoneIsKnownNothingIsRead) {
+TEST(FieldValues, WhenNoneIsKnownNothingIsRead) {
     EXPECT_TRUE(SaysNothing("FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|"));
     EXPECT_TRUE(SaysNothing("NE=-1"));
     EXPECT_FALSE(SaysNothing("NE=5,FR=1,S=0,CP=-1,PP=16||0|"));

@@ -1,4 +1,4 @@
-#include "lines/lines.h"
+#include "lines/linerun.h"
 
 #include <algorithm>
 #include <atomic>
@@ -207,7 +207,7 @@ TEST_F(LinesTest, RejectedLinesReplaceNeitherInputNorOutput) {
         try {
             Run("a\nbad\n");
         } catch (const Failure& failure) {
-            EXPECT_EQ(failure.GetCause(), Cause::USAGE);
+            EXPECT_EQ(failure.GetCause(), Cause::INPUT);
             EXPECT_EQ(ReadFile("in"), "a\nbad\n");
             EXPECT_EQ(Files(), 1);
             return std::string(failure.what());
@@ -233,7 +233,7 @@ TEST_F(LinesTest, ReportsCanBeTheOutput) {
 
 TEST_F(LinesTest, WhatAConverterThrowsEndsTheRunAndLeavesNoOutput) {
     class Thrower : public LineConverter {
-        void Convert(std::string_view, LineResult&) override { throw Failure(Cause::USAGE, "no"); }
+        void Convert(std::string_view, LineResult&) override { throw Failure(Cause::INPUT, "no"); }
     };
     work.makeConverter = [] { return std::make_unique<Thrower>(); };
     EXPECT_THROW(Run("\na\n"), Failure);
@@ -364,7 +364,7 @@ TEST_F(LinesTest, WhatComesBeforeAThrowIsWritten) {
     class Thrower : public Echo {
         void Convert(std::string_view line, LineResult& result) override {
             if (line == "throw") {
-                throw Failure(Cause::USAGE, "no");
+                throw Failure(Cause::INPUT, "no");
             }
             Echo::Convert(line, result);
         }
