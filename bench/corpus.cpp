@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "sample/sampleidentifiers.h"
+#include "sample/sampleinventoryservice.h"
 #include "sample/samplenetwork.h"
 #include "sample/splitmix64.h"
 

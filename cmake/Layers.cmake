@@ -91,6 +91,7 @@ if(KX_BUILD_STANDALONE)
     kx_add_layer(sample
         SOURCES
             sampleidentifiers.cpp
+            sampleinventoryservice.cpp
             samplenetwork.cpp
             samplenetypes.cpp
             sampleservices.cpp

@@ -10,6 +10,7 @@
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "sample/sampleidentifiers.h"
+#include "sample/sampleinventoryservice.h"
 #include "support/examplelist.h"
 #include "support/files.h"
 

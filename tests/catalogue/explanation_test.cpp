@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "catalogue/levelcheck.h"
+#include "sample/sampleinventoryservice.h"
 #include "sample/samplenetwork.h"
 
 using namespace NS_KX;

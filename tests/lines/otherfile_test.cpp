@@ -41,7 +41,7 @@ TEST(OtherFile, Utf16IsRecognizedWithoutAMark) {
 
 TEST(OtherFile, AnArchiveMayBeRecognizedByLaterBytes) {
     const std::string tar = "network.fdn" + std::string(246, '\0') + "ustar";
-    EXPECT_NE(Refusal(tar).find("use a pipe: tar -xOf in | kxdu"), std::string::npos) << Refusal(tar);
+    EXPECT_NE(Refusal(tar).find("use a pipe: tar -xOf in | ..."), std::string::npos) << Refusal(tar);
     EXPECT_EQ(Refusal(tar.substr(1)), "none");
 }
 

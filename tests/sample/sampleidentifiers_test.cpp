@@ -11,6 +11,7 @@
 #include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
+#include "sample/sampleinventoryservice.h"
 
 using namespace NS_KX;
 

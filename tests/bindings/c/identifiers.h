@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "sample/sampleidentifiers.h"
+#include "sample/sampleinventoryservice.h"
 #include "support/files.h"
 #include "support/generated.h"
 

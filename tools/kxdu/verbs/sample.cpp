@@ -8,6 +8,7 @@
 #include "lines/bufferedoutput.h"
 #include "lines/failure.h"
 #include "sample/sampleidentifiers.h"
+#include "sample/sampleinventoryservice.h"
 #include "sample/samplenetwork.h"
 #include "verbs/inventorycsv.h"
 
