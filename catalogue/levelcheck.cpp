@@ -10,7 +10,7 @@
 #include <kx_domain_util/fdnscanner.h>
 
 #include "catalogue/kinds.h"
-#include "text/lineflaw.h"
+#include "text/line.h"
 #include "text/number.h"
 #include "text/quoting.h"
 

@@ -19,7 +19,7 @@ endfunction()
 kx_add_layer(text
     SOURCES
         displaytext.cpp
-        lineflaw.cpp
+        line.cpp
         quoting.cpp
         utf8.cpp)
 target_link_libraries(kx_text PRIVATE simdjson::simdjson)

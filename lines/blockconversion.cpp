@@ -5,14 +5,12 @@
 #include <string>
 
 #include "lines/failure.h"
-#include "text/lineflaw.h"
+#include "text/line.h"
 #include "text/utf8.h"
 
 namespace NS_KX {
 
 namespace {
-
-constexpr std::string_view LINE_TOO_LONG = "the line is longer than 1 MiB";
 
 // Whether the line can be converted; refuses it if not. Looks at it only where the block gives cause to.
 bool IsText(std::string_view line, bool hasNul, bool isChecked, BlockInFlight& block) {
@@ -58,11 +56,8 @@ void BlockConversion::ConvertRest(BlockInFlight& block) const {
     const bool hasNul = std::memchr(block.rest.data(), 0, block.rest.size()) != nullptr;
     const bool mayBeInvalid = m_work.mustBeUtf8 && !m_work.isVerbatim && !IsAscii(block.rest);
     while (!block.rest.empty() && result.Size() < m_mostResult) {
-        const auto end = block.rest.find('\n');
-        std::string_view line = block.rest.substr(0, end);
-        if (!m_work.isVerbatim && end != std::string_view::npos && line.ends_with('\r')) {
-            line.remove_suffix(1);  // belongs to the line end
-        }
+        std::string_view rest = block.rest;
+        const std::string_view line = m_work.isVerbatim ? TakeVerbatimLine(rest) : TakeLine(rest);
         const LineResult::Mark mark = result.MarkLine();
         try {
             ConvertLine(line, hasNul, mayBeInvalid, block);
@@ -78,7 +73,7 @@ void BlockConversion::ConvertRest(BlockInFlight& block) const {
             return;
         }
         ++result.m_line;
-        block.rest.remove_prefix(end == std::string_view::npos ? block.rest.size() : end + 1);
+        block.rest = rest;
     }
 }
 

@@ -11,11 +11,9 @@
 #include <vector>
 
 #include "lines/input.h"
+#include "text/line.h"
 
 namespace NS_KX {
-
-/// The greatest size of a line in bytes. A longer line is rejected and never held in memory.
-inline constexpr std::size_t LONGEST_LINE = std::size_t{1} << 20U;
 
 /// Some whole lines of one input. Filling it again reuses its memory.
 struct InputBlock {

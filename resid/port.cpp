@@ -29,8 +29,6 @@ namespace {
 // An identifier that contains this stands for no port.
 constexpr std::string_view NO_PORT = "FR=1,S=0,CP=-1,SS=-1,SC=-1,PP=16||0|";
 
-// The `ppType` of a port that is identified by its name.
-constexpr int NAMED_PORT = 251;
 // The `ppType` of ports whose access points are sub-interfaces and channel sets.
 constexpr int CHANNELLED_PORT = 16;
 

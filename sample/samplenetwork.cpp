@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include <kx_domain_util/portrules.h>
+
 #include "sample/splitmix64.h"
 
 namespace NS_KX {
@@ -12,9 +14,7 @@ namespace NS_KX {
 namespace {
 
 using NS_DOMAIN::PortIndex;
-
-// The `ppType` of a port that is identified by its name.
-constexpr std::int32_t NAMED_PORT = 251;
+using NS_UTIL::NAMED_PORT;
 
 // What operators write after a port's name.
 constexpr std::array<std::string_view, 12> PLACES{

@@ -4,10 +4,7 @@
 # answers differ. PostgreSQL runs in a temporary folder; nothing is installed into a server.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-
-heading() {
-    printf '\n== %s\n' "$1"
-}
+. scripts/demonstration.sh
 
 if [ "${1-}" != ask ]; then
     heading "Build"
@@ -70,10 +67,6 @@ CREATE TABLE domain_member (cache text, domain text, ne_type integer);
 \copy domain_member FROM network/domain_member.csv WITH (FORMAT csv, HEADER)
 ANALYZE;
 END
-
-microseconds() {
-    echo "${EPOCHREALTIME/[.,]/}"
-}
 
 # shown NAME COMMAND...: runs the command, and says how long it took.
 shown() {

@@ -3,21 +3,14 @@
 # identifiers again.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/demonstration.sh
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-heading() {
-    printf '\n== %s\n' "$1"
-}
-
 # 1234567 as 1,234,567.
 grouped() {
     sed -e ':again' -e 's/\([0-9]\)\([0-9]\{3\}\)\($\|,\)/\1,\2\3/' -e 'tagain' <<<"$1"
-}
-
-microseconds() {
-    echo "${EPOCHREALTIME/[.,]/}"
 }
 
 # Shows a command and runs it.

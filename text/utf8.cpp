@@ -2,6 +2,8 @@
 
 #include <simdjson.h>
 
+#include "text/utf8sequence.h"
+
 namespace NS_KX {
 
 bool IsAscii(std::string_view text) noexcept {
@@ -16,17 +18,15 @@ std::size_t FindInvalidUtf8(std::string_view text) {
     if (IsAscii(text) || simdjson::validate_utf8(text.data(), text.size())) {
         return text.size();
     }
-    // Finds the first sequence that is not UTF-8 by itself.
-    for (std::size_t begin = 0; begin < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[begin]);
-        const std::size_t size = lead < 0x80U ? 1 : lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;
-        const std::string_view sequence = text.substr(begin, size);
-        if (!simdjson::validate_utf8(sequence.data(), sequence.size())) {
-            return begin;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const std::size_t size = Utf8SequenceSize(text.substr(at));
+        if (size == 0) {
+            break;
         }
-        begin += size;
+        at += size;
     }
-    return text.size();
+    return at;
 }
 
 }  // namespace NS_KX

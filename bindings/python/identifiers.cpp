@@ -6,22 +6,12 @@
 #include <string>
 
 #include "bindings/python/parallel.h"
+#include "text/line.h"
 #include "text/utf8.h"
 
 namespace NS_KX::NS_PYTHON {
 
 namespace {
-
-// Removes the first line of `text`, and returns it without its end.
-std::string_view TakeLine(std::string_view& text) {
-    const auto end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (end != std::string_view::npos && line.ends_with('\r')) {
-        line.remove_suffix(1);
-    }
-    return line;
-}
 
 // Like std::count, but added up in bytes, of which the compiler adds many at a time.
 std::size_t CountLineFeeds(std::string_view text) {

@@ -1,6 +1,6 @@
 #include "bindings/sqlite/filelines.h"
 
-#include "text/lineflaw.h"
+#include "text/line.h"
 
 namespace NS_KX::NS_SQLITE {
 
@@ -12,12 +12,7 @@ bool FileLines::Next() {
         m_rest = m_block.Text();
     }
     ++m_number;
-    const auto end = m_rest.find('\n');
-    m_line = m_rest.substr(0, end);
-    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
-    if (end != std::string_view::npos && m_line.ends_with('\r')) {
-        m_line.remove_suffix(1);
-    }
+    m_line = TakeLine(m_rest);
     m_state = m_isTextAsked ? StateOfLine() : LineState::TEXT;
     return true;
 }

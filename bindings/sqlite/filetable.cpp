@@ -216,7 +216,7 @@ private:
 
     void GiveProblem(sqlite3_context* context) const {
         if (m_lines->State() == LineState::TOO_LONG) {
-            GiveConstantText(context, "1: the line is longer than 1 MiB");
+            GiveText(context, std::string("1: ") + LINE_TOO_LONG);
         } else if (const auto problem = FindFirstProblem(m_lines->Text())) {
             GiveText(context, std::to_string(problem->column) + ": " + problem->text);
         }

@@ -8,6 +8,9 @@
 
 namespace NS_UTIL {
 
+/// The `ppType` of a port that is identified by its name.
+inline constexpr std::int32_t NAMED_PORT = 251;
+
 /// The rules of one FB type.
 struct PortRules {
     std::int32_t fbType = 0;

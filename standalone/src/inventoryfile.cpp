@@ -23,7 +23,7 @@
 
 #include "forks.h"
 #include "newfile.h"
-#include "utf8.h"
+#include "text/utf8sequence.h"
 
 namespace NS_STANDALONE {
 
@@ -35,6 +35,17 @@ constexpr int APPLICATION_ID = 0x6B784E45;  // "kxNE": marks inventories among S
 constexpr int SCHEMA_VERSION = 1;
 constexpr int BUSY_TIMEOUT_MS = 5000;
 constexpr const char* TEXT_RULE = "a text in UTF-8 without NUL";
+
+bool FollowsTextRule(std::string_view text) noexcept {
+    while (!text.empty() && text.front() != '\0') {
+        const std::size_t size = NS_KX::Utf8SequenceSize(text);
+        if (size == 0) {
+            return false;
+        }
+        text.remove_prefix(size);
+    }
+    return text.empty();
+}
 
 struct Column {
     std::string_view name;
@@ -169,7 +180,7 @@ public:
             FailAtValue(column, "a text");
         }
         std::string text = value.getString();
-        if (!IsUtf8Text(text)) {
+        if (!FollowsTextRule(text)) {
             FailAtValue(column, TEXT_RULE);
         }
         return text;
@@ -202,7 +213,7 @@ private:
             return "NULL";
         }
         if (value.isText()) {
-            return IsUtf8Text(value.getString()) ? '"' + value.getString() + '"' : "binary";
+            return FollowsTextRule(value.getString()) ? '"' + value.getString() + '"' : "binary";
         }
         return value.isBlob() ? "binary" : value.getString();
     }
@@ -219,7 +230,7 @@ public:
         : m_place(place), m_columns(NamesOf(table)), m_statement(database, InsertText(table)) {}
 
     void CheckText(const std::string& text, std::string_view column, std::uint16_t neType) const {
-        if (!IsUtf8Text(text)) {
+        if (!FollowsTextRule(text)) {
             m_place.Fail("row ne_type=" + std::to_string(neType) + ": " + std::string(column) + " is not " + TEXT_RULE);
         }
     }

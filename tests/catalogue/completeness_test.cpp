@@ -11,7 +11,6 @@
 #include "catalogue/levelcheck.h"
 #include "sample/sampleidentifiers.h"
 #include "sample/sampleinventoryservice.h"
-#include "support/examplelist.h"
 #include "support/files.h"
 
 namespace NS_KX {
@@ -80,13 +79,6 @@ TEST(Completeness, EveryKindIsInASampleNetwork) {
     }
     for (const Kind* const kind : AllKinds()) {
         EXPECT_TRUE(!IsFoundByItsLastLevel(*kind) || types.contains(kind->type)) << kind->type;
-    }
-}
-
-TEST(Completeness, EveryKindIsAmongTheExamplesThatOtherTestsVary) {
-    const std::set<std::string_view> examples(NS_TEST::EXAMPLES.begin(), NS_TEST::EXAMPLES.end());
-    for (const Kind* const kind : AllKinds()) {
-        EXPECT_TRUE(examples.contains(kind->example)) << kind->type;
     }
 }
 

@@ -1,5 +1,5 @@
-# The headers that tests, benchmarks and fuzzers share, as the target kx_test_support. Three of them are generated here
-# from the sources, so that no new record or kind is forgotten.
+# The headers that tests, benchmarks and fuzzers share, as the target kx_test_support. Three of them are generated here,
+# so that no new record or kind is forgotten.
 include_guard(GLOBAL)
 
 # ---- recordlists.h: the fields of every record of domainindex.h, in their order, as `RecordFields` has them ----------
@@ -76,34 +76,18 @@ ${visits}}
 
 # ---- examplelist.h: the examples of the catalogue's kinds, for tests of the library alone --------------------------------
 
-file(GLOB families CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/catalogue/*.cpp)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${families})
-
-set(examples "")
-foreach(family IN LISTS families)
-    file(STRINGS ${family} lines REGEX "^ +(MakeKind|\"(OS|ONE|NE)=[0-9])")
-    foreach(line IN LISTS lines)
-        if(line MATCHES "\"((OS|ONE|NE)=[0-9][^\"]*)\"")
-            string(APPEND examples "    \"${CMAKE_MATCH_1}\",\n")
-        endif()
-    endforeach()
-endforeach()
-file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/generated/support/examplelist.h CONTENT "#pragma once
-
-#include <array>
-#include <string_view>
-
-namespace NS_TEST {
-
-/// An identifier of each kind, as it is written.
-inline constexpr auto EXAMPLES = std::to_array<std::string_view>({
-${examples}});
-
-}  // namespace NS_TEST
-" @ONLY)
+set(header ${PROJECT_BINARY_DIR}/generated/support/examplelist.h)
+add_executable(kx_list_examples ${PROJECT_SOURCE_DIR}/tests/support/listexamples.cpp)
+target_link_libraries(kx_list_examples PRIVATE kx_catalogue kx_warnings)
+add_custom_command(OUTPUT ${header}
+    COMMAND kx_list_examples ${header}.new
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different ${header}.new ${header}  # else every test is compiled again
+    VERBATIM)
+add_custom_target(kx_example_list DEPENDS ${header})
 
 # ---- The target ------------------------------------------------------------------------------------------------------
 
 add_library(kx_test_support INTERFACE)
 target_include_directories(kx_test_support INTERFACE
     ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests ${PROJECT_BINARY_DIR}/generated)
+add_dependencies(kx_test_support kx_example_list)

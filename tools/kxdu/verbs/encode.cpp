@@ -14,7 +14,7 @@
 #include "formats/recordline.h"
 #include "formats/recordrow.h"
 #include "lines/failure.h"
-#include "text/lineflaw.h"
+#include "text/line.h"
 #include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {

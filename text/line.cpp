@@ -1,4 +1,4 @@
-#include "text/lineflaw.h"
+#include "text/line.h"
 
 #include "text/utf8.h"
 

@@ -1,4 +1,4 @@
-#include "text/lineflaw.h"
+#include "text/line.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +6,24 @@ namespace NS_KX {
 namespace {
 
 using namespace std::string_view_literals;
+
+TEST(Line, IsTakenWithoutItsEnd) {
+    std::string_view text = "a\r\n\nb\rc\n\r\nd\r";
+    for (const std::string_view line : {"a", "", "b\rc", "", "d\r"}) {
+        EXPECT_FALSE(text.empty());
+        EXPECT_EQ(TakeLine(text), line);
+    }
+    EXPECT_EQ(text, "");
+}
+
+TEST(Line, TakenVerbatimKeepsItsCarriageReturn) {
+    std::string_view text = "a\r\n\nb";
+    for (const std::string_view line : {"a\r", "", "b"}) {
+        EXPECT_FALSE(text.empty());
+        EXPECT_EQ(TakeVerbatimLine(text), line);
+    }
+    EXPECT_EQ(text, "");
+}
 
 TEST(LineFlaw, IsEmptinessANulByteOrInvalidUtf8) {
     EXPECT_STREQ(FindFlaw("").value().reason, "the line is empty");
