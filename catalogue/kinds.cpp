@@ -101,4 +101,9 @@ const Field* FindField(const Kind& kind, std::string_view name) {
     return field != fields.end() ? &*field : nullptr;
 }
 
+bool IsFieldOfSomeKind(std::string_view name) {
+    const auto kinds = AllKinds();
+    return std::any_of(kinds.begin(), kinds.end(), [&](const Kind* kind) { return FindField(*kind, name) != nullptr; });
+}
+
 }  // namespace NS_KX

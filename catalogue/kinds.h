@@ -37,4 +37,7 @@ const Tag* FindTag(std::string_view name);
 /// The field of this name in the records of `kind`; null if there is none.
 const Field* FindField(const Kind& kind, std::string_view name);
 
+/// Whether the records of some kind have a field of this name.
+bool IsFieldOfSomeKind(std::string_view name);
+
 }  // namespace NS_KX

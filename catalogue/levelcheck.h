@@ -17,6 +17,9 @@ struct Problem {
     std::string text;
     std::string_view reason;      ///< a literal, the same for all problems of its sort: "unknown tag"
     bool lacksSubValues = false;  ///< its level must have several sub-values, and has too few
+
+    /// "column: text".
+    [[nodiscard]] std::string ColumnAndText() const { return std::to_string(column) + ": " + text; }
 };
 
 /// Calls `report` for each malformed place of `fdn`, each unknown tag, each sub-value out of range, and each level that

@@ -212,6 +212,10 @@ std::optional<std::int32_t> NumberOf(std::string_view piece) {
     return number != NONE ? std::optional(number) : std::nullopt;
 }
 
+bool SaysNone(std::string_view piece, bool isNumber) {
+    return piece.data() == nullptr || (isNumber && !piece.empty() && !NumberOf(piece));
+}
+
 std::optional<std::string> WhyNoValue(const PieceName& name, std::string_view value) {
     using namespace std::string_view_literals;
     const Tag* const tag = name.FindTag();

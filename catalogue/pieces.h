@@ -75,6 +75,9 @@ std::string_view FindPiece(std::string_view fdn, const PieceName& name);
 /// The number that a piece is read as. None if the piece is missing or empty, or reads as -1, which means "none".
 std::optional<std::int32_t> NumberOf(std::string_view piece);
 
+/// Whether `piece` is missing, or is a number that reads as -1, which means "none". `isNumber`: `PieceName::IsNumber`.
+bool SaysNone(std::string_view piece, bool isNumber);
+
 /// Why `value` cannot stand in the place of a known piece: it holds a character that would end the piece or the line.
 /// None if it can.
 std::optional<std::string> WhyNoValue(const PieceName& name, std::string_view value);

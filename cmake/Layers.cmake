@@ -54,6 +54,7 @@ kx_add_layer(formats
         explanationdrawing.cpp
         json.cpp
         jsonmember.cpp
+        plainvalue.cpp
         recordformat.cpp
         recordline.cpp
         recordreader.cpp

@@ -86,7 +86,7 @@ private:
         return shape;
     }
 
-    void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+    void AppendLine(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
         Style::AppendText(fdn, out);
         AppendRecord(m_shapes.Of(kind), record, out, Style::AppendText);
     }
@@ -101,8 +101,8 @@ public:
         : RecordFormat(surroundings), m_row(ChosenColumns(options), options.format) {}
 
 private:
-    void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
-        m_row.Append(fdn, {}, &kind, record, out);
+    void AppendLine(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+        m_row.AppendLine(fdn, {}, &kind, record, out);
     }
 
     ColumnRow m_row;
@@ -117,7 +117,7 @@ public:
         : RecordFormat(surroundings), m_options(options) {}
 
 private:
-    void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+    void AppendLine(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
         AppendPadded(kind.type, TYPE_WIDTH, out);
         const std::size_t cell = out.GetSize();
         AppendTableWord(fdn, out);
@@ -125,8 +125,8 @@ private:
         const char* separator = "";
         for (const Field& field : kind.layout.fields) {
             if (m_options.Writes(field) && IsKnown(kind, field, record)) {
-                NS_KX::Append(out, separator);
-                NS_KX::Append(out, field.name);
+                Append(out, separator);
+                Append(out, field.name);
                 out.Put('=');
                 VisitField(field, record, [&](const auto& value) { AppendValue(value, out, AppendTableWord); });
                 separator = " ";

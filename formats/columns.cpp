@@ -154,15 +154,15 @@ ColumnRow::ColumnRow(std::vector<Column> columns, OutputFormat format)
     }
 }
 
-bool ColumnRow::Append(std::string_view fdn, std::span<const std::string_view> pieces, const Kind* kind,
-                       const void* record, TextBuffer& out, std::size_t mostSize) const {
+bool ColumnRow::AppendLine(std::string_view fdn, std::span<const std::string_view> pieces, const Kind* kind,
+                           const void* record, TextBuffer& out, std::size_t mostSize) const {
     const std::size_t begin = out.GetSize();
     auto piece = pieces.begin();
     const auto fields = m_fields.find(kind);
     auto field = fields != m_fields.end() ? fields->second.begin() : Fields::const_iterator();
     for (std::size_t place = 0; place < m_columns.size(); ++place) {
         const Column& column = m_columns[place];
-        NS_KX::Append(out, m_before[place]);
+        Append(out, m_before[place]);
         const std::size_t cell = out.GetSize();
         switch (column.source) {
             case Source::PIECE:
@@ -189,7 +189,7 @@ bool ColumnRow::Append(std::string_view fdn, std::span<const std::string_view> p
             return false;
         }
     }
-    NS_KX::Append(out, m_format == OutputFormat::JSONL ? "}\n" : "\n");
+    Append(out, m_format == OutputFormat::JSONL ? "}\n" : "\n");
     return true;
 }
 
@@ -197,7 +197,7 @@ void ColumnRow::AppendPiece(const Column& column, std::string_view piece, TextBu
     if (piece.data() == nullptr) {
         AppendNone(out);
     } else if (m_format == OutputFormat::JSONL && column.piece.IsNumber() && IsJsonNumber(piece)) {
-        NS_KX::Append(out, piece);
+        Append(out, piece);
     } else {
         AppendText(piece, out);
     }
@@ -232,7 +232,7 @@ void ColumnRow::AppendText(std::string_view text, TextBuffer& out) const {
 
 void ColumnRow::AppendNone(TextBuffer& out) const {
     if (m_format == OutputFormat::JSONL) {
-        NS_KX::Append(out, "null");
+        Append(out, "null");
     } else if (m_format == OutputFormat::TABLE) {
         out.Put('-');
     }

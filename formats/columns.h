@@ -53,8 +53,9 @@ public:
     /// Appends the columns of `fdn`. `pieces` are those that `Pieces` finds in it. `kind` and `record`, which `kind`
     /// reads from it, may be null if no column needs a kind. Returns false and leaves `out` unchanged if the line would
     /// have more than `mostSize` bytes.
-    bool Append(std::string_view fdn, std::span<const std::string_view> pieces, const Kind* kind, const void* record,
-                TextBuffer& out, std::size_t mostSize = std::numeric_limits<std::size_t>::max()) const;
+    bool AppendLine(std::string_view fdn, std::span<const std::string_view> pieces, const Kind* kind,
+                    const void* record, TextBuffer& out,
+                    std::size_t mostSize = std::numeric_limits<std::size_t>::max()) const;
 
 private:
     using Fields = std::vector<const Field*>;

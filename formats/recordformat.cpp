@@ -65,9 +65,9 @@ private:
                            [](const auto& name) { return name != "fdn" && name != "type" && name != "kind"; });
     }
 
-    void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+    void AppendLine(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
         if (m_hasFdn) {
-            NS_KX::Append(out, R"({"fdn":)");
+            Append(out, R"({"fdn":)");
             AppendJsonText(fdn, out);
         }
         AppendRecord(m_shapes.Of(kind), record, out, AppendJsonText);

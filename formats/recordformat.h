@@ -43,14 +43,14 @@ public:
     void Write(std::string_view fdn, const Kind& kind, TextBuffer& out) {
         void* const record = m_record.Fresh(kind.layout);
         kind.read(fdn, record, m_surroundings);
-        Append(fdn, kind, record, out);
+        AppendLine(fdn, kind, record, out);
     }
 
 protected:
     explicit RecordFormat(const NS_UTIL::Surroundings& surroundings) : m_surroundings(surroundings) {}
 
 private:
-    virtual void Append(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) = 0;
+    virtual void AppendLine(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) = 0;
 
     const NS_UTIL::Surroundings& m_surroundings;
     AnyRecord m_record;

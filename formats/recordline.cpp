@@ -228,7 +228,7 @@ private:
         if (!line.HasKind()) {
             m_later = record.raw_json().value();  // its fields are known only after the type
         } else {
-            Filler(line.Kind(), line.MutableRecord()).Fill(record);
+            Filler(line.GetKind(), line.MutableRecord()).Fill(record);
         }
     }
 
@@ -236,7 +236,7 @@ private:
         if (m_later.data() != nullptr) {
             const auto padding = static_cast<std::size_t>(m_text.data() + m_text.size() - m_later.data());
             ondemand::document document = m_laterParser.iterate(m_later.data(), m_later.size(), padding);
-            Filler(line.Kind(), line.MutableRecord()).Fill(document.get_object());
+            Filler(line.GetKind(), line.MutableRecord()).Fill(document.get_object());
         }
     }
 
@@ -248,7 +248,7 @@ private:
     bool m_isTypeSeen = false;
 };
 
-RecordLine::RecordLine(const NS_KX::Kind* usual) : RecordReader(usual), m_reader(std::make_unique<Reader>()) {}
+RecordLine::RecordLine(const Kind* usual) : RecordReader(usual), m_reader(std::make_unique<Reader>()) {}
 
 RecordLine::~RecordLine() = default;
 

@@ -11,7 +11,7 @@ namespace NS_KX {
 /// "fdn" may be missing.
 class RecordLine : public RecordReader {
 public:
-    explicit RecordLine(const NS_KX::Kind* usual = nullptr);
+    explicit RecordLine(const Kind* usual = nullptr);
     ~RecordLine() override;
 
     void Read(std::string_view line) override;

@@ -24,13 +24,13 @@ public:
     /// The identifier beside the record; a view without data if there is none.
     [[nodiscard]] std::string_view Fdn() const noexcept { return m_fdn; }
     /// The kind that the line names.
-    [[nodiscard]] const NS_KX::Kind& Kind() const noexcept { return *m_kind; }
+    [[nodiscard]] const Kind& GetKind() const noexcept { return *m_kind; }
     /// The record, of this kind.
     [[nodiscard]] const void* Record() const noexcept { return m_record; }
 
 protected:
     /// `usual`: the kind of lines that name none; null if each must name one.
-    explicit RecordReader(const NS_KX::Kind* usual) noexcept : m_usual(usual) {}
+    explicit RecordReader(const Kind* usual) noexcept : m_usual(usual) {}
 
     /// Forgets the line read before.
     void Begin() noexcept;
@@ -41,10 +41,10 @@ protected:
     [[nodiscard]] void* MutableRecord() noexcept { return m_record; }
 
 private:
-    const NS_KX::Kind* m_usual;
+    const Kind* m_usual;
     AnyRecord m_records;
     std::string_view m_fdn;
-    const NS_KX::Kind* m_kind = nullptr;
+    const Kind* m_kind = nullptr;
     void* m_record = nullptr;
 };
 

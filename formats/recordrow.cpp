@@ -84,7 +84,7 @@ std::optional<char> FindSeparator(std::string_view line) {
     return std::nullopt;
 }
 
-RecordRow::RecordRow(std::string_view header, char separator, const NS_KX::Kind* usual)
+RecordRow::RecordRow(std::string_view header, char separator, const Kind* usual)
     : RecordReader(usual), m_separator(separator) {
     Split(header);
     m_names.assign(m_cells.begin(), m_cells.end());
@@ -152,8 +152,8 @@ void RecordRow::SplitTsv(std::string_view line) {
 }
 
 void RecordRow::Fill() {
-    const Columns& columns = ColumnsOf(Kind());
-    const Field* const key = &Kind().layout.fields[Kind().layout.key];
+    const Columns& columns = ColumnsOf(GetKind());
+    const Field* const key = &GetKind().layout.fields[GetKind().layout.key];
     bool isKeyThere = false;
     for (std::size_t column = 0; column < columns.size(); ++column) {
         if (m_cells[column].empty() || column == m_fdnColumn || column == m_typeColumn) {
@@ -161,7 +161,7 @@ void RecordRow::Fill() {
         }
         const Field* const field = columns[column];
         if (field == nullptr) {
-            throw BadRecord("column " + Quoted(m_names[column]) + " is not empty, but " + std::string(Kind().type) +
+            throw BadRecord("column " + Quoted(m_names[column]) + " is not empty, but " + std::string(GetKind().type) +
                             " has no such field");
         }
         VisitField(*field, MutableRecord(), [&](auto& value) { Set(*field, m_cells[column], value); });
@@ -172,7 +172,7 @@ void RecordRow::Fill() {
     }
 }
 
-const RecordRow::Columns& RecordRow::ColumnsOf(const NS_KX::Kind& kind) {
+const RecordRow::Columns& RecordRow::ColumnsOf(const Kind& kind) {
     const auto [entry, isNew] = m_columns.try_emplace(&kind);
     if (isNew) {
         for (const std::string& name : m_names) {

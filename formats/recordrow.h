@@ -21,7 +21,7 @@ class RecordRow : public RecordReader {
 public:
     /// `header`: the line of column names. `separator`: "," or a tab. Throws `BadRecord` for a column that no type has,
     /// or that is there twice, and if no column is called "type" and there is no usual kind.
-    RecordRow(std::string_view header, char separator, const NS_KX::Kind* usual = nullptr);
+    RecordRow(std::string_view header, char separator, const Kind* usual = nullptr);
 
     void Read(std::string_view line) override;
 
@@ -32,7 +32,7 @@ private:
     void Split(std::string_view line);
     void SplitTsv(std::string_view line);
     void Fill();
-    const Columns& ColumnsOf(const NS_KX::Kind& kind);
+    const Columns& ColumnsOf(const Kind& kind);
 
     char m_separator;
     std::vector<std::string> m_names;  // of the columns
@@ -41,7 +41,7 @@ private:
     std::vector<std::string_view> m_cells;
     CsvFields m_csv{{}};
     std::string m_room;  // for cells of TSV that are not written as they are
-    std::map<const NS_KX::Kind*, Columns> m_columns;
+    std::map<const Kind*, Columns> m_columns;
 };
 
 }  // namespace NS_KX

@@ -32,7 +32,7 @@ Answer Encode(RecordReader& record, std::string_view line) {
     try {
         record.Read(line);
         std::string fdn;
-        record.Kind().write(record.Record(), fdn, NS_UTIL::Surroundings::OfSystem());
+        record.GetKind().write(record.Record(), fdn, NS_UTIL::Surroundings::OfSystem());
         return {fdn, true};
     } catch (const BadRecord& bad) {
         return {bad.what()};
@@ -106,7 +106,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string& fdn = answer.text;
     ExpectEqual(fdn.find_first_of(std::string_view("\0\n\r", 3)), std::string::npos, "the line end in what is written",
                 line);
-    const Kind& kind = record.Kind();
+    const Kind& kind = record.GetKind();
     if (KeepsItsText(kind)) {
         std::string canonical;
         AnyRecord rewritten;

@@ -55,7 +55,7 @@ Output::Output(const std::filesystem::path& file, Mode mode) {
         RefuseJournalOfDatabase(target);
         m_encoder = MakeEncoder(m_name);
         if (mode == Mode::APPEND) {
-            Append(target);
+            OpenToAppend(target);
         } else {
             m_file.emplace(target);
             m_descriptor = m_file->Descriptor();
@@ -69,7 +69,7 @@ Output::~Output() {
     }
 }
 
-void Output::Append(const std::filesystem::path& target) {
+void Output::OpenToAppend(const std::filesystem::path& target) {
     if (m_encoder) {
         throw Failure(Cause::INPUT, m_name + ": lines cannot be appended to a compressed file; choose another name");
     }

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] bool IsTerminal() const;
 
 private:
-    void Append(const std::filesystem::path& target);
+    void OpenToAppend(const std::filesystem::path& target);
     void WriteRaw(std::string_view bytes);
 
     std::string m_name;

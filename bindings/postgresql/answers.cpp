@@ -9,10 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
-
-#include <kx_platform/textutil.h>
 
 #include "catalogue/conversion.h"
 #include "catalogue/kinds.h"
@@ -20,6 +17,7 @@
 #include "catalogue/pieces.h"
 #include "catalogue/readport.h"
 #include "catalogue/vocabulary.h"
+#include "formats/plainvalue.h"
 #include "formats/recordformat.h"
 #include "text/quoting.h"
 #include "text/utf8.h"
@@ -29,8 +27,6 @@ namespace NS_KX::NS_POSTGRESQL {
 namespace {
 
 using NS_DOMAIN::PortIndex;
-
-constexpr std::int32_t NONE = -1;
 
 std::string_view View(KxText text) {
     return {text.data, text.size};
@@ -156,21 +152,10 @@ std::optional<ReadRecord> ReadRecordOf(std::string_view fdn) {
     return record;
 }
 
-bool IsFieldOfAnyKind(std::string_view name) {
-    const auto kinds = AllKinds();
-    return std::any_of(kinds.begin(), kinds.end(), [&](const Kind* kind) { return FindField(*kind, name) != nullptr; });
-}
-
 KxAnswer AnswerField(const Field& field, const void* record) {
-    return VisitField(field, record, []<class Value>(const Value& value) {
-        if constexpr (std::is_same_v<Value, std::string>) {
-            return Answer(std::string_view(value));
-        } else if constexpr (std::is_same_v<Value, bool>) {
-            return Answer(std::string_view(value ? "true" : "false"));
-        } else {
-            return value != NONE ? Answer(std::string_view(std::to_string(value))) : NoAnswer(KX_ANSWER_NONE);
-        }
-    });
+    static TextBuffer text;  // kept, so that it has room
+    text.Clear();
+    return AppendKnownValue(field, record, text) ? Answer(text.View()) : NoAnswer(KX_ANSWER_NONE);
 }
 
 }  // namespace
@@ -200,9 +185,7 @@ KxAnswer KxGet(KxText fdn, KxText piece) {
     return Guarded([&] {
         const KnownPiece& known = PieceOf(piece);
         const std::string_view found = FindPiece(View(fdn), known.name);
-        const bool isNone =
-            found.data() == nullptr || (known.isNumber && !found.empty() && NS_UTIL::Str2Int(found) == NONE);
-        return isNone ? NoAnswer(KX_ANSWER_NONE) : Answer(found);
+        return SaysNone(found, known.isNumber) ? NoAnswer(KX_ANSWER_NONE) : Answer(found);
     });
 }
 
@@ -214,7 +197,7 @@ KxAnswer KxField(KxText fdn, KxText field) {
         if (found != nullptr) {
             return AnswerField(*found, ReadRecordOf(View(fdn))->fields.get());
         }
-        if (!IsFieldOfAnyKind(name)) {
+        if (!IsFieldOfSomeKind(name)) {
             throw BadArgument("field", "unknown field " + Quoted(name) + "; for the fields of a record see fdn_record");
         }
         return NoAnswer(KX_ANSWER_NONE);
@@ -242,8 +225,7 @@ KxAnswer KxRecord(KxText fdn) {
 KxAnswer KxProblem(KxText fdn) {
     return Guarded([&] {
         const auto problem = FindFirstProblem(View(fdn));
-        return problem ? Answer(std::string_view(std::to_string(problem->column) + ": " + problem->text))
-                       : NoAnswer(KX_ANSWER_NONE);
+        return problem ? Answer(std::string_view(problem->ColumnAndText())) : NoAnswer(KX_ANSWER_NONE);
     });
 }
 

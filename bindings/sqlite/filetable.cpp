@@ -218,7 +218,7 @@ private:
         if (m_lines->State() == LineState::TOO_LONG) {
             GiveText(context, std::string("1: ") + LINE_TOO_LONG);
         } else if (const auto problem = FindFirstProblem(m_lines->Text())) {
-            GiveText(context, std::to_string(problem->column) + ": " + problem->text);
+            GiveText(context, problem->ColumnAndText());
         }
     }
 

@@ -13,8 +13,8 @@
 #include "catalogue/levelcheck.h"
 #include "catalogue/pieces.h"
 #include "catalogue/vocabulary.h"
+#include "formats/plainvalue.h"
 #include "formats/recordformat.h"
-#include "formats/recordshape.h"
 #include "text/quoting.h"
 #include "text/utf8.h"
 
@@ -115,8 +115,7 @@ void GiveNumberOfPiece(const Call& call) {
 void GivePiece(const Call& call) {
     const Prepared<PieceArgument> argument(call, 1);
     const std::string_view piece = FindPiece(call.Text(0), argument->name);
-    const bool isNone = argument->isNumber && !piece.empty() && !NumberOf(piece);
-    if (piece.data() != nullptr && !isNone) {
+    if (!SaysNone(piece, argument->isNumber)) {
         GiveText(call.Context(), piece);
     }
 }
@@ -165,18 +164,13 @@ void GiveKind(const Call& call) {
 
 struct FieldArgument {
     FieldArgument(const Call& call, int place) : name(call.Text(place)) {
-        const auto kinds = AllKinds();
-        if (std::none_of(kinds.begin(), kinds.end(), [&](const Kind* kind) { return FindField(*kind, name); })) {
+        if (!IsFieldOfSomeKind(name)) {
             call.Refuse("unknown field " + Quoted(name) + "; for the fields of a record see fdn_record");
         }
     }
 
     std::string name;
 };
-
-void AppendPlain(std::string_view text, TextBuffer& out) {
-    Append(out, text);
-}
 
 void GiveField(const Call& call) {
     const Prepared<FieldArgument> argument(call, 1);
@@ -186,17 +180,11 @@ void GiveField(const Call& call) {
     if (field == nullptr) {
         return;
     }
-    VisitField(*field, ReadRecord(*kind, fdn), [&]<class Value>(const Value& value) {
-        if constexpr (std::is_integral_v<Value> && !std::is_same_v<Value, bool>) {
-            if (value == -1) {
-                return;
-            }
-        }
-        TextBuffer& text = TheScratch().text;
-        text.Clear();
-        AppendValue(value, text, AppendPlain);
+    TextBuffer& text = TheScratch().text;
+    text.Clear();
+    if (AppendKnownValue(*field, ReadRecord(*kind, fdn), text)) {
         GiveText(call.Context(), text.View());
-    });
+    }
 }
 
 void GiveRecord(const Call& call) {
@@ -219,7 +207,7 @@ void GiveRecord(const Call& call) {
 
 void GiveProblem(const Call& call) {
     if (const auto problem = FindFirstProblem(call.Text(0))) {
-        GiveText(call.Context(), std::to_string(problem->column) + ": " + problem->text);
+        GiveText(call.Context(), problem->ColumnAndText());
     }
 }
 

@@ -74,6 +74,16 @@ TEST(Pieces, ANumberIsReadAsTheLibraryReadsIt) {
     EXPECT_EQ(Number("FR=1", "NE"), std::nullopt);
 }
 
+TEST(Pieces, NoneIsAMissingPieceOrTheNumberMinusOne) {
+    EXPECT_TRUE(SaysNone({}, true));
+    EXPECT_TRUE(SaysNone({}, false));
+    EXPECT_TRUE(SaysNone("-1", true));
+    EXPECT_TRUE(SaysNone("4294967295", true));
+    EXPECT_FALSE(SaysNone("-1", false)) << "a name";
+    EXPECT_FALSE(SaysNone("", true)) << "there, and empty";
+    EXPECT_FALSE(SaysNone("0", true));
+}
+
 TEST(Pieces, OnePieceIsReplaced) {
     EXPECT_EQ(ReplacePiece("NE=5,FR=1,S=3", Name("FR"), "12"), "NE=5,FR=12,S=3");
     EXPECT_EQ(ReplacePiece("NE=5,PP=16||2|a", Name("PP:1"), "1025"), "NE=5,PP=16|1025|2|a");

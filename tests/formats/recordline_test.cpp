@@ -9,7 +9,7 @@ std::string Written(std::string_view line) {
     RecordLine record;
     record.Read(line);
     std::string fdn;
-    record.Kind().write(record.Record(), fdn, NS_UTIL::Surroundings::OfSystem());
+    record.GetKind().write(record.Record(), fdn, NS_UTIL::Surroundings::OfSystem());
     return fdn;
 }
 
@@ -113,9 +113,9 @@ TEST(RecordLine, TheFieldThatSaysWhatIsNamedMustBeThere) {
 TEST(RecordLine, ALineWithoutATypeIsOfTheUsualOne) {
     RecordLine record(FindKindByType("NEIndex"));
     record.Read(R"({"record":{"neId":7}})");
-    EXPECT_EQ(record.Kind().type, "NEIndex");
+    EXPECT_EQ(record.GetKind().type, "NEIndex");
     record.Read(R"({"type":"OSIndex","record":{"osId":7}})");
-    EXPECT_EQ(record.Kind().type, "OSIndex");
+    EXPECT_EQ(record.GetKind().type, "OSIndex");
 }
 
 TEST(RecordLine, FieldsMustFit) {

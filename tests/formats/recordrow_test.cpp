@@ -10,7 +10,7 @@ namespace {
 std::string Written(RecordRow& reader, std::string_view row) {
     reader.Read(row);
     std::string fdn;
-    reader.Kind().write(reader.Record(), fdn, NS_UTIL::Surroundings());
+    reader.GetKind().write(reader.Record(), fdn, NS_UTIL::Surroundings());
     return fdn;
 }
 
@@ -96,7 +96,7 @@ TEST(RecordRow, ReadsWhatIsWrittenOfEveryKind) {
             TextBuffer row;
             writer->Write(kind->example, *kind, row);
             reader.Read(row.View().substr(0, row.GetSize() - 1));
-            EXPECT_EQ(&reader.Kind(), kind);
+            EXPECT_EQ(&reader.GetKind(), kind);
             EXPECT_EQ(reader.Fdn(), kind->example);
             AnyRecord expected;
             void* const record = expected.Fresh(kind->layout);

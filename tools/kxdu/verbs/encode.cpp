@@ -123,7 +123,7 @@ private:
         RecordReader& reader = *m_source.reader;
         try {
             reader.Read(line);
-            Writing([&] { reader.Kind().write(reader.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
+            Writing([&] { reader.GetKind().write(reader.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
         } catch (const BadRecord& bad) {
             result.Report(bad.what());
             return;

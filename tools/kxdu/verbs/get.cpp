@@ -190,7 +190,7 @@ private:
             kind->read(line, record, NS_UTIL::Surroundings::OfSystem());
         }
         TextBuffer text;  // many converters wait with their buffers: none keeps a large one
-        if (!m_plan.row.Append(line, m_pieces, kind, record, text, LONGEST_LINE + 1)) {
+        if (!m_plan.row.AppendLine(line, m_pieces, kind, record, text, LONGEST_LINE + 1)) {
             return false;
         }
         std::memcpy(result.Room(text.GetSize()), text.View().data(), text.GetSize());
