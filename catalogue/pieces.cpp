@@ -168,14 +168,22 @@ void PieceFinder::Want(std::string_view tag, std::size_t place) {
     m_wanted.push_back({std::string(tag), PackCharacters(head), mask, place});
 }
 
-// Puts the value of each wanted level where the first name with its tag is.
-void PieceFinder::FindLevels(std::string_view fdn, std::span<std::string_view> found) const {
+// Puts the value of each wanted level where the first name with its tag is. Asks `accepts` about the levels, with their
+// first eight characters, packed, until it returns false. Returns whether it never does.
+template <class AcceptsLevel>
+bool PieceFinder::FindLevels(std::string_view fdn, std::span<std::string_view> found, AcceptsLevel accepts) const {
+    std::fill(found.begin(), found.end(), std::string_view());
+    if (fdn.empty()) {
+        return true;
+    }
     std::size_t missing = m_tagCount;
+    bool isKept = true;
     SeparatorFinder<','> levels(fdn);
     SeparatorFinder<','>::Piece level{};
     do {
         level = levels.Next();
         const std::uint64_t head = PackHead(fdn, level.begin);
+        isKept = isKept && accepts(std::string_view(level.begin, level.end), head);
         for (const WantedTag& wanted : m_wanted) {
             if ((head & wanted.mask) != wanted.head || found[wanted.place].data() != nullptr) {
                 continue;
@@ -185,20 +193,31 @@ void PieceFinder::FindLevels(std::string_view fdn, std::span<std::string_view> f
                 --missing;
             }
         }
-    } while (missing != 0 && !levels.IsLast(level));
+    } while ((missing != 0 || isKept) && !levels.IsLast(level));
+    return isKept;
 }
 
-void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
-    std::fill(found.begin(), found.end(), std::string_view());
-    if (!fdn.empty()) {
-        FindLevels(fdn, found);
-    }
+// Replaces the values of levels by what is wanted of them.
+void PieceFinder::FindSubValues(std::span<std::string_view> found) const {
     // Backwards: names that share a level find its value at the first of them, which must be overwritten last.
     for (std::size_t place = m_names.size(); place-- > 0;) {
         const std::string_view value = found[m_firstOfTag[place]];
         const auto index = m_names[place].index;
         found[place] = index ? SubValueAt(value, *index) : value;
     }
+}
+
+void PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found) const {
+    FindLevels(fdn, found, [](std::string_view, std::uint64_t) { return false; });
+    FindSubValues(found);
+}
+
+bool PieceFinder::Find(std::string_view fdn, std::span<std::string_view> found, TagOrder& order) const {
+    order.Begin();
+    const bool isKept = FindLevels(
+        fdn, found, [&order](std::string_view level, std::uint64_t head) { return order.Accepts(level, head); });
+    FindSubValues(found);
+    return isKept;
 }
 
 std::string_view FindPiece(std::string_view fdn, const PieceName& name) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "catalogue/kind.h"
+#include "catalogue/tagorder.h"
 
 namespace NS_KX {
 
@@ -51,6 +52,9 @@ public:
     /// piece gives a view without data (null). The first of several levels with the same tag counts.
     void Find(std::string_view fdn, std::span<std::string_view> found) const;
 
+    /// The same, and answers `order.IsKeptBy(fdn)` in the same pass.
+    bool Find(std::string_view fdn, std::span<std::string_view> found, TagOrder& order) const;
+
 private:
     // A tag, with its first eight characters as a number, so that most levels are told from it in one step.
     struct WantedTag {
@@ -61,7 +65,9 @@ private:
     };
 
     void Want(std::string_view tag, std::size_t place);
-    void FindLevels(std::string_view fdn, std::span<std::string_view> found) const;
+    template <class AcceptsLevel>
+    bool FindLevels(std::string_view fdn, std::span<std::string_view> found, AcceptsLevel accepts) const;
+    void FindSubValues(std::span<std::string_view> found) const;
 
     std::vector<PieceName> m_names;
     std::vector<std::size_t> m_firstOfTag;  // for each name, the index of the first name with the same tag

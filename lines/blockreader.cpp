@@ -44,15 +44,16 @@ struct WholeLines {
 };
 
 WholeLines FindWholeLines(std::string_view text) {
-    const auto count = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    if (count <= MOST_LINES) {
-        return {count, text.rfind('\n') + 1};
+    WholeLines lines{0, 0};
+    while (lines.count < MOST_LINES) {
+        const auto lineEnd = text.find('\n', lines.end);
+        if (lineEnd == std::string_view::npos) {
+            break;
+        }
+        lines.end = lineEnd + 1;
+        ++lines.count;
     }
-    std::size_t end = 0;
-    for (std::size_t line = 0; line < MOST_LINES; ++line) {
-        end = text.find('\n', end) + 1;
-    }
-    return {MOST_LINES, end};
+    return lines;
 }
 
 }  // namespace

@@ -64,6 +64,22 @@ TEST(Pieces, SeveralAreFoundAtOnce) {
     EXPECT_EQ(found[3].data(), nullptr);
 }
 
+TEST(Pieces, AreFoundWhateverTheOrderOfTheTags) {
+    const PieceFinder finder({Name("NE"), Name("PP:2")});
+    const auto find = [&](std::string_view fdn) {
+        static TagOrder order;
+        std::array<std::string_view, 2> found;
+        const bool isKept = finder.Find(fdn, found, order);
+        EXPECT_EQ(isKept, TagOrder().IsKeptBy(fdn)) << fdn;
+        return std::string(found[0]) + (isKept ? " kept " : " odd ") + std::string(found[1]);
+    };
+    EXPECT_EQ(find("NE=5,PP=16||2|a"), "5 kept 2");
+    EXPECT_EQ(find("PP=16||2|a,NE=5"), "5 odd 2");
+    EXPECT_EQ(find("NE=5,XY=1,PP=16||2|a"), "5 odd 2");
+    EXPECT_EQ(find("NE=5,PP=16||2|a,NE=6"), "5 odd 2") << "the rest is looked at too";
+    EXPECT_EQ(find(""), " kept ");
+}
+
 TEST(Pieces, ANumberIsReadAsTheLibraryReadsIt) {
     EXPECT_EQ(Number("NE=5x", "NE"), 5);
     EXPECT_EQ(Number("NE=x", "NE"), 0);

@@ -1,9 +1,11 @@
 /// What the verbs that read identifiers say of lines that look wrong.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "catalogue/kinds.h"
+#include "catalogue/pieces.h"
 #include "catalogue/tagorder.h"
 #include "lines/linerun.h"
 
@@ -33,6 +35,12 @@ public:
     /// Whether `line` is to be converted; notes or reports in `result` what is wrong with its tags.
     bool Accepts(std::string_view line, LineResult& result) {
         return m_order.IsKeptBy(line) || AcceptsOdd(line, result);
+    }
+
+    /// The same for a line whose pieces are wanted too.
+    bool Accepts(std::string_view line, const PieceFinder& finder, std::span<std::string_view> found,
+                 LineResult& result) {
+        return finder.Find(line, found, m_order) || AcceptsOdd(line, result);
     }
 
 private:

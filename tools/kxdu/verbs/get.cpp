@@ -147,10 +147,9 @@ public:
             RefuseOtherThanIdentifiers(line);
         }
         const Kind* const kind = m_plan.needsKind ? KindOf(line, result) : nullptr;
-        if ((m_plan.needsKind && kind == nullptr) || !m_tags.Accepts(line, result)) {
+        if ((m_plan.needsKind && kind == nullptr) || !m_tags.Accepts(line, m_plan.row.Pieces(), m_pieces, result)) {
             return;
         }
-        m_plan.row.Pieces().Find(line, m_pieces);
         const bool isCopied = m_plan.isCopied && std::all_of(m_pieces.begin(), m_pieces.end(), IsPlain);
         const bool isWritten = isCopied ? CopyPieces(result) : WriteRow(line, kind, result);
         if (!isWritten) {
