@@ -9,20 +9,11 @@ namespace NS_STANDALONE {
 
 using NS_BUNDLEMGR1::ReadPin;
 
-InventoryService::Table::Table(const Inventory& inventory) {
-    m_nes.reserve(inventory.nes.size());
-    for (const NeRow& row : inventory.nes) {
-        m_nes.emplace(row.neId, row);
-    }
+InventoryService::Table::Table(const Inventory& inventory) : m_nes(inventory.nes) {
     for (const NeTypeRow& row : inventory.neTypes) {
         m_ipService[row.neType] = row.ipService;
         m_klv[row.neType] = row.klv;
     }
-}
-
-const NeRow* InventoryService::Table::FindNe(std::int64_t neId) const {
-    const auto found = m_nes.find(neId);
-    return found != m_nes.end() ? &found->second : nullptr;
 }
 
 InventoryService::InventoryService(const Inventory& inventory, std::function<void(std::int64_t neId)> missingNe)

@@ -5,12 +5,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 
 #include <kx_platform/inventorybufif.h>
 #include <kx_standalone/inventoryfile.h>
 
+#include "netable.h"
 #include "published.h"
 
 namespace NS_STANDALONE {
@@ -24,14 +24,14 @@ public:
         explicit Table(const Inventory& inventory);
 
         /// Returns null for an unknown NE.
-        [[nodiscard]] const NeRow* FindNe(std::int64_t neId) const;
+        [[nodiscard]] const NeRow* FindNe(std::int64_t neId) const noexcept { return m_nes.Find(neId); }
         [[nodiscard]] bool IsIpService(std::uint16_t neType) const { return m_ipService[neType]; }
         [[nodiscard]] bool IsKlv(std::uint16_t neType) const { return m_klv[neType]; }
 
     private:
         using NeTypeSet = std::bitset<1U << 16U>;
 
-        std::unordered_map<std::int64_t, NeRow> m_nes;
+        NeTable m_nes;
         NeTypeSet m_ipService;
         NeTypeSet m_klv;
     };
