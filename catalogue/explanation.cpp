@@ -83,6 +83,8 @@ public:
             Add(level.tag, "level " + Quoted(level.tag));
         } else if (level.value.empty()) {
             Add(level.value, std::string(tag->meaning));
+        } else if (tag->most == 1 && tag->isOpen) {
+            Add(level.value, std::string(tag->meaning) + " " + Quoted(level.value));
         } else if (tag->most == 1) {
             ExplainSingle(level, *tag);
         } else {
@@ -99,24 +101,20 @@ private:
         m_parts.push_back({m_levelBegin, PlaceOf(place), place.size(), std::move(meaning), {}});
     }
 
-    // A level with one number or text takes the level's meaning as its name.
+    // A level with one sub-value: "slot 3". The meaning of the level stands before the value, not that of the sub-value.
     void ExplainSingle(const Level& level, const Tag& tag) {
         SubValueScanner scanner(level.value);
         std::string_view value;
         scanner.Next(value);
-        const SubValue& description = tag.subValues[0];
-        if (tag.isOpen) {
-            Add(level.value, std::string(tag.meaning) + " " + Quoted(level.value));
-            return;
-        }
-        const Wording wording(description.meaning);
+        const Wording wording(tag.subValues[0].meaning);
+        // The name "always -1" says what every value means.
         const std::string_view gloss = wording.name.starts_with("always") ? wording.name : wording.GlossOf(value);
         std::string meaning = std::string(tag.meaning) + " " + NumberText(value, gloss);
         if (level.tag == "NE" && m_describeNe) {
             meaning += m_describeNe(NS_UTIL::Str2Int(value));
         }
         Add(value, meaning);
-        while (scanner.Next(value)) {
+        while (scanner.Next(value)) {  // one that the level does not have
             Add(value, "sub-value " + Quoted(value));
         }
     }

@@ -25,10 +25,11 @@ std::string ClosedFolder(const std::filesystem::path& file) {
 
 }  // namespace
 
-void FailByErrno(Cause cause, const std::string& name) {
+void FailByErrno(Cause cause, const std::string& name, const std::string& what) {
     const int error = errno;
     const std::string folder = error == EACCES ? ClosedFolder(name) : std::string();
-    throw Failure(cause, name + ": " + (folder.empty() ? "" : "the folder " + folder + " cannot be entered: ") +
+    throw Failure(cause, name + ": " + (what.empty() ? "" : what + ": ") +
+                             (folder.empty() ? "" : "the folder " + folder + " cannot be entered: ") +
                              std::generic_category().message(error));
 }
 

@@ -22,9 +22,9 @@ private:
     Cause m_cause;
 };
 
-/// Throws `Failure` for the file `name`, with the reason in errno. If a folder on the path to the file denies access,
-/// the message names the folder.
-[[noreturn]] void FailByErrno(Cause cause, const std::string& name);
+/// Throws `Failure` for the file `name`, with the reason in errno. `what` says what cannot be done, if that is not
+/// plain. If a folder on the path to the file denies access, the message names the folder.
+[[noreturn]] void FailByErrno(Cause cause, const std::string& name, const std::string& what = {});
 
 /// Thrown when the reader of the output has gone: the run ends without an error.
 class ClosedPipe : public std::runtime_error {

@@ -69,8 +69,7 @@ void TemporaryFile::Open() {
         const bool isOfFolder = error == EACCES || error == EROFS;
         const std::string folder = m_target.has_parent_path() ? m_target.parent_path().string() : ".";
         errno = error;
-        FailByErrno(Cause::OUTPUT,
-                    m_target.string() + (isOfFolder ? ": no file can be made in the folder " + folder : ""));
+        FailByErrno(Cause::OUTPUT, m_target, isOfFolder ? "no file can be made in the folder " + folder : "");
     }
 }
 

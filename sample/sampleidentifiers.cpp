@@ -1,9 +1,9 @@
 #include "sample/sampleidentifiers.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include <kx_domain_util/resIDUtil.h>
 
@@ -164,49 +164,62 @@ void WriteNeInArea(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentif
     take(fdn);
 }
 
-// The types that the other generators write. The examples of all other types of the catalogue are written too, so that
-// every sample has each new kind at once.
-constexpr std::array<std::string_view, 29> GENERATED{"OSIndex",          "ONEIndex",      "NEID",
-                                                     "NEIndex",          "ShelfIndex",    "SlotIndex",
-                                                     "SubSlotIndex",     "CardIndex",     "PortIndex:NEType1911",
-                                                     "PortIndex:NEType", "PortIndex",     "CtpKey_T",
-                                                     "CtpKey_T:SUBIF",   "TPIndex",       "GroupID",
-                                                     "PWIndex",          "PWSwitchIndex", "ServiceIndex",
-                                                     "TunnelIndex",      "TDIndex",       "VPNTrailIndex",
-                                                     "TunnelTrailIndex", "PWTrailIndex",  "TNPIndex_T",
-                                                     "MDIndex",          "MAIndex",       "MEPIndex",
-                                                     "MEPIndex:RMEP",    "MIPIndex"};
-
-bool IsExampleWritten(const Kind& kind) {
-    return !kind.lastTags.front().empty() &&
-           std::find(GENERATED.begin(), GENERATED.end(), kind.type) == GENERATED.end();
-}
-
-void WriteExamples(const SampleNe& ne, SplitMix64& /*random*/, const TakeIdentifier& take) {
-    static const PieceName NE{"NE", std::nullopt};
-    for (const Kind* const kind : AllKinds()) {
-        if (IsExampleWritten(*kind)) {
-            take(ReplacePiece(kind->example, NE, std::to_string(ne.neId)));
-        }
-    }
-}
+struct Generator {
+    void (*write)(const SampleNe& ne, SplitMix64& random, const TakeIdentifier& take);
+    std::vector<std::string_view> types;  // that it writes
+};
 
 // They run in this order for each NE. Append new ones at the end: the place of each seeds its random numbers, so the
 // identifiers of those before it stay the same.
-constexpr std::array GENERATORS{
-    WriteAreas,         WriteNe,      WriteSlots,    WritePorts,         WriteAccessPoints,
-    WriteSubInterfaces, WritePaths,   WriteNeInArea, WritePortsByNEType, WriteNumberedSubInterfaces,
-    WriteServices,      WriteExamples};
+const std::vector<Generator>& Generators() {
+    static const std::vector<Generator> generators{
+        {WriteAreas, {"OSIndex", "ONEIndex"}},
+        {WriteNe, {"NEIndex", "ShelfIndex"}},
+        {WriteSlots, {"SlotIndex", "SubSlotIndex", "CardIndex"}},
+        {WritePorts, {"PortIndex"}},
+        {WriteAccessPoints, {"CtpKey_T"}},
+        {WriteSubInterfaces, {"TPIndex"}},
+        {WritePaths, {"TPIndex"}},
+        {WriteNeInArea, {"NEID"}},
+        {WritePortsByNEType, {"PortIndex:NEType", "PortIndex:NEType1911"}},
+        {WriteNumberedSubInterfaces, {"CtpKey_T:SUBIF"}},
+        {WriteServices, TypesOfServices()},
+    };
+    return generators;
+}
+
+// The kinds that no generator writes. Their examples are written, so that every sample has each new kind at once.
+std::vector<const Kind*> KindsByExample() {
+    std::vector<const Kind*> kinds;
+    for (const Kind* const kind : AllKinds()) {
+        const bool isGenerated = std::ranges::any_of(Generators(), [kind](const Generator& generator) {
+            return std::ranges::find(generator.types, kind->type) != generator.types.end();
+        });
+        if (!kind->lastTags.front().empty() && !isGenerated) {
+            kinds.push_back(kind);
+        }
+    }
+    return kinds;
+}
+
+void WriteExamples(const SampleNe& ne, const TakeIdentifier& take) {
+    static const std::vector<const Kind*> kinds = KindsByExample();
+    static const PieceName NE{"NE", std::nullopt};
+    for (const Kind* const kind : kinds) {
+        take(ReplacePiece(kind->example, NE, std::to_string(ne.neId)));
+    }
+}
 
 }  // namespace
 
 void SampleIdentifiers::Write(std::int32_t neId, const TakeIdentifier& take) {
     m_network.DrawNe(neId, m_ne);
     SplitMix64 seeds(m_network.Seed() + static_cast<std::uint64_t>(neId));
-    for (const auto& generator : GENERATORS) {
+    for (const Generator& generator : Generators()) {
         SplitMix64 random(seeds.Next());
-        generator(m_ne, random, take);
+        generator.write(m_ne, random, take);
     }
+    WriteExamples(m_ne, take);
 }
 
 }  // namespace NS_KX

@@ -152,4 +152,10 @@ void WriteServices(const SampleNe& ne, SplitMix64& random, const TakeIdentifier&
     }
 }
 
+std::vector<std::string_view> TypesOfServices() {
+    return {"TunnelIndex", "ServiceIndex", "PWIndex",      "PWSwitchIndex", "TDIndex",
+            "GroupID",     "TNPIndex_T",   "PWTrailIndex", "VPNTrailIndex", "TunnelTrailIndex",
+            "MDIndex",     "MAIndex",      "MEPIndex",     "MEPIndex:RMEP", "MIPIndex"};
+}
+
 }  // namespace NS_KX
