@@ -1,4 +1,5 @@
-// The cost of a call without log records: no allocation, no lock, no exception.
+// The cost of a call without log records: no allocation, no lock, no exception, and no write to what threads share, so
+// that no thread waits for another one's cache lines.
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -25,6 +26,7 @@
 #include "support/conversionsurroundings.h"
 #include "support/generated.h"
 #include "support/predicates.h"
+#include "support/protectedvariables.h"
 #include "support/room.h"
 #include "support/scale.h"
 #include "support/services.h"
@@ -36,6 +38,7 @@ using NS_TEST::CallCount;
 using NS_TEST::Configuration;
 using NS_TEST::ConversionProfile;
 using NS_TEST::CountingInventory;
+using NS_TEST::ProtectedVariables;
 using NS_TEST::RecordingLog;
 using NS_TEST::Registration;
 using NS_TEST::Scaled;
@@ -48,6 +51,7 @@ using NS_UTIL::UtilCommon;
 template <class Operation>
 void ExpectFree(Operation operation) {
     operation();
+    const ProtectedVariables variables;
     const AllocationCount allocations;
     const CallCount calls;
     for (int times = 0; times < 100; ++times) {
@@ -62,6 +66,7 @@ void ExpectFree(Operation operation) {
 template <class Operation>
 void ExpectFreeButForItsAnswer(Operation operation) {
     operation();
+    const ProtectedVariables variables;
     const AllocationCount allocations;
     const CallCount calls;
     const std::string answer = operation();
@@ -104,6 +109,15 @@ TEST_F(Cost, IsCounted) {
     EXPECT_GE(calls.GetLocks(), 2U) << "a lock within the library";
     EXPECT_THROW(ResIDUtil::MDIndex2ResID(md, fdn), NS_UTIL::InterfaceNotExistException);
     EXPECT_GE(calls.GetThrows(), 1U) << "an exception within the library";
+}
+
+TEST_F(Cost, OfAWriteToWhatThreadsShareIsNoticed) {
+    UtilCommon::Instance();
+    const auto destroy = [] {
+        const ProtectedVariables variables;
+        UtilCommon::Destroy();
+    };
+    EXPECT_EXIT(destroy(), testing::ExitedWithCode(1), "writes to a variable that all threads share");
 }
 
 TEST_F(Cost, OfQuestionsToAWhiteList) {
