@@ -8,6 +8,7 @@
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include <kx_platform/configitems.h>
 
@@ -75,6 +76,11 @@ void ConfigurationService::Reload() {
     m_files = std::move(files);
     Publish();
     SetItems(m_files.at(BUNDLE_FILE).items);
+}
+
+std::vector<std::string> ConfigurationService::ItemNames() const {
+    const std::lock_guard lock(ConfigurationMutex());
+    return {m_itemKeys.begin(), m_itemKeys.end()};
 }
 
 ConfigObject* ConfigurationService::GetConfiguration(const std::string& path, const std::string& section) {

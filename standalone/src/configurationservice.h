@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <kx_platform/dawsvcinterface.h>
 
@@ -28,6 +29,9 @@ public:
     /// Reads all known files again and sets the configuration items anew. Throws as the constructor does, and if
     /// another file no longer parses; then everything stays as it was.
     void Reload();
+
+    /// The names of the configuration items that were set.
+    [[nodiscard]] std::vector<std::string> ItemNames() const;
 
     /// Also returns null for a path that leads out of the folder, and for a file that does not parse. A section that
     /// the file lacks has no items.

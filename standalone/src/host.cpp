@@ -2,6 +2,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <kx_platform/bundlemgr.h>
 #include <kx_standalone/host.h>
@@ -67,6 +68,10 @@ public:
         }
     }
 
+    [[nodiscard]] std::vector<std::string> ConfigurationItems() const {
+        return m_configuration ? m_configuration->ItemNames() : std::vector<std::string>();
+    }
+
 private:
     void Register() {
         if (m_log) {
@@ -101,6 +106,10 @@ void Host::ReloadInventory() {
 
 void Host::ReloadConfiguration() {
     m_parts->ReloadConfiguration();
+}
+
+std::vector<std::string> Host::ConfigurationItems() const {
+    return m_parts->ConfigurationItems();
 }
 
 }  // namespace NS_STANDALONE

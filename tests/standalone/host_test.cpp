@@ -47,6 +47,23 @@ protected:
     HostOptions m_options;
 };
 
+TEST_F(HostTest, NamesTheItemsOfItsConfiguration) {
+    using testing::ElementsAre;
+    using testing::IsEmpty;
+    const std::string file = m_folder / "kx_corbaagent_bundle/bundle.cfg";
+    CorbaConfigItems::Instance()->SetItem("Other", "1");
+    {
+        Host host(m_options);
+        EXPECT_THAT(host.ConfigurationItems(), ElementsAre("Telvandaire"));
+        WriteFile(file, "b = 1\na = \"x\"\n[section]\nc = 1\n");
+        host.ReloadConfiguration();
+        EXPECT_THAT(host.ConfigurationItems(), ElementsAre("a", "b"));
+    }
+    m_options.configFolder.clear();
+    EXPECT_THAT(Host(m_options).ConfigurationItems(), IsEmpty());
+    CorbaConfigItems::Instance()->RemoveItem("Other");
+}
+
 TEST_F(HostTest, RegistersAllAndTakesAllBack) {
     for (int round = 0; round < 3; ++round) {
         ASSERT_FALSE(AnythingIsThere());

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <kx_standalone/export.h>
 
@@ -80,6 +82,10 @@ public:
     /// the file no longer has are removed; items that the host did not set stay. Objects that the data-access service
     /// gave out answer from the new files. Does nothing without a configuration folder. Any thread.
     void ReloadConfiguration();
+
+    /// The names of the configuration items that the file sets, in alphabetical order; none without a configuration
+    /// folder. Any thread.
+    [[nodiscard]] std::vector<std::string> ConfigurationItems() const;
 
 private:
     class Parts;

@@ -60,4 +60,42 @@ TEST_F(ServicesTest, SayIfTheEnvironmentNamedTheFile) {
     }
 }
 
+TEST_F(ServicesTest, SayWhatLooksWrongWithTheConfiguration) {
+    Configure(
+        "Telvandair = 1\nTelvandaire = \"one\"\nNETypeListForSubslot = 1\nEventSwitch = 3\nPfmFrameRdSize = 6001\n"
+        "Another = 1\n");
+    const std::string doubts =
+        "kxdu: the configuration has an unknown item \"NETypeListForSubslot\"; did you mean NETypeListForSubSlot?\n"
+        "kxdu: Telvandaire is \"one\", not a whole number from -2147483648 to 2147483647: it counts as 0\n"
+        "kxdu: PfmFrameRdSize is \"6001\", which counts as 2000\n"
+        "kxdu: EventSwitch is \"3\", not 0, 1 or 2: all notifications pass\n";
+    WriteFile("record", R"({"type":"NEIndex","record":{"neId":5}})");
+    WriteFile("ne", "NE=5\n");
+    for (const char* const verb :
+         {"decode ne", "encode record", "check ne", "explain NE=5", "get neId ne", "stats ne", "report ne -o page"}) {
+        const Ended ended = Shell(std::string("kxdu ") + verb + " --config config");
+        EXPECT_EQ(ended.code, 0) << verb;
+        EXPECT_EQ(ended.err, doubts) << verb;
+    }
+    EXPECT_EQ(Shell("kxdu filter --config config", "5\n").err, doubts + "kxdu: 0 held back, 1 passed on\n");
+}
+
+TEST_F(ServicesTest, SayWhichWordsOfAListAreNone) {
+    const auto toldOf = [this](const std::string& items) {
+        Configure(items);
+        return Shell("kxdu decode --config config", "NE=5\n").err;
+    };
+    for (const char* const wrong : {"1911;1912", "65536", "-1", "x"}) {
+        EXPECT_EQ(toldOf("NETypeListForSubSlot = \"1335," + std::string(wrong) + "\"\n"),
+                  "kxdu: NETypeListForSubSlot holds \"" + std::string(wrong) +
+                      "\", which is not an NE type; separate NE types by commas\n");
+    }
+    EXPECT_EQ(toldOf("NETypeListForSubSlot = \"1911, 1912,,0\"\n"), "") << "blanks and extra commas are allowed";
+    EXPECT_EQ(toldOf("Telvandaire = -2147483648\nPfmFrameRdSize = 0\nBlacklist = \"x\"\n"), "")
+        << "the list is not selected";
+    EXPECT_EQ(
+        toldOf("Telvandaire = 2147483648\n"),
+        "kxdu: Telvandaire is \"2147483648\", not a whole number from -2147483648 to 2147483647: it counts as 0\n");
+}
+
 }  // namespace

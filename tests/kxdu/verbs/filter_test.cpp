@@ -54,10 +54,12 @@ TEST_F(FilterVerb, SaysWhatASwitchThatIsNoNumberCountsAs) {
 TEST_F(FilterVerb, WarnsOfASelectedListThatIsMissing) {
     Configure("EventSwitch = 1\nWhiteList = \"7\"\n");
     EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
+              "kxdu: the configuration has an unknown item \"WhiteList\"; did you mean Whitelist?\n"
               "kxdu: EventSwitch is 1, but the configuration has no Whitelist: only 2101250 passes\n"
               "kxdu: 1 held back, 0 passed on\n");
     Configure("EventSwitch = 2\nBlackList = \"7\"\n");
     EXPECT_EQ(Shell("kxdu filter --config config", "7 a\n").err,
+              "kxdu: the configuration has an unknown item \"BlackList\"; did you mean Blacklist?\n"
               "kxdu: EventSwitch is 2, but the configuration has no Blacklist: all notifications pass\n"
               "kxdu: 0 held back, 1 passed on\n");
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "cli/configurationdoubts.h"
 #include "cli/missingnes.h"
 #include "cli/verb.h"
 #include "lines/failure.h"
@@ -77,7 +78,11 @@ std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options
         hostOptions.missingNe = [missing](std::int64_t neId) { missing->Note(neId); };
     }
     try {
-        return std::make_unique<NS_STANDALONE::Host>(hostOptions);
+        auto host = std::make_unique<NS_STANDALONE::Host>(hostOptions);
+        if (!options.config.empty()) {
+            TellDoubtsOfConfiguration(host->ConfigurationItems());
+        }
+        return host;
     } catch (const std::runtime_error& error) {
         const std::string complaint = error.what();  // begins with the name of the file that it is about
         if (!options.inventory.empty() && complaint.starts_with(options.inventory + ": ")) {

@@ -33,8 +33,9 @@ void AddServiceOptions(Verb& verb, ServiceOptions& options);
 std::vector<FileInUse> FilesInUse(const ServiceOptions& options);
 
 /// Starts the services; they run as long as the returned host lives. Notes in `missing`, unless it is null, the NEs
-/// that the inventory is asked about and lacks. Throws `Failure` with `Cause::INPUT` if a file cannot be loaded; the
-/// message says if the environment named it, and how to make a missing inventory.
+/// that the inventory is asked about and lacks. Says on standard error what looks wrong with the configuration. Throws
+/// `Failure` with `Cause::INPUT` if a file cannot be loaded; the message says if the environment named it, and how to
+/// make a missing inventory.
 std::unique_ptr<NS_STANDALONE::Host> StartServices(const ServiceOptions& options, MissingNes* missing = nullptr);
 
 /// Reads the inventory named by an option or the environment. Throws as above.
