@@ -1,9 +1,14 @@
 #include "catalogue/fieldvalues.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <type_traits>
 
+#include <kx_platform/textutil.h>
+
 #include "text/number.h"
+#include "text/quoting.h"
 
 namespace NS_KX {
 
@@ -18,6 +23,26 @@ std::string TextOf(const Value& value) {
     } else {
         return std::to_string(value);
     }
+}
+
+// A field that no writer uses, and the one that is written in its place.
+struct Twins {
+    std::string_view unused;
+    std::string_view written;
+};
+
+constexpr std::array TWINS_OF_ACCESS_POINTS{Twins{"neId", "port.neId"}, Twins{"fbType", "port.fbType"},
+                                            Twins{"apText", "apValue2"}};
+
+// The number that `field` says, as readers take it from a text.
+std::int64_t NumberIn(const Field& field, const void* record) {
+    return VisitField(field, record, [](const auto& value) -> std::int64_t {
+        if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::string>) {
+            return NS_UTIL::Str2Int(value);
+        } else {
+            return value;
+        }
+    });
 }
 
 }  // namespace
@@ -57,6 +82,23 @@ std::vector<FieldValue> FieldsOf(const Kind& kind, const void* record) {
         }
     }
     return fields;
+}
+
+std::string ContradictionIn(const Kind& kind, const void* record) {
+    const bool isOnPort = kind.layout.fields[kind.layout.key].name == "port.neId";
+    for (const auto& [unusedName, writtenName] : TWINS_OF_ACCESS_POINTS) {
+        const Field* const unused = isOnPort ? FindField(kind, unusedName) : nullptr;
+        if (unused == nullptr || !IsKnown(kind, *unused, record)) {
+            continue;
+        }
+        const Field* const written = FindField(kind, writtenName);
+        if (NumberIn(*unused, record) != NumberIn(*written, record)) {
+            return Quoted(unusedName) + " is " + ValueOf(*unused, record) + ", but " + Quoted(writtenName) +
+                   ", which is written, is " + ValueOf(*written, record) + ": change both, or leave " +
+                   Quoted(unusedName) + " out";
+        }
+    }
+    return {};
 }
 
 }  // namespace NS_KX

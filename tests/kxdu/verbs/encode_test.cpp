@@ -193,5 +193,28 @@ TEST_F(EncodeTest, ARecordThatContradictsTheTextItKeepsIsRejected) {
               "kxdu: 1 rejected or changed in 1 line\n");
 }
 
+TEST_F(EncodeTest, AnAccessPointThatContradictsItselfIsRejected) {
+    const Ended ended = Shell("kxdu encode --as CtpKey_T",
+                              "neId,port.neId,port.portId,fbType,port.fbType,apText,apValue2\n"
+                              "5,5,2,8,8,07,7\n,5,2,,8,,7\n5,6,2,,,,\n5,5,2,8,9,,\n5,5,2,,,x,7\n,,2,,,,\n");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.out, "NE=5,PP=|8|2|,AP=0|7|\nNE=5,PP=|8|2|,AP=0|7|\n");
+    const std::string advice = ": change both, or leave ";
+    EXPECT_EQ(ended.err, "<stdin>:4: \"neId\" is 5, but \"port.neId\", which is written, is 6" + advice +
+                             "\"neId\" out\n"
+                             "<stdin>:5: \"fbType\" is 8, but \"port.fbType\", which is written, is 9" +
+                             advice +
+                             "\"fbType\" out\n"
+                             "<stdin>:6: \"apText\" is \"x\", but \"apValue2\", which is written, is 7" +
+                             advice +
+                             "\"apText\" out\n"
+                             "<stdin>:7: field \"port.neId\" is missing\n"
+                             "kxdu: 4 rejected or changed in 7 lines\n");
+    EXPECT_EQ(Shell("kxdu encode", R"({"type":"CtpKey_T:SUBIF","record":{"neId":7,"port":{"neId":5}}})"
+                                   "\n")
+                  .code,
+              1);
+}
+
 }  // namespace
 }  // namespace NS_KX::NS_KXDU

@@ -4,6 +4,7 @@
 
 #include <kx_domain_util/fdnscanner.h>
 
+#include "catalogue/fieldvalues.h"
 #include "catalogue/kinds.h"
 #include "cli/bulkoptions.h"
 #include "cli/missingnes.h"
@@ -43,6 +44,8 @@ or "|", which would end them. Also rejected are
   - texts that hold a line end or half a surrogate pair
   - lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB
   - records that keep their text, as services and trails do, and have other fields that contradict it: change both
+  - access points whose "neId", "fbType" or "apText" contradict "port.neId", "port.fbType" or "apValue2": only the
+    latter are written, so change both, or leave the former out
 The run stops if the first line of a file is neither a JSON object nor a line of column names: the file probably holds
 identifiers or another format.
 
@@ -123,6 +126,10 @@ private:
         RecordReader& reader = *m_source.reader;
         try {
             reader.Read(line);
+            if (const std::string contradiction = ContradictionIn(reader.GetKind(), reader.Record());
+                !contradiction.empty()) {
+                throw BadRecord(contradiction);
+            }
             Writing([&] { reader.GetKind().write(reader.Record(), m_fdn, NS_UTIL::Surroundings::OfSystem()); });
         } catch (const BadRecord& bad) {
             result.Report(bad.what());
