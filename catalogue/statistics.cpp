@@ -9,6 +9,7 @@
 
 #include "catalogue/kinds.h"
 #include "catalogue/vocabulary.h"
+#include "text/number.h"
 
 namespace NS_KX {
 
@@ -24,6 +25,12 @@ std::optional<std::int32_t> FbTypeOf(const PortLevels& levels) {
         return std::nullopt;
     }
     return port[1].empty() ? Statistics::NO_FB_TYPE : NS_UTIL::Str2Int(port[1]);
+}
+
+template <class Levels>
+std::int32_t NeIn(const Levels& levels) {
+    std::int32_t neId = Statistics::NO_NE;
+    return ReadWhole(NS_UTIL::NS_FDN::SubValues<1>(levels.template Value<"NE">())[0], neId) ? neId : Statistics::NO_NE;
 }
 
 template <class Counts>
@@ -71,6 +78,10 @@ void Statistics::Add(const Statistics& later) {
     for (const auto& [reason, count] : later.problems) {
         AddProblems(problems[reason], count);
     }
+}
+
+std::int32_t NeOf(std::string_view fdn) {
+    return NeIn(NS_UTIL::NS_FDN::LevelFinder<"NE">(fdn));
 }
 
 // ---- Rows -----------------------------------------------------------------------------------------------------------
@@ -135,7 +146,7 @@ std::vector<CountRow> ProblemRows(const Statistics& statistics) {
 IdentifierCounter::Counted IdentifierCounter::Count(std::string_view fdn, const PlaceOf& placeOf) {
     const PortLevels levels(fdn);
     Counted counted = m_search == ProblemSearch::NONE ? Counted{FindKind(fdn), false} : Check(fdn, placeOf);
-    levels.ReadNumber<"NE">(counted.neId);
+    counted.neId = NeIn(levels);
     ++m_counts.lines;
     ++m_counts.kinds[counted.kind];
     ++m_counts.nes[counted.neId];

@@ -52,6 +52,10 @@ struct Statistics {
     void Add(const Statistics& later);
 };
 
+/// The number of the NE that an identifier is of; `Statistics::NO_NE` if it has none, or if that level is not a number
+/// of 32 bits. Readers are more lenient: they make some number of any text.
+std::int32_t NeOf(std::string_view fdn);
+
 /// A row of a listing of counts. Empty texts stand for none.
 struct CountRow {
     std::string value;  ///< what is counted: "port", "1025"

@@ -94,7 +94,7 @@ class Network(unittest.TestCase):
         totals = {value: count for value, _, count in counts("total")}
         shown = [int(text.replace(",", "")) for text in texts("#totals strong")]
         self.assertEqual([shown[0], shown[2], shown[3]],
-                         [totals["NEs"], totals["lines"], totals["lines with a problem"]])
+                         [totals["different NEs"], totals["lines"], totals["lines with a problem"]])
         self.assertEqual(bars("count-kind"), [(value, count) for value, _, count in counts("kind")])
         self.assertEqual(bars("count-family"), [(value or "no family", count) for value, _, count in counts("family")])
         self.assertEqual(bars("count-layer"), [(value or "no layer", count) for value, _, count in counts("layer")])
@@ -217,6 +217,45 @@ class Odd(unittest.TestCase):
         kxdu("report", "odd.fdn", "-o", "odd.html")
         open_page("odd.html")
         self.assertEqual(texts("#totals strong"), ["0", "0", "0", "0"])
+        self.assertEqual(texts("#problems p"), ["There is no identifier."])
+        self.assertEqual(page.problems, [])
+
+    def test_no_ne(self):
+        write("odd.fdn", ["OS=1", "NE=x"])
+        kxdu("report", "odd.fdn", "--levels-only", "-o", "odd.html")
+        open_page("odd.html")
+        self.assertEqual(texts("#totals strong"), ["0", "0", "2", "1"])
+        self.assertEqual(texts("#without-ports p"), ["No identifier is of an NE."])
+        self.assertEqual(texts("#ne-title"), ["No NE"])
+        self.assertEqual(texts("#ne-about"), ["No identifier is of an NE. So there is nothing to draw."])
+        page.resize(700, 900)
+        page.resize(1280, 900)
+        self.assertEqual(page.problems, [])
+
+    def test_an_address_of_an_ne_that_the_file_lacks(self):
+        write("odd.fdn", ["NE=3,FR=1"])
+        kxdu("report", "odd.fdn", "--levels-only", "-o", "odd.html")
+        for ne in ("4", "x"):
+            open_page("odd.html", "#ne=" + ne)
+            self.assertEqual(texts("#ne-title"), ["NE " + ne])
+            self.assertIn("The page shows no NE " + ne, texts("#ne-about")[0])
+            self.assertFalse(page.value("document.getElementById('colours').checkVisibility()"))
+        page.value("void (location.hash = '#ne=3')")
+        page.wait("document.getElementById('ne-title').textContent === 'NE 3'")
+        self.assertTrue(page.value("document.getElementById('colours').checkVisibility()"))
+        self.assertEqual(page.problems, [])
+
+    def test_an_escaped_bar_is_part_of_the_name(self):
+        write("odd.fdn", ["NE=4,FR=1,S=1,CP=-1,PP=16|1025|1|a\\|b", "NE=4,FR=1,S=1,CP=-1,PP=16|810|2|c\\|d"])
+        kxdu("report", "odd.fdn", "--levels-only", "-o", "odd.html")
+        open_page("odd.html")
+        shown = []
+        for port in ("first", "last"):
+            page.value("[...document.querySelectorAll('#shelves .port')].at(%d).dispatchEvent("
+                       "new MouseEvent('click', { bubbles: true }))" % (0 if port == "first" else -1))
+            shown.append([text for text in texts("#detail td:last-child") if "name" in text or "sub-value" in text])
+        self.assertEqual(shown, [['port name "a|b"'], ['port name "c\\"', 'sub-value "d"']])
+        self.assertIn("port 1, a|b;", page.value("document.querySelector('#shelves .port').getAttribute('aria-label')"))
         self.assertEqual(page.problems, [])
 
     def test_things_without_shelves_and_numbers(self):

@@ -46,6 +46,14 @@ TEST(Statistics, CountNesAsNumbers) {
     EXPECT_EQ(Texts(NeRows(Count({"NE=7", "NE=07,FR=1", "NE=12", "OS=1", "NE=-1"}))), (Rows{"  2", "7  2", "12  1"}));
 }
 
+TEST(Statistics, AnNeWhoseNumberIsNoneDoesNotCount) {
+    const Statistics counts =
+        Count({"NE=abc", "NE=,FR=1", "NE=", "NE=7x", "NE= 7", "NE=2147483648", "NE=4294967295", "NE=7|8", "NE"});
+    EXPECT_EQ(Texts(NeRows(counts)), (Rows{"  8", "7  1"}));
+    EXPECT_EQ(NeOf("FR=1,NE=12"), 12);
+    EXPECT_EQ(NeOf("NE=-"), Statistics::NO_NE);
+}
+
 TEST(Statistics, CountFbTypesAndLevelsOfPortsAndOfWhatLiesOnThem) {
     const Statistics counts = Count({"NE=1,PP=16|810|1|", "NE=1,PP=16|811|1|,AP=1|2|", "NE=1,LP=16|4136|1|", "NE=1",
                                      "NE=1,PP=16||1|", "NE=1,PP=16|810|1"});
@@ -88,7 +96,7 @@ TEST(Statistics, AddUpInTheOrderOfTheirIdentifiers) {
     all.Add(Count({"NE=1", "NE=y"}));
     EXPECT_EQ(all.lines, 4U);
     EXPECT_EQ(all.problemLines, 2U);
-    EXPECT_EQ(Texts(NeRows(all)), (Rows{"0  2", "1  2"}));
+    EXPECT_EQ(Texts(NeRows(all)), (Rows{"  2", "1  2"}));
     const ProblemCount& problem = all.problems.at("not a decimal number");
     EXPECT_EQ(problem.count, 2U);
     EXPECT_EQ(problem.places.back().text, "NE is not a decimal number: \"y\"");

@@ -53,7 +53,7 @@ TEST_F(ReportTest, NumbersAreThoseOfStats) {
         << data;
     EXPECT_EQ(Shell("kxdu stats --levels-only --by total,kind --format csv", fdns).out,
               "by,value,name,count,place,text\n"
-              "total,lines,,5,,\ntotal,NEs,,2,,\ntotal,lines with a problem,,2,,\n"
+              "total,lines,,5,,\ntotal,different NEs,,2,,\ntotal,lines with a problem,,2,,\n"
               "kind,,,2,,\nkind,port,,2,,\nkind,ne,,1,,\n");
 }
 
@@ -65,6 +65,24 @@ TEST_F(ReportTest, AlarmsAreCountedByIdentifier) {
     EXPECT_TRUE(Holds(DataOf("NE=1\n", "--alarms a.csv --alarm-fdn 1 --alarm-delimiter ';'"), expected));
     WriteFile("a.jsonl", "{\"fdn\":\"NE=1,FR=1\"}\n{\"id\":1,\"fdn\":\"NE=1,FR=1\"}\n{\"fdn\":\n");
     EXPECT_TRUE(Holds(DataOf("NE=1\n", "--alarms a.jsonl --alarm-fdn fdn"), expected));
+}
+
+TEST_F(ReportTest, SaysThatThereIsNoNe) {
+    const std::string none = "kxdu: no identifier is of an NE, so the page shows none\n";
+    for (const char* const fdns : {"", "OS=1\n", "NE=abc\nNE=\n"}) {
+        const Ended ended = Shell("kxdu report --levels-only -o report.html", fdns);
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_EQ(ended.err, none) << fdns;
+    }
+    EXPECT_EQ(Shell("kxdu report --levels-only -o report.html", "NE=0\n").err, "");
+    EXPECT_EQ(Shell("kxdu report --levels-only --ne 2 -o report.html", "NE=1\n").err,
+              "kxdu: no identifier is of an NE that --ne names\n");
+}
+
+TEST_F(ReportTest, AnNeWhoseNumberIsNoneIsNotDrawn) {
+    const std::string data = DataOf("NE=abc\nNE=7x,FR=1\nNE=,FR=1\nNE=8\n");
+    EXPECT_TRUE(Holds(data, R"("nes":[[8,-1,1,0,0]])")) << data;
+    EXPECT_TRUE(Holds(data, R"("total":{"lines":4,"nes":1,)")) << data;
 }
 
 TEST_F(ReportTest, SaysThatNoAlarmHasAnIdentifier) {

@@ -22,7 +22,7 @@ TEST_F(StatsTest, TableShowsEachCount) {
               "total                 count\n"
               "--------------------  -----\n"
               "lines                     5\n"
-              "NEs                       2\n"
+              "different NEs             2\n"
               "lines with a problem      1\n"
               "\n"
               "kind               lines\n"
@@ -89,7 +89,7 @@ TEST_F(StatsTest, ProblemsAreThoseOfCheck) {
     WriteFile("a.fdn", "NE=01\nNE=1,fr=2,S=\n\nNE=\xff\nN" + std::string(1, '\0') + "E=1\nNE=1,FR=1,S=3,CP=-1\n");
     const Ended check = Shell("kxdu check --inventory n.db a.fdn");
     const Ended stats = Shell("kxdu stats --inventory n.db --by problem --format csv a.fdn");
-    EXPECT_EQ(check.err, "kxdu: 6 found in 6 lines\n");
+    EXPECT_EQ(check.err, "kxdu: 6 problems in 5 of 6 lines\n");
     EXPECT_EQ(stats.out,
               "by,value,name,count,place,text\n"
               "problem,NUL byte,,1,a.fdn:5:2,NUL byte\n"
@@ -109,7 +109,7 @@ TEST_F(StatsTest, FirstPlacesAreTheFirstOnesWithManyThreads) {
     EXPECT_EQ(Shell("kxdu stats -j 8 --levels-only --by total,problem --format csv a.fdn a.fdn").out,
               "by,value,name,count,place,text\n"
               "total,lines,,120000,,\n"
-              "total,NEs,,2,,\n"
+              "total,different NEs,,1,,\n"
               "total,lines with a problem,,6,,\n"
               "problem,not a decimal number,,6,a.fdn:7:4,\"NE is not a decimal number: \"\"x\"\"\"\n");
 }
@@ -142,7 +142,8 @@ TEST_F(StatsTest, WithoutProblemsNoServiceIsUsed) {
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.err, "");
     EXPECT_EQ(ended.out,
-              "by,value,name,count,place,text\ntotal,lines,,2,,\ntotal,NEs,,2,,\ntotal,lines with a problem,,0,,\n");
+              "by,value,name,count,place,text\ntotal,lines,,2,,\ntotal,different NEs,,1,,\ntotal,lines with a "
+              "problem,,0,,\n");
 }
 
 TEST_F(StatsTest, LongTablesAreCutUnlessAsked) {

@@ -5,9 +5,8 @@
 #include <string>
 #include <utility>
 
-#include <kx_domain_util/levelfinder.h>
-
 #include "cli/bulkoptions.h"
+#include "cli/identifierlines.h"
 #include "cli/missingnes.h"
 #include "cli/verb.h"
 #include "lines/descriptor.h"
@@ -29,12 +28,11 @@ LineCounter::LineCounter(const CountingOptions& options)
     : m_nes(options.nes), m_counter(options.Search(), NS_UTIL::Surroundings::OfSystem()) {}
 
 void LineCounter::Convert(std::string_view line, LineResult& result) {
-    if (!m_nes.AreAll()) {
-        std::int32_t neId = Statistics::NO_NE;
-        NS_UTIL::NS_FDN::LevelFinder<"NE">(line).ReadNumber<"NE">(neId);
-        if (!m_nes.Has(neId)) {
-            return;
-        }
+    if (result.IsFirstLine()) {
+        RefuseOtherThanIdentifiers(line);
+    }
+    if (!m_nes.AreAll() && !m_nes.Has(NeOf(line))) {
+        return;
     }
     Keep(line, m_counter.Count(line, [&result](std::size_t column) { return result.PlaceOf(column); }));
 }

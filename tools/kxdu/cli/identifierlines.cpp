@@ -6,6 +6,7 @@
 #include "catalogue/kinds.h"
 #include "catalogue/levelcheck.h"
 #include "cli/verb.h"
+#include "formats/recordrow.h"
 #include "lines/failure.h"
 
 namespace NS_KX::NS_KXDU {
@@ -25,6 +26,12 @@ void RefuseOtherThanIdentifiers(std::string_view line) {
     }
     if (text.starts_with("fdn,type,") || text.starts_with("fdn\ttype\t")) {
         refuse("this is a table as kxdu decode writes it, not an identifier; its first column holds the identifiers");
+    }
+    // A line of one column is rejected like any other, and the lines after it are read.
+    if (const auto separator = FindSeparator(text); separator && text.find(*separator) != std::string_view::npos) {
+        refuse(
+            "this is a line of column names, not an identifier; kxdu encode reads records, and kxdu get takes columns "
+            "of identifiers");
     }
     if (text.starts_with('<')) {
         refuse("this is XML or HTML, not an identifier; take the identifiers out of it, one per line");

@@ -4,8 +4,6 @@
 #include <optional>
 #include <string_view>
 
-#include <kx_domain_util/levelfinder.h>
-
 #include "catalogue/statistics.h"
 #include "formats/csv.h"
 #include "formats/jsonmember.h"
@@ -61,10 +59,7 @@ public:
 
     void Convert(std::string_view line, LineResult& /*result*/) override {
         const auto fdn = m_find(line);
-        std::int32_t neId = Statistics::NO_NE;
-        if (fdn) {
-            NS_UTIL::NS_FDN::LevelFinder<"NE">(*fdn).ReadNumber<"NE">(neId);
-        }
+        const std::int32_t neId = fdn ? NeOf(*fdn) : Statistics::NO_NE;
         if (neId == Statistics::NO_NE) {
             CountUnread();
         } else if (m_nes.AreAll() || m_nes.Has(neId)) {

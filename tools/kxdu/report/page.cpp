@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <kx_domain_util/constanttables.h>
+#include <kx_domain_util/portrules.h>
 
 #include "catalogue/kinds.h"
 #include "catalogue/vocabulary.h"
@@ -157,6 +158,14 @@ void WriteVocabulary(Json& json) {
     WriteTags(json);
     json.Key("fbTypeNames");
     WriteFbTypes(json);
+    json.Key("escapedNames");  // the FB types of ports whose names may hold an escaped "|"
+    json.Array([&] {
+        for (const auto& rules : NS_UTIL::PORT_RULES) {
+            if (rules.hasEscapedName) {
+                json.Number(rules.fbType);
+            }
+        }
+    });
     json.Key("rates");
     json.Object([&] {
         for (const auto& row : NS_UTIL::GetClientRateRows()) {

@@ -85,8 +85,16 @@
 
   const keyOf = (place) => [place.shelf, place.slot, place.sub, place.port, place.value].join(',');
 
+  // The sub-values of a level. In the name of a port, a "|" after a backslash is part of the name.
+  function subValuesOf({ tag, value }) {
+    const values = value === '' ? [] : value.split('|');
+    const [, fbType = '', , name = '', rest] = values;
+    const isEscaped = (tag === 'PP' || tag === 'LP') && name.includes('\\') && rest !== undefined && data.escapedNames.includes(numberOf(fbType));
+    return isEscaped ? [...values.slice(0, 3), name.replace('\\', '') + '|' + rest, ...values.slice(5)] : values;
+  }
+
   function portOf(place) {
-    const [ppType = '', fbType = '', number = '', name = ''] = place.value.split('|');
+    const [ppType = '', fbType = '', number = '', name = ''] = subValuesOf({ tag: place.port, value: place.value });
     return { ppType, fbType: numberOf(fbType), number: number === '' ? -1 : numberOf(number), name };
   }
 
@@ -147,7 +155,7 @@
     const rows = [];
     for (const level of levelsOf(fdn)) {
       const tag = data.tags[level.tag];
-      const values = level.value === '' ? [] : level.value.split('|');
+      const values = subValuesOf(level);
       if (tag === undefined) {
         rows.push([level.tag, 'level ' + quoted(level.tag)]);
       } else if (values.length === 0) {
@@ -584,6 +592,7 @@
     current.beside.forEach(remember);
     const type = neText(current.ne);
     byId('ne-title').textContent = 'NE ' + current.ne;
+    byId('colours').hidden = false;
     byId('ne-about').textContent = [type.slice(2), counted(current.lines, 'identifier'), counted(current.ports, 'port'),
       data.alarms ? counted(current.alarms, 'alarm') : '', current.problems ? counted(current.problems, 'identifier') + ' with a problem' : '']
       .filter(Boolean).join(' · ');
@@ -594,16 +603,34 @@
       'Point at a port or a slot to read what its identifier means, or reach it with Tab and the arrow keys. Enter keeps it, Escape lets it go.'));
   }
 
+  // Shows why there is no NE to draw.
+  function selectNone(title, reason) {
+    current = null;
+    pinned = '';
+    items = new Map();
+    byId('ne-title').textContent = title;
+    byId('ne-about').textContent = reason;
+    byId('colours').hidden = true;
+    for (const id of ['legend', 'shelves', 'beside', 'detail']) {
+      byId(id).replaceChildren();
+    }
+  }
+
   const hashOf = (ne) => '#ne=' + ne;
 
-  // Shows the NE that the address names; false if it names none.
+  // Shows the NE that the address names, or that the file lacks it; false if the address names none.
   function selectByHash() {
-    const match = /^#ne=(-?\d+)$/.exec(location.hash);
-    const index = match ? neIndex.get(Number(match[1])) : undefined;
-    if (index === undefined) {
+    const match = /^#ne=(.+)$/.exec(location.hash);
+    if (match === null) {
       return false;
     }
-    selectNe(index);
+    const ne = match[1];
+    const index = /^-?\d+$/.test(ne) ? neIndex.get(Number(ne)) : undefined;
+    if (index === undefined) {
+      selectNone('NE ' + ne, 'The page shows no NE ' + ne + ': no identifier names it. Find another one above.');
+    } else {
+      selectNe(index);
+    }
     byId('ne').scrollIntoView();
     byId('ne-title').focus({ preventScroll: true });
     return true;
@@ -791,9 +818,12 @@
     return html('span', { class: 'quiet' }, data.neTypes[type] ? ' ' + data.neTypes[type] : '');
   }
 
+  const NO_NE = 'No identifier is of an NE.';
+
   function drawProblems() {
     if (data.problems.length === 0) {
-      return card('problems', 'Problems', data.search === 'none' ? 'Not looked for.' : 'Nothing was found.');
+      const found = data.total.lines === 0 ? 'There is no identifier.' : 'Nothing was found.';
+      return card('problems', 'Problems', data.search === 'none' ? 'Not looked for.' : found);
     }
     const reasons = data.problems.map(([reason, count, places]) =>
       html('details', {}, html('summary', { class: 'bar-row' }, html('span', {}, reason), html('span', { class: 'number' }, grouped(count))),
@@ -810,7 +840,8 @@
     if (without.length > MOST) {
       links.push(html('details', {}, html('summary', {}, `and ${grouped(without.length - MOST)} more`), html('ul', { class: 'links' }, without.slice(MOST).map(link))));
     }
-    return card('without-ports', 'NEs without ports', without.length === 0 ? 'Every NE has a port.' : `The file names no port of ${counted(without.length, 'NE')}.`, ...links);
+    const none = data.nes.length === 0 ? NO_NE : 'Every NE has a port.';
+    return card('without-ports', 'NEs without ports', without.length === 0 ? none : `The file names no port of ${counted(without.length, 'NE')}.`, ...links);
   }
 
   function drawCounts() {
@@ -864,9 +895,10 @@
         drawShelves();
       }
     });
-    if (data.nes.length === 0) {
-      byId('ne').hidden = true;
-    } else if (!selectByHash()) {
+    const isChosen = selectByHash();
+    if (!isChosen && data.nes.length === 0) {
+      selectNone('No NE', NO_NE + ' So there is nothing to draw.');
+    } else if (!isChosen) {
       const most = data.nes.reduce((best, [ne], index) => (alarmCount(ne) > alarmCount(data.nes[best][0]) ? index : best), 0);
       selectNe(most);
     }

@@ -82,6 +82,9 @@ ExitCode Report(const Options& options) {
         inventory = ReadInventory(services.inventory);
     }
     const Network network = ReadNetwork(options.counting, filesInUse);
+    if (network.nes.empty() && options.counting.nes.AreAll()) {
+        WriteMessage("kxdu: no identifier is of an NE, so the page shows none\n");
+    }
     std::optional<Alarms> alarms;
     if (!options.alarms.file.empty()) {
         alarms = ReadAlarms(options.alarms, options.counting.nes, options.counting.bulk, filesInUse);

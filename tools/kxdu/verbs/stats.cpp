@@ -36,8 +36,8 @@ constexpr auto HELP = R"(Examples:
   kxdu stats network.fdn --format jsonl | jq -r 'select(.by == "kind") | [.value, .count] | @tsv'
 
 Counts the lines of all inputs together. WHAT is one or more of these words, separated by commas:
-  total     lines, NEs, and lines with a problem
-  kind      lines by the kind of thing that they name
+  total     lines, different NEs, and lines with a problem
+  kind      lines by the kind of thing that they name: the lines of kind ne may name an NE more than once
   layer     NEs by network layer; needs an inventory
   family    NEs by family of equipment, of which an NE may belong to several; needs an inventory
   ne-type   NEs by NE type; needs an inventory
@@ -87,7 +87,9 @@ using GroupRows = std::array<std::vector<CountRow>, GROUPS.size()>;
 
 std::vector<CountRow> TotalRows(const Statistics& statistics) {
     const std::uint64_t nes = statistics.nes.size() - statistics.nes.count(Statistics::NO_NE);
-    return {{"lines", {}, statistics.lines}, {"NEs", {}, nes}, {"lines with a problem", {}, statistics.problemLines}};
+    return {{"lines", {}, statistics.lines},
+            {"different NEs", {}, nes},
+            {"lines with a problem", {}, statistics.problemLines}};
 }
 
 GroupRows RowsOf(const Statistics& statistics, const NS_STANDALONE::Inventory* inventory) {
