@@ -1,6 +1,7 @@
 #include "catalogue/levelcheck.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -13,6 +14,7 @@
 #include "text/line.h"
 #include "text/number.h"
 #include "text/quoting.h"
+#include "text/utf8sequence.h"
 
 namespace NS_KX {
 
@@ -41,6 +43,36 @@ bool IsInRange(std::string_view decimal, SubValueKind kind) {
                                      ? std::int64_t{std::numeric_limits<std::uint32_t>::max()}
                                      : std::numeric_limits<std::int32_t>::max();
     return error == std::errc() && number >= std::numeric_limits<std::int32_t>::min() && number <= largest;
+}
+
+// Characters that are easily overlooked, or come from quoting.
+struct OddCharacter {
+    std::string_view bytes;
+    std::string_view name;
+};
+
+constexpr std::array ODD_CHARACTERS{OddCharacter{"\"", "quote"},
+                                    OddCharacter{"'", "quote"},
+                                    OddCharacter{"\xE2\x80\x9C", "quote"},
+                                    OddCharacter{"\xE2\x80\x9D", "quote"},
+                                    OddCharacter{"\xC2\xA0", "no-break space"},
+                                    OddCharacter{"\xE2\x80\xAF", "no-break space"},
+                                    OddCharacter{"\xE2\x80\x8B", "zero-width space"},
+                                    OddCharacter{"\xEF\xBB\xBF", "byte-order mark"}};
+
+// The name of the first odd character in `text`; empty if it holds none.
+std::string_view FindOddCharacter(std::string_view text) {
+    for (const auto& [bytes, name] : ODD_CHARACTERS) {
+        if (text.find(bytes) != std::string_view::npos) {
+            return name;
+        }
+    }
+    return {};
+}
+
+// The character that `text`, which is not empty, begins with.
+std::string_view FirstCharacterOf(std::string_view text) {
+    return text.substr(0, std::max<std::size_t>(Utf8SequenceSize(text), 1));
 }
 
 class LevelCheck {
@@ -122,11 +154,13 @@ private:
         if (wrong == tag.end()) {
             return true;
         }
-        const std::string_view place = tag.substr(static_cast<std::size_t>(wrong - tag.begin()), 1);
+        const std::string_view place = FirstCharacterOf(tag.substr(static_cast<std::size_t>(wrong - tag.begin())));
         if (*wrong == ' ' || *wrong == '\t') {
             Report(place, "blank in a tag", "blank in the tag " + Quoted(tag));
         } else if (*wrong >= 'a' && *wrong <= 'z') {
             Report(place, "lower-case letter in a tag", "lower-case letter in the tag " + Quoted(tag));
+        } else if (const std::string_view name = FindOddCharacter(place); !name.empty()) {
+            Report(place, "other character in a tag", std::string(name) + " in the tag " + Quoted(tag));
         } else {
             Report(place, "other character in a tag", "character " + Quoted(place) + " in the tag " + Quoted(tag));
         }
@@ -175,7 +209,10 @@ private:
         if (text.empty()) {
             Report(text, "empty number", place() + " is empty, not a number");
         } else if (!IsDecimal(text)) {
-            Report(text, "not a decimal number", place() + " is not a decimal number: " + Quoted(text));
+            const std::string_view odd = FindOddCharacter(text);
+            Report(text, "not a decimal number",
+                   place() + " is not a decimal number: " + Quoted(text) +
+                       (odd.empty() ? "" : ", which holds a " + std::string(odd)));
         } else if (!IsInRange(text, expected.kind)) {
             const bool isPort = expected.kind == SubValueKind::PORT_NUMBER;
             Report(text, "number out of range",

@@ -12,6 +12,7 @@
 #include "formats/recordshape.h"
 #include "formats/tablecell.h"
 #include "formats/tsv.h"
+#include "text/displaytext.h"
 
 namespace NS_KX {
 
@@ -118,24 +119,54 @@ public:
 
 private:
     void AppendLine(std::string_view fdn, const Kind& kind, const void* record, TextBuffer& out) override {
+        const std::size_t begin = out.GetSize();
         AppendPadded(kind.type, TYPE_WIDTH, out);
         const std::size_t cell = out.GetSize();
         AppendTableWord(fdn, out);
+        const std::size_t identifierEnd = out.GetSize();
         Pad(cell, FDN_WIDTH, out);
-        const char* separator = "";
-        for (const Field& field : kind.layout.fields) {
-            if (m_options.Writes(field) && IsKnown(kind, field, record)) {
-                Append(out, separator);
-                Append(out, field.name);
-                out.Put('=');
-                VisitField(field, record, [&](const auto& value) { AppendValue(value, out, AppendTableWord); });
-                separator = " ";
-            }
+        AppendFields(kind, record, [first = true, &out](std::string_view text) mutable {
+            Append(out, first ? "" : " ");
+            Append(out, text);
+            first = false;
+        });
+        if (m_options.width != 0 && DisplayWidth(out.View().substr(begin)) > m_options.width) {
+            out.Pop(out.GetSize() - identifierEnd);
+            AppendFieldsBelow(kind, record, out);
         }
         out.Put('\n');
     }
 
+    // Calls `take` with each field that differs from a fresh record, as "name=value".
+    template <class Take>
+    void AppendFields(const Kind& kind, const void* record, Take take) {
+        for (const Field& field : kind.layout.fields) {
+            if (m_options.Writes(field) && IsKnown(kind, field, record)) {
+                m_text.Clear();
+                Append(m_text, field.name);
+                m_text.Put('=');
+                VisitField(field, record, [&](const auto& value) { AppendValue(value, m_text, AppendTableWord); });
+                take(m_text.View());
+            }
+        }
+    }
+
+    // On lines of their own, as many fields as have room on each.
+    void AppendFieldsBelow(const Kind& kind, const void* record, TextBuffer& out) {
+        constexpr std::string_view INDENT = "    ";
+        std::size_t end = m_options.width;  // of the current line: there is no room on that of the identifier
+        AppendFields(kind, record, [&](std::string_view text) {
+            const std::size_t width = DisplayWidth(text);
+            const bool hasRoom = end + 1 + width <= m_options.width;
+            Append(out, hasRoom ? " " : "\n");
+            Append(out, hasRoom ? "" : INDENT);
+            Append(out, text);
+            end = (hasRoom ? end + 1 : INDENT.size()) + width;
+        });
+    }
+
     FormatOptions m_options;
+    TextBuffer m_text;  // of one field
 };
 
 }  // namespace

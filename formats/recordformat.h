@@ -25,6 +25,8 @@ struct FormatOptions {
     /// Chosen fields: names of fields, "fdn", "type" and "kind". None: "fdn", "type" and all fields. CSV and TSV have
     /// just these columns, in this order; JSON lines keep "type" beside them. A table leaves out the other fields.
     std::vector<std::string> fields = {};
+    /// A line of a table that is wider than this goes on in further lines; 0: no line does.
+    std::size_t width = 0;
 
     [[nodiscard]] bool AreFieldsChosen() const noexcept { return !fields.empty(); }
     /// Whether `name` is among the chosen fields.

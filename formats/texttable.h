@@ -22,13 +22,19 @@ public:
     /// Makes room for a row. `cells`: one for each column, printable.
     void Measure(const std::vector<std::string>& cells);
 
+    /// From now on, wraps the last column so that no line is wider than `width`. Returns false, and wraps nothing, if
+    /// that is not possible: the other columns leave too little room, or the last one holds numbers.
+    bool WrapInto(std::size_t width);
+
     /// The head and a rule, two lines ended by LF.
     [[nodiscard]] std::string Head() const;
-    /// A row, ended by LF. A cell that is too wide pushes the following ones to the right.
+    /// A row, ended by LF; several lines if its last cell is wrapped. A cell that is too wide pushes the following ones
+    /// to the right.
     [[nodiscard]] std::string Line(const std::vector<std::string>& cells) const;
 
 private:
     std::vector<Column> m_columns;
+    std::size_t m_wrappedInto = 0;  // 0: nothing is wrapped
 };
 
 }  // namespace NS_KX

@@ -27,6 +27,9 @@ public:
         m_output.Complete();
     }
 
+    /// Whether it is a terminal.
+    [[nodiscard]] bool IsTerminal() const { return m_output.IsTerminal(); }
+
     /// Hands over all pieces written so far. Throws as above.
     void Flush() {
         m_output.Write(m_buffer);

@@ -272,6 +272,19 @@ private:
     mutable bool m_isAtEnd = false;
 };
 
+// A name that promises a format that is not written. `program`, if any, writes it from a pipe.
+struct UnwrittenEnding {
+    std::string_view ending;
+    const char* program;
+};
+
+constexpr std::array UNWRITTEN_ENDINGS{
+    UnwrittenEnding{".xz", "xz"},     UnwrittenEnding{".bz2", "bzip2"}, UnwrittenEnding{".lz4", "lz4"},
+    UnwrittenEnding{".lzma", "lzma"}, UnwrittenEnding{".br", "brotli"}, UnwrittenEnding{".Z", "compress"},
+    UnwrittenEnding{".zip", nullptr}, UnwrittenEnding{".7z", nullptr},  UnwrittenEnding{".rar", nullptr},
+    UnwrittenEnding{".tar", nullptr}, UnwrittenEnding{".tgz", nullptr}, UnwrittenEnding{".tbz2", nullptr},
+    UnwrittenEnding{".txz", nullptr}};
+
 bool MayBecome(std::string_view head, std::string_view whole) {
     return head.size() < whole.size() && whole.starts_with(head);
 }
@@ -312,8 +325,15 @@ std::unique_ptr<Encoder> MakeEncoder(const std::string& name) {
     if (name.ends_with(".zst")) {
         return std::make_unique<ZstdEncoder>();
     }
-    if (name.ends_with(".xz")) {
-        throw Failure(Cause::INPUT, name + ": .xz is not written; use .gz or .zst, or a pipe: ... | xz >" + name);
+    for (const auto& [ending, program] : UNWRITTEN_ENDINGS) {
+        if (name.ends_with(ending)) {
+            std::string text = name;
+            text.append(": ").append(ending).append(" is not written; use .gz or .zst");
+            if (program != nullptr) {
+                text.append(", or a pipe: ... | ").append(program).append(" >").append(name);
+            }
+            throw Failure(Cause::INPUT, text);
+        }
     }
     return nullptr;
 }

@@ -44,7 +44,7 @@ public:
 };
 
 /// Makes the encoder for a file name that ends in .gz or .zst; null for other names. Throws `Failure` with
-/// `Cause::INPUT` for .xz, which is not supported for output.
+/// `Cause::INPUT` for the endings of other formats, such as .xz and .zip: the file would not be what its name says.
 std::unique_ptr<Encoder> MakeEncoder(const std::string& name);
 
 }  // namespace NS_KX

@@ -11,12 +11,15 @@ void LineResult::Begin(std::string_view inputName, std::size_t firstLine, std::s
     m_firstLine = firstLine;
     m_line = firstLine;
     m_findings = 0;
+    m_linesWithFindings = 0;
+    m_lastFindingLine = 0;
     m_notices = 0;
     m_tallies = {};
 }
 
 LineResult::Mark LineResult::MarkLine() const {
-    return {output.GetSize(), aside.GetSize(), m_report.GetSize(), m_findings, m_notices, m_tallies};
+    return {output.GetSize(),    aside.GetSize(), m_report.GetSize(), m_findings,
+            m_linesWithFindings, m_notices,       m_tallies};
 }
 
 void LineResult::TakeBack(const Mark& mark) {
@@ -24,6 +27,8 @@ void LineResult::TakeBack(const Mark& mark) {
     aside.Pop(aside.GetSize() - mark.aside);
     m_report.Pop(m_report.GetSize() - mark.report);
     m_findings = mark.findings;
+    m_linesWithFindings = mark.linesWithFindings;
+    m_lastFindingLine = 0;  // the line has none any more
     m_notices = mark.notices;
     m_tallies = mark.tallies;
 }
@@ -57,6 +62,10 @@ void LineResult::Report(std::string_view reason, std::size_t column) {
     Append(m_report, ": ");
     Append(m_report, reason);
     m_report.Put('\n');
+    if (m_lastFindingLine != m_line) {
+        m_lastFindingLine = m_line;
+        ++m_linesWithFindings;
+    }
     if (m_findings++ == 0) {
         m_firstFindingLine = m_line;
         m_outputBeforeFirst = output.GetSize();

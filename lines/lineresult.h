@@ -68,6 +68,7 @@ private:
         std::size_t aside;
         std::size_t report;
         std::size_t findings;
+        std::size_t linesWithFindings;
         std::size_t notices;
         Tallies tallies;
     };
@@ -85,6 +86,8 @@ private:
     std::size_t m_firstLine = 0;
     std::size_t m_line = 0;
     std::size_t m_findings = 0;
+    std::size_t m_linesWithFindings = 0;
+    std::size_t m_lastFindingLine = 0;
     std::size_t m_outputBeforeFirst = 0;
     std::size_t m_asideBeforeFirst = 0;
     std::size_t m_firstFindingEnd = 0;

@@ -48,9 +48,17 @@ std::string Lines(std::uint64_t count) {
     return std::to_string(count) + (count == 1 ? " line" : " lines");
 }
 
+std::string CountOfFindings(const LineWork& work, const LineCounts& counts) {
+    const std::string findings = std::to_string(counts.findings) + " ";
+    if (work.oneFinding.empty()) {
+        return findings + std::string(work.finding) + " in " + Lines(counts.lines);
+    }
+    return findings + std::string(work.oneFinding) + (counts.findings == 1 ? "" : "s") + " in " +
+           std::to_string(counts.linesWithFindings) + " of " + Lines(counts.lines);
+}
+
 std::string Summary(const LineWork& work, const LineCounts& counts) {
-    return std::to_string(counts.findings) + " " + std::string(work.finding) + " in " + Lines(counts.lines) +
-           (counts.isStopped ? ", and stopped there\n" : "\n");
+    return CountOfFindings(work, counts) + (counts.isStopped ? ", and stopped there\n" : "\n");
 }
 
 std::string SummaryOfNotices(const LineWork& work, const LineCounts& counts) {
@@ -265,11 +273,13 @@ private:
         WriteAside(result.aside.View().substr(0, result.m_asideBeforeFirst));
         m_findings.Write(result.m_report.View().substr(0, result.m_firstFindingEnd), inputName);
         m_counts.findings += 1;
+        m_counts.linesWithFindings += 1;
         m_counts.lines += result.m_firstFindingLine + 1 - result.m_firstLine;
     }
 
     void AddCounts(const LineResult& result, std::string_view inputName) {
         m_counts.findings += result.m_findings;
+        m_counts.linesWithFindings += result.m_linesWithFindings;
         m_counts.lines += result.m_line - result.m_firstLine;
         if (result.m_notices != 0 && m_counts.notices == 0) {
             m_counts.firstNotice = std::string(inputName) + ":" + result.m_firstNotice;

@@ -63,6 +63,7 @@ public:
 struct LineCounts {
     std::uint64_t lines = 0;
     std::uint64_t findings = 0;
+    std::uint64_t linesWithFindings = 0;
     std::uint64_t notices = 0;
     std::string firstNotice;  ///< "file:line:column: text"; empty if there is none
     Tallies tallies{};
@@ -79,10 +80,12 @@ struct LineWork {
     bool areHeadsKept = false;              ///< converters ask for `LineResult::Head`
     bool isReportTheOutput = false;         ///< findings go to the output: the user asked for them
     bool isReportColoured = false;          ///< colours where a finding is
-    std::string_view finding = "rejected";  ///< the summary's word for a line with a finding
-    std::string_view notice;                ///< what lines with a notice have, for the summary
-    std::string_view noticeAdvice;          ///< what to do about them
-    std::vector<FileInUse> filesInUse;      ///< files that the run needs besides the inputs
+    std::string_view finding = "rejected";  ///< the summary's word for a line with a finding: "3 rejected in 7 lines"
+    /// The word for a finding, if a line may have several: "problem", for "3 problems in 2 of 7 lines".
+    std::string_view oneFinding;
+    std::string_view notice;            ///< what lines with a notice have, for the summary
+    std::string_view noticeAdvice;      ///< what to do about them
+    std::vector<FileInUse> filesInUse;  ///< files that the run needs besides the inputs
 
     /// Takes what a converter has gathered from the lines of a block, and leaves the converter empty for the next one.
     /// Called after the results of these lines are written, in the order of the lines, one call at a time.

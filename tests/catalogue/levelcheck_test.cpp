@@ -37,6 +37,20 @@ TEST(LevelCheck, TagsAreCapitalsAndDigits) {
     EXPECT_THAT(Problems("N-E=1"), ElementsAre("2: character \"-\" in the tag \"N-E\""));
 }
 
+TEST(LevelCheck, CharactersThatAreEasilyOverlookedAreNamed) {
+    EXPECT_THAT(Problems("\"NE=1"), ElementsAre("1: quote in the tag \"\"NE\""));
+    EXPECT_THAT(Problems("NE=1'"), ElementsAre("4: NE is not a decimal number: \"1'\", which holds a quote"));
+    EXPECT_THAT(Problems("NE=1,\xC2\xA0"
+                         "FR=1"),
+                ElementsAre("6: no-break space in the tag \"\xC2\xA0"
+                            "FR\""));
+    EXPECT_THAT(Problems("NE=1\xE2\x80\x8B"),
+                ElementsAre("4: NE is not a decimal number: \"1\xE2\x80\x8B\", which holds a zero-width space"));
+    EXPECT_THAT(Problems("\xEF\xBB\xBFNE=1"), ElementsAre("1: byte-order mark in the tag \"\xEF\xBB\xBFNE\""));
+    EXPECT_THAT(Problems("N\xC3\x84=1"), ElementsAre("2: character \"\xC3\x84\" in the tag \"N\xC3\x84\""))
+        << "a character is shown whole";
+}
+
 TEST(LevelCheck, TagsMustBeKnownAndStandOnce) {
     EXPECT_THAT(Problems("NE=1,XX=2"), ElementsAre("6: unknown tag \"XX\""));
     EXPECT_THAT(Problems("NE=1,S=2,S=2"), ElementsAre("10: level \"S\" occurs before; the first one counts"));

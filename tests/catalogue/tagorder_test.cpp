@@ -38,7 +38,7 @@ TEST(TagOrder, EachTagIsKnownAndStandsOnce) {
 }
 
 TEST(TagOrder, OddTagsAreNamed) {
-    EXPECT_EQ(TagProblem("\"NE=9,FR=1\""), "1: character \"\"\" in the tag \"\"NE\"");
+    EXPECT_EQ(TagProblem("\"NE=9,FR=1\""), "1: quote in the tag \"\"NE\"");
     EXPECT_EQ(TagProblem(" NE=9"), "1: blank in the tag \" NE\"");
     EXPECT_EQ(TagProblem("xx NE=9,FR=1"), "1: lower-case letter in the tag \"xx NE\"");
     EXPECT_EQ(TagProblem("NE=9,XX=1"), "6: unknown tag \"XX\"");

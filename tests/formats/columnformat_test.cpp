@@ -55,6 +55,16 @@ std::string Padded(std::string text, std::size_t width) {
     return text.append(width - text.size(), ' ');
 }
 
+TEST(ColumnFormat, ALineOfATableThatIsTooWideGoesOnBelow) {
+    FormatOptions options = OptionsFor(OutputFormat::TABLE, nullptr);
+    options.width = 79;
+    EXPECT_EQ(Rows(options, {"NE=1"}), Padded("NEIndex", 22) + Padded("NE=1", 50) + "neId=1\n");
+    EXPECT_EQ(Rows(options, {"NE=1,FR=2"}), Padded("ShelfIndex", 22) + "NE=1,FR=2\n    neId=1 shelfId=2\n");
+    options.width = 15;
+    EXPECT_EQ(Rows(options, {"NE=1,FR=2,S=3"}),
+              Padded("SlotIndex", 22) + "NE=1,FR=2,S=3\n    neId=1\n    shelfId=2\n    slotId=3\n");
+}
+
 TEST(ColumnFormat, ATableLeavesOutWhatAFreshRecordSaysToo) {
     const FormatOptions options = OptionsFor(OutputFormat::TABLE, nullptr);
     EXPECT_EQ(MakeColumnHeader(options), Padded("TYPE", 22) + Padded("FDN", 50) + "RECORD\n");

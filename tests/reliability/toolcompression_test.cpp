@@ -110,4 +110,14 @@ TEST_F(ToolWithCompression, AnOutputIsCompressedAsItsNameSays) {
     const Ended ended = Shell("kxdu get NE in -o out.xz");
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.err, "kxdu: out.xz: .xz is not written; use .gz or .zst, or a pipe: ... | xz >out.xz\n");
+    for (const char* const ending :
+         {"bz2", "lz4", "lzma", "br", "Z", "zip", "7z", "rar", "tar", "tgz", "tbz2", "txz"}) {
+        const Ended other = Shell(std::string("kxdu get NE in -o out.") + ending);
+        EXPECT_EQ(other.code, 2);
+        EXPECT_TRUE(other.err.starts_with(std::string("kxdu: out.") + ending + ": ." + ending +
+                                          " is not written; use .gz or .zst"))
+            << other.err;
+        EXPECT_FALSE(Exists(std::string("out.") + ending));
+    }
+    EXPECT_EQ(Shell("kxdu get NE in -o zip").code, 0) << "a name without an ending promises nothing";
 }

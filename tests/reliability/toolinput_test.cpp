@@ -68,7 +68,8 @@ TEST_F(ToolWithGarbage, EachLineIsConvertedOrRejected) {
 TEST_F(ToolWithGarbage, CheckFindsSomethingInEachLine) {
     const Ended ended = Shell("kxdu check --levels-only | cut -d : -f 1,2 | uniq", garbage);
     EXPECT_EQ(Lines(ended.out), Lines(garbage));
-    EXPECT_TRUE(LastLine(ended.err).ends_with(" in " + lines)) << LastLine(ended.err);
+    EXPECT_TRUE(LastLine(ended.err).ends_with(" in " + std::to_string(Lines(garbage)) + " of " + lines))
+        << LastLine(ended.err);
 }
 
 TEST_F(ToolWithGarbage, FilterPassesItByteForByte) {
@@ -150,7 +151,7 @@ TEST_F(ToolWithMuch, OfALineOfTwoGigabytesNothingIsHeldAndTheNextOneCounts) {
 
     const Ended checked = Shell(input + "check --levels-only");
     EXPECT_EQ(checked.out, complaint);
-    EXPECT_EQ(checked.err, "kxdu: 1 found in 3 lines\n");
+    EXPECT_EQ(checked.err, "kxdu: 1 problem in 1 of 3 lines\n");
 
     const Ended filtered = Shell(input + "filter --config config");
     EXPECT_EQ(filtered.out, "NE=5\nNE=6\n");
@@ -174,7 +175,10 @@ std::string Summary(const std::string& bad, const std::string& all) {
 
 constexpr char REJECTED[] = "rejected";
 constexpr char CHANGED[] = "rejected or changed";
-constexpr char FOUND[] = "found";
+
+std::string CheckSummary(const std::string& bad, const std::string& all) {
+    return "kxdu: " + bad + " problems in " + bad + " of " + all + " lines\n";
+}
 
 std::string FilterSummary(const std::string& bad, const std::string& all) {
     return "kxdu: 0 held back, " + all + " passed on, " + bad + " of these without an identifier\n";
@@ -203,7 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
                                        "\n{\"type\":\"NEIndex\"}\n"
                                        R"({"record":{"reserved":0,"neId":8},"type":"NEIndex"})",
                                        Summary<CHANGED>, true, false},
-                    VerbWithThreeLines{"check", "check --levels-only", "NE=5\nNE=5,XY=1\nNE=6,FR=1,S=3", Summary<FOUND>,
+                    VerbWithThreeLines{"check", "check --levels-only", "NE=5\nNE=5,XY=1\nNE=6,FR=1,S=3", CheckSummary,
                                        false, true},
                     VerbWithThreeLines{"get", "get NE --rejects /dev/fd/3", "NE=5\n\nNE=6,FR=1,S=3", Summary<REJECTED>,
                                        true, false},
@@ -378,18 +382,20 @@ TEST_F(ToolWithOddInput, GivesTheAnswerThatHelpPromises) {
              {encode, NeRecord(R"("reserved":0,"neId":99999999999999999999)"), 1, "",
               "<stdin>:1: field \"neId\" is not a whole number of 32 bits\n"},
 
-             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" occurs before; the first one counts\n", "1 found"},
+             {check, "NE=1,S=2,S=2\n", 1, "<stdin>:1:10: level \"S\" occurs before; the first one counts\n",
+              "1 problem in 1 of 1 line\n"},
              {check, "NE=2147483648\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"2147483648\"\n",
-              "1 found"},
+              "1 problem in 1 of 1 line\n"},
              {check, "NE=-2147483649\n", 1, "<stdin>:1:4: NE is not from -2147483648 to 2147483647: \"-2147483649\"\n",
-              "1 found"},
+              "1 problem in 1 of 1 line\n"},
              {check, "NE=1,LP=||4294967295|\n", 0, "", ""},
              {check, "NE=1,LP=||4294967296|\n", 1,
-              "<stdin>:1:11: LP:2 is not from -2147483648 to 4294967295: \"4294967296\"\n", "1 found"},
+              "<stdin>:1:11: LP:2 is not from -2147483648 to 4294967295: \"4294967296\"\n",
+              "1 problem in 1 of 1 line\n"},
 
              {"kxdu decode", "NE=5\r\n\r\n", 1, "{\"fdn\":\"NE=5\",", "<stdin>:2: the line is empty\n"},
              {encode, std::string(RECORD) + "\r\n\r\n", 1, "NE=7\n", "<stdin>:2: the line is empty\n"},
-             {check, "NE=5\r\n\r\n", 1, "<stdin>:2: the line is empty\n", "kxdu: 1 found in 2 lines\n"},
+             {check, "NE=5\r\n\r\n", 1, "<stdin>:2: the line is empty\n", "kxdu: 1 problem in 1 of 2 lines\n"},
              {"kxdu get NE", "NE=5\r\n\r\n", 1, "5\n", "<stdin>:2: the line is empty\n"},
 
              {importNes, nes + "1,7,yes,0\n", 2, "", "kxdu: csv/ne.csv:2: multi_sub_shelf is \"yes\", not 0 or 1\n"},
@@ -455,12 +461,12 @@ TEST_F(ToolArguments, AreTheOnesThatWereGiven) {
         const std::string quoted = std::string("'") + name + "'";
         EXPECT_EQ(Shell("kxdu decode " + quoted + " </dev/null").err,
                   "kxdu: " + std::string(name) + ": No such file or directory\n");
+        const Ended explained = Shell("kxdu explain " + quoted);
+        EXPECT_NE(explained.out.find(name), std::string::npos) << explained.out;
         WriteFile(name, "NE=5\n");
         EXPECT_EQ(Shell("kxdu get NE " + quoted).out, "5\n") << name;
         EXPECT_EQ(Shell("kxdu decode " + quoted + " -o " + quoted).code, 0) << name;
         EXPECT_TRUE(ReadFile(name).starts_with("{\"fdn\":\"NE=5\"")) << name;
-        const Ended explained = Shell("kxdu explain " + quoted);
-        EXPECT_NE(explained.out.find(name), std::string::npos) << explained.out;
         EXPECT_NE(Shell("kxdu ctp --format csv " + quoted).out.find(name), std::string::npos) << name;
         EXPECT_EQ(Shell("kxdu " + quoted).err.rfind("kxdu: unknown verb \"" + std::string(name) + "\"", 0), 0U);
     }

@@ -31,7 +31,7 @@ TEST_F(CheckTest, FindingsNameFileLineAndColumn) {
               "a.fdn:2:6: lower-case letter in the tag \"fr\"\n"
               "a.fdn:2:13: S has no value\n"
               "a.fdn:3:6: unknown tag \"XY\"\n");
-    EXPECT_EQ(ended.err, "kxdu: 3 found in 3 lines\n");
+    EXPECT_EQ(ended.err, "kxdu: 3 problems in 2 of 3 lines\n");
 }
 
 TEST_F(CheckTest, ShowsTheTextThatWouldBeWrittenInstead) {
@@ -108,7 +108,7 @@ TEST_F(CheckTest, WithoutAnInventoryChecksWhatItCanAndSaysWhatItLeftOut) {
               "SC=-1\"\n"
               "<stdin>:4:4: would be written as \"NE=5\"\n");
     EXPECT_EQ(ended.err,
-              "kxdu: 2 found in 6 lines\n"
+              "kxdu: 2 problems in 2 of 6 lines\n"
               "kxdu: 3 of 6 lines are right on some NEs only, and there is no inventory to tell which; give one with "
               "--inventory FILE\n");
     EXPECT_EQ(Shell("kxdu check", "NE=5,FR=1,S=3,CP=-1\n").code, 0);
@@ -118,11 +118,31 @@ TEST_F(CheckTest, LevelsOnlyNeedsNoService) {
     EXPECT_EQ(Shell("KX_INVENTORY=none KX_CONFIG_DIR=none kxdu check --levels-only", "NE=5,FR=1,S=3,CP=-1\n").err, "");
 }
 
+TEST_F(CheckTest, OtherFilesEndTheRunAtTheirFirstLine) {
+    std::filesystem::create_directory(folder / "out");
+    for (const std::string verb : {"check", "stats", "report -o out/page", "decode", "get NE"}) {
+        for (const auto& [line, complaint] : std::initializer_list<std::pair<std::string, std::string>>{
+                 {"{\"type\":\"NEIndex\"}", "this is JSON, not an identifier; kxdu encode reads records"},
+                 {"\"NE=1\"", "this is CSV with quotes, not an identifier"},
+                 {"neId,shelfId", "this is a line of column names, not an identifier; kxdu encode reads records"},
+                 {"type;neId", "this is a line of column names, not an identifier; kxdu encode reads records"},
+                 {"fdn,type,neId", "this is a table as kxdu decode writes it"}}) {
+            const Ended ended = Shell("kxdu " + verb, line + "\nNE=1\n");
+            EXPECT_EQ(ended.code, 2) << verb << ' ' << line;
+            EXPECT_TRUE(ended.err.starts_with("kxdu: <stdin>:1: " + complaint)) << verb << ": " << ended.err;
+        }
+        const Ended utf16 = Shell("iconv -t UTF-16 | kxdu " + verb, "NE=1\n");
+        EXPECT_EQ(utf16.code, 2) << verb;
+        EXPECT_TRUE(utf16.err.starts_with("kxdu: <stdin>: is UTF-16 text, not lines of text in UTF-8")) << utf16.err;
+    }
+    EXPECT_EQ(Shell("kxdu get NE", "fdn\nNE=1\n").out, "\n1\n") << "a head of one column is a wrong line";
+}
+
 TEST_F(CheckTest, StrictStopsAfterTheFirstFinding) {
     EXPECT_EQ(Shell("kxdu check --strict", "NE=1,fr=2,S=\nNE=x\n").out,
               "<stdin>:1:6: lower-case letter in the tag \"fr\"\n");
     const Ended ended = Shell("kxdu check --strict -o out", "NE=1\nNE=x\nNE=y\n");
-    EXPECT_EQ(ended.err, "kxdu: 1 found in 2 lines, and stopped there\n");
+    EXPECT_EQ(ended.err, "kxdu: 1 problem in 1 of 2 lines, and stopped there\n");
     EXPECT_EQ(ReadFile("out"), "<stdin>:2:4: NE is not a decimal number: \"x\"\n");
 }
 
@@ -154,14 +174,14 @@ TEST_F(CheckTest, QuietEndsAtTheFirstFinding) {
 TEST_F(CheckTest, SummaryIsOneLine) {
     const Ended found = Shell("kxdu check --levels-only --summary", "NE=5\nXY=1\nXY=2\n");
     EXPECT_EQ(found.code, 1);
-    EXPECT_EQ(found.out, "2 found in 3 lines\n");
+    EXPECT_EQ(found.out, "2 problems in 2 of 3 lines\n");
     EXPECT_EQ(found.err, "");
     const Ended good = Shell("kxdu check --summary", "NE=5\n");
     EXPECT_EQ(good.code, 0);
-    EXPECT_EQ(good.out, "0 found in 1 line\n");
-    EXPECT_EQ(Shell("kxdu check --summary --strict -o s && cat s", "NE=5\n").out, "0 found in 1 line\n");
+    EXPECT_EQ(good.out, "0 problems in 0 of 1 line\n");
+    EXPECT_EQ(Shell("kxdu check --summary --strict -o s && cat s", "NE=5\n").out, "0 problems in 0 of 1 line\n");
     EXPECT_EQ(Shell("kxdu check --summary --strict", "NE=5\nXY=1\nXY=2\n").out,
-              "1 found in 2 lines, and stopped there\n");
+              "1 problem in 1 of 2 lines, and stopped there\n");
 }
 
 TEST_F(CheckTest, ColoursTheirPlaces) {

@@ -263,7 +263,7 @@ TEST_F(DecodeTest, ExitsWithTwoOnWrongArguments) {
              {"--inventory x decode", "kxdu: --inventory stands before the verb; options go after it"},
              {"--inventory=x decode", "kxdu: --inventory=x stands before the verb; options go after it"},
              {"inventory imprt", "kxdu: unknown verb \"imprt\"; did you mean import?"},
-             {"inventory nonsense", "kxdu: unknown verb \"nonsense\""},
+             {"inventory nonsense", "kxdu: unknown verb \"nonsense\"; choose one of init, import, export, list"},
              {"decode --nonsense", "kxdu: unknown option \"--nonsense\""},
              {"decode --nonsense=x", "kxdu: unknown option \"--nonsense\""},
              {"decode -X", "kxdu: unknown option \"-X\""},
@@ -274,8 +274,8 @@ TEST_F(DecodeTest, ExitsWithTwoOnWrongArguments) {
              {"--versoin", "kxdu: unknown option \"--versoin\"; did you mean --version?"},
              {"decode --format xml", "kxdu: --format: \"xml\" is not one of jsonl, csv, tsv, table"},
              {"decode --format 1", "kxdu: --format: \"1\" is not one of jsonl, csv, tsv, table"},
-             {"decode --jobs 0", "kxdu: -j,--jobs: \"0\" is not a number from 1 to 256"},
-             {"decode --jobs 4294967297", "kxdu: -j,--jobs: \"4294967297\" is not a number from 1 to 256"}}) {
+             {"decode --jobs 0", "kxdu: --jobs: \"0\" is not a number from 1 to 256"},
+             {"decode --jobs 4294967297", "kxdu: --jobs: \"4294967297\" is not a number from 1 to 256"}}) {
         const Ended ended = Shell(std::string("kxdu ") + arguments);
         EXPECT_EQ(ended.code, 2) << arguments;
         EXPECT_EQ(ended.err.substr(0, ended.err.find('\n')), complaint);

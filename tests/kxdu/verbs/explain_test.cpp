@@ -65,6 +65,24 @@ TEST_F(ExplainVerb, ReadsAsTheConfigurationSays) {
     EXPECT_TRUE(Contains(Shell("KX_CONFIG_DIR=config kxdu explain" + fdn).out, "✓ canonical"));
 }
 
+TEST_F(ExplainVerb, ADashIsStandardInput) {
+    const Ended ended = Shell("kxdu explain NE=5 -", "NE=6\r\nNE=7 x\n");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, Shell("kxdu explain NE=5 NE=6 'NE=7 x'").out);
+    EXPECT_EQ(Shell("kxdu explain -", "").out, "");
+    const Ended wrong = Shell("kxdu explain -", "NE=6\n\n");
+    EXPECT_EQ(wrong.code, 2);
+    EXPECT_EQ(wrong.err, "kxdu: <stdin>:2: the line is empty\n");
+}
+
+TEST_F(ExplainVerb, AFileIsNoIdentifier) {
+    WriteFile("a.fdn", "NE=5\n");
+    const Ended ended = Shell("kxdu explain a.fdn");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err,
+              "kxdu: a.fdn is a file, not an identifier; to explain each line of it: kxdu explain - <a.fdn\n");
+}
+
 TEST_F(ExplainVerb, ColoursOnRequestAndNotIntoAPipe) {
     EXPECT_TRUE(Contains(Shell("kxdu explain --color always NE=5").out, "\x1b["));
     EXPECT_FALSE(Contains(Shell("kxdu explain --color never NE=5").out, "\x1b["));

@@ -74,6 +74,35 @@ TEST_F(HelpVerb, AComplaintNamesTheHelpThatExplains) {
     EXPECT_EQ(Shell("kxdu help nonsense").err, "kxdu: unknown verb \"nonsense\"\nRun kxdu --help for usage.\n");
 }
 
+TEST_F(HelpVerb, AComplaintSaysWhatIsMissingOrTooMuch) {
+    for (const auto& [arguments, complaint] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"decode --format", "--format needs a value: jsonl, csv, tsv or table"},
+             {"decode -o", "--output needs a value: FILE"},
+             {"decode --format csv --format tsv", "--format is given 2 times: give it once"},
+             {"decode --jobs 0", "--jobs: \"0\" is not a number from 1 to 256"},
+             {"decode --strict=7", "--strict takes no value"},
+             {"decode --only port --as PortIndex", "--as does not go with --only: give one of them"},
+             {"explain", "IDENTIFIER is missing: The identifier"},
+             {"set",
+              "TAG=VALUE... FILE is missing: What to set, such as FR=2 or PP:2=7, separated by blanks or commas"},
+             {"inventory import a.db", "FOLDER is missing: The folder of ne.csv, ne_type.csv and domain_member.csv"},
+             {"inventory show", "unknown verb \"show\"; choose one of init, import, export, list"}}) {
+        const Ended ended = Shell(std::string("kxdu ") + arguments);
+        EXPECT_EQ(ended.code, 2) << arguments;
+        EXPECT_EQ(ended.err.substr(0, ended.err.find('\n')), std::string("kxdu: ") + complaint);
+    }
+}
+
+TEST_F(HelpVerb, NothingAfterTwoDashesIsAnOption) {
+    WriteFile("-x", "NE=5\n");
+    WriteFile("--", "NE=6\n");
+    WriteFile("a.fdn", "NE=7\n");
+    EXPECT_EQ(Shell("kxdu get NE a.fdn -- -x -- a.fdn").out, "7\n5\n6\n7\n");
+    EXPECT_EQ(Shell("kxdu get -- NE -x").out, "5\n");
+    EXPECT_EQ(Shell("kxdu get NE a.fdn --").out, "7\n");
+    EXPECT_EQ(Shell("kxdu get NE --header -- - a.fdn", "NE=8\n").out, "NE\n8\n7\n");
+}
+
 TEST_F(HelpVerb, TheVersionHasAShortOption) {
     const Ended ended = Shell("kxdu -V");
     EXPECT_EQ(ended.code, 0);

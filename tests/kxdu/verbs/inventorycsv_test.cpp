@@ -94,6 +94,13 @@ TEST_F(InventoryCsv, NeedsTheHeaderLine) {
     EXPECT_EQ(ComplaintAbout("ne.csv", "ne_type,ne_id,multi_sub_shelf,oam_number_omitted\n"), complaint);
 }
 
+TEST_F(InventoryCsv, NamesAnotherSeparator) {
+    EXPECT_EQ(ComplaintAbout("ne.csv", "ne_id;ne_type;multi_sub_shelf;oam_number_omitted\r\n1;7;0;0\r\n"),
+              ":1: the columns are separated by \";\"; separate them by \",\"");
+    EXPECT_EQ(ComplaintAbout("ne.csv", "ne_id\tne_type\tmulti_sub_shelf\toam_number_omitted\n"),
+              ":1: the columns are separated by tabs; separate them by \",\"");
+}
+
 TEST_F(InventoryCsv, ComplaintsNameTheLine) {
     EXPECT_EQ(ComplaintAboutNe("1,7,0,0\n2,7,0\n"), ":3: has 3 columns, not 4");
     EXPECT_EQ(ComplaintAboutNe("1,7,0,0\n\n"), ":3: has 1 columns, not 4");

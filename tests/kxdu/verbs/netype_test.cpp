@@ -163,4 +163,34 @@ TEST_F(NeTypeVerb, ExitsWithTwoOnWrongArguments) {
     }
 }
 
+TEST_F(NeTypeVerb, TheTypeMayBeThatOfAnNe) {
+    MakeInventory();
+    const std::string arguments = "--ne 70 --inventory n.db --format csv";
+    EXPECT_EQ(Shell("kxdu ne-type " + arguments).out, Shell("kxdu ne-type 2701 " + arguments).out);
+    EXPECT_EQ(
+        Shell("kxdu ne-type --ne 70").err,
+        "kxdu: the type of NE 70 stands in an inventory: give one with --inventory FILE or in KX_INVENTORY, or give "
+        "the type itself\n");
+    EXPECT_EQ(Shell("kxdu ne-type --ne 71 --inventory n.db").err, "kxdu: n.db: NE 71 is not in the inventory\n");
+    EXPECT_EQ(Shell("kxdu ne-type").err,
+              "kxdu: no NE type is given: name NE types, such as 1912, or an NE with --ne\n");
+}
+
+TEST_F(NeTypeVerb, ANarrowTerminalGetsNarrowTables) {
+    const auto onTerminal = [this](int columns, const std::string& arguments) {
+        return Shell("script -qec \"stty cols " + std::to_string(columns) + "; '" KXDU_PROGRAM "' " + arguments +
+                     "\" /dev/null | tr -d '\\r'")
+            .out;
+    };
+    const std::string wrapped = onTerminal(60, "ne-type 1912");
+    EXPECT_NE(wrapped.find("\nIsKLVByNEType           no    it is 1887, 1895, 1908, 1947,\n"
+                           "                              1948, 1971, 1972, 1978, 1982\n"
+                           "                              or 1987\n"),
+              std::string::npos)
+        << wrapped;
+    const std::string blocks = onTerminal(60, "fb 810");
+    EXPECT_TRUE(blocks.starts_with("asked            810\nfbType           810\nname             -\n")) << blocks;
+    EXPECT_EQ(onTerminal(200, "fb 810"), Shell("kxdu fb 810").out);
+}
+
 }  // namespace

@@ -57,6 +57,9 @@ TEST_F(SetVerb, RefusesWhatCannotBeSet) {
     EXPECT_NE(complaint("'PP:3=a\nb'").find("which would end the piece"), std::string::npos);
     EXPECT_EQ(complaint("FR=1 FR=2"), "kxdu: \"FR=2\": FR is set twice\n");
     EXPECT_EQ(complaint("'PP=||4|y' PP:2=7"), "kxdu: \"PP:2=7\": PP is set twice\n");
+    EXPECT_EQ(
+        complaint("PP:3=a,b"),
+        "kxdu: \"PP:3=a,b\": \"b\" after the comma is not TAG=VALUE or TAG:INDEX=VALUE; no value holds a comma\n");
     for (const char* const argument : {"fr=2", "FR", "''", "FR=1,", "file", "FR=1 fr=2"}) {
         EXPECT_NE(complaint(argument).find("is not TAG=VALUE or TAG:INDEX=VALUE"), std::string::npos) << argument;
     }

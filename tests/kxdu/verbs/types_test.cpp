@@ -34,8 +34,18 @@ TEST_F(TypesVerb, ListsEveryFieldOfEveryTypeWithAMeaning) {
     EXPECT_EQ(Shell("kxdu types --format jsonl | wc -l").out, std::to_string(fields) + "\n");
 }
 
+TEST_F(TypesVerb, TakesATypeInAnyCaseAndSuggestsTheNearest) {
+    EXPECT_EQ(Shell("kxdu types cardindex").out, Shell("kxdu types CardIndex").out);
+    EXPECT_EQ(Shell("kxdu types PORTINDEX:netype").out, Shell("kxdu types PortIndex:NEType").out);
+    EXPECT_EQ(Shell("kxdu decode --as shelfindex --fields type --format csv", "NE=5\n").out, "type\nShelfIndex\n");
+    EXPECT_EQ(Shell("kxdu types PortIndx").err, "kxdu: unknown type \"PortIndx\"; did you mean PortIndex?\n");
+    EXPECT_EQ(Shell("kxdu types port").err, "kxdu: unknown type \"port\"; did you mean PortIndex?\n");
+    EXPECT_EQ(Shell("kxdu encode --as Shelf", "").err,
+              "kxdu: --as: unknown type \"Shelf\"; did you mean ShelfIndex?\n");
+}
+
 TEST_F(TypesVerb, AnUnknownTypeIsAUsageError) {
-    for (const char* const type : {"Port", "''"}) {
+    for (const char* const type : {"Nonsense", "''"}) {
         const Ended ended = Shell(std::string("kxdu types ") + type);
         EXPECT_EQ(ended.code, 2) << type;
         EXPECT_EQ(ended.out, "") << type;

@@ -1,5 +1,6 @@
 #include "cli/arguments.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace NS_KX::NS_KXDU {
@@ -9,15 +10,26 @@ namespace {
 constexpr char MARK = '\0';
 constexpr std::string_view FIRST_OF_SPECIAL = "[{+%";
 
+// After "--", a word with a dash is an argument too.
+bool IsSpecial(std::string_view argument, bool isAfterOptions) {
+    return !argument.empty() && (FIRST_OF_SPECIAL.find(argument.front()) != std::string_view::npos ||
+                                 (isAfterOptions && argument.size() > 1 && argument.front() == '-'));
+}
+
 }  // namespace
 
 std::vector<std::string> HiddenArguments(int argc, const char* const* argv) {
     std::vector<std::string> arguments;
-    for (int place = argc - 1; place > 0; --place) {
+    bool isAfterOptions = false;
+    for (int place = 1; place < argc; ++place) {
         std::string argument = argv[place];
-        const bool isSpecial = !argument.empty() && FIRST_OF_SPECIAL.find(argument.front()) != std::string_view::npos;
-        arguments.push_back(isSpecial ? MARK + argument : std::move(argument));
+        if (argument == "--" && !isAfterOptions) {
+            isAfterOptions = true;
+        } else {
+            arguments.push_back(IsSpecial(argument, isAfterOptions) ? MARK + argument : std::move(argument));
+        }
     }
+    std::reverse(arguments.begin(), arguments.end());
     return arguments;
 }
 

@@ -74,9 +74,13 @@ void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
 
 }  // namespace
 
-void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help) {
-    verb.AddTexts(name, "", asked, help + "; - reads them from standard input, separated by blanks or line ends")
-        .Required();
+void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help,
+              Presence presence) {
+    VerbOption argument =
+        verb.AddTexts(name, "", asked, help + "; - reads them from standard input, separated by blanks or line ends");
+    if (presence == Presence::REQUIRED) {
+        argument.Required();
+    }
 }
 
 void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take) {

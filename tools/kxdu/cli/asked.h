@@ -14,8 +14,12 @@ class Verb;
 /// stream without blanks from filling the memory.
 inline constexpr std::size_t LONGEST_WORD = 1024;
 
-/// Adds the positional arguments to `verb`, at least one.
-void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help);
+/// Whether there must be a positional argument.
+enum class Presence { REQUIRED, OPTIONAL };
+
+/// Adds the positional arguments to `verb`.
+void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help,
+              Presence presence = Presence::REQUIRED);
 
 /// Calls `take` for each argument; for "-", calls it for each word on standard input as it comes. Throws `Failure` with
 /// `Cause::INPUT` if standard input cannot be read or holds a word longer than `LONGEST_WORD`, and

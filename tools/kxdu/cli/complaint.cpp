@@ -33,6 +33,14 @@ std::string NearestVerb(const CLI::App& app, const std::string& verb) {
     return {};
 }
 
+std::string VerbsOf(const CLI::App& app) {
+    std::string names;
+    for (const CLI::App* const verb : app.get_subcommands({})) {
+        names.append(names.empty() ? "" : ", ").append(verb->get_name());
+    }
+    return names;
+}
+
 std::string UnknownOption(const CLI::App& verb, std::string option) {
     option.resize(std::min(option.find('='), option.size()));
     std::vector<std::string> known;
@@ -64,6 +72,62 @@ std::string Unexpected(const std::vector<std::string>& arguments) {
     return text;
 }
 
+// "jsonl|csv|tsv" as "jsonl, csv or tsv"; the name of any value as it is.
+std::string ValueInWords(std::string value) {
+    const auto last = value.rfind('|');
+    if (last != std::string::npos) {
+        value.replace(last, 1, " or ");
+    }
+    for (auto bar = value.find('|'); bar != std::string::npos; bar = value.find('|')) {
+        value.replace(bar, 1, ", ");
+    }
+    return value;
+}
+
+// How often an option is given is wrong: not at all, without its value, or too often. CLI11 begins its text with the
+// name of the option.
+std::string WrongCount(const CLI::App& verb, const std::string& text) {
+    const std::string name = text.substr(0, text.find_first_of(": "));
+    if (text.ends_with(" was given a disallowed flag override")) {  // begins with the name without its dashes
+        return (name.size() == 1 ? "-" : "--") + name + " takes no value";
+    }
+    const CLI::Option* const option = verb.get_option_no_throw(name);
+    if (option == nullptr) {
+        return text;
+    }
+    if (option->count() > 1) {
+        return name + " is given " + std::to_string(option->count()) + " times: give it once";
+    }
+    return name + " needs a value: " + ValueInWords(option->get_type_name());
+}
+
+// "NUMBER is missing: NE types"
+std::string Missing(const CLI::App& verb, const std::string& text) {
+    const std::string name = text.substr(0, text.rfind(" is required"));
+    const CLI::Option* const option = verb.get_option_no_throw(name);
+    if (option == nullptr) {
+        return text;
+    }
+    const std::string& description = option->get_description();
+    return name + " is missing: " + description.substr(0, description.find(';'));
+}
+
+std::string InOwnWords(const CLI::App& verb, const CLI::Error& error) {
+    std::string text = error.what();
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+        return WrongCount(verb, text);
+    }
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+        return Missing(verb, text);
+    }
+    constexpr std::string_view EXCLUDES = " excludes ";
+    if (const auto at = text.find(EXCLUDES);
+        at != std::string::npos && dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
+        return text.substr(0, at) + " does not go with " + text.substr(at + EXCLUDES.size()) + ": give one of them";
+    }
+    return text;
+}
+
 // The verb that was chosen last: "list" of "kxdu inventory list".
 const CLI::App& InnermostVerb(const CLI::App& app) {
     const auto chosen = app.get_subcommands();
@@ -88,6 +152,9 @@ std::string UnknownVerb(const CLI::App& app, const std::string& verb) {
         return app.get_name() + " has no verbs";
     }
     const std::string nearest = NearestVerb(app, verb);
+    if (nearest.empty() && app.get_parent() != nullptr) {  // it has only a few
+        return "unknown verb " + Quoted(verb) + "; choose one of " + VerbsOf(app);
+    }
     return "unknown verb " + Quoted(verb) + (nearest.empty() ? "" : "; did you mean " + nearest + "?");
 }
 
@@ -98,7 +165,7 @@ std::string UsageText(const CLI::App* app, const CLI::Error& error) {
     const auto inFront = app->remaining();
     const auto unexpected = verb.remaining();
     const auto unknownOption = FindOption(unexpected);
-    std::string text = error.what();
+    std::string text = InOwnWords(verb, error);
     if (const auto option = FindOption(inFront); option != inFront.end() && &verb != app) {
         text = *option + " stands before the verb; options go after it";
     } else if (verb.get_require_subcommand_min() != 0) {

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include <unistd.h>
+
 #include "cli/verb.h"
 #include "formats/csv.h"
 #include "formats/json.h"
 #include "formats/texttable.h"
+#include "lines/terminal.h"
 #include "text/displaytext.h"
 #include "text/textbuffer.h"
 #include "text/utf8.h"
@@ -111,9 +114,12 @@ private:
 
 namespace {
 
+// On a terminal that is too narrow, the last column is wrapped, or each row is a block with a line for each column.
 class TableStyle : public ListingStyle {
 public:
-    using ListingStyle::ListingStyle;
+    // `width` of the terminal; 0: the table goes elsewhere, and may be as wide as it likes.
+    TableStyle(std::vector<std::string> columns, std::size_t width)
+        : ListingStyle(std::move(columns)), m_width(width) {}
 
     [[nodiscard]] bool IsMeasuring() const override { return true; }
 
@@ -127,13 +133,34 @@ public:
         for (const Listing::Row& row : measured) {
             m_table.Measure(Texts(row, ForPeople));
         }
-        return m_table.Head();
+        m_isOfBlocks = m_width != 0 && !m_table.WrapInto(m_width);
+        return m_isOfBlocks ? "" : m_table.Head();
     }
 
-    std::string Line(const Listing::Row& row) override { return m_table.Line(Texts(row, ForPeople)); }
+    std::string Line(const Listing::Row& row) override {
+        return m_isOfBlocks ? Block(row) : m_table.Line(Texts(row, ForPeople));
+    }
 
 private:
+    std::string Block(const Listing::Row& row) {
+        std::size_t headWidth = 0;
+        for (const std::string& column : Columns()) {
+            headWidth = std::max(headWidth, DisplayWidth(column));
+        }
+        std::string block(m_isFirst ? "" : "\n");
+        m_isFirst = false;
+        for (std::size_t column = 0; column < Columns().size(); ++column) {
+            const std::string& head = Columns()[column];
+            block.append(head).append(headWidth - DisplayWidth(head) + 2, ' ');
+            block.append(ForPeople(row[column])).append("\n");
+        }
+        return block;
+    }
+
+    std::size_t m_width;
     TextTable m_table{{}};
+    bool m_isOfBlocks = false;
+    bool m_isFirst = true;
 };
 
 class MarkdownStyle : public ListingStyle {
@@ -192,7 +219,7 @@ private:
     TextBuffer m_buffer;
 };
 
-std::unique_ptr<ListingStyle> MakeStyle(Listing::Format format, std::vector<std::string> columns) {
+std::unique_ptr<ListingStyle> MakeStyle(Listing::Format format, std::vector<std::string> columns, std::size_t width) {
     switch (format) {
         case Listing::Format::CSV:
             return std::make_unique<CsvStyle>(std::move(columns));
@@ -203,14 +230,14 @@ std::unique_ptr<ListingStyle> MakeStyle(Listing::Format format, std::vector<std:
         case Listing::Format::TABLE:
             break;
     }
-    return std::make_unique<TableStyle>(std::move(columns));
+    return std::make_unique<TableStyle>(std::move(columns), width);
 }
 
 }  // namespace
 
 Listing::Listing(std::vector<std::string> columns, const ListingOptions& options, std::string_view preface)
     : m_output(options.output),
-      m_style(MakeStyle(options.format, std::move(columns))),
+      m_style(MakeStyle(options.format, std::move(columns), m_output.IsTerminal() ? ColumnsOf(STDOUT_FILENO, 0) : 0)),
       m_isMeasuring(m_style->IsMeasuring()) {
     m_output.Write(preface);
     if (!m_isMeasuring) {

@@ -34,6 +34,10 @@ std::size_t Distance(std::string_view from, std::string_view to) {
 
 }  // namespace
 
+bool IsSameWord(std::string_view one, std::string_view other) {
+    return std::ranges::equal(one, other, IsSameLetter);
+}
+
 std::string_view NearestWord(std::string_view text, const std::vector<std::string>& words) {
     const auto begun = std::ranges::find_if(words, [text](std::string_view word) { return IsBegun(word, text); });
     if (begun != words.end()) {

@@ -55,7 +55,7 @@ void Verb::Hide() {
 }
 
 void Verb::AddFlag(const std::string& name, bool& isGiven, const std::string& help) {
-    m_verb.add_flag(name, isGiven, help);
+    m_verb.add_flag(name, isGiven, help)->disable_flag_override();
 }
 
 VerbOption Verb::AddText(const std::string& names, const std::string& valueName, std::string& text,
@@ -75,7 +75,7 @@ VerbOption Verb::AddChecked(const std::string& names, const std::string& valueNa
                             std::function<std::string(const std::string&)> take, const std::string& help) {
     const auto check = [names, take = std::move(take)](const std::string& text) {
         if (const std::string complaint = take(text); !complaint.empty()) {
-            throw CLI::ValidationError(names, complaint);
+            throw CLI::ValidationError(names.substr(names.rfind(',') + 1), complaint);
         }
     };
     return VerbOption(*AddValues(m_verb, names, valueName, check, help).expected(1));

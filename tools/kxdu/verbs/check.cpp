@@ -120,7 +120,7 @@ ExitCode Check(const Options& options) {
     work.makeConverter = [&] { return std::make_unique<Checker>(options.isLevelsOnly); };
     work.isReportTheOutput = true;
     work.isReportColoured = IsColoured(options.colour, options.bulk.output);
-    work.finding = "found";
+    work.oneFinding = "problem";
     const LineCounts counts = RunLines(BulkOptionsOf(options), work);
     if (!options.isQuiet) {
         TellUndecided(counts);
@@ -139,7 +139,7 @@ void AddCheck(CLI::App& app, Action& action) {
     verb.AddFlag("--strict", options->bulk.isStrict, "Stop after the first finding");
     verb.AddFlag("-q,--quiet", options->isQuiet,
                  "Print nothing and stop at the first finding: the exit code says whether there is one");
-    verb.AddFlag("--summary", options->isSummaryOnly, "Print only how many findings there are, in how many lines");
+    verb.AddFlag("--summary", options->isSummaryOnly, "Print only how many problems there are, in how many lines");
     AddColourOption(verb, options->colour);
     AddServiceOptions(verb, options->services);
     verb.AddFlag("--levels-only", options->isLevelsOnly,

@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <unistd.h>
 
 #include "catalogue/kinds.h"
 #include "cli/arguments.h"
@@ -18,6 +21,7 @@
 #include "formats/recordformat.h"
 #include "lines/blockreader.h"
 #include "lines/failure.h"
+#include "lines/terminal.h"
 #include "text/quoting.h"
 
 namespace NS_KX::NS_KXDU {
@@ -34,7 +38,8 @@ Formats:
   jsonl  {"fdn":"...","type":"PortIndex","record":{...}}, one per line
   csv    values that hold a comma, a quote or a line end are quoted, as in RFC 4180
   tsv    nothing is quoted; tab, carriage return and backslash are written \t, \r and \\
-  table  for people: type, identifier, and the fields that are set; texts with blanks are quoted
+  table  for people: type, identifier, and the fields that are set; texts with blanks are quoted; on a terminal that is
+         too narrow, the fields stand below the identifier
 csv and tsv begin with a line of column names: fdn, type and the fields of all types (with --as, of that type). A field
 that a record does not have is empty. Fields of a nested record are named like port.neId.
 
@@ -61,11 +66,14 @@ lines and the place of the first stand on standard error at the end; --strict-ta
 
 A port level (PP or LP) with fewer than four sub-values is not read: the port has no number, type or name.
 
-With --as, every line is read as that type, whatever its last level. Fields whose level is missing keep their defaults.
-PortIndex:LoopBack needs --config. Without --as, a line is rejected if its last level ends no kind of identifier. Always
-rejected are lines that are empty, hold a NUL byte, are not UTF-8 or are longer than 1 MiB, and those whose JSON line
-would be longer, since kxdu encode could not read it. A carriage return before a line end belongs to the line end. No
-inventory is used: only writing depends on it.
+--as does not choose lines, as --only does: it says how to read each of them, whatever its last level. Fields whose
+level is missing keep their defaults. The variants of a type, such as PortIndex and PortIndex:NEType, mostly read the
+same; the type that stands beside the record then says how kxdu encode writes it. PortIndex:LoopBack needs --config.
+
+Without --as, a line is rejected if its last level ends no kind of identifier. Always rejected are lines that are empty,
+hold a NUL byte, are not UTF-8 or are longer than 1 MiB, and those whose JSON line would be longer, since kxdu encode
+could not read it. A carriage return before a line end belongs to the line end. No inventory is used: only writing
+depends on it.
 
 Exit code: 0 all lines were converted; 1 some were rejected; 2 wrong arguments, or an input that cannot be read; 3 the
 output cannot be written. A reader of the output that stops early is no error.)";
@@ -220,6 +228,11 @@ void RequireConfigurationFor(const Kind& kind) {
     Reading([&] { kind.read(kind.example, records.Fresh(kind.layout), NS_UTIL::Surroundings::OfSystem()); });
 }
 
+// 0 if the output is no terminal.
+std::size_t WidthOfTerminal(const std::string& output) {
+    return output.empty() && isatty(STDOUT_FILENO) == 1 ? ColumnsOf(STDOUT_FILENO, 0) : 0;
+}
+
 ExitCode Decode(const Options& options) {
     const std::vector<const Kind*> kinds = ChosenKinds(options);
     Plan plan{ChosenKind(options.type), {}, {}, options.areTagsStrict};
@@ -229,6 +242,7 @@ ExitCode Decode(const Options& options) {
     plan.output.format = options.format;
     plan.output.kinds = kinds;
     plan.output.fields = ChosenFields(options.fields, kinds);
+    plan.output.width = WidthOfTerminal(options.bulk.output);
     const auto services = StartServices({{}, options.services.config});
     if (plan.forced != nullptr) {
         RequireConfigurationFor(*plan.forced);
@@ -252,7 +266,9 @@ void AddDecode(CLI::App& app, Action& action) {
     AddStrictTags(verb, options->areTagsStrict);
     AddReadingOptions(verb, options->services);
     AddFormatOption(verb, options->format, "jsonl");
-    const VerbOption as = AddTypeOption(verb, options->type, "Read every line as this type, whatever its last level");
+    const VerbOption as =
+        AddTypeOption(verb, options->type,
+                      "Read each line as this type, whatever its last level; leaves out no line, as --only does");
     verb.AddText("--only", "TYPE[,TYPE]", options->only,
                  "Leave out all lines but those of these types, or of kinds such as port")
         .Excludes(as);

@@ -48,10 +48,10 @@ const Table& DomainMemberTable() {
 
 // ---- Reading --------------------------------------------------------------------------------------------------------
 
-std::string Joined(const CsvRow& row) {
+std::string Joined(const CsvRow& row, const char* separator = ",") {
     std::string text;
     for (const std::string& field : row) {
-        text.append(text.empty() ? "" : ",").append(field);
+        text.append(text.empty() ? "" : separator).append(field);
     }
     return text;
 }
@@ -62,6 +62,7 @@ public:
     TableReader(const std::filesystem::path& folder, const Table& table)
         : m_table(table), m_file((folder / table.file).string()), m_input({m_file}, BLOCK_SIZE) {
         if (!NextRow() || m_row != table.columns) {
+            RefuseOtherSeparator();
             throw std::runtime_error(m_file + ":1: the first line must be \"" + Joined(table.columns) + "\"");
         }
     }
@@ -111,6 +112,19 @@ public:
 
 private:
     static constexpr std::size_t BLOCK_SIZE = std::size_t{64} << 10U;
+
+    // Says so if the first line has the columns, but something else between them: many spreadsheets write ";".
+    void RefuseOtherSeparator() const {
+        for (const char* const separator : {";", "\t"}) {
+            const std::string joined = Joined(m_table.columns, separator);
+            if (m_rowText.starts_with(joined) &&
+                m_rowText.find_first_not_of("\r\n", joined.size()) == std::string::npos) {
+                throw std::runtime_error(m_file + ":1: the columns are separated by " +
+                                         (separator[0] == '\t' ? "tabs" : Quoted(separator)) +
+                                         "; separate them by \",\"");
+            }
+        }
+    }
 
     // A row goes on at the next line as long as a quote in it is open.
     bool NextRow() {

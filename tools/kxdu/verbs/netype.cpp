@@ -12,6 +12,7 @@
 #include <kx_standalone/inventoryfile.h>
 
 #include "cli/asked.h"
+#include "cli/counting.h"
 #include "cli/listing.h"
 #include "cli/missingnes.h"
 #include "cli/numberargument.h"
@@ -26,7 +27,7 @@ namespace {
 
 constexpr auto HELP = R"(Examples:
   kxdu ne-type 1912 1335 --inventory network.db
-  kxdu ne-type 2701 --ne 37 --inventory network.db
+  kxdu ne-type --ne 37 --inventory network.db
   KX_INVENTORY=network.db kxdu ne-type 1912 --format jsonl
 
 A table has a line for each question and a column for each NE type, at most 1000; the last column, "yes if", names the
@@ -34,7 +35,7 @@ numbers, lists or inventory columns that make the answer yes. csv and jsonl have
 their last column, "because", names those of each yes. A question bears the name of the library's function that answers
 it; "name" is the inventory's name of the type. Without an inventory, only the questions are answered whose answers are
 fixed in the library; the others have "-" (csv: empty, jsonl: null). IsTransMultiSubShelfNE is about one NE, so it needs
---ne too.
+--ne too. With --ne alone, the NE type is that of this NE in the inventory.
 
 Exit code: 0 something is known of each NE type; 1 nothing is known of one: it has no name, and no answer is yes;
 2 wrong arguments, or an inventory that cannot be read; 3 the output cannot be written.)";
@@ -224,22 +225,44 @@ Listing::Row AnswersFor(std::uint16_t neType, const Inventory* known, std::int32
     return row;
 }
 
+// The NE types to show, as the user gave them, or the type of the NE that the user named.
+std::vector<std::string> NumbersOf(const Options& options, const Inventory* known) {
+    if (!options.numbers.empty()) {
+        return options.numbers;
+    }
+    if (options.ne == -1) {
+        throw Failure(Cause::INPUT, "no NE type is given: name NE types, such as 1912, or an NE with --ne");
+    }
+    const std::string ne = "NE " + std::to_string(options.ne);
+    if (known == nullptr) {
+        throw Failure(Cause::INPUT, "the type of " + ne +
+                                        " stands in an inventory: give one with --inventory FILE or in KX_INVENTORY, "
+                                        "or give the type itself");
+    }
+    const auto type = NeFamilies(*known).TypeOf(options.ne);
+    if (!type) {
+        throw Failure(Cause::INPUT, options.inventory + ": " + ne + " is not in the inventory");
+    }
+    return {std::to_string(*type)};
+}
+
 using ToRow = std::function<Listing::Row(const std::string& number)>;
 
-ExitCode ListForPrograms(const Options& options, const ToRow& toRow) {
+ExitCode ListForPrograms(const Options& options, const std::vector<std::string>& numbers, const ToRow& toRow) {
     std::vector<std::string> columns = ColumnNames();
     columns.emplace_back("because");
     Listing listing(std::move(columns), options.listing);
-    ForEachAsked(options.numbers, [&](const std::string& number) { listing.AddRow(toRow(number)); });
+    ForEachAsked(numbers, [&](const std::string& number) { listing.AddRow(toRow(number)); });
     return listing.CompleteAnswers();
 }
 
 // The rows that programs get are too wide to read, so people get them as columns.
-ExitCode ListForPeople(const Options& options, const ToRow& toRow, std::string_view footer) {
+ExitCode ListForPeople(const Options& options, const std::vector<std::string>& numbers, const ToRow& toRow,
+                       std::string_view footer) {
     const std::vector<std::string> questions = ColumnNames();
     std::vector<std::string> heads{questions.front()};
     std::vector<Listing::Row> rows;
-    ForEachAsked(options.numbers, [&](const std::string& number) {
+    ForEachAsked(numbers, [&](const std::string& number) {
         if (rows.size() == MOST_IN_A_TABLE) {
             throw Failure(Cause::INPUT, "a table shows at most " + std::to_string(MOST_IN_A_TABLE) +
                                             " NE types; --format csv and jsonl take any number");
@@ -276,10 +299,11 @@ ExitCode NeType(const Options& options) {
         const auto neType = static_cast<std::uint16_t>(ParseNumber(number, LARGEST_NE_TYPE));
         return AnswersFor(neType, known ? &*known : nullptr, options.ne);
     };
+    const std::vector<std::string> numbers = NumbersOf(options, known ? &*known : nullptr);
     const Listing::Format format = options.listing.format;
     const bool isForPrograms = format == Listing::Format::CSV || format == Listing::Format::JSONL;
-    const ExitCode code =
-        isForPrograms ? ListForPrograms(options, toRow) : ListForPeople(options, toRow, known ? "" : NEEDS_INVENTORY);
+    const ExitCode code = isForPrograms ? ListForPrograms(options, numbers, toRow)
+                                        : ListForPeople(options, numbers, toRow, known ? "" : NEEDS_INVENTORY);
     missing.Tell();
     return code;
 }
@@ -289,8 +313,9 @@ ExitCode NeType(const Options& options) {
 void AddNeType(CLI::App& app, Action& action) {
     Verb verb(app, action, "ne-type", "Show which families of network elements NE types belong to");
     const auto options = std::make_shared<Options>();
-    AddAsked(verb, "NUMBER", options->numbers, "NE types");
-    verb.AddNumber("--ne", options->ne, "The NE that IsTransMultiSubShelfNE is asked about");
+    AddAsked(verb, "NUMBER", options->numbers, "NE types; may be left out with --ne", Presence::OPTIONAL);
+    verb.AddNumber("--ne", options->ne,
+                   "The NE that IsTransMultiSubShelfNE is asked about; without NUMBER, its type is shown");
     AddInventoryOption(verb, options->inventory);
     AddListingOptions(verb, options->listing);
     verb.SetAction(HELP, options, NeType);

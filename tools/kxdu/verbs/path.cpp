@@ -1,6 +1,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <kx_domain_util/utilcommon.h>
@@ -8,6 +9,7 @@
 #include "catalogue/vocabulary.h"
 #include "cli/asked.h"
 #include "cli/listing.h"
+#include "cli/unknownwords.h"
 #include "cli/verb.h"
 #include "cli/verbs.h"
 
@@ -22,16 +24,33 @@ constexpr auto HELP = R"(Examples:
 A path has a row for each of its rates, in the order of the interface levels. Columns: the path, the level, its client
 rate, and the number. A path without any rate has one row of "-" (csv: empty, jsonl: null).
 
-The case of a rate does not matter. Items without ":" or with an unknown rate are skipped. The last of several
-items with the same rate counts. A number ends at the first character that is not a digit; without digits it is 0, and a
-number above 2147483647 keeps its low 32 bits.
+The case of a rate does not matter. Items without ":" or with an unknown rate are skipped; standard error names them.
+The last of several items with the same rate counts. A number ends at the first character that is not a digit; without
+digits it is 0, and a number above 2147483647 keeps its low 32 bits.
 
-Exit code: 0 each path has a rate; 1 one has none; 2 wrong arguments; 3 the output cannot be written.)";
+Exit code: 0 each path has rates, and no other items; 1 an item was skipped; 2 wrong arguments; 3 the output cannot be
+written.)";
 
 struct Options {
     ListingOptions listing;
     std::vector<std::string> paths;
 };
+
+// Notes what the library skips.
+void NoteSkipped(std::string_view path, UnknownWords& skipped) {
+    for (;;) {
+        const auto end = path.find('-');
+        const std::string_view item = path.substr(0, end);
+        const auto colon = item.find(':');
+        if (colon == std::string_view::npos || !LevelOfRate(std::string(item.substr(0, colon)))) {
+            skipped.Note(std::string(item));
+        }
+        if (end == std::string_view::npos) {
+            return;
+        }
+        path.remove_prefix(end + 1);
+    }
+}
 
 void AddPathRows(const std::string& path, Listing& listing) {
     std::map<int, int> numbers;
@@ -46,8 +65,15 @@ void AddPathRows(const std::string& path, Listing& listing) {
 
 ExitCode Path(const Options& options) {
     Listing listing({"path", "level", "rate", "number"}, options.listing);
-    ForEachAsked(options.paths, [&](const std::string& path) { AddPathRows(path, listing); });
-    return listing.CompleteAnswers();
+    UnknownWords skipped(
+        "skipped, since an item is a client rate and a number, such as ODU2:1; kxdu tables client-rates lists the "
+        "rates");
+    ForEachAsked(options.paths, [&](const std::string& path) {
+        AddPathRows(path, listing);
+        NoteSkipped(path, skipped);
+    });
+    const ExitCode code = CompleteAnswers(listing, skipped);
+    return skipped.Text().empty() ? code : ExitCode::FOUND;
 }
 
 }  // namespace

@@ -84,7 +84,12 @@ Setting ParseSetting(std::string_view text) {
 void AddSettings(std::string_view argument, std::vector<Setting>& settings) {
     for (std::size_t begin = 0; begin <= argument.size();) {
         const std::size_t end = std::min(argument.find(',', begin), argument.size());
-        Setting setting = ParseSetting(argument.substr(begin, end - begin));
+        const std::string_view part = argument.substr(begin, end - begin);
+        if (begin != 0 && part.find('=') == std::string_view::npos) {
+            RefuseSetting(argument, Quoted(part) +
+                                        " after the comma is not TAG=VALUE or TAG:INDEX=VALUE; no value holds a comma");
+        }
+        Setting setting = ParseSetting(part);
         const bool isTwice = std::any_of(settings.begin(), settings.end(), [&](const Setting& other) {
             return other.piece.tag == setting.piece.tag &&
                    (!other.piece.index || !setting.piece.index || other.piece.index == setting.piece.index);
@@ -176,7 +181,7 @@ ExitCode Set(const Options& options) {
 void AddSet(CLI::App& app, Action& action) {
     Verb verb(app, action, "set", "Rewrite levels of identifiers");
     const auto options = std::make_shared<Options>();
-    verb.AddTexts("TAG=VALUE...FILE", "", options->arguments,
+    verb.AddTexts("TAG=VALUE... FILE", "", options->arguments,
                   "What to set, such as FR=2 or PP:2=7, separated by blanks or commas; then the files to read line by "
                   "line, also compressed; standard input when there are none, or for -")
         .Required();
