@@ -1,38 +1,26 @@
-// Predicates, look-ups in the tables, and the notification filter. Each is compared with the plainest code for the same
-// task. That code makes the key at every call, searches the service by its name, keeps a table in an ordered map, and
-// looks at a text one character after the other.
-#include <algorithm>
-#include <list>
+// Predicates, look-ups in the tables, and the notification filter, each beside its literal counterpart
+// (literallookups.h).
 #include <map>
-#include <set>
-#include <span>
-#include <sstream>
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include <kx_domain_util/constanttables.h>
-#include <kx_domain_util/devicedomainmgr.h>
 #include <kx_domain_util/fbtype.h>
 #include <kx_domain_util/netype.h>
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/resIDUtil.h>
 #include <kx_domain_util/utilcommon.h>
-#include <kx_platform/configitems.h>
-#include <kx_platform/inventorybufif.h>
 
+#include "literallookups.h"
 #include "measurement.h"
 #include "sample/splitmix64.h"
-#include "support/literalutilcommon.h"
-#include "support/services.h"
-#include "surroundings.h"
 
 namespace NS_BENCH {
 
 namespace {
 
-using NS_TEST::LiteralUtilCommon;
 using NS_UTIL::UtilCommon;
 
 template <class Input, class Library, class Literal>
@@ -74,45 +62,6 @@ auto KeysOf(const Rows& rows, Key key) {
 
 // ---- Predicates -----------------------------------------------------------------------------------------------------
 
-using DomainCache = std::map<std::string, std::list<int>>;
-
-// The lists as the host loaded them.
-DomainCache& NETypeLists() {
-    static DomainCache cache = [] {
-        DomainCache lists;
-        NS_UTIL::DeviceDomainMgr::Instance()->GetDomainDevTypelistCache(lists);
-        return lists;
-    }();
-    return cache;
-}
-DomainCache& EquipmentTypeLists() {
-    static DomainCache cache = [] {
-        DomainCache lists;
-        NS_UTIL::DeviceDomainMgr::Instance()->GetDomainEqtCache(lists);
-        return lists;
-    }();
-    return cache;
-}
-
-bool IsListed(DomainCache& cache, const char* domain, int neType) {
-    const std::string key(domain);
-    auto list = cache.find(key);
-    if (list == cache.end()) {
-        list = cache.insert({key, {}}).first;
-    }
-    const auto found = std::lower_bound(list->second.begin(), list->second.end(), neType);
-    return found != list->second.end() && *found == neType;
-}
-
-NS_SERVICE::InventoryBufif& Inventory() {
-    return *NS_TEST::FindService<NS_SERVICE::InventoryBufif>("InventoryBufif");
-}
-
-template <unsigned short... Types>
-bool IsOneOf(unsigned short neType) {
-    return ((neType == Types) || ...);
-}
-
 struct Predicate {
     const char* name;
     bool (*library)(unsigned short);
@@ -121,40 +70,39 @@ struct Predicate {
 
 void AddPredicates(const Corpus& corpus) {
     using namespace NS_UTIL;
+    using NS_LITERAL::IsInEquipmentTypeList;
+    using NS_LITERAL::IsInNETypeList;
     using Type = unsigned short;
     // clang-format off
     static const std::vector<Predicate> PREDICATES{
-        {"IsPTN41", IsPTN41, [](Type type) { return IsOneOf<1911, 1912, 1913>(type); }},
-        {"IsPTN31", IsPTN31, [](Type type) { return IsOneOf<1335>(type); }},
-        {"IsPTN470", IsPTN470, [](Type type) { return IsOneOf<1888>(type); }},
-        {"IsKLVByNEType", IsKLVByNEType,
-         [](Type type) { return IsOneOf<1887, 1895, 1908, 1947, 1948, 1971, 1972, 1978, 1982, 1987>(type); }},
-        {"IsRouteNE", IsRouteNE, [](Type type) { return IsListed(NETypeLists(), "router and metro", type); }},
-        {"IsTransNE", IsTransNE, [](Type type) { return IsListed(NETypeLists(), "transmission", type); }},
-        {"IsAccessNE", IsAccessNE, [](Type type) { return IsListed(NETypeLists(), "access", type); }},
-        {"IsPTNClasssNE", IsPTNClasssNE, [](Type type) { return IsListed(EquipmentTypeLists(), "PTN", type); }},
-        {"IsPTNDMTNE", IsPTNDMTNE, [](Type type) { return IsListed(EquipmentTypeLists(), "PTNDMT", type); }},
-        {"IsPTNNE", IsPTNNE, [](Type type) { return IsListed(EquipmentTypeLists(), "PTN", type) ||
-                                                    IsListed(EquipmentTypeLists(), "PTNDMT", type); }},
-        {"IsMSTPNE", IsMSTPNE, [](Type type) { return IsListed(EquipmentTypeLists(), "MSTP", type); }},
-        {"IsIPMSTPNE", IsIPMSTPNE, [](Type type) { return IsListed(EquipmentTypeLists(), "MSTP", type); }},
-        {"IsIPKLVNE", IsIPKLVNE, [](Type type) { return IsListed(EquipmentTypeLists(), "IPKLV", type); }},
-        {"IsKLV600NE", IsKLV600NE, [](Type type) { return IsListed(EquipmentTypeLists(), "KLV6XX", type); }},
-        {"IsOTNNE", IsOTNNE, [](Type type) { return IsListed(EquipmentTypeLists(), "OTN", type); }},
-        {"IsWDMNE", IsWDMNE, [](Type type) { return IsListed(EquipmentTypeLists(), "WDM", type); }},
-        {"IsOTN_NA", IsOTN_NA, [](Type type) { return IsListed(EquipmentTypeLists(), "OTN_NA", type); }},
-        {"IsWDM_NA", IsWDM_NA, [](Type type) { return IsListed(EquipmentTypeLists(), "WDM_NA", type); }},
-        {"IsNAWDMByNEType", IsNAWDMByNEType, [](Type type) { return IsListed(EquipmentTypeLists(), "OTN_NA", type) ||
-                                                                    IsListed(EquipmentTypeLists(), "WDM_NA", type); }},
-        {"IsOTN4750NE", IsOTN4750NE, [](Type type) { return IsListed(EquipmentTypeLists(), "OTN4750NE", type); }},
-        {"IsBIGSLOTNE", IsBIGSLOTNE, [](Type type) { return IsListed(EquipmentTypeLists(), "BIGSLOTNE", type); }},
-        {"IsAccBitsNE", IsAccBitsNE, [](Type type) { return IsListed(EquipmentTypeLists(), "ACCBITSNE", type); }},
+        {"IsPTN41", IsPTN41, NS_LITERAL::IsPTN41},
+        {"IsPTN31", IsPTN31, NS_LITERAL::IsPTN31},
+        {"IsPTN470", IsPTN470, NS_LITERAL::IsPTN470},
+        {"IsKLVByNEType", IsKLVByNEType, NS_LITERAL::IsKLVByNEType},
+        {"IsRouteNE", IsRouteNE, [](Type type) { return IsInNETypeList("router and metro", type); }},
+        {"IsTransNE", IsTransNE, [](Type type) { return IsInNETypeList("transmission", type); }},
+        {"IsAccessNE", IsAccessNE, [](Type type) { return IsInNETypeList("access", type); }},
+        {"IsPTNClasssNE", IsPTNClasssNE, [](Type type) { return IsInEquipmentTypeList("PTN", type); }},
+        {"IsPTNDMTNE", IsPTNDMTNE, [](Type type) { return IsInEquipmentTypeList("PTNDMT", type); }},
+        {"IsPTNNE", IsPTNNE, [](Type type) { return IsInEquipmentTypeList("PTN", type) ||
+                                                    IsInEquipmentTypeList("PTNDMT", type); }},
+        {"IsMSTPNE", IsMSTPNE, [](Type type) { return IsInEquipmentTypeList("MSTP", type); }},
+        {"IsIPMSTPNE", IsIPMSTPNE, [](Type type) { return IsInEquipmentTypeList("MSTP", type); }},
+        {"IsIPKLVNE", IsIPKLVNE, [](Type type) { return IsInEquipmentTypeList("IPKLV", type); }},
+        {"IsKLV600NE", IsKLV600NE, [](Type type) { return IsInEquipmentTypeList("KLV6XX", type); }},
+        {"IsOTNNE", IsOTNNE, [](Type type) { return IsInEquipmentTypeList("OTN", type); }},
+        {"IsWDMNE", IsWDMNE, [](Type type) { return IsInEquipmentTypeList("WDM", type); }},
+        {"IsOTN_NA", IsOTN_NA, [](Type type) { return IsInEquipmentTypeList("OTN_NA", type); }},
+        {"IsWDM_NA", IsWDM_NA, [](Type type) { return IsInEquipmentTypeList("WDM_NA", type); }},
+        {"IsNAWDMByNEType", IsNAWDMByNEType, [](Type type) { return IsInEquipmentTypeList("OTN_NA", type) ||
+                                                                    IsInEquipmentTypeList("WDM_NA", type); }},
+        {"IsOTN4750NE", IsOTN4750NE, [](Type type) { return IsInEquipmentTypeList("OTN4750NE", type); }},
+        {"IsBIGSLOTNE", IsBIGSLOTNE, [](Type type) { return IsInEquipmentTypeList("BIGSLOTNE", type); }},
+        {"IsAccBitsNE", IsAccBitsNE, [](Type type) { return IsInEquipmentTypeList("ACCBITSNE", type); }},
         {"IsMultiShelfTypeNE", IsMultiShelfTypeNE,
-         [](Type type) { return IsListed(EquipmentTypeLists(), "MultiShelfTypeNE", type); }},
-        {"IsIPServiceNE", IsIPServiceNE, [](Type type) { return IsListed(EquipmentTypeLists(), "PTN31", type) ||
-                                                                IsListed(EquipmentTypeLists(), "OTN", type) ||
-                                                                Inventory().IsIPServiceNEType(type); }},
-        {"IsKLVNE", IsKLVNE, [](Type type) { return Inventory().IsKLVNEType(type); }},
+         [](Type type) { return IsInEquipmentTypeList("MultiShelfTypeNE", type); }},
+        {"IsIPServiceNE", IsIPServiceNE, NS_LITERAL::IsIPServiceNE},
+        {"IsKLVNE", IsKLVNE, NS_LITERAL::IsKLVNE},
     };
     // clang-format on
     std::vector<unsigned short> neTypes;
@@ -169,53 +117,34 @@ void AddPredicates(const Corpus& corpus) {
     AddLookUp(
         "predicates", "IsTransMultiSubShelfNE", Drawn(nes),
         [](const auto& ne) { return IsTransMultiSubShelfNE(ne.first, ne.second); },
-        [](const auto& ne) { return Inventory().IsTransMultiSubShelf(ne.first, ne.second); });
+        [](const auto& ne) { return NS_LITERAL::IsTransMultiSubShelfNE(ne.first, ne.second); });
 }
 
 // ---- Tables ---------------------------------------------------------------------------------------------------------
 
-template <class Map, class Rows, class Key, class Value>
-Map MapOf(const Rows& rows, Key key, Value value) {
-    Map map;
-    for (const auto& row : rows) {
-        map.insert_or_assign(typename Map::key_type(row.*key), typename Map::mapped_type(row.*value));
-    }
-    return map;
-}
-
-template <class Number>
-Number FindOrPass(const std::map<Number, Number>& map, Number key) {
-    return map.contains(key) ? map.at(key) : key;
+// What `fill` puts into a fresh `Output`.
+template <class Output, class Fill>
+Output Filled(Fill fill) {
+    Output output{};
+    fill(output);
+    return output;
 }
 
 void AddFbTypes() {
     using namespace NS_UTIL;
-    const auto names =
-        MapOf<std::map<int, std::string>>(GetFbTypeNameRows(), &FbTypeNameRow::fbType, &FbTypeNameRow::name);
     AddLookUp("look-ups", "GetFBTypeName", KeysOf(GetFbTypeNameRows(), [](const auto& row) { return row.fbType; }),
-              GetFBTypeName, [names](int fbType) {
-                  if (names.contains(fbType)) {
-                      return names.at(fbType);
-                  }
-                  std::ostringstream text;
-                  text << fbType;
-                  return text.str();
-              });
-    const auto addList = [](const char* name, std::span<const int> rows, auto library) {
-        const std::vector<int> list(rows.begin(), rows.end());
-        AddLookUp("look-ups", name, KeysOf(rows, [](int fbType) { return fbType; }), library,
-                  [list](int fbType) { return std::find(list.begin(), list.end(), fbType) != list.end(); });
-    };
-    addList("IsPTNAIDFBType", GetPtnAidFbTypes(), IsPTNAIDFBType);
-    addList("IsPortObjByFbType", GetPortObjectFbTypes(), [](int fbType) { return IsPortObjByFbType(fbType, 3); });
+              GetFBTypeName, NS_LITERAL::GetFBTypeName);
+    const auto itself = [](int fbType) { return fbType; };
+    AddLookUp("look-ups", "IsPTNAIDFBType", KeysOf(GetPtnAidFbTypes(), itself), IsPTNAIDFBType,
+              NS_LITERAL::IsPTNAIDFBType);
+    AddLookUp(
+        "look-ups", "IsPortObjByFbType", KeysOf(GetPortObjectFbTypes(), itself),
+        [](int fbType) { return IsPortObjByFbType(fbType, 3); },
+        [](int fbType) { return NS_LITERAL::IsPortObjByFbType(fbType, 3); });
     AddLookUp("look-ups", "IsLogicalPortByType", Drawn(std::vector<int>{4, 16, 65535, 65536, 393216, 786432}),
-              IsLogicalPortByType, [](int type) { return type >> 16 > 0; });
-    const auto domains =
-        MapOf<std::map<unsigned int, std::string>>(GetDomainNameRows(), &DomainNameRow::domainId, &DomainNameRow::name);
+              IsLogicalPortByType, NS_LITERAL::IsLogicalPortByType);
     AddLookUp("look-ups", "GetDomainStrByID", KeysOf(GetDomainNameRows(), [](const auto& row) { return row.domainId; }),
-              GetDomainStrByID, [domains](unsigned int domain) {
-                  return domains.contains(domain) ? domains.at(domain) : std::string("UNKNOWN");
-              });
+              GetDomainStrByID, NS_LITERAL::GetDomainStrByID);
 }
 
 void AddLayers() {
@@ -223,28 +152,19 @@ void AddLayers() {
     AddLookUp(
         "look-ups", "FBType2InterfaceLevel", KeysOf(GetFbTypeLevelRows(), [](const auto& row) { return row.fbType; }),
         [](int fbType) {
-            int level = 0;
-            UtilCommon::Instance()->FBType2InterfaceLevel(level, fbType);
-            return level;
+            return Filled<int>([&](int& level) { UtilCommon::Instance()->FBType2InterfaceLevel(level, fbType); });
         },
-        [levels = MapOf<std::map<int, int>>(GetFbTypeLevelRows(), &FbTypeLevelRow::fbType, &FbTypeLevelRow::level)](
-            int fbType) { return FindOrPass(levels, fbType); });
+        [](int fbType) { return Filled<int>([&](int& level) { NS_LITERAL::FBType2InterfaceLevel(level, fbType); }); });
     AddLookUp(
         "look-ups", "InterfaceLevel2FBType", KeysOf(GetLevelFbTypeRows(), [](const auto& row) { return row.level; }),
         [](int level) {
-            int fbType = 0;
-            UtilCommon::Instance()->InterfaceLevel2FBType(fbType, level);
-            return fbType;
+            return Filled<int>([&](int& fbType) { UtilCommon::Instance()->InterfaceLevel2FBType(fbType, level); });
         },
-        [fbTypes = MapOf<std::map<int, int>>(GetLevelFbTypeRows(), &LevelFbTypeRow::level, &LevelFbTypeRow::fbType)](
-            int level) { return FindOrPass(fbTypes, level); });
-    using Type = unsigned short;
+        [](int level) { return Filled<int>([&](int& fbType) { NS_LITERAL::InterfaceLevel2FBType(fbType, level); }); });
     AddLookUp(
         "look-ups", "GetBidirFBType", KeysOf(GetBidirFbTypeRows(), [](const auto& row) { return row.fbType; }),
-        [](Type fbType) { return UtilCommon::Instance()->GetBidirFBType(fbType); },
-        [fbTypes =
-             MapOf<std::map<Type, Type>>(GetBidirFbTypeRows(), &BidirFbTypeRow::fbType, &BidirFbTypeRow::bidirFbType)](
-            Type fbType) { return FindOrPass(fbTypes, fbType); });
+        [](unsigned short fbType) { return UtilCommon::Instance()->GetBidirFBType(fbType); },
+        NS_LITERAL::GetBidirFBType);
 }
 
 void AddTerminationPoints() {
@@ -255,36 +175,33 @@ void AddTerminationPoints() {
             UtilCommon::Instance()->InterfaceCTPId2TMFName(ctpId, name);
             return name;
         },
-        [names = MapOf<std::map<unsigned long, std::string>>(GetCtpNameRows(), &CtpNameRow::ctpId, &CtpNameRow::name)](
-            unsigned long ctpId) { return names.contains(ctpId) ? names.at(ctpId) : std::string(); });
+        [name = std::string()](unsigned long ctpId) mutable -> const std::string& {
+            NS_LITERAL::InterfaceCTPId2TMFName(ctpId, name);
+            return name;
+        });
     AddLookUp(
         "look-ups", "InterfaceTMFCTPName2ID",
         KeysOf(GetCtpNameRows(), [](const auto& row) { return std::string(row.name); }),
         [](const std::string& name) {
-            unsigned long ctpId = 0;
-            UtilCommon::Instance()->InterfaceTMFCTPName2ID(name, ctpId);
-            return ctpId;
+            return Filled<unsigned long>(
+                [&](unsigned long& ctpId) { UtilCommon::Instance()->InterfaceTMFCTPName2ID(name, ctpId); });
         },
-        [ids = MapOf<std::map<std::string, unsigned long>>(GetCtpNameRows(), &CtpNameRow::name, &CtpNameRow::ctpId)](
-            const std::string& name) { return ids.contains(name) ? ids.at(name) : 0UL; });
+        [](const std::string& name) {
+            return Filled<unsigned long>(
+                [&](unsigned long& ctpId) { NS_LITERAL::InterfaceTMFCTPName2ID(name, ctpId); });
+        });
 }
 
 // The words of a termination point. Each holds the FB type of a layer, and a number.
 void AddLocations() {
     using namespace NS_UTIL;
-    const auto levels =
-        MapOf<std::map<int, int>>(GetFbTypeLevelRows(), &FbTypeLevelRow::fbType, &FbTypeLevelRow::level);
-    const auto fbTypes =
-        MapOf<std::map<int, int>>(GetLevelFbTypeRows(), &LevelFbTypeRow::level, &LevelFbTypeRow::fbType);
-    const auto someLevels = KeysOf(GetLevelFbTypeRows(), [](const auto& row) { return row.level; });
+    const auto levels = KeysOf(GetLevelFbTypeRows(), [](const auto& row) { return row.level; });
     AddLookUp(
-        "look-ups", "SetTpNoToLocation", someLevels,
+        "look-ups", "SetTpNoToLocation", levels,
         [](int level) {
-            int location = 0;
-            UtilCommon::Instance()->SetTpNoToLocation(location, level, 7);
-            return location;
+            return Filled<int>([&](int& word) { UtilCommon::Instance()->SetTpNoToLocation(word, level, 7); });
         },
-        [fbTypes](int level) { return FindOrPass(fbTypes, level) << 16 | 7; });
+        [](int level) { return Filled<int>([&](int& word) { NS_LITERAL::SetTpNoToLocation(word, level, 7); }); });
     std::vector<std::pair<int, int>> locations;
     for (const FbTypeLevelRow& row : GetFbTypeLevelRows()) {
         locations.emplace_back(row.fbType << 16 | 7, row.level);
@@ -293,21 +210,25 @@ void AddLocations() {
     AddLookUp(
         "look-ups", "GetTpNoFromLocation", Drawn(locations),
         [](const auto& location) {
-            int tpNo = 0;
-            UtilCommon::Instance()->GetTpNoFromLocation(location.first, location.second, tpNo);
-            return tpNo;
+            return Filled<int>(
+                [&](int& tpNo) { UtilCommon::Instance()->GetTpNoFromLocation(location.first, location.second, tpNo); });
         },
-        [levels](const auto& location) {
-            return FindOrPass(levels, location.first >> 16) == location.second ? location.first & 0xFFFF : 0;
+        [](const auto& location) {
+            return Filled<int>(
+                [&](int& tpNo) { NS_LITERAL::GetTpNoFromLocation(location.first, location.second, tpNo); });
         });
     AddLookUp(
-        "look-ups", "SetTpNo", someLevels,
+        "look-ups", "SetTpNo", levels,
         [tp = NS_DOMAIN::TPIndex()](int level) mutable {
             tp.vc4Id = 0;
             UtilCommon::Instance()->SetTpNo(tp, level, 7);
             return tp.vc4Id;
         },
-        [fbTypes](int level) { return FindOrPass(fbTypes, level) << 16 | 7; });
+        [tp = NS_DOMAIN::TPIndex()](int level) mutable {
+            tp.vc4Id = 0;
+            NS_LITERAL::SetTpNo(tp, level, 7);
+            return tp.vc4Id;
+        });
     std::vector<NS_DOMAIN::TPIndex> tps;
     for (const LevelFbTypeRow& row : GetLevelFbTypeRows()) {
         UtilCommon::Instance()->SetTpNo(tps.emplace_back(), row.level, 7);
@@ -315,32 +236,19 @@ void AddLocations() {
     AddLookUp(
         "look-ups", "GetTpNo", Drawn(tps),
         [](const NS_DOMAIN::TPIndex& tp) { return UtilCommon::Instance()->GetTpNo(tp, 12309); },
-        [levels](const NS_DOMAIN::TPIndex& tp) {
-            for (const int word : {tp.vc4Id, tp.vc12Id, tp.vc3Id, tp.vc11Id}) {
-                if (FindOrPass(levels, word >> 16) == 12309) {
-                    return word & 0xFFFF;
-                }
-            }
-            return 0;
-        });
+        [](const NS_DOMAIN::TPIndex& tp) { return NS_LITERAL::GetTpNo(tp, 12309); });
 }
 
 void AddBoardsAndSizes() {
     using namespace NS_UTIL;
-    const std::vector<unsigned long> boards(GetOpticalBoards().begin(), GetOpticalBoards().end());
     AddLookUp(
         "look-ups", "IsTiRoadmOpticalBoard", KeysOf(GetOpticalBoards(), [](unsigned long board) { return board; }),
         [](unsigned long board) { return UtilCommon::Instance()->IsTiRoadmOpticalBoard(board); },
-        [boards](unsigned long board) { return std::find(boards.begin(), boards.end(), board) != boards.end(); });
+        NS_LITERAL::IsTiRoadmOpticalBoard);
     AddLookUp(
         "look-ups", "GetPFMPacketSize", Drawn(std::vector<int>{0}),
         [](int) { return UtilCommon::Instance()->GetPFMPacketSize(); },
-        [](int) {
-            int size = 2000;
-            const std::string item("PfmFrameRdSize");
-            NS_BUNDLEMGR1::CorbaConfigItems::Instance()->GetIntItemInfo(item, size);
-            return size >= 0 && size <= 6000 ? size : 2000;
-        });
+        [](int) { return NS_LITERAL::GetPFMPacketSize(); });
 }
 
 // ---- Texts and the filter -------------------------------------------------------------------------------------------
@@ -350,15 +258,12 @@ void AddTexts(const Corpus& corpus) {
     for (const std::string& fdn : corpus.All()) {
         mocs.push_back(NS_UTIL::ResIDUtil::GetMOCFromFDN(fdn));
     }
-    const std::set<std::string> services{"TUNNEL",    "VSI",         "PWE3",    "PWSW", "ATMTD",        "LSP",
-                                         "SUBIF",     "VRF",         "PW",      "AP",   "MEP",          "L3VPN",
-                                         "PWE3TRAIL", "TUNNELTRAIL", "PWTRAIL", "VPLS", "TUNNELPGTRAIL"};
     AddLookUp(
         "look-ups", "IsServiceFDN", mocs, [](const std::string& moc) { return NS_UTIL::ResIDUtil::IsServiceFDN(moc); },
-        [services](const std::string& moc) { return services.contains(moc); });
+        NS_LITERAL::IsServiceFDN);
     AddLookUp(
         "look-ups", "GetMoc", corpus.All(), [](const std::string& fdn) { return UtilCommon::Instance()->GetMoc(fdn); },
-        LiteralUtilCommon::GetMoc);
+        NS_LITERAL::GetMoc);
     std::vector<std::string> lines;
     for (const std::string& fdn : corpus.All()) {
         if (const auto port = fdn.find("PP="); port != std::string::npos) {
@@ -372,7 +277,7 @@ void AddTexts(const Corpus& corpus) {
             return values;
         },
         [values = std::map<int, std::string>()](const std::string& line) mutable -> const auto& {
-            LiteralUtilCommon::GetSplitePPDataByLine(values, line);
+            NS_LITERAL::GetSplitePPDataByLine(values, line);
             return values;
         });
     std::vector<std::string> paths;
@@ -386,21 +291,19 @@ void AddTexts(const Corpus& corpus) {
             return levels;
         },
         [levels = std::map<int, int>()](const std::string& path) mutable -> const auto& {
-            LiteralUtilCommon::GetSplitePATHDataByLine(levels, path);
+            NS_LITERAL::GetSplitePATHDataByLine(levels, path);
             return levels;
         });
 }
 
 void AddFilter() {
-    std::set<int> passing{3, 5, 8, 13, 21, 34, 55, 89, 144, 233, 377, 610, 987, 1597, 2584, 4181, 2101250};
-    std::vector<int> notifications(passing.begin(), passing.end());
+    const auto isHeldBack = [](int notification) { return NS_UTIL::NtfFilter::Instance()->IsFilteNtf(notification); };
+    std::vector<int> notifications{3, 5, 8, 13, 21, 34, 55, 89, 144, 233, 377, 610, 987, 1597, 2584, 4181, 2101250};
+    AddLookUp("filter", "IsFilteNtf, nothing held back", Drawn(notifications), isHeldBack, NS_LITERAL::IsFilteNtf);
     for (int held = 10'000; held < 10'100; ++held) {
         notifications.push_back(held);
     }
-    AddLookUp(
-        "filter", "IsFilteNtf", Drawn(notifications),
-        [](int notification) { return NS_UTIL::NtfFilter::Instance()->IsFilteNtf(notification); },
-        [passing](int notification) { return !passing.contains(notification); });
+    AddLookUp("filter", "IsFilteNtf", Drawn(notifications), isHeldBack, NS_LITERAL::IsFilteNtf);
 }
 
 }  // namespace

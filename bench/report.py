@@ -24,6 +24,14 @@ LEAST_RATIOS = {
     "ResID2TunnelIndex": 10, "PortIndex2ResID(PortIndex)": 12, "PortIndex2ResID(CtpKey_T)": 12, "TPIndex2ResID": 12,
     "CardIndex2ResID": 10, "MepIndex2ResID": 8,
 }
+# No slower than their literal counterparts, which are called in the same way; NOISE is what two runs of the same code
+# may differ by.
+NOT_SLOWER = (
+    "IsPTNAIDFBType", "IsPortObjByFbType", "InterfaceLevel2FBType", "InterfaceCTPId2TMFName", "SetTpNo",
+    "IsTiRoadmOpticalBoard", "IsPTN41", "IsPTN31", "IsPTN470", "IsKLVByNEType",
+)
+NOISE = 1.05
+MOST_NANOSECONDS = {"IsFilteNtf, nothing held back": 15}
 # Two threads must convert at least so many times as much as one.
 LEAST_GAIN = 1.8
 CONVERSIONS = ("readers", "writers")
@@ -92,6 +100,13 @@ def limits_of(rows):
         value = by_function[function]["ratio"]
         limits.append((f"{function}: {value:.1f} times as fast as its literal counterpart, at least {ratio}",
                        value >= ratio))
+    for function in NOT_SLOWER:
+        value = 1 / by_function[function]["ratio"]
+        limits.append((f"{function}: {value:.2f} times the time of its literal counterpart, at most 1, and "
+                       f"{NOISE - 1:.0%} of noise", value <= NOISE))
+    for function, most in MOST_NANOSECONDS.items():
+        value = by_function[function]["ns"]
+        limits.append((f"{function}: {value:.1f} ns, at most {most}", value <= most))
     for row in rows:
         if row["group"] in CONVERSIONS:
             value = row["gain_of_two_threads"]

@@ -13,6 +13,7 @@
 #include <kx_platform/textutil.h>
 
 #include "common/loadonce.h"
+#include "common/pagedtable.h"
 #include "common/tables.h"
 #include "frame/configuration.h"
 #include "frame/log.h"
@@ -35,6 +36,17 @@ Number FindOrPass(const std::map<Number, Number>& map, Number key) {
     const auto entry = map.find(key);
     return entry != map.end() ? entry->second : key;
 }
+
+// How much an FB type's level is above the type itself, and a level's FB type above the level; nothing under other
+// keys.
+constexpr PagedTable<int, 8> LEVELS_OF_FB_TYPES(
+    NS_TABLE::FB_TYPE_LEVELS, [](const FbTypeLevelRow& row) { return row.fbType; },
+    [](const FbTypeLevelRow& row) { return row.level - row.fbType; });
+constexpr PagedTable<int, 1> FB_TYPES_OF_LEVELS(
+    NS_TABLE::LEVEL_FB_TYPES, [](const LevelFbTypeRow& row) { return row.level; },
+    [](const LevelFbTypeRow& row) { return row.fbType - row.level; });
+constexpr PagedTable<bool, 9> OPTICAL_BOARDS(
+    NS_TABLE::OPTICAL_BOARDS, [](unsigned long board) { return board; }, [](unsigned long) { return true; });
 
 std::atomic<bool> isBidirBuilt{false};
 pthread_rwlock_t bidirLock = PTHREAD_RWLOCK_INITIALIZER;
@@ -198,11 +210,11 @@ int UtilCommon::GetPFMPacketSize() const {
 // ---- FB types and interface levels ----------------------------------------------------------------------------------
 
 void UtilCommon::FBType2InterfaceLevel(int& level, const int& fbType) const {
-    level = FindOrPass(m_mapFbType2IL, fbType);
+    level = fbType + LEVELS_OF_FB_TYPES.Get(static_cast<std::uint64_t>(fbType));
 }
 
 void UtilCommon::InterfaceLevel2FBType(int& fbType, const int& level) const {
-    fbType = FindOrPass(m_mapIL2FbType, level);
+    fbType = level + FB_TYPES_OF_LEVELS.Get(static_cast<std::uint64_t>(level));
 }
 
 unsigned short UtilCommon::GetBidirFBType(const unsigned short& fbType) const {
@@ -281,10 +293,13 @@ void UtilCommon::InitClientRateMap(std::map<std::string, unsigned int>& rates) c
 }
 
 bool UtilCommon::IsTiRoadmOpticalBoard(unsigned long boardType) const {
-    return std::find(m_vecOpticalBoard.begin(), m_vecOpticalBoard.end(), boardType) != m_vecOpticalBoard.end();
+    return OPTICAL_BOARDS.Get(boardType);
 }
 
 // ---- Filling of the tables ------------------------------------------------------------------------------------------
+
+// The look-ups of levels, FB types and boards read the constant tables above instead. The members are filled all the
+// same: bundles expect `Instance` to fail while memory is short, and no look-up to fail later.
 
 void UtilCommon::InitFbType2ILMap() {
     for (const FbTypeLevelRow& row : NS_TABLE::FB_TYPE_LEVELS) {
