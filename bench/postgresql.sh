@@ -6,14 +6,13 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 if [ "${1-}" != measure ]; then
-    cmake --preset release -DKX_BUILD_POSTGRESQL=ON >build/postgresql.log
-    scripts/build.sh release kx_fdn kxdu
-    exec scripts/with-postgresql.sh build/release main -- "$0" measure
+    scripts/build.sh bindings kx_fdn kxdu
+    exec scripts/with-postgresql.sh build/bindings main -- "$0" measure
 fi
 
 # The fastest of several rounds counts: other work on the machine makes a query slower, never faster.
 psql -q -v ON_ERROR_STOP=1 -c 'CREATE EXTENSION kx_fdn' -c 'CREATE TABLE network (fdn text NOT NULL)'
-build/release/bin/kxdu sample --identifiers 2000000 |
+build/bindings/bin/kxdu sample --identifiers 2000000 |
     psql -q -c "\copy network FROM STDIN WITH (FORMAT csv, DELIMITER E'\x01', QUOTE E'\x02')"
 psql -qAt -F ' ' -v ON_ERROR_STOP=1 <<'END' | tee build/postgresql.txt
 VACUUM ANALYZE network;

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Measures the library, each conversion beside its literal counterpart, and kxdu beside mawk and grep. Prints the
-# figures, writes them to build/figures, and names each limit that is missed; then it exits with 1. Takes some minutes and
-# wants a quiet machine.
-#   scripts/bench.sh [library|kxdu]      default: both
+# Measures the library, each conversion beside its literal counterpart; kxdu beside simdjson, mawk, grep, jq and
+# sqlite3; and the bindings for SQLite, PostgreSQL and Python beside what people would use instead. Prints the figures,
+# writes them to build/figures, and names each limit that is missed; then it exits with 1. Takes some minutes and wants
+# a quiet machine.
+#   scripts/bench.sh [library|kxdu|bindings]...      default: library and kxdu
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,15 +12,14 @@ if [ $# -eq 0 ]; then
     parts=(library kxdu)
 fi
 for part in "${parts[@]}"; do
-    if ! [[ $part =~ ^(library|kxdu)$ ]]; then
-        sed -n '2,5s/^# \?//p' "$0" >&2
+    if ! [[ $part =~ ^(library|kxdu|bindings)$ ]]; then
+        sed -n '2,6s/^# \?//p' "$0" >&2
         exit 2
     fi
 done
 
-scripts/install-deps.sh tool bench
-scripts/build.sh bench
 bin=build/bench/bin
+bindings=build/bindings
 folder=build/figures
 mkdir -p $folder
 
@@ -40,6 +40,7 @@ measured() {
 # benchmarks of one conversion follow each other.
 measure_library() {
     local round rounds=()
+    scripts/build.sh bench kx_bench kx_bench_allocations || return 1
     echo "measuring the library"
     rm -f $folder/library.json
     measured allocations $bin/kx_bench_allocations --benchmark_min_time=0.00001 || return 1
@@ -51,16 +52,37 @@ measure_library() {
 }
 
 measure_kxdu() {
+    scripts/build.sh bench kxdu kx_bench_jsonread || return 1
     echo "measuring kxdu"
     rm -f $folder/kxdu.json
     bench/kxdu.py $bin/kxdu --json $folder/kxdu.json
 }
 
+# All three are measured, even if one misses a limit.
+measure_bindings() {
+    local failures=0
+    scripts/build.sh bindings kxdu kx_sqlite kx_python kx_fdn || return 1
+    echo "measuring the extension for SQLite"
+    /usr/bin/python3 -B bench/sqlite.py $bindings/bin/kxdu $bindings/lib/kx_sqlite.so || failures=1
+    echo "measuring the package for Python"
+    rm -f $folder/python.json
+    PYTHONPATH=$bindings/python /usr/bin/python3 -B bench/python.py $bindings/bin/kxdu --json $folder/python.json ||
+        failures=1
+    echo "measuring the extension for PostgreSQL"
+    bench/postgresql.sh || failures=1
+    return $failures
+}
+
+scripts/install-deps.sh tool bench
+if [[ " ${parts[*]} " == *" bindings "* ]]; then
+    scripts/install-deps.sh test postgresql python
+fi
 code=0
 for part in "${parts[@]}"; do
     case $part in
         library) measure_library || code=1 ;;
         kxdu) measure_kxdu || code=1 ;;
+        bindings) measure_bindings || code=1 ;;
     esac
 done
 exit $code
