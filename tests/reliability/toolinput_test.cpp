@@ -472,8 +472,7 @@ TEST_F(ToolArguments, AreTheOnesThatWereGiven) {
     }
     const Ended both = Shell("kxdu explain '[NE=1,FR=2]'");
     EXPECT_NE(both.out.find("[NE=1,FR=2]"), std::string::npos) << both.out;
-    EXPECT_EQ(
-        Shell("kxdu sample --ne 1 '[a,b]'").err.rfind("kxdu: The following argument was not expected: [a,b]\n", 0), 0U);
+    EXPECT_EQ(Shell("kxdu sample --ne 1 '[a,b]'").err.rfind("kxdu: unexpected argument \"[a,b]\"\n", 0), 0U);
 }
 
 // ---- What is there, but cannot be read ------------------------------------------------------------------------------

@@ -48,6 +48,7 @@ TEST_F(HelpVerb, IsShortOnRequest) {
     EXPECT_EQ(ended.code, 0);
     EXPECT_NE(ended.out.find("Usage: kxdu decode [OPTIONS] [FILE...]\n"), std::string::npos) << ended.out;
     EXPECT_NE(ended.out.find("--format jsonl|"), std::string::npos);
+    EXPECT_NE(ended.out.find("\nArguments:\n  FILE"), std::string::npos) << ended.out;
     EXPECT_EQ(ended.out.find("Examples:"), std::string::npos);
     EXPECT_TRUE(ended.out.ends_with("\nFor more: kxdu decode --help\n")) << ended.out;
     EXPECT_LT(2 * ended.out.size(), Shell("kxdu decode --help").out.size());
@@ -85,6 +86,7 @@ TEST_F(HelpVerb, AComplaintSaysWhatIsMissingOrTooMuch) {
              {"explain", "IDENTIFIER is missing: The identifier"},
              {"set",
               "TAG=VALUE... FILE is missing: What to set, such as FR=2 or PP:2=7, separated by blanks or commas"},
+             {"inventory init a.db b.db c.db", "unexpected arguments \"b.db\" \"c.db\""},
              {"inventory import a.db", "FOLDER is missing: The folder of ne.csv, ne_type.csv and domain_member.csv"},
              {"inventory show", "unknown verb \"show\"; choose one of init, import, export, list"}}) {
         const Ended ended = Shell(std::string("kxdu ") + arguments);

@@ -64,10 +64,9 @@ std::vector<std::string>::const_iterator FindOption(const std::vector<std::strin
 }
 
 std::string Unexpected(const std::vector<std::string>& arguments) {
-    std::string text = arguments.size() == 1 ? "The following argument was not expected:"
-                                             : "The following arguments were not expected:";
+    std::string text = arguments.size() == 1 ? "unexpected argument" : "unexpected arguments";
     for (const std::string& argument : arguments) {
-        text += " " + AsGiven(argument);
+        text += " " + Quoted(AsGiven(argument));
     }
     return text;
 }

@@ -28,7 +28,10 @@ std::size_t HelpWidth() {
 
 class HelpFormatter : public CLI::Formatter {
 public:
-    HelpFormatter() { label("SUBCOMMAND", "VERB"); }
+    HelpFormatter() {
+        label("SUBCOMMAND", "VERB");
+        label("Positionals", "Arguments");
+    }
 
 private:
     // The mode for "all" is the short help.
