@@ -85,10 +85,12 @@ std::vector<FieldValue> FieldsOf(const Kind& kind, const void* record) {
 }
 
 std::string ContradictionIn(const Kind& kind, const void* record) {
-    const bool isOnPort = kind.layout.fields[kind.layout.key].name == "port.neId";
+    if (kind.layout.fields[kind.layout.key].name != "port.neId") {
+        return {};
+    }
     for (const auto& [unusedName, writtenName] : TWINS_OF_ACCESS_POINTS) {
-        const Field* const unused = isOnPort ? FindField(kind, unusedName) : nullptr;
-        if (unused == nullptr || !IsKnown(kind, *unused, record)) {
+        const Field* const unused = FindField(kind, unusedName);
+        if (!IsKnown(kind, *unused, record)) {
             continue;
         }
         const Field* const written = FindField(kind, writtenName);
