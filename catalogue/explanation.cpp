@@ -101,7 +101,7 @@ private:
         m_parts.push_back({m_levelBegin, PlaceOf(place), place.size(), std::move(meaning), {}});
     }
 
-    // A level with one sub-value: "slot 3". The meaning of the level stands before the value, not that of the sub-value.
+    // A level with one sub-value: "slot 3". The meaning of the level stands before the value, not the sub-value's.
     void ExplainSingle(const Level& level, const Tag& tag) {
         SubValueScanner scanner(level.value);
         std::string_view value;

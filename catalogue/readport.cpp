@@ -25,7 +25,7 @@ bool ReadPort(std::string_view fdn, NS_DOMAIN::PortIndex& port) {
     if (NS_UTIL::NS_FDN::Conversion<NS_DOMAIN::PortIndex>::Read(fdn, port, NO_SURROUNDINGS)) {
         return true;
     }
-    // Of a text that stands for no port nothing is read.
+    // A text that stands for no port fills no field.
     return HasPortLevel(fdn) && port != NS_DOMAIN::PortIndex();
 }
 

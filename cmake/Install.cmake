@@ -24,7 +24,8 @@ install(DIRECTORY
     platform/include/kx_platform
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
-install(EXPORT kx_domain_util NAMESPACE kx:: FILE kx_domain_utilTargets.cmake DESTINATION ${KX_PACKAGE_DIR} COMPONENT dev)
+install(EXPORT kx_domain_util NAMESPACE kx:: FILE kx_domain_utilTargets.cmake
+    DESTINATION ${KX_PACKAGE_DIR} COMPONENT dev)
 configure_package_config_file(cmake/kx_domain_utilConfig.cmake.in kx_domain_utilConfig.cmake
     INSTALL_DESTINATION ${KX_PACKAGE_DIR})
 write_basic_package_version_file(kx_domain_utilConfigVersion.cmake COMPATIBILITY SameMajorVersion)

@@ -4,8 +4,8 @@
 #   many_hosts.sh FILE VERB [ARGUMENT...] >OUTPUT
 # HOSTS     names of hosts that ssh reaches and that have kxdu, separated by ","; the default is ":", this host
 # BLOCK     size of a range; the default is 64M
-# The exit code is the number of ranges for which kxdu failed or rejected lines; 101 stands for more than 100. kxdu counts
-# the lines that it reports within their range.
+# The exit code is the number of ranges for which kxdu failed or rejected lines; 101 stands for more than 100. kxdu
+# counts the lines that it reports within their range.
 set -euo pipefail
 
 if [ $# -lt 2 ]; then

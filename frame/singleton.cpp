@@ -51,7 +51,7 @@ void StaticObjectLock::AfterForkInParent() noexcept {
 }
 
 void StaticObjectLock::AfterForkInChild() noexcept {
-    // Fails, since the child's thread is not the owner, but tells the thread sanitizer that the lock is free.
+    // Fails, since the child's thread is not the owner, but shows the thread sanitizer that the lock is free.
     for (int time = isHeldForFork ? -1 : 0; time < timesHeld; ++time) {
         ACE_OS::mutex_unlock(&Mutex());
     }

@@ -91,7 +91,7 @@ void CompareLevels(std::string_view fdn) {
         next += piece.size() + 1;
     }
     ExpectEqual(scanner.HasMore(), false, "HasMore", fdn);
-    ExpectEqual(scanner.Next(level), false, "what comes behind the last level", fdn);
+    ExpectEqual(scanner.Next(level), false, "what comes after the last level", fdn);
 }
 
 template <Tag Wanted, class Levels>

@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view PLACE_COLOUR = "\x1b[36m";
 constexpr std::string_view RESET = "\x1b[0m";
 
-// Of a line of a report, ":line:column: reason".
+// The reason in a line of a report, ":line:column: reason".
 std::string_view ReasonOf(std::string_view finding) {
     return finding.substr(finding.find(": ") + 2);
 }

@@ -69,7 +69,8 @@ if [ "$(soversion_in "$folder")" != "$(soversion_in .)" ]; then
     finish
 fi
 for library in "${libraries[@]}"; do
-    if abidiff --suppressions abi/suppressions.ini "$folder/build/lib/lib$library.so" "build/abi/lib/lib$library.so"; then
+    if abidiff --suppressions abi/suppressions.ini \
+               "$folder/build/lib/lib$library.so" "build/abi/lib/lib$library.so"; then
         passed
     else
         echo "abi: types of lib$library.so are not those of $release"

@@ -64,7 +64,8 @@ for host in alpha beta; do
         failed
     fi
 done
-if PARALLEL="--joblog $work/jobs" tests/package/many_hosts_test.sh "$PWD/build/packages/bin/kxdu" "$PWD/examples/many_hosts.sh"; then
+if PARALLEL="--joblog $work/jobs" tests/package/many_hosts_test.sh \
+        "$PWD/build/packages/bin/kxdu" "$PWD/examples/many_hosts.sh"; then
     passed
 else
     failed

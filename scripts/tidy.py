@@ -43,12 +43,13 @@ def chunks_of(files, options):
 
 def findings_in(source, options):
     # The analyzer skips functions of included files unless it is told not to.
-    run = subprocess.run(["clang-tidy-14", "--config-file=.clang-tidy", "--quiet", "--warnings-as-errors=*", source, "--",
-                          "-Xclang", "-analyzer-opt-analyze-headers", *options],
+    run = subprocess.run(["clang-tidy-14", "--config-file=.clang-tidy", "--quiet", "--warnings-as-errors=*", source,
+                          "--", "-Xclang", "-analyzer-opt-analyze-headers", *options],
                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
     if run.returncode == 0:
         return ""
-    return "\n".join(line for line in run.stdout.splitlines() if not NOISE.match(line)) or f"{source}: clang-tidy failed"
+    findings = "\n".join(line for line in run.stdout.splitlines() if not NOISE.match(line))
+    return findings or f"{source}: clang-tidy failed"
 
 
 def compile_together(source, options):

@@ -19,7 +19,7 @@ enum class LineState {
 /// Walks a file. A carriage return before a line end belongs to the line end.
 class FileLines {
 public:
-    /// `isTextAsked`: whether anybody asks for more than the number of lines; if not, each counts as TEXT.
+    /// `isTextAsked`: whether the query asks for more than the number of lines; if not, each counts as TEXT.
     FileLines(const std::string& file, bool isTextAsked)
         // "-" is a file of that name, not the standard input of the program that runs SQLite.
         : m_reader({file == "-" ? "./-" : file}, BLOCK_SIZE), m_isTextAsked(isTextAsked) {}

@@ -19,7 +19,7 @@ namespace NS_UTIL {
 /// loaded adds the key, so no other thread may use the caches meanwhile. Exceptions: std::bad_alloc.
 class KX_DOMAIN_UTIL_API DeviceDomainMgr {
 public:
-    /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.
+    /// The one instance, made on the first call. Null only if the process-wide lock cannot be taken. Any thread.
     static DeviceDomainMgr* Instance();
     /// Deletes the instance with all lists; the next `Instance` starts empty. Does not wait for threads that still use
     /// it.

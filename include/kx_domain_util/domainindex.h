@@ -203,7 +203,7 @@ struct TunnelIndex {
 /// An ATM traffic descriptor.
 struct TDIndex {
     std::int32_t reserved = 0;
-    std::int64_t neId = -1;  ///< "NE"; 0 when read from an FDN without one
+    std::int64_t neId = -1;  ///< "NE"; 0 if read from an FDN without one
     std::int64_t tdId = 0;   ///< "ATMTD"
 
     bool operator==(const TDIndex&) const = default;

@@ -10,7 +10,7 @@
 
 namespace NS_UTIL {
 
-/// The name of an FB type; its decimal text when it has none. Three types share the name "COM".
+/// The name of an FB type; its decimal text if it has none. Three types share the name "COM".
 KX_DOMAIN_UTIL_API std::string GetFBTypeName(int fbType);
 
 /// Whether FBs of this type have a PTN AID.
@@ -23,7 +23,7 @@ KX_DOMAIN_UTIL_API bool IsPortObjByFbType(const int& fbType, const int& kind);
 /// Whether `type` is that of a logical port: above 65535.
 KX_DOMAIN_UTIL_API bool IsLogicalPortByType(int type);
 
-/// The lower-case word of a domain id, "sdh" to "ptn"; "UNKNOWN" when the id is not assigned.
+/// The lower-case word of a domain id, "sdh" to "ptn"; "UNKNOWN" if the id is not assigned.
 KX_DOMAIN_UTIL_API std::string GetDomainStrByID(const unsigned int& domainId);
 
 }  // namespace NS_UTIL

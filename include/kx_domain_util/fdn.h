@@ -122,7 +122,7 @@ bool ReadInto(std::string_view fdn, RecordOf<Kind>& record,
     return Conversion<Kind>::Read(fdn, record, surroundings);
 }
 
-/// Reads `fdn` into a fresh record. Nothing when `fdn` lacks a level without which the record means nothing.
+/// Reads `fdn` into a fresh record. Nothing if `fdn` lacks a level without which the record means nothing.
 template <class Kind>
 std::optional<RecordOf<Kind>> Read(std::string_view fdn, const Surroundings& surroundings = Surroundings::OfSystem()) {
     std::optional<RecordOf<Kind>> record(std::in_place);

@@ -114,7 +114,7 @@ public:
     /// Returns how many there are, but at most `Places`.
     [[nodiscard]] std::size_t Count() const noexcept { return m_count; }
 
-    /// The sub-value at `place`, from 0; empty when there is none.
+    /// The sub-value at `place`, from 0; empty if there is none.
     std::string_view operator[](std::size_t place) const noexcept {
         return place < m_count ? std::string_view(m_begins[place], m_begins[place + 1] - 1) : std::string_view();
     }

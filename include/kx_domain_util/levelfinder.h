@@ -112,14 +112,14 @@ public:
     /// stops looking.
     [[nodiscard]] bool MayRepeat() const noexcept { return m_isRepeated || m_missing == 0; }
 
-    /// The value of the level; empty when there is no such level.
+    /// The value of the level; empty if there is no such level.
     template <Tag Wanted>
     [[nodiscard]] std::string_view Value() const noexcept {
         return Has<Wanted>() ? std::string_view(m_begins[IndexOf<Wanted>()], m_ends[IndexOf<Wanted>()])
                              : std::string_view();
     }
 
-    /// Reads the first sub-value as a number into `field`. False, and `field` untouched, when there is no such level or
+    /// Reads the first sub-value as a number into `field`. False, and `field` untouched, if there is no such level or
     /// it has an empty value.
     template <Tag Wanted>
     bool ReadNumber(std::int32_t& field) const noexcept {
@@ -146,7 +146,7 @@ private:
     template <std::size_t... Indices>
     void KeepWanted(std::uint64_t head, SeparatorFinder<','>::Piece level, std::index_sequence<Indices...>) noexcept {
         const auto size = static_cast<std::size_t>(level.end - level.begin);
-        // A level without "=" is there, and empty, when it is a tag and no more.
+        // A level that is a tag and nothing more, without "=", is there and has an empty value.
         static_cast<void>(
             ((NS_DETAIL::BeginsWithEquals<Tags>(head) &&
               (Keep(Indices, level.begin + Tags.size + 1, level.end), true)) ||

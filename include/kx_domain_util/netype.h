@@ -76,8 +76,8 @@ KX_DOMAIN_UTIL_API bool IsAccBitsNE(unsigned short neType);
 /// In the equipment-type list "MultiShelfTypeNE".
 KX_DOMAIN_UTIL_API bool IsMultiShelfTypeNE(unsigned short neType);
 
-/// In the equipment-type list "PTN31" or "OTN"; only when it is in neither, the inventory is asked. Throws
-/// `InterfaceNotExistException` only then.
+/// In the equipment-type list "PTN31" or "OTN", or else counted to the IP services by the inventory. Throws
+/// `InterfaceNotExistException` only if the type is in neither list.
 KX_DOMAIN_UTIL_API bool IsIPServiceNE(unsigned short neType);
 /// Whether the inventory counts the type to the KLV family.
 KX_DOMAIN_UTIL_API bool IsKLVNE(unsigned short neType);

@@ -28,7 +28,7 @@ inline constexpr int ALWAYS_PASSING_NOTIFICATION = 2101250;
 /// The items are read once, at the first question; a change is seen after `Destroy`.
 class KX_DOMAIN_UTIL_API NtfFilter {
 public:
-    /// The one instance, made on the first call. Null only when the process-wide lock cannot be taken. Any thread.
+    /// The one instance, made on the first call. Null only if the process-wide lock cannot be taken. Any thread.
     static NtfFilter* Instance();
     /// Deletes the instance. No thread may still ask it, or fork, meanwhile.
     static void Destroy();

@@ -46,8 +46,8 @@ using MocLvlValueMap = std::map<std::string, std::vector<std::string>>;
 /// Writers (`...2ResID`) replace the whole output text, which must not be a text of the record. They write numbers in
 /// decimal, with a "-" if negative.
 ///
-/// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc when memory is
-/// exhausted; `InterfaceNotExistException` where documented; std::system_error when the first call that needs a service
+/// Threads: any, at the same time; records and texts belong to the caller. Exceptions: std::bad_alloc if memory is
+/// exhausted; `InterfaceNotExistException` where documented; std::system_error if the first call that needs a service
 /// cannot take a lock. Exceptions thrown by a service propagate. After an exception, the output holds what had been
 /// written so far.
 class KX_DOMAIN_UTIL_API ResIDUtil {
@@ -71,7 +71,7 @@ public:
     /// The same for the first sub-value.
     static bool GetValueByMocLvlName(const std::string& tag, const MocLvlValueMap& map, int& value);
 
-    /// Replaces `level` by one level, "tag=value|value"; leaves it as it was when `values` is empty.
+    /// Replaces `level` by one level, "tag=value|value"; leaves it as it was if `values` is empty.
     static void ConstructMocLevelObj(const std::string& tag, const std::vector<std::string>& values,
                                      std::string& level);
 
@@ -110,7 +110,7 @@ public:
     static void OSID2ResID(int osId, std::string& fdn);
     /// "ONE=1".
     static void ONEID2ResID(int oneId, std::string& fdn);
-    /// "ONE=1,NE=2"; without the ONE level when `oneId` is 0.
+    /// "ONE=1,NE=2"; without the ONE level if `oneId` is 0.
     static void NEID2ResID(int oneId, int neId, std::string& fdn);
     /// "OS=1".
     static void OSIndex2ResID(const NS_DOMAIN::OSIndex& os, std::string& fdn);
@@ -120,9 +120,9 @@ public:
     static void NEIndex2ResID(const NS_DOMAIN::NEIndex& ne, std::string& fdn);
     /// "NE=1,FR=2"; both levels always, -1 included.
     static void ShelfIndex2ResID(const NS_DOMAIN::ShelfIndex& shelf, std::string& fdn);
-    /// "NE=1,FR=2,S=3"; shelf and slot only when not -1.
+    /// "NE=1,FR=2,S=3"; shelf and slot only if not -1.
     static void SlotIndex2ResID(const NS_DOMAIN::SlotIndex& slot, std::string& fdn);
-    /// "NE=1,FR=2,S=3,SS=4"; shelf, slot and sub-slot only when not -1.
+    /// "NE=1,FR=2,S=3,SS=4"; shelf, slot and sub-slot only if not -1.
     static void SubSlotIndex2ResID(const NS_DOMAIN::SlotIndex& subSlot, std::string& fdn);
     /// "NE=1,FR=2,S=3,CP=-1"; the shelf only if it is not -1, and nothing after the shelf if the slot is -1. If there
     /// is a slot, asks the inventory for the NE type: after types that `IsPTN41` knows, ",SS=-1,SC=-1" follows. Throws
@@ -131,7 +131,7 @@ public:
 
     // ---- Ports, access points, termination points -------------------------------------------------------------------
 
-    /// Writes a port: "NE=1,FR=2,S=3,CP=-1,PP=16||0|"; when `asLogical`, with "LP" for "PP".
+    /// Writes a port: "NE=1,FR=2,S=3,CP=-1,PP=16||0|"; if `asLogical`, with "LP" for "PP".
     ///
     /// - A shelf of -1 is left out. So is the shelf of a logical port (by `isLogical`), unless the port has a slot and
     ///   its FB type keeps the shelf (`PortRules::keepsShelf`).
@@ -145,15 +145,15 @@ public:
     /// The items are read anew whenever they matter.
     static void PortIndex2ResID(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical);
     /// Writes a port of an NE of type `neType` without asking the inventory or the configuration: no ",CP=-1"; shelf,
-    /// slot and sub-slot whenever not -1; ",SS=-1,SC=-1" for an absent sub-slot when `neType` is 1911 or 1912 and not
+    /// slot and sub-slot whenever not -1; ",SS=-1,SC=-1" for an absent sub-slot if `neType` is 1911 or 1912 and not
     /// `asLogical`; and `portId` with its sign.
     static void PortIndex2ResIDByNEType(const NS_DOMAIN::PortIndex& port, std::string& fdn, bool asLogical,
                                         unsigned long neType);
-    /// Writes the key's port as the writer of a port does, exceptions included. When `withSubIf`, the port is written
+    /// Writes the key's port as the writer of a port does, exceptions included. If `withSubIf`, the port is written
     /// as a logical one, and a `subIfId` above 0 is appended as ",SUBIF=9".
     static void PortIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool withSubIf);
     /// Writes the key's port as the writer of a port does, exceptions included, and ",AP=1|2|9": the two AP values and
-    /// `subIfId`, which is left out when 0.
+    /// `subIfId`, which is left out if 0.
     static void APIndex2ResID(const NS_DOMAIN::CtpKey_T& key, std::string& fdn, bool asLogical);
     /// Writes the TP's port as the writer of a port does, exceptions included; as a logical one if `isLogical`. For a
     /// port identified by its name (`ppType` 251):
@@ -224,7 +224,7 @@ public:
     static void ResID2SVCIndex(const std::string& fdn, NS_DOMAIN::ServiceIndex& service);
     /// Reads the seven sub-values of level "TUNNEL", all or none. `resId` becomes the whole `fdn`.
     static void ResID2TunnelIndex(const std::string& fdn, NS_DOMAIN::TunnelIndex& tunnel);
-    /// Reads an ATM traffic descriptor; `neId` becomes 0 when there is no NE level or it is empty.
+    /// Reads an ATM traffic descriptor; `neId` becomes 0 if there is no NE level or it is empty.
     static void ResID2TDIndex(const std::string& fdn, NS_DOMAIN::TDIndex& descriptor);
 
     /// Copies the four fields.

@@ -17,7 +17,7 @@ namespace NS_UTIL {
 /// Exceptions: std::bad_alloc, and what a log service throws while it writes a record.
 class KX_DOMAIN_UTIL_API UtilCommon {
 public:
-    /// The one instance, made with its tables on the first call. Null only when the process-wide lock cannot be taken.
+    /// The one instance, made with its tables on the first call. Null only if the process-wide lock cannot be taken.
     static UtilCommon* Instance();
     /// Deletes the instance. Does not wait for threads that still use it.
     static void Destroy();
@@ -36,16 +36,16 @@ public:
     /// Another name of `GetSpliteFDNData`.
     void GetSplitNameValueMapbyTag(std::map<std::string, std::string>& out, const std::string& text,
                                    const std::string& separator) const;
-    /// Copies the value under `key` into `value`; false, and `value` untouched, when there is none.
+    /// Copies the value under `key` into `value`; false, and `value` untouched, if there is none.
     bool GetDataFromMap(const std::map<std::string, std::string>& map, const std::string& key,
                         std::string& value) const;
     /// The same for numbers as keys.
     bool GetDataFromMap(const std::map<int, std::string>& map, int key, std::string& value) const;
-    /// Reads the value under `name` by `Str2Int` into `value`; false, and `value` untouched, when there is none.
+    /// Reads the value under `name` by `Str2Int` into `value`; false, and `value` untouched, if there is none.
     bool GetIntegerValueByName(const std::map<std::string, std::string>& map, const std::string& name,
                                int& value) const;
 
-    /// Copies the configuration item `item` into `value`; false, and `value` untouched, when it is missing.
+    /// Copies the configuration item `item` into `value`; false, and `value` untouched, if it is missing.
     bool GetSupportCfgItem(const std::string& item, std::string& value) const;
     /// Whether the configuration item `item` exists.
     bool IsSupportCfgItem(const std::string& item) const;
@@ -69,16 +69,16 @@ public:
     void GetSplitePATHDataByLine(std::map<int, int>& out, const std::string& line) const;
 
     /// How many bytes of performance data are read at a time: configuration item "PfmFrameRdSize", read at every call;
-    /// 2000 when it is missing, no integer, negative or above 6000.
+    /// 2000 if it is missing, no integer, negative or above 6000.
     int GetPFMPacketSize() const;
 
     // ---- FB types and interface levels ------------------------------------------------------------------------------
 
-    /// The interface level on which FBs of this type sit; the type's own number when it has none.
+    /// The interface level on which FBs of this type sit; the type's own number if it has none.
     void FBType2InterfaceLevel(int& level, const int& fbType) const;
-    /// The canonical FB type of an interface level; the level's own number when it has none.
+    /// The canonical FB type of an interface level; the level's own number if it has none.
     void InterfaceLevel2FBType(int& fbType, const int& level) const;
-    /// The bidirectional FB type that a unidirectional one belongs to; `fbType` itself when it belongs to none.
+    /// The bidirectional FB type that a unidirectional one belongs to; `fbType` itself if it belongs to none.
     unsigned short GetBidirFBType(const unsigned short& fbType) const;
 
     // ---- CTP names and TP numbers -----------------------------------------------------------------------------------
@@ -99,15 +99,15 @@ public:
     }
 
     /// Puts a TP number, its low 16 bits, and the FB type of its interface level into a location word. False, and the
-    /// word untouched, when the word is taken (above 0). A negative word is free, but keeps the bits that it has.
+    /// word untouched, if the word is taken (above 0). A negative word is free, but keeps the bits that it has.
     bool SetTpNoToLocation(int& location, const int& level, const int& tpNo) const;
-    /// The TP number in a location word. False, and `tpNo` untouched, when the word's FB type sits on another level.
+    /// The TP number in a location word. False, and `tpNo` untouched, if the word's FB type sits on another level.
     bool GetTpNoFromLocation(const int& location, const int& level, int& tpNo) const;
     /// Puts a TP number into the first free one of the TP's four location words: `vc4Id`, `vc12Id`, `vc3Id`, `vc11Id`.
     /// Returns false and writes nothing if `tpNo` is below 1 or all words are taken. Keeps the low 16 bits of `tpNo`,
     /// so 65536 reads back as 0.
     bool SetTpNo(NS_DOMAIN::TPIndex& tp, const int& level, const int& tpNo) const;
-    /// The TP number of this level in the TP's location words; 0 when there is none.
+    /// The TP number of this level in the TP's location words; 0 if there is none.
     int GetTpNo(const NS_DOMAIN::TPIndex& tp, const int& level) const;
 
     // ---- Client rates and optical boards ----------------------------------------------------------------------------

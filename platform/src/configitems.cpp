@@ -119,7 +119,7 @@ ConfigItem& CorbaConfigItems::FindOrMake(std::string_view key) {
     return *item;
 }
 
-// The caller holds m_mutex. Replaced values are freed at this or a later change, as soon as nobody reads them.
+// The caller holds m_mutex. Replaced values are freed at this or a later change, as soon as no thread reads them.
 void CorbaConfigItems::Assign(ConfigItem& item, std::list<ConfigItem::Value>&& value) noexcept {
     const ConfigItem::Value* const published = value.empty() ? nullptr : &value.front();
     const std::optional<int> number = published != nullptr ? WholeNumber(published->text) : std::nullopt;

@@ -17,7 +17,7 @@ constexpr std::size_t WORDS_IN_BLOCK = 12;
 // are never freed: a thread that ends leaves its blocks to the next one.
 struct alignas(64) Block {
     std::array<std::atomic<const void*>, WORDS_IN_BLOCK> words{};
-    std::atomic<Block*> owner{nullptr};  // the first block of the thread that has it; null when nobody has
+    std::atomic<Block*> owner{nullptr};  // the first block of the thread that has it; null if none has
     std::atomic<bool> waiting{false};    // in a first block: the thread waits in WaitUntilReleased inside a service
     Block* next = nullptr;               // in the list of all blocks
     Block* outer = nullptr;              // the owner's block that was full when this one was taken

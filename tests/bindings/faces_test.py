@@ -26,7 +26,7 @@ def lines_of(text):
     return text.removesuffix("\n").split("\n")
 
 
-# ---- What each face answers: for each identifier its type, kind, NE, first problem and record; None for none ----------
+# ---- What each face answers: for each identifier its type, kind, NE, first problem and record; None for none ---------
 
 def by_kxdu(kxdu, path, texts):
     def rows(verb, *options):  # exits with 1 for what it rejects or finds

@@ -37,7 +37,7 @@ endforeach()
 string(APPEND lists "\n}  // namespace NS_TEST\n")
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/generated/support/recordlists.h CONTENT "${lists}" @ONLY)
 
-# ---- conversionlists.h: every `Conversion` of fdn.h, and which functions it has of its own -----------------------------
+# ---- conversionlists.h: every `Conversion` of fdn.h, and which functions it has of its own ---------------------------
 
 set(header ${PROJECT_SOURCE_DIR}/include/kx_domain_util/fdn.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
@@ -74,7 +74,7 @@ ${visits}}
 }  // namespace NS_TEST
 " @ONLY)
 
-# ---- examplelist.h: the examples of the catalogue's kinds, for tests of the library alone --------------------------------
+# ---- examplelist.h: the examples of the catalogue's kinds, for tests of the library alone ----------------------------
 
 set(header ${PROJECT_BINARY_DIR}/generated/support/examplelist.h)
 add_executable(kx_list_examples ${PROJECT_SOURCE_DIR}/tests/support/listexamples.cpp)

@@ -7,7 +7,8 @@
     [12, 13]
 
 An identifier is a str, or bytes. In a str, bytes that are not UTF-8 are lone surrogates (the error handler
-"surrogateescape"). All functions may be called by any number of threads. Reading uses no inventory and no configuration.
+"surrogateescape"). All functions may be called by any number of threads. Reading uses no inventory and no
+configuration.
 """
 from typing import NamedTuple
 
@@ -74,5 +75,6 @@ from ._native import __version__, check, columns, decode, encode, explain, get, 
 
 __all__ = [
     "BadArgument", "BadRecord", "Error", "Failed", "NoFacts", "NoMemory", "NotThere", "OutOfRange", "Problem",
-    "UnknownField", "UnknownType", "WrongType", "check", "columns", "decode", "encode", "explain", "get", "kind", "type",
+    "UnknownField", "UnknownType", "WrongType", "check", "columns", "decode", "encode", "explain", "get", "kind",
+    "type",
 ]

@@ -8,7 +8,8 @@ import numpy as np
 __version__: str
 __all__ = [
     "BadArgument", "BadRecord", "Error", "Failed", "NoFacts", "NoMemory", "NotThere", "OutOfRange", "Problem",
-    "UnknownField", "UnknownType", "WrongType", "check", "columns", "decode", "encode", "explain", "get", "kind", "type",
+    "UnknownField", "UnknownType", "WrongType", "check", "columns", "decode", "encode", "explain", "get", "kind",
+    "type",
 ]
 
 _Fdn: TypeAlias = str | bytes

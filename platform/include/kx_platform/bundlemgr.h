@@ -74,7 +74,7 @@ public:
 
     /// Returns a word in which `user` (any address of the caller's own) remembers something that the service gave it,
     /// such as a logger. The word is null at first, the same at every call, and goes away with the object: nothing
-    /// remembered in it outlives the service. Null when all words are taken: then the user remembers nothing.
+    /// remembered in it outlives the service. Null if all words are taken: then the user remembers nothing.
     /// Loggers are remembered so: looking one up at each record would take the log service's lock.
     std::atomic<void*>* GetMemory(const void* user) noexcept;
 
@@ -143,11 +143,11 @@ private:
 
 /// The interface buffer of the service called `name`, made on the first call and never freed. A platform that keeps no
 /// buffer for a name may return null; this one never does. Takes no lock once the buffer is there. Any thread.
-/// Exceptions: while the buffer is not there yet, std::bad_alloc, and std::system_error when the lock cannot be taken.
+/// Exceptions: while the buffer is not there yet, std::bad_alloc, and std::system_error if the lock cannot be taken.
 KX_PLATFORM_API InterfaceBuffer* CheckIFBuf(std::string_view name);
 
 /// The registry of services. All operations may be called from any thread, also from inside a service's operation: no
-/// lock is held there, so looking up, registering and taking back do not deadlock. Exceptions: std::system_error when
+/// lock is held there, so looking up, registering and taking back do not deadlock. Exceptions: std::system_error if
 /// `_g_actualmutex` cannot be taken, and std::bad_alloc from `RegisterService`; then nothing has changed. If the lock
 /// fails after the change, when the old service is put away, the process ends.
 class KX_PLATFORM_API BundleMgr {
@@ -161,7 +161,7 @@ public:
     void RegisterService(const std::string& name, ServiceInterface* service);
 
     /// Takes the service called `name` back: it is forgotten in every buffer, and with it all that was remembered of
-    /// it. Returns once no call into the service can be in flight any more; false when the name is unknown. A service
+    /// it. Returns once no call into the service can be in flight any more; false if the name is unknown. A service
     /// that is registered under several names is gone when the last of them is.
     ///
     /// From inside a service's operation it does not wait for the calling thread's own calls. Nor does it wait for

@@ -30,7 +30,7 @@ public:
     const std::string& GetKey() const { return m_key; }
 
     /// The value as a number: an optional sign and decimal digits, nothing else, within 32 bits. False, and
-    /// `value` untouched, when the item is missing or is no such number.
+    /// `value` untouched, if the item is missing or is no such number.
     bool GetInt(int& value) const noexcept {
         const std::uint64_t number = m_number.load(std::memory_order_acquire);
         if ((number & IS_NUMBER) == 0) {
@@ -40,7 +40,7 @@ public:
         return true;
     }
 
-    /// The value as text, valid until `pin` is destroyed or pins something else; null when the item is missing: then
+    /// The value as text, valid until `pin` is destroyed or pins something else; null if the item is missing: then
     /// nothing is pinned.
     const std::string* GetText(ReadPin& pin) const noexcept {
         const Value* const value = pin.Protect(m_published);
@@ -48,7 +48,7 @@ public:
     }
 
     /// The value as a list, valid as the text is: each piece between "," as `NS_UTIL::Str2Int` reads it, empty pieces
-    /// left out. Null when the item is missing.
+    /// left out. Null if the item is missing.
     const std::vector<int>* GetNumbers(ReadPin& pin) const noexcept {
         const Value* const value = pin.Protect(m_published);
         return value != nullptr ? &value->numbers : nullptr;
@@ -75,16 +75,16 @@ private:
 };
 
 /// The reader of configuration items, and the place where a host sets them. A change is seen by the next read. Any
-/// thread; reading takes no lock. Exceptions: std::bad_alloc, and from those that change items std::system_error when
+/// thread; reading takes no lock. Exceptions: std::bad_alloc, and from those that change items std::system_error if
 /// their lock cannot be taken; nothing has changed then.
 class KX_PLATFORM_API CorbaConfigItems {
 public:
     /// The one set of items; lives until the process ends. Never null.
     static CorbaConfigItems* Instance();
 
-    /// `ConfigItem::GetInt` of the item called `key`: false, and `value` untouched, when missing or not an integer.
+    /// `ConfigItem::GetInt` of the item called `key`: false, and `value` untouched, if missing or not an integer.
     bool GetIntItemInfo(const std::string& key, int& value);
-    /// Copies the text of the item called `key` into `value`; false, and `value` untouched, when missing.
+    /// Copies the text of the item called `key` into `value`; false, and `value` untouched, if missing.
     bool GetStrItemInfo(const std::string& key, std::string& value);
 
     /// Whether the item called `key` has a value.
@@ -92,13 +92,13 @@ public:
 
     /// Sets the item called `key`, whether it was there or not.
     void SetItem(const std::string& key, const std::string& value);
-    /// Makes the item called `key` a missing one; nothing happens when it is missing already. Needs no memory, nor does
+    /// Makes the item called `key` a missing one; nothing happens if it is missing already. Needs no memory, nor does
     /// `Clear`.
     void RemoveItem(const std::string& key);
     /// Makes every item a missing one.
     void Clear();
 
-    /// The item called `key`, made without a value when nobody has named it before. Stays valid until the process ends;
+    /// The item called `key`, made without a value if nobody has named it before. Stays valid until the process ends;
     /// there are never more items than keys were ever named.
     const ConfigItem& GetItem(std::string_view key);
 

@@ -15,7 +15,7 @@ public:
     ConfigObject(const ConfigObject&) = delete;
     ConfigObject& operator=(const ConfigObject&) = delete;
 
-    /// Puts the integer item called `key` into `value`; false, and `value` untouched, when it is missing or no integer.
+    /// Puts the integer item called `key` into `value`; false, and `value` untouched, if it is missing or no integer.
     virtual bool GetIntItemInfo(const std::string& key, int& value) = 0;
 };
 
@@ -25,7 +25,7 @@ class KX_PLATFORM_API DAWSvcInterface : public NS_BUNDLEMGR1::ServiceInterface {
 public:
     ~DAWSvcInterface() override;
 
-    /// The file at `path` (relative to the configuration folder), or its section called `section` when that is not
+    /// The file at `path` (relative to the configuration folder), or its section called `section` if that is not
     /// empty. Null: no such file. The object stays the service's own and is valid as long as the service is registered.
     virtual ConfigObject* GetConfiguration(const std::string& path, const std::string& section) = 0;
 };

@@ -27,7 +27,7 @@ public:
     ~LogSvcInterface() override;
 
     /// The logger of a module and sub-module that writes records from the named level on. It stays the service's own
-    /// and is valid as long as the service is registered; null when there is none.
+    /// and is valid as long as the service is registered; null if there is none.
     virtual ModuleLogger* GetModuleLogger(const std::string& module, const std::string& subModule,
                                           const std::string& level) = 0;
 };

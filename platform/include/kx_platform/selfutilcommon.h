@@ -16,7 +16,7 @@ public:
 
     /// Whether the configuration item called `key` exists; the same items as those of `CorbaConfigItems`.
     bool IsSupportCfgItem(std::string key) const;
-    /// Copies the configuration item called `key` into `value`; false, and `value` untouched, when it is missing.
+    /// Copies the configuration item called `key` into `value`; false, and `value` untouched, if it is missing.
     bool GetSupportCfgItem(const std::string& key, std::string& value) const;
 
     /// Splits `text` at `separator` into items NAME=value and adds each to `out`. An item is cut at its first "=";
@@ -25,12 +25,12 @@ public:
     void GetSpliteFDNData(std::map<std::string, std::string>& out, const std::string& text,
                           std::string separator) const;
 
-    /// Copies the value under `key` into `value`; false, and `value` untouched, when there is none.
+    /// Copies the value under `key` into `value`; false, and `value` untouched, if there is none.
     bool GetDataFromMap(const std::map<std::string, std::string>& map, const std::string& key,
                         std::string& value) const;
     /// The same for numbers as keys.
     bool GetDataFromMap(const std::map<int, std::string>& map, int key, std::string& value) const;
-    /// Reads the value under `name` by `Str2Int` into `value`; false, and `value` untouched, when there is none.
+    /// Reads the value under `name` by `Str2Int` into `value`; false, and `value` untouched, if there is none.
     bool GetIntegerValueByName(const std::map<std::string, std::string>& map, const std::string& name,
                                int& value) const;
 

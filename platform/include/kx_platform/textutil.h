@@ -31,7 +31,7 @@ public:
 inline constexpr std::size_t KEEP_EMPTY_TOKENS = 0;
 
 /// Appends the tokens of `text` between separators to `out`; empty tokens are dropped unless `KEEP_EMPTY_TOKENS` is set
-/// in `options`, whose other bits are reserved. False when `text` has no token. Any thread.
+/// in `options`, whose other bits are reserved. False if `text` has no token. Any thread.
 KX_PLATFORM_API bool SplitStringByTag(const std::string& text, std::vector<std::string>& out, char separator,
                                       std::bitset<8> options);
 
@@ -45,7 +45,7 @@ constexpr void Str2Int(std::string_view text, int& out) noexcept {
     out = Str2Int(text);
 }
 
-/// The decimal text of `number`, with a "-" when it is negative. Any thread.
+/// The decimal text of `number`, with a "-" if it is negative. Any thread.
 KX_PLATFORM_API std::string Int2Str(int number);
 
 // ---- How Str2Int reads ----------------------------------------------------------------------------------------------

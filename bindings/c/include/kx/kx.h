@@ -251,7 +251,7 @@ bool kx_is_ptn470(uint16_t ne_type);
 bool kx_is_klv_by_ne_type(uint16_t ne_type);
 
 /* The others come from lists, one for each domain. They are those of the process: a management system in it has loaded
-   them; any other program loads what it needs. A list that nobody loaded is empty. */
+   them; any other program loads what it needs. A list that no one loaded is empty. */
 
 /* Loads the list of a domain, in place of the one that it had: "router and metro", "transmission", "access", "PTN",
    "PTNDMT", "MSTP", "IPKLV", "KLV6XX", "OTN", "WDM", "OTN_NA", "WDM_NA", "OTN4750NE", "BIGSLOTNE", "ACCBITSNE",
