@@ -1,8 +1,12 @@
 #include "lines/appendedfile.h"
 
+#include <cerrno>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +14,41 @@
 #include "lines/failure.h"
 
 namespace NS_KX {
+
+namespace {
+
+// The turn of one of several processes that append to the same file; without it, a line that a stopped process did not
+// finish would swallow the beginning of another one's. Waits for a turn, but not for long: whoever keeps the file to
+// itself must not hold alarms back.
+class Turn {
+public:
+    explicit Turn(int file) : m_file(file) {
+        constexpr int MOST_TRIES = 100;
+        constexpr std::chrono::milliseconds PAUSE{10};
+        for (int tries = 0; tries < MOST_TRIES && !m_isTaken; ++tries) {
+            m_isTaken = flock(m_file, LOCK_EX | LOCK_NB) == 0;
+            if (!m_isTaken && errno != EWOULDBLOCK) {
+                return;  // the file system has no locks
+            }
+            if (!m_isTaken) {
+                std::this_thread::sleep_for(PAUSE);
+            }
+        }
+    }
+    ~Turn() {
+        if (m_isTaken) {
+            flock(m_file, LOCK_UN);
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+private:
+    int m_file;
+    bool m_isTaken = false;
+};
+
+}  // namespace
 
 AppendedFile::AppendedFile(std::filesystem::path name) : m_name(std::move(name)) {
     try {
@@ -32,6 +71,8 @@ void AppendedFile::Write(std::string_view lines) {
         Close();
         Open();
     }
+    const Turn turn(m_descriptor);
+    EndLastLine();
     if (!WriteAll(m_descriptor, lines)) {
         FailByErrno(Cause::OUTPUT, m_name);
     }
@@ -43,6 +84,7 @@ void AppendedFile::Open() {
     if (m_descriptor == -1) {
         FailByErrno(Cause::OUTPUT, m_name);
     }
+    const Turn turn(m_descriptor);
     EndLastLine();
 }
 

@@ -6,7 +6,8 @@
 
 namespace NS_KX {
 
-/// A file to whose end lines are appended as they come. Programs that rotate logs may rename or remove it meanwhile.
+/// A file to whose end lines are appended as they come. Programs that rotate logs may rename or remove it meanwhile, and
+/// other processes may append to it in the same way.
 class AppendedFile {
 public:
     /// Opens the file, or makes it. If its last line has no end, because a writer was stopped in the middle of it,
@@ -16,8 +17,8 @@ public:
     AppendedFile(const AppendedFile&) = delete;
     AppendedFile& operator=(const AppendedFile&) = delete;
 
-    /// Appends `lines` at once. If the file no longer has its name, first makes a new file of this name. Throws as
-    /// above.
+    /// Appends `lines` at once, on a new line. If the file no longer has its name, first makes a new file of this name.
+    /// Throws as above.
     void Write(std::string_view lines);
 
 private:

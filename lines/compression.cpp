@@ -289,19 +289,36 @@ bool MayBecome(std::string_view head, std::string_view whole) {
     return head.size() < whole.size() && whole.starts_with(head);
 }
 
+// The beginning of a frame that holds no text; some programs put one before the others. The first byte is one of 16.
+std::string SkippedFrameHead(std::string_view head) {
+    constexpr unsigned char ONE_OF_16 = 0xF0;
+    constexpr unsigned char FIRST = 0x50;
+    const bool isFirst = !head.empty() && (static_cast<unsigned char>(head.front()) & ONE_OF_16) == FIRST;
+    return (isFirst ? head.front() : static_cast<char>(FIRST)) + std::string("\x2A\x4D\x18");
+}
+
+bool IsSkippedFrame(std::string_view head) {
+    return head.starts_with(SkippedFrameHead(head));
+}
+
+bool MayBecomeSkippedFrame(std::string_view head) {
+    return MayBecome(head, SkippedFrameHead(head));
+}
+
 }  // namespace
 
 Recognized RecognizeCompression(std::string_view head) noexcept {
     if (head.starts_with(GZIP_HEAD)) {
         return {Compression::GZIP, true};
     }
-    if (head.starts_with(ZSTD_HEAD)) {
+    if (head.starts_with(ZSTD_HEAD) || IsSkippedFrame(head)) {
         return {Compression::ZSTD, true};
     }
     if (head.starts_with(XZ_HEAD)) {
         return {Compression::XZ, true};
     }
-    return {Compression::NONE, !MayBecome(head, GZIP_HEAD) && !MayBecome(head, ZSTD_HEAD) && !MayBecome(head, XZ_HEAD)};
+    return {Compression::NONE, !MayBecome(head, GZIP_HEAD) && !MayBecome(head, ZSTD_HEAD) &&
+                                   !MayBecome(head, XZ_HEAD) && !MayBecomeSkippedFrame(head)};
 }
 
 std::unique_ptr<Decoder> MakeDecoder(Compression compression, const std::string& name) {

@@ -291,8 +291,13 @@ private:
     }
 
     void WriteAside(std::string_view lines) {
-        if (m_aside) {
+        if (!m_aside) {
+            return;
+        }
+        try {
             m_aside->Write(lines);
+        } catch (const ClosedPipe& closed) {
+            throw Failure(Cause::OUTPUT, m_options.aside + ": " + closed.what());
         }
     }
 

@@ -1,5 +1,12 @@
 #include "lines/appendedfile.h"
 
+#include <fstream>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include "lines/failure.h"
 #include "support/foldertest.h"
 
@@ -35,6 +42,41 @@ TEST_F(AppendedFileTest, GoesOnInANewFileIfItsOwnWasRenamedOrRemoved) {
     std::filesystem::remove(folder / "file");
     file.Write("c\n");
     EXPECT_EQ(ReadFile("file"), "c\n");
+}
+
+TEST_F(AppendedFileTest, BeginsANewLineAfterOneThatAnotherWriterDidNotFinish) {
+    AppendedFile file(folder / "file");
+    file.Write("a\n");
+    std::ofstream(folder / "file", std::ios::app) << "torn";
+    file.Write("b\n");
+    EXPECT_EQ(ReadFile("file"), "a\ntorn\nb\n");
+}
+
+TEST_F(AppendedFileTest, TakesTurnsWithOtherWriters) {
+    const std::string line(100'000, 'x');
+    const auto append = [&] {
+        AppendedFile file(folder / "file");
+        for (int lines = 0; lines < 50; ++lines) {
+            file.Write(line + "\n");
+        }
+    };
+    std::thread other(append);
+    append();
+    other.join();
+    std::string all;
+    for (int lines = 0; lines < 100; ++lines) {
+        all += line + "\n";
+    }
+    EXPECT_EQ(ReadFile("file") == all, true) << "a line is torn, or an empty one stands between";
+}
+
+TEST_F(AppendedFileTest, DoesNotWaitForeverForItsTurn) {
+    AppendedFile file(folder / "file");
+    const int holder = open((folder / "file").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(holder, LOCK_EX), 0);
+    file.Write("a\n");
+    EXPECT_EQ(ReadFile("file"), "a\n");
+    close(holder);
 }
 
 TEST_F(AppendedFileTest, FailsIfItsFolderIsGone) {

@@ -70,6 +70,8 @@ TEST_P(ToolWithCompressed, ARunEndsThoughItsPipeGoesOn) {
 
 INSTANTIATE_TEST_SUITE_P(By, ToolWithCompressed,
                          testing::Values(Compressor{"gzip", "gzip -c"}, Compressor{"zstd", "zstd -qc"},
+                                         Compressor{"zstd_after_a_skipped_frame",
+                                                    R"({ printf '\137\052\115\030\002\000\000\000ab'; zstd -qc; })"},
                                          Compressor{"xz", "xz -c"}),
                          [](const auto& parameter) { return std::string(parameter.param.name); });
 

@@ -202,6 +202,17 @@ TEST_F(ToolOutput, AReaderThatGoesAwayIsNoError) {
     }
 }
 
+// Otherwise alarms would be lost: those held back, and all that come later.
+TEST_F(ToolOutput, AReaderOfTheLinesHeldBackThatGoesAwayIsOne) {
+    std::filesystem::create_directory(folder / "kx_corbaagent_bundle");
+    WriteFile("kx_corbaagent_bundle/bundle.cfg", "EventSwitch = 2\nBlacklist = \"5\"\n");
+    const Ended ended = Shell(
+        "mkfifo held; head -n 1 held >first & seq -f '5 %.0f' 30000 | kxdu filter --config . --held held; echo $? "
+        ">code");
+    EXPECT_EQ(ReadFile("code"), "3\n");
+    EXPECT_NE(ended.err.find("kxdu: held: the reader of the output has gone\n"), std::string::npos) << ended.err;
+}
+
 // Otherwise the output would lack lines, and no report would say which.
 TEST_F(ToolOutput, AReaderOfTheRejectedLinesThatGoesAwayIsOne) {
     const Ended ended = Shell("yes XY=1 | { kxdu decode -o out --rejects /dev/fd/3 3>&1; echo $? >code; } | head -n 1");
