@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/count.sh
 
-all=(scanner readers rewriting lines encode toml csv blockreader c)
+all=(scanner readers rewriting tags lines encode toml csv blockreader compressed c)
 seconds=${1:-}
 fuzzers=("${@:2}")
 if [ ${#fuzzers[@]} -eq 0 ]; then
@@ -35,10 +35,19 @@ for corpus in fuzz/corpus/*.txt; do
     fuzz/seeds.py "$corpus" "$TMPDIR/seeds/$(basename "$corpus" .txt)"
 done
 
-# Four fuzzers take identifiers.
+# What the compressors write, some of it cut off.
+mkdir "$TMPDIR/seeds/compressed"
+for compressor in gzip zstd xz; do
+    for text in '' 'NE=5\n' 'NE=5,FR=1\nNE=6\n'; do
+        printf '%b' "$text" | $compressor -c >"$TMPDIR/seeds/compressed/$compressor-${#text}"
+        head -c 20 "$TMPDIR/seeds/compressed/$compressor-${#text}" >"$TMPDIR/seeds/compressed/$compressor-${#text}-cut"
+    done
+done
+
+# Five fuzzers take identifiers.
 seeds_of() {
     case $1 in
-        scanner | readers | rewriting | c) echo "$TMPDIR/seeds/fdn" ;;
+        scanner | readers | rewriting | tags | c) echo "$TMPDIR/seeds/fdn" ;;
         *) echo "$TMPDIR/seeds/$1" ;;
     esac
 }
