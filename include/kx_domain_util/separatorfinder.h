@@ -9,11 +9,14 @@
 #include <cstdint>
 #include <string_view>
 
-// KX_DOMAIN_UTIL_PLAIN is for tests only: it selects the way of processors without SSE2. Every file of a program that
-// includes this header must be compiled with the same setting.
+// KX_DOMAIN_UTIL_PLAIN is for tests only: it selects the way of processors without SSE2 and NEON. Every file of a
+// program that includes this header must be compiled with the same setting.
 #if defined(__SSE2__) && !defined(KX_DOMAIN_UTIL_PLAIN)
 #define KX_DOMAIN_UTIL_SSE2
 #include <emmintrin.h>
+#elif defined(__AARCH64EL__) && !defined(KX_DOMAIN_UTIL_PLAIN)
+#define KX_DOMAIN_UTIL_NEON
+#include <arm_neon.h>
 #endif
 
 // ---- How separators are found: not for users -----------------------------------------------------------------------
@@ -33,42 +36,66 @@ inline std::uint64_t FindPlainly(const char* text, std::size_t size, char separa
     return found;
 }
 
-#ifdef KX_DOMAIN_UTIL_SSE2
+#if defined(KX_DOMAIN_UTIL_SSE2)
 
-/// The same, 16 characters at a time, which every x86-64 processor can do.
-inline std::uint64_t FindBySse2(const char* text, std::size_t size, char separator) noexcept {
-    const auto matches = [separator](__m128i characters, std::size_t place) {
-        const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(separator)));
-        return std::uint64_t{static_cast<unsigned>(found)} << place;
-    };
-    const auto find8 = [&](std::size_t place) {
-        return matches(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(text + place)), place);
-    };
-    const auto find16 = [&](std::size_t place) {
-        return matches(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text + place)), place);
-    };
+/// The same for 16 characters at once, which every x86-64 processor can do.
+inline std::uint64_t Find16(const char* text, char separator) noexcept {
+    const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(separator))));
+}
+
+/// The same for eight characters.
+inline std::uint64_t Find8(const char* text, char separator) noexcept {
+    const __m128i characters = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(separator))));
+}
+
+#elif defined(KX_DOMAIN_UTIL_NEON)
+
+/// The same for 16 characters at once, which every 64-bit ARM processor can do.
+inline std::uint64_t Find16(const char* text, char separator) noexcept {
+    const uint8x16_t characters = vld1q_u8(reinterpret_cast<const std::uint8_t*>(text));
+    const uint8x16_t matches = vceqq_u8(characters, vdupq_n_u8(static_cast<std::uint8_t>(separator)));
+    // Each match keeps the bit of its place in its half; adding neighbours three times gathers the bits of a half.
+    uint8x16_t bits = vandq_u8(matches, vreinterpretq_u8_u64(vdupq_n_u64(0x8040201008040201)));
+    for (int round = 0; round < 3; ++round) {
+        bits = vpaddq_u8(bits, bits);
+    }
+    return vgetq_lane_u16(vreinterpretq_u16_u8(bits), 0);
+}
+
+/// The same for eight characters.
+inline std::uint64_t Find8(const char* text, char separator) noexcept {
+    const uint8x8_t characters = vld1_u8(reinterpret_cast<const std::uint8_t*>(text));
+    const uint8x8_t matches = vceq_u8(characters, vdup_n_u8(static_cast<std::uint8_t>(separator)));
+    return vaddv_u8(vand_u8(matches, vcreate_u8(0x8040201008040201)));
+}
+
+#endif
+
+#if defined(KX_DOMAIN_UTIL_SSE2) || defined(KX_DOMAIN_UTIL_NEON)
+
+/// The same by the quickest way of the processor.
+inline std::uint64_t FindSeparators(const char* text, std::size_t size, char separator) noexcept {
     // The last load reaches back over characters that were seen already: that sets the same bits once more.
-    if (size >= sizeof(__m128i)) {
-        std::uint64_t found = find16(size - sizeof(__m128i));
-        for (std::size_t place = 0; place < size - sizeof(__m128i); place += sizeof(__m128i)) {
-            found |= find16(place);
+    if (size >= 16) {
+        std::uint64_t found = Find16(text + (size - 16), separator) << (size - 16);
+        for (std::size_t place = 0; place < size - 16; place += 16) {
+            found |= Find16(text + place, separator) << place;
         }
         return found;
     }
-    constexpr std::size_t HALF = sizeof(__m128i) / 2;
-    return size >= HALF ? find8(0) | find8(size - HALF) : FindPlainly(text, size, separator);
+    return size >= 8 ? Find8(text, separator) | Find8(text + (size - 8), separator) << (size - 8)
+                     : FindPlainly(text, size, separator);
 }
 
-#endif
-
-/// The same by the quicker way of the two.
-inline std::uint64_t FindSeparators(const char* text, std::size_t size, char separator) noexcept {
-#ifdef KX_DOMAIN_UTIL_SSE2
-    return FindBySse2(text, size, separator);
 #else
+
+inline std::uint64_t FindSeparators(const char* text, std::size_t size, char separator) noexcept {
     return FindPlainly(text, size, separator);
-#endif
 }
+
+#endif
 
 }  // namespace NS_UTIL::NS_FDN::NS_DETAIL
 
