@@ -302,14 +302,19 @@ TEST(Layout, OfTEUniResID) {
         .Has<std::string>(&Record::uniText3, 72);
 }
 
-// The place of a virtual function among those of its class. The Itanium C++ ABI keeps it in the pointer to the
-// function: one more than its offset in bytes.
+// The place of a virtual function among those of its class. The Itanium C++ ABI keeps its offset in bytes in the first
+// word of the pointer to the function. The mark of a virtual function is the lowest bit of that word, and on 64-bit ARM
+// that of the second one.
 template <class Signature, class Service>
 std::size_t PlaceOf(Signature Service::*function) {
     std::size_t words[2] = {};
     static_assert(sizeof(function) == sizeof(words));
     std::memcpy(words, &function, sizeof(words));
+#ifdef __aarch64__
+    EXPECT_EQ(words[1], 1U) << "the function is not virtual";
+#else
     EXPECT_EQ(words[0] % sizeof(void*), 1U) << "the function is not virtual";
+#endif
     return words[0] / sizeof(void*);
 }
 
