@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages of some groups, if they are missing. Asks nothing.
-#   scripts/install-deps.sh [GROUP...]       default: tool
+#   scripts/install-deps.sh [--list] [GROUP...]      default: tool; --list: prints the names, and installs nothing
 set -euo pipefail
 
 declare -A groups=(
@@ -25,18 +25,26 @@ declare -A groups=(
     [coverage]="gcovr"
     [fuzz]="clang-14 libclang-rt-14-dev libgtest-dev python3 xz-utils zstd"
     [packages]="dpkg-dev file lintian"
+    [processors]="g++-aarch64-linux-gnu g++-s390x-linux-gnu mmdebstrap qemu-user"
     [lint]="clang-14 clang-format-14 clang-tidy-14 cppcheck"
     [rsyslog]="procps rsyslog"
 )
 
+list=false
+if [ "${1-}" = --list ]; then
+    list=true
+    shift
+fi
 missing=()
 for group in "${@:-tool}"; do
     if [ -z "${groups[$group]-}" ]; then
-        echo "usage: scripts/install-deps.sh [GROUP...], of: ${!groups[*]}" >&2
+        echo "usage: scripts/install-deps.sh [--list] [GROUP...], of: ${!groups[*]}" >&2
         exit 2
     fi
     for package in ${groups[$group]}; do
-        if ! dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+        if $list; then
+            echo "$package"
+        elif ! dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
             missing+=("$package")
         fi
     done
