@@ -39,14 +39,15 @@ bool TagOrder::LookUp(std::string_view level) {
     if (tag == nullptr) {
         return false;
     }
-    const auto tags = AllTags();
-    const std::uint64_t bit = std::uint64_t{1} << (std::find(tags.begin(), tags.end(), tag) - tags.begin());
-    const Level& before = m_levels[m_last];
-    if (tag->depth < before.depth || (before.seen & bit) != 0) {
+    const std::span<const Level> before = std::span(m_levels).first(m_place);
+    const bool isRepeated =
+        std::any_of(before.begin(), before.end(), [tag](const Level& each) { return each.tag == tag; });
+    if (isRepeated || (m_last != 0 && tag->depth < before.back().tag->depth)) {
         return false;
     }
-    Level& added = m_levels[++m_last];
-    added = {0, 0, before.seen | bit, tag->depth};
+    Level& added = m_levels[m_place];
+    m_last = m_place;
+    added = {0, 0, tag};
     const bool isHead = name.size() < sizeof(added.head) && name.size() < level.size();
     if (isHead) {
         added.head = PackCharacters(level.substr(0, name.size() + 1));

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "catalogue/kind.h"
+
 namespace NS_KX {
 
 /// Finds identifiers whose tags are not as they should be. Cheap enough to be asked about every line of a file: as long
@@ -28,13 +30,12 @@ private:
     struct Level {
         std::uint64_t head = 0;  // its tag and "=", packed
         std::uint64_t mask = 0;  // of the characters in `head`
-        std::uint64_t seen = 0;  // a bit for each tag up to this level
-        int depth = 0;
+        const Tag* tag = nullptr;
     };
 
     bool LookUp(std::string_view level);
 
-    static constexpr std::size_t MOST_TAGS = 64;  // as many as `Level::seen` has bits
+    static constexpr std::size_t MOST_TAGS = 64;  // more than there are
 
     std::array<Level, MOST_TAGS + 1> m_levels;  // the first one stands before all levels
     std::size_t m_last = 0;                     // the place of the last level that is known to be right
