@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds test programs for other processors, and runs them in qemu's emulation of these. arm64: the tests of the library.
-# s390x, which is big-endian: those of the conversions. Wants to be root.
+# Builds test programs for other processors, and runs them emulated by qemu. arm64: the tests of the library. s390x, which
+# is big-endian: those of the conversions. Wants to be root.
 #   scripts/other-processors.sh [arm64|s390x]...      default: both
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -12,7 +12,8 @@ CONVERSIONS=(kx_{catalogue,common,fdnwriter,formats,plain,resid,text}_tests)
 # programs; and kx_failinghost_tests, kx_failingsqlite_tests and kx_lines_tests, which have not been tried there yet.
 LIBRARY=("${CONVERSIONS[@]}" kx_{allocation,churn,cost,device,exhaustion,failingmemory,firstcall,frame}_tests
          kx_{layout,loadonce,oamlookup,platform,sample,standalone,termination,thread}_tests)
-# qemu refuses filters of system calls. Of the other test's databases one stays locked there, for a reason not known yet.
+# qemu refuses filters of system calls. The other test has to get a lock within some seconds, and on a busy machine its
+# emulation may be too slow for that.
 LEFT_OUT='InventoryFile\.NeedsNoHardLinks|InventoryFileInJournalMode'
 
 # make_root PROCESSOR ROOT: the headers and libraries of Debian for the processor.
