@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds test programs for other processors, and runs them emulated by qemu. arm64: the tests of the library. s390x, which
-# is big-endian: those of the conversions. Wants to be root.
+# Builds test programs for other processors, and runs them emulated by qemu. arm64: the tests of the library. s390x,
+# which is big-endian: those of the conversions. Wants to be root.
 #   scripts/other-processors.sh [arm64|s390x]...      default: both
 set -euo pipefail
 cd "$(dirname "$0")/.."
