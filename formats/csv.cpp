@@ -1,5 +1,6 @@
 #include "formats/csv.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace NS_KX {
@@ -120,17 +121,20 @@ void CsvReader::Complain(std::string_view reason) const {
 }
 
 void AppendCsvField(std::string_view field, TextBuffer& out) {
-    if (field.find_first_of(",\"\r\n") == std::string_view::npos) {
+    const auto needsQuotes = [](char character) {
+        return character == ',' || character == '"' || character == '\r' || character == '\n';
+    };
+    if (std::none_of(field.begin(), field.end(), needsQuotes)) {
         Append(out, field);
         return;
     }
     out.Put('"');
-    for (const char character : field) {
-        out.Put(character);
-        if (character == '"') {
-            out.Put(character);
-        }
+    for (auto quote = field.find('"'); quote != std::string_view::npos; quote = field.find('"')) {
+        Append(out, field.substr(0, quote + 1));
+        out.Put('"');
+        field.remove_prefix(quote + 1);
     }
+    Append(out, field);
     out.Put('"');
 }
 
