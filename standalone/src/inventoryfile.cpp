@@ -282,6 +282,36 @@ std::string QueryText(const SQLite::Database& database, const char* query) {
     return statement.executeStep() ? statement.getColumn(0).getString() : std::string();
 }
 
+bool HasWriteAheadLog(const SQLite::Database& database) {
+    return QueryText(database, "PRAGMA journal_mode") == "wal";
+}
+
+// Returns the size in bytes of the opened file, or of its journal; 0 if that is not open.
+sqlite3_int64 SizeOf(const SQLite::Database& database, int pointerOperation) {
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(database.getHandle(), "main", pointerOperation, static_cast<void*>(&file));
+    sqlite3_int64 size = 0;
+    if (file != nullptr && file->pMethods != nullptr && file->pMethods->xFileSize(file, &size) != SQLITE_OK) {
+        throw SQLite::Exception("its size is not known", SQLITE_IOERR);
+    }
+    return size;
+}
+
+// Refuses a file that is cut off. SQLite itself reads the rest of a page that is cut off as zeros. Call it in a
+// transaction that has read something: only then an interrupted change is undone, and no one else changes the size.
+void CheckSize(const SQLite::Database& database, const fs::path& file) {
+    if (HasWriteAheadLog(database) && SizeOf(database, SQLITE_FCNTL_JOURNAL_POINTER) > 0) {
+        return;  // the log may hold the pages that the file lacks
+    }
+    const std::int64_t pages = std::stoll(QueryText(database, "PRAGMA page_count"));
+    const std::int64_t pageSize = std::stoll(QueryText(database, "PRAGMA page_size"));
+    const std::int64_t size = SizeOf(database, SQLITE_FCNTL_FILE_POINTER);
+    if (size < pages * pageSize || size % pageSize != 0) {
+        Place{file}.Fail("is cut off: it has " + std::to_string(size) + " bytes, and " + std::to_string(pages) +
+                         " pages of " + std::to_string(pageSize) + " bytes need " + std::to_string(pages * pageSize));
+    }
+}
+
 // Refuses a file of another kind or version, and one with more than the tables of an inventory: rows do not show what
 // a trigger or a view does.
 void CheckSchema(const SQLite::Database& database, const fs::path& file) {
@@ -479,10 +509,6 @@ bool IsMoved(const SQLite::Database& database) {
     return isMoved != 0;
 }
 
-bool HasWriteAheadLog(const SQLite::Database& database) {
-    return QueryText(database, "PRAGMA journal_mode") == "wal";
-}
-
 // Calls action while no one else can write `file`. First switches off a write-ahead log, which others may have switched
 // on: SQLite would apply it to the next file of that name.
 template <class Action>
@@ -544,6 +570,7 @@ Inventory ReadInventory(const fs::path& file) {
         // Reads one state of the file, even if others write meanwhile.
         const SQLite::Transaction transaction(database);
         CheckSchema(database, file);
+        CheckSize(database, file);
         Inventory inventory;
         inventory.neTypes = ReadNeTypes(database, file);
         inventory.nes = ReadNes(database, file, inventory.neTypes);

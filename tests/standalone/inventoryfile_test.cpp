@@ -269,6 +269,25 @@ TEST(InventoryFile, IsRefusedWhenPartOfItIsLost) {
                 AllOf(HasSubstr(file.string()), HasSubstr("table ne: "), HasSubstr("malformed")));
 }
 
+// SQLite reads the rest of a page that is cut off as zeros.
+TEST(InventoryFile, IsRefusedWhereverItIsCutOff) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", SmallInventory());
+    for (auto size = std::filesystem::file_size(file); size > 0; --size) {
+        std::filesystem::resize_file(file, size - 1);
+        EXPECT_THAT(ErrorOf([&] { ReadInventory(file); }), HasSubstr(file.string())) << size - 1;
+    }
+}
+
+TEST(InventoryFile, SaysHowMuchOfItIsCutOff) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", SmallInventory());
+    ASSERT_EQ(std::filesystem::file_size(file), 16384U);
+    std::filesystem::resize_file(file, 16383);
+    EXPECT_EQ(ErrorOf([&] { ReadInventory(file); }),
+              file.string() + ": is cut off: it has 16383 bytes, and 4 pages of 4096 bytes need 16384");
+}
+
 class InventoryWrittenBadly : public testing::Test {
 protected:
     InventoryWrittenBadly() { MakeInventory(m_file, SmallInventory()); }
@@ -473,6 +492,20 @@ TEST(InventoryFile, IsNotMixedWithTheWriteAheadLogOfTheFileBefore) {
     ReplaceInventory(file, LargeInventory(2, 100));
     EXPECT_FALSE(std::filesystem::exists(folder / "a.db-wal"));
     EXPECT_EQ(ReadInventory(file), LargeInventory(2, 100));
+}
+
+TEST(InventoryFile, MayHaveItsLastPagesInAWriteAheadLog) {
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", LargeInventory(1, 1));
+    SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
+    database.execAndGet("PRAGMA journal_mode = WAL");
+    database.exec("PRAGMA wal_autocheckpoint = 0");
+    const auto size = std::filesystem::file_size(file);
+    database.exec(
+        "WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < 9999) "
+        "INSERT INTO ne SELECT i, 1, 0, 0 FROM n");
+    ASSERT_EQ(std::filesystem::file_size(file), size);
+    EXPECT_EQ(ReadInventory(file), LargeInventory(1, 10000));
 }
 
 // Makes system calls fail in this process from now on, as on a file system that does not support them.
