@@ -559,7 +559,7 @@ void CreateInventory(const fs::path& file) {
     const InventoryFileUse use;
     At(Place{file}, [&] {
         const FileImage image({}, file);
-        WriteFile(file, [&] { NewFile(file.parent_path(), image.View()).Create(file); });
+        WriteFile(file, [&] { NewFile(file.parent_path(), image.View(), NewFile::Access::UMASK).Create(file); });
     });
 }
 
@@ -586,7 +586,8 @@ void ReplaceInventory(const fs::path& file, const Inventory& inventory) {
         WhileLocked(file, [&](const SQLite::Database& database) {
             CheckSchema(database, file);
             const fs::path target = fs::canonical(file);  // a symbolic link stays a link
-            WriteFile(file, [&] { NewFile(target.parent_path(), image.View()).Replace(target); });
+            WriteFile(file,
+                      [&] { NewFile(target.parent_path(), image.View(), NewFile::Access::OWNER).Replace(target); });
         });
     });
 }

@@ -18,8 +18,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr mode_t DEFAULT_PERMISSIONS = 0666;  // less the bits of the umask
-constexpr mode_t ALL_PERMISSIONS = 0777;      // without the bits that run a program as another user
+constexpr mode_t DEFAULT_PERMISSIONS = 0666;
+constexpr mode_t OWNER_PERMISSIONS = 0600;
+constexpr mode_t ALL_PERMISSIONS = 0777;  // without the bits that run a program as another user
 
 [[noreturn]] void Fail(int error) {
     throw std::system_error(error, std::generic_category());
@@ -60,9 +61,11 @@ std::string FindHiddenName(const fs::path& folder, TryName tryName) {
 
 }  // namespace
 
-NewFile::NewFile(const fs::path& folder, std::string_view bytes)
-    : m_folder(folder.empty() ? "." : folder), m_bytes(bytes) {
-    m_descriptor = open(m_folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, DEFAULT_PERMISSIONS);
+NewFile::NewFile(const fs::path& folder, std::string_view bytes, Access access)
+    : m_folder(folder.empty() ? "." : folder),
+      m_bytes(bytes),
+      m_permissions(access == Access::OWNER ? OWNER_PERMISSIONS : DEFAULT_PERMISSIONS) {
+    m_descriptor = open(m_folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, m_permissions);
     try {
         if (m_descriptor == -1) {
             OpenHidden();
@@ -106,24 +109,15 @@ void NewFile::Create(const fs::path& file) {
 
 void NewFile::Replace(const fs::path& file) {
     const SignalsBlocked blocked;
+    TakeRightsOf(file);
     TakeHiddenName();
-    struct stat old {};
-    if (stat(file.c_str(), &old) != 0) {
-        Fail(errno);
-    }
-    // Only the superuser may give a file away; others may at least keep its group if it is one of theirs.
-    if (fchown(m_descriptor, old.st_uid, old.st_gid) != 0) {
-        static_cast<void>(fchown(m_descriptor, static_cast<uid_t>(-1), old.st_gid) != 0);
-    }
-    if (fchmod(m_descriptor, old.st_mode & ALL_PERMISSIONS) != 0) {
-        Fail(errno);
-    }
+    TakeRightsOf(file);  // again: the name may have needed another file
     Rename(file);
 }
 
 void NewFile::OpenHidden() {
     m_hidden = FindHiddenName(m_folder, [this](const std::string& name) {
-        m_descriptor = open(name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, DEFAULT_PERMISSIONS);
+        m_descriptor = open(name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, m_permissions);
         return m_descriptor != -1;
     });
 }
@@ -158,6 +152,21 @@ void NewFile::TakeHiddenName() {
         Discard();
         OpenHidden();
         Write();
+    }
+}
+
+// Before the file has a name, so that no one can open it meanwhile who could not open `file`.
+void NewFile::TakeRightsOf(const fs::path& file) const {
+    struct stat old {};
+    if (stat(file.c_str(), &old) != 0) {
+        Fail(errno);
+    }
+    // Only the superuser may give a file away; others may at least keep its group if it is one of theirs.
+    if (fchown(m_descriptor, old.st_uid, old.st_gid) != 0) {
+        static_cast<void>(fchown(m_descriptor, static_cast<uid_t>(-1), old.st_gid) != 0);
+    }
+    if (fchmod(m_descriptor, old.st_mode & ALL_PERMISSIONS) != 0) {
+        Fail(errno);
     }
 }
 

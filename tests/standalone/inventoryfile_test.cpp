@@ -1,3 +1,4 @@
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -6,15 +7,19 @@
 #include <fstream>
 #include <functional>
 #include <initializer_list>
+#include <span>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -508,6 +513,13 @@ TEST(InventoryFile, MayHaveItsLastPagesInAWriteAheadLog) {
     EXPECT_EQ(ReadInventory(file), LargeInventory(1, 10000));
 }
 
+void Obey(std::span<sock_filter> filter) {
+    const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
+        _exit(3);
+    }
+}
+
 // Makes system calls fail in this process from now on, as on a file system that does not support them.
 void LetFail(std::initializer_list<std::pair<int, int>> callsAndErrors) {
     std::vector<sock_filter> program{BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
@@ -516,10 +528,28 @@ void LetFail(std::initializer_list<std::pair<int, int>> callsAndErrors) {
         program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)));
     }
     program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
-    const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
-    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0) {
-        _exit(3);
-    }
+    Obey(program);
+}
+
+// Ends this process at its next system call of this number.
+void DieAt(int call) {
+    std::array program{sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                       sock_filter BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(call), 0, 1),
+                       sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS),
+                       sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    Obey(program);
+}
+
+// Makes this process open no file without a name from now on, as on a file system that cannot hold one.
+void RefuseUnnamedFiles() {
+    constexpr unsigned UNNAMED = O_TMPFILE & ~O_DIRECTORY;
+    std::array program{sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                       sock_filter BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+                       sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+                       sock_filter BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, UNNAMED, 0, 1),
+                       sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+                       sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    Obey(program);
 }
 
 // Runs isRight in a forked process. Returns 0 if it returned true.
@@ -557,6 +587,39 @@ TEST(InventoryFile, NeedsNoHardLinks) {
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
     }
 }
+
+class InventoryFileOfOneUser : public testing::TestWithParam<std::tuple<int, bool>> {};
+
+// At no moment, so that a process that dies then leaves nothing that others may read.
+TEST_P(InventoryFileOfOneUser, IsNeverShownToOthers) {
+    const auto [lastCall, areUnnamedRefused] = GetParam();
+    const TemporaryFolder folder;
+    const auto file = MakeInventory(folder / "a.db", LargeInventory(1, 10));
+    std::filesystem::permissions(file, std::filesystem::perms{0600});
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        umask(0);
+        if (areUnnamedRefused) {
+            RefuseUnnamedFiles();
+        }
+        DieAt(lastCall);
+        ReplaceInventory(file, SmallInventory());
+        _exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << status;
+    std::size_t drafts = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+        EXPECT_EQ(entry.status().permissions(), std::filesystem::perms{0600}) << entry.path();
+        drafts += entry.path().filename().string().starts_with(".inventory.") ? 1 : 0;
+    }
+    EXPECT_EQ(drafts, areUnnamedRefused ? 1U : 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, InventoryFileOfOneUser,
+                         testing::Combine(testing::Values(SYS_fsync, SYS_fchown, SYS_fchmod), testing::Bool()));
 
 // ---- Refused, and why -----------------------------------------------------------------------------------------------
 
