@@ -14,11 +14,12 @@
 #include <utility>
 
 #include <spdlog/logger.h>
-#include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/sinks/sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
 #include "forks.h"
+#include "logfile.h"
+#include "text/steering.h"
 
 namespace NS_STANDALONE {
 
@@ -72,6 +73,27 @@ std::optional<std::string> FormatMessage(const char* format, std::va_list argume
     return message;
 }
 
+// The record in one line: what would end it or steer a terminal stands as in C.
+std::string InOneLine(std::string_view record) {
+    std::string line;
+    line.reserve(record.size());
+    while (true) {
+        const std::size_t harmless = NS_KX::HarmlessSize(record);
+        line.append(record.substr(0, harmless));
+        record.remove_prefix(harmless);
+        if (record.empty()) {
+            return line;
+        }
+        const std::string_view first = record.substr(0, NS_KX::SizeOfFirst(record));
+        if (const auto at = std::string_view("\n\r\t").find(first); at != std::string_view::npos) {
+            line.append(1, '\\').append(1, "nrt"[at]);
+        } else {
+            NS_KX::AppendInHex(line, first);
+        }
+        record.remove_prefix(first.size());
+    }
+}
+
 class Logger final : public NS_SERVICE::ModuleLogger {
 public:
     Logger(const std::string& name, spdlog::sink_ptr sink, spdlog::level::level_enum threshold)
@@ -91,8 +113,14 @@ public:
         va_start(arguments, format);
         const std::optional<std::string> message = FormatMessage(format, arguments);
         va_end(arguments);
-        if (message) {  // without memory, only the record is lost: the logged operation goes on
-            m_logger.log(recordLevel, "{}:{} {}: {}", file, line, function, *message);
+        try {
+            if (message) {
+                const std::string record =
+                    InOneLine(file + ":" + std::to_string(line) + " " + function + ": " + *message);
+                m_logger.log(recordLevel, spdlog::string_view_t(record.data(), record.size()));
+            }
+        } catch (const std::bad_alloc&) {
+            return;  // only the record is lost: the logged operation goes on
         }
     }
 
@@ -105,8 +133,7 @@ spdlog::sink_ptr MakeSink(const LogTarget& target) {
         return std::make_shared<spdlog::sinks::stderr_sink_st>();
     }
     try {
-        return std::make_shared<spdlog::sinks::rotating_file_sink_st>(target.file.string(), target.maxFileBytes,
-                                                                      target.maxFiles);
+        return std::make_shared<LogFile>(target.file, target.maxFileBytes, target.maxFiles);
     } catch (const spdlog::spdlog_ex& error) {
         throw std::runtime_error(target.file.string() + ": cannot be the log file: " + error.what());
     }

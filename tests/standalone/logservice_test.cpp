@@ -155,6 +155,49 @@ TEST_F(LogService, RotatesItsFile) {
     }
 }
 
+// "kx.1.log" is a folder with something in it, so the file cannot get that name.
+TEST_F(LogService, GoesOnInItsFileWhenItCannotRotate) {
+    HostOptions options = ToFile();
+    options.log.maxFileBytes = 1000;
+    options.log.maxFiles = 1;
+    std::filesystem::create_directories(m_folder / "kx.1.log" / "in the way");
+    testing::internal::CaptureStderr();
+    {
+        const Host host(options);
+        ModuleLogger* const logger = Service()->GetModuleLogger("m", "s", "debug");
+        for (int record = 0; record < 200; ++record) {
+            logger->WriteLog("f", "g", 1, 0, "record %d.", record);
+        }
+        const std::string complaint = testing::internal::GetCapturedStderr();
+        EXPECT_THAT(complaint, testing::StartsWith(m_file.string() + ": the log cannot be rotated"));
+        EXPECT_EQ(std::ranges::count(complaint, '\n'), 1) << complaint;
+        const std::string all = ReadFile(m_file);
+        EXPECT_EQ(std::ranges::count(all, '\n'), 200);
+        EXPECT_THAT(all, HasSubstr("record 0."));
+
+        std::filesystem::remove_all(m_folder / "kx.1.log");
+        for (int record = 200; record < 300; ++record) {
+            logger->WriteLog("f", "g", 1, 0, "record %d.", record);
+        }
+    }
+    EXPECT_TRUE(std::filesystem::is_regular_file(m_folder / "kx.1.log"));
+    EXPECT_LE(std::filesystem::file_size(m_file), 1000U);
+}
+
+TEST_F(LogService, WritesEachRecordInOneLine) {
+    const std::string text = WrittenFrom("debug", [](ModuleLogger& logger) {
+        logger.WriteLog("f", "g", 1, 0,
+                        "a\nb\r\tc\x1b[31md\x7f"
+                        "e\\n K\xc3\xb6ln");
+        logger.WriteLog("file\n", "function\n", 1, 0, "x");
+        logger.WriteLog("f", "g", 1, 0, "C1 \xc2\x9b, bidi \xe2\x80\xae, no UTF-8 \xff");
+    });
+    EXPECT_THAT(text, HasSubstr("f:1 g: a\\nb\\r\\tc\\x1b[31md\\x7fe\\n K\xc3\xb6ln\n"));
+    EXPECT_THAT(text, HasSubstr("file\\n:1 function\\n: x\n"));
+    EXPECT_THAT(text, HasSubstr("f:1 g: C1 \\xc2\\x9b, bidi \\xe2\\x80\\xae, no UTF-8 \\xff\n"));
+    EXPECT_EQ(std::ranges::count(text, '\n'), 3);
+}
+
 TEST_F(LogService, WritesToStderr) {
     testing::internal::CaptureStderr();
     {
