@@ -11,17 +11,15 @@ namespace NS_KX {
 
 /// Whether `character`, one in UTF-8, is a control character (C0, DEL, C1) or turns the direction of text.
 constexpr bool IsSteering(std::string_view character) noexcept {
-    const auto isBetween = [](std::string_view text, std::string_view first, std::string_view last) {
-        return text >= first && text <= last;
-    };
+    const auto last = static_cast<unsigned char>(character.back());
     switch (character.size()) {
         case 1:
-            return static_cast<unsigned char>(character[0]) < 0x20U || character[0] == '\x7F';
+            return last < 0x20U || last == 0x7FU;
         case 2:
-            return isBetween(character, "\xC2\x80", "\xC2\x9F");
+            return character[0] == '\xC2' && last <= 0x9FU;  // U+0080 to U+009F
         case 3:
-            return isBetween(character, "\xE2\x80\xAA", "\xE2\x80\xAE") ||
-                   isBetween(character, "\xE2\x81\xA6", "\xE2\x81\xA9");
+            return (character.starts_with("\xE2\x80") && last >= 0xAAU && last <= 0xAEU) ||  // U+202A to U+202E
+                   (character.starts_with("\xE2\x81") && last >= 0xA6U && last <= 0xA9U);    // U+2066 to U+2069
         default:
             return false;
     }
