@@ -1,9 +1,12 @@
 #include "lines/descriptor.h"
 
 #include <cerrno>
+#include <string>
 
 #include <poll.h>
 #include <unistd.h>
+
+#include "text/steering.h"
 
 namespace NS_KX {
 
@@ -19,6 +22,16 @@ bool MayTryAgain(int descriptor, short event) noexcept {
     }
     pollfd waited{descriptor, event, 0};
     return poll(&waited, 1, -1) != -1 || errno == EINTR;
+}
+
+// How many bytes `text` begins with that a message may have as they are: newlines steer a terminal, but end messages.
+std::size_t ShownSize(std::string_view text) noexcept {
+    std::size_t size = HarmlessSize(text);
+    while (size < text.size() && text[size] == '\n') {
+        ++size;
+        size += HarmlessSize(text.substr(size));
+    }
+    return size;
 }
 
 }  // namespace
@@ -50,7 +63,18 @@ bool WriteAll(int descriptor, std::string_view text) noexcept {
 }
 
 void WriteMessage(std::string_view text) noexcept {
-    static_cast<void>(WriteAll(STDERR_FILENO, text));
+    while (!text.empty()) {
+        const std::size_t shown = ShownSize(text);
+        static_cast<void>(WriteAll(STDERR_FILENO, text.substr(0, shown)));
+        text.remove_prefix(shown);
+        if (!text.empty()) {
+            const std::size_t size = SizeOfFirst(text);
+            std::string escaped;  // short enough to allocate nothing: the memory may be exhausted
+            AppendInHex(escaped, text.substr(0, size));
+            static_cast<void>(WriteAll(STDERR_FILENO, escaped));
+            text.remove_prefix(size);
+        }
+    }
 }
 
 }  // namespace NS_KX

@@ -30,7 +30,9 @@ ssize_t ReadSome(int descriptor, char* memory, std::size_t size) noexcept;
 /// write.
 bool WriteAll(int descriptor, std::string_view text) noexcept;
 
-/// Writes `text` to standard error. A failure is ignored: there is no other place for a message.
+/// Writes `text` to standard error. Bytes that would steer a terminal, other than newlines, and bytes that are not
+/// UTF-8 stand as "\x1b": a name or a line from outside must not. A failure is ignored: there is no other place for a
+/// message.
 void WriteMessage(std::string_view text) noexcept;
 
 }  // namespace NS_KX

@@ -53,6 +53,11 @@ std::string TimeLeft(const ProgressState& state, double share) {
     return ", " + Duration(static_cast<std::uint64_t>(std::llround(left))) + " left";
 }
 
+// Unlike a message, it steers the terminal.
+void Draw(std::string_view text) {
+    static_cast<void>(WriteAll(STDERR_FILENO, text));
+}
+
 }  // namespace
 
 std::string ProgressText(const ProgressState& state, std::size_t width) {
@@ -84,12 +89,12 @@ void Progress::Update(std::uint64_t bytes, std::uint64_t lines) {
     m_lastDrawn = now;
     m_isDrawn = true;
     const std::size_t width = ColumnsOf(STDERR_FILENO, USUAL_WIDTH) - 1;  // in the last column, some terminals wrap
-    WriteMessage("\r" + ProgressText({bytes, m_totalBytes, lines, now - m_begin}, width) + "\033[K");
+    Draw("\r" + ProgressText({bytes, m_totalBytes, lines, now - m_begin}, width) + "\033[K");
 }
 
 void Progress::Clear() {
     if (m_isDrawn) {
-        WriteMessage("\r\033[K");
+        Draw("\r\033[K");
         m_isDrawn = false;
     }
 }

@@ -1,23 +1,29 @@
 #include "text/quoting.h"
 
-#include "text/utf8.h"
+#include "text/steering.h"
 
 namespace NS_KX {
 
 void AppendQuoted(std::string& message, std::string_view text, std::size_t longest) {
-    constexpr std::string_view DIGITS = "0123456789abcdef";
     const std::string_view shown = text.substr(0, longest);
-    const std::size_t validEnd = FindInvalidUtf8(shown);
+    const bool isCut = shown.size() < text.size();
     message += '"';
-    for (std::size_t at = 0; at < shown.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(shown[at]);
-        if (byte < 0x20U || byte == 0x7FU || at >= validEnd) {
-            message.append("\\x").append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
-        } else {
-            message += shown[at];
+    AppendHarmless(message, shown);
+    message += isCut ? "...\"" : "\"";
+}
+
+void AppendHarmless(std::string& message, std::string_view text) {
+    while (true) {
+        const std::size_t harmless = HarmlessSize(text);
+        message.append(text.substr(0, harmless));
+        text.remove_prefix(harmless);
+        if (text.empty()) {
+            return;
         }
+        const std::size_t size = SizeOfFirst(text);
+        AppendInHex(message, text.substr(0, size));
+        text.remove_prefix(size);
     }
-    message += shown.size() < text.size() ? "...\"" : "\"";
 }
 
 }  // namespace NS_KX

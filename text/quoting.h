@@ -11,7 +11,11 @@ namespace NS_KX {
 /// that would steer a terminal.
 void AppendQuoted(std::string& message, std::string_view text, std::size_t longest = 60);
 
-/// The same by itself.
+/// Appends `text` to a message, and replaces as "\x1b" each byte of characters that would steer a terminal, and each
+/// byte that is not UTF-8.
+void AppendHarmless(std::string& message, std::string_view text);
+
+/// The quoted text by itself.
 inline std::string Quoted(std::string_view text, std::size_t longest = 60) {
     std::string quoted;
     AppendQuoted(quoted, text, longest);

@@ -41,6 +41,27 @@ std::string LastLine(std::string text) {
 
 }  // namespace
 
+// ---- What would steer a terminal -----------------------------------------------------------------------------------
+
+class ToolMessages : public ProgramTest {};
+
+TEST_F(ToolMessages, SteerNoTerminal) {
+    const std::string name =
+        "no\x1b[31m\xc2\x9b"
+        "1m\xe2\x80\xae\xff"
+        "file";
+    const std::string shown = R"(no\x1b[31m\xc2\x9b1m\xe2\x80\xae\xfffile)";
+    EXPECT_EQ(Shell("kxdu check '" + name + "'").err, "kxdu: " + shown + ": No such file or directory\n");
+    EXPECT_EQ(Shell("kxdu decode --no-such='" + name + "' '" + name + "'").err.find(name), std::string::npos);
+    const Ended verb = Shell("kxdu '" + name + "'");
+    EXPECT_NE(verb.err.find("unknown verb \"" + shown + "\""), std::string::npos) << verb.err;
+    WriteFile(name, "NE=1,no level\n");
+    const Ended line = Shell("kxdu decode '" + name + "'");
+    EXPECT_TRUE(line.err.starts_with(shown + ":1:")) << line.err;
+    const Ended rejects = Shell("kxdu decode --rejects rejects '" + name + "'; cat rejects");
+    EXPECT_TRUE(rejects.out.starts_with(name + ":1:")) << rejects.out;
+}
+
 // ---- Binary garbage -------------------------------------------------------------------------------------------------
 
 class ToolWithGarbage : public ProgramTest {

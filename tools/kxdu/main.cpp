@@ -101,7 +101,9 @@ int Main(int argc, char** argv) {
         app.parse(HiddenArguments(argc, argv));
     } catch (const CLI::ParseError& error) {
         std::ostringstream answer;
-        if (app.exit(error, answer) != 0) {
+        std::ostringstream complaint;
+        if (app.exit(error, answer, complaint) != 0) {
+            WriteMessage(complaint.str());
             return AsInt(ExitCode::USAGE);
         }
         action = [text = answer.str()] {
