@@ -35,7 +35,16 @@ py::object FactOf(const py::object& facts, const char* name) {
     if (py::isinstance<py::dict>(facts)) {
         return facts.attr("get")(name);
     }
-    return py::getattr(facts, name, py::none());
+    // Not py::getattr with a default: it swallows whatever a property raises.
+    PyObject* const fact = PyObject_GetAttrString(facts.ptr(), name);
+    if (fact != nullptr) {
+        return py::reinterpret_steal<py::object>(fact);
+    }
+    if (PyErr_ExceptionMatches(PyExc_AttributeError) == 0) {
+        throw py::error_already_set();
+    }
+    PyErr_Clear();
+    return py::none();
 }
 
 py::object FunctionOf(const py::object& facts, const char* name) {

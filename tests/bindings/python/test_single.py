@@ -108,6 +108,15 @@ def test_what_a_function_among_the_facts_raises_passes_through():
         kx.encode(kx.decode(PORT), {**NONE_SPELLED_OUT, "ne_type": lambda ne: ne // 0})
 
 
+@pytest.mark.parametrize("name", ["carrier_profile", "sub_slot_ne_types", "ne_type", "oam_numbers_omitted"])
+def test_what_a_property_of_the_facts_raises_passes_through(name):
+    def fail(_):
+        raise RuntimeError("not now")
+    facts = type("Facts", (), {name: property(fail)})()
+    with pytest.raises(RuntimeError, match="not now"):
+        kx.encode(changed(PORT, portId=8), facts)
+
+
 def test_a_function_among_the_facts_may_decode_and_encode():
     def ne_type(ne):
         assert kx.encode(kx.decode(f"NE={ne + 1}")) == "NE=13"
