@@ -6,8 +6,8 @@
 
 namespace NS_KX {
 
-/// A file to whose end lines are appended as they come. Programs that rotate logs may rename or remove it meanwhile, and
-/// other processes may append to it in the same way.
+/// A file to whose end lines are appended as they come. Programs that rotate logs may rename or remove it meanwhile,
+/// and other processes may append to it in the same way.
 class AppendedFile {
 public:
     /// Opens the file, or makes it. If its last line has no end, because a writer was stopped in the middle of it,
