@@ -90,10 +90,10 @@ std::string ContradictionIn(const Kind& kind, const void* record) {
     }
     for (const auto& [unusedName, writtenName] : TWINS_OF_ACCESS_POINTS) {
         const Field* const unused = FindField(kind, unusedName);
-        if (!IsKnown(kind, *unused, record)) {
+        const Field* const written = FindField(kind, writtenName);
+        if (unused == nullptr || written == nullptr || !IsKnown(kind, *unused, record)) {
             continue;
         }
-        const Field* const written = FindField(kind, writtenName);
         if (NumberIn(*unused, record) != NumberIn(*written, record)) {
             return Quoted(unusedName) + " is " + ValueOf(*unused, record) + ", but " + Quoted(writtenName) +
                    ", which is written, is " + ValueOf(*written, record) + ": change both, or leave " +

@@ -30,8 +30,8 @@ bool IsNothingRead(const Kind& kind, const void* record);
 /// The fields of `record`, which is of this kind, without reserved ones.
 std::vector<FieldValue> FieldsOf(const Kind& kind, const void* record);
 
-/// What `record` says twice, and differently: a field that no writer uses stands beside the one that is written. Empty
-/// if nothing is. What is read from an identifier never contradicts itself.
+/// Says which field that no writer uses differs from the field that is written in its place; empty if none does. What
+/// is read from an identifier never contradicts itself.
 std::string ContradictionIn(const Kind& kind, const void* record);
 
 /// The message to users when nothing is read.

@@ -14,7 +14,7 @@
 #include "text/line.h"
 #include "text/number.h"
 #include "text/quoting.h"
-#include "text/utf8sequence.h"
+#include "text/steering.h"
 
 namespace NS_KX {
 
@@ -68,11 +68,6 @@ std::string_view FindOddCharacter(std::string_view text) {
         }
     }
     return {};
-}
-
-// The character that `text`, which is not empty, begins with.
-std::string_view FirstCharacterOf(std::string_view text) {
-    return text.substr(0, std::max<std::size_t>(Utf8SequenceSize(text), 1));
 }
 
 class LevelCheck {
@@ -154,7 +149,8 @@ private:
         if (wrong == tag.end()) {
             return true;
         }
-        const std::string_view place = FirstCharacterOf(tag.substr(static_cast<std::size_t>(wrong - tag.begin())));
+        const std::string_view rest = tag.substr(static_cast<std::size_t>(wrong - tag.begin()));
+        const std::string_view place = rest.substr(0, SizeOfFirst(rest));
         if (*wrong == ' ' || *wrong == '\t') {
             Report(place, "blank in a tag", "blank in the tag " + Quoted(tag));
         } else if (*wrong >= 'a' && *wrong <= 'z') {

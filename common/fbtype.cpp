@@ -41,7 +41,7 @@ private:
 
 // Made when the library is loaded, not by a first call, in the middle of which another thread may fork.
 auto& fbTypeNames = *new LazyTable<std::map<int, std::string>>;
-// A flag for each FB type, one place further: whether it is listed.
+// For each FB type a flag: whether it is listed. The flag of type N stands at N + 1.
 auto& ptnAidFbTypes = *new LazyTable<std::vector<unsigned char>>;
 auto& portObjectFbTypes = *new LazyTable<std::vector<unsigned char>>;
 

@@ -16,13 +16,8 @@ namespace {
 constexpr std::string_view FDN = "fdn";
 constexpr std::string_view TYPE = "type";
 
-bool IsFieldOfAKind(std::string_view name) {
-    const auto kinds = AllKinds();
-    return std::any_of(kinds.begin(), kinds.end(), [&](const Kind* kind) { return FindField(*kind, name) != nullptr; });
-}
-
 bool IsColumn(std::string_view name) {
-    return name == FDN || name == TYPE || IsFieldOfAKind(name);
+    return name == FDN || name == TYPE || IsFieldOfSomeKind(name);
 }
 
 std::string Counted(std::size_t count, const char* what) {

@@ -22,8 +22,9 @@ public:
     /// Makes room for a row. `cells`: one for each column, printable.
     void Measure(const std::vector<std::string>& cells);
 
-    /// From now on, wraps the last column so that no line is wider than `width`. Returns false, and wraps nothing, if
-    /// that is not possible: the other columns leave too little room, or the last one holds numbers.
+    /// From now on, wraps the last column so that no line is wider than `width`, but for a longer word. Returns false,
+    /// and wraps nothing, if that is not possible: the other columns leave too little room, or the last one holds
+    /// numbers.
     bool WrapInto(std::size_t width);
 
     /// The head and a rule, two lines ended by LF.

@@ -1,5 +1,4 @@
-/// Compressed input gives the same text, or the same refusal, whether it comes whole or in small parts, and never more
-/// than there is room for.
+/// Compressed input that is read whole gives the same text in small parts, and never more than there is room for.
 #include <optional>
 
 #include "fuzz/input.h"

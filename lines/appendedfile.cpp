@@ -17,23 +17,20 @@ namespace NS_KX {
 
 namespace {
 
-// The turn of one of several processes that append to the same file; without it, a line that a stopped process did not
-// finish would swallow the beginning of another one's. Waits for a turn, but not for long: whoever keeps the file to
-// itself must not hold alarms back.
+// The turn of one of several processes that append to the same file. Otherwise a line that a stopped process did not
+// finish would swallow the beginning of another one's.
 class Turn {
 public:
-    explicit Turn(int file) : m_file(file) {
+    // Waits for a turn, but not for long, and not again if someone keeps the file to itself: alarms must not be held
+    // back. `isKeptByOther` says so from one turn to the next.
+    Turn(int file, bool& isKeptByOther) : m_file(file) {
         constexpr int MOST_TRIES = 100;
         constexpr std::chrono::milliseconds PAUSE{10};
-        for (int tries = 0; tries < MOST_TRIES && !m_isTaken; ++tries) {
-            m_isTaken = flock(m_file, LOCK_EX | LOCK_NB) == 0;
-            if (!m_isTaken && errno != EWOULDBLOCK) {
-                return;  // the file system has no locks
-            }
-            if (!m_isTaken) {
-                std::this_thread::sleep_for(PAUSE);
-            }
+        const int mostTries = isKeptByOther ? 1 : MOST_TRIES;
+        for (int tries = 1; !Take() && errno == EWOULDBLOCK && tries < mostTries; ++tries) {
+            std::this_thread::sleep_for(PAUSE);
         }
+        isKeptByOther = !m_isTaken;
     }
     ~Turn() {
         if (m_isTaken) {
@@ -44,6 +41,11 @@ public:
     Turn& operator=(const Turn&) = delete;
 
 private:
+    bool Take() {
+        m_isTaken = flock(m_file, LOCK_EX | LOCK_NB) == 0;
+        return m_isTaken;
+    }
+
     int m_file;
     bool m_isTaken = false;
 };
@@ -71,7 +73,7 @@ void AppendedFile::Write(std::string_view lines) {
         Close();
         Open();
     }
-    const Turn turn(m_descriptor);
+    const Turn turn(m_descriptor, m_isKeptByOther);
     EndLastLine();
     if (!WriteAll(m_descriptor, lines)) {
         FailByErrno(Cause::OUTPUT, m_name);
@@ -84,7 +86,7 @@ void AppendedFile::Open() {
     if (m_descriptor == -1) {
         FailByErrno(Cause::OUTPUT, m_name);
     }
-    const Turn turn(m_descriptor);
+    const Turn turn(m_descriptor, m_isKeptByOther);
     EndLastLine();
 }
 

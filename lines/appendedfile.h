@@ -29,6 +29,7 @@ private:
 
     std::filesystem::path m_name;
     int m_descriptor = -1;
+    bool m_isKeptByOther = false;  // someone kept the file locked for long
 };
 
 }  // namespace NS_KX

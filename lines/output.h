@@ -23,8 +23,8 @@ public:
     };
 
     /// Standard output if `file` is empty, "-" or "/dev/stdout". Throws `Failure` with `Cause::OUTPUT`, and with
-    /// `Cause::INPUT` for the journal of a database, for .xz, and if it cannot append because the name asks for
-    /// compression.
+    /// `Cause::INPUT` for the journal of a database, for the ending of a format that is not written (see
+    /// `MakeEncoder`), and if it cannot append because the name asks for compression.
     explicit Output(const std::filesystem::path& file, Mode mode = Mode::REPLACE);
     ~Output();
     Output(const Output&) = delete;

@@ -1,7 +1,6 @@
 #include "lines/outputconflicts.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "lines/failure.h"

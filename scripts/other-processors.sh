@@ -43,7 +43,11 @@ build() {
 # build_and_test PROCESSOR MACHINE PROGRAM...
 build_and_test() {
     local processor=$1 log=build/$1.log root=build/root-$1 bad
-    [ -d "$root" ] || make_root "$processor" "$root"
+    if [ ! -d "$root" ]; then
+        rm -rf "$root.new"
+        make_root "$processor" "$root.new"
+        mv "$root.new" "$root"
+    fi
     echo "== $processor: build"
     if ! build "$@" >"$log" 2>&1; then
         tail -n 60 "$log"

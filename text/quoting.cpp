@@ -4,14 +4,9 @@
 
 namespace NS_KX {
 
-void AppendQuoted(std::string& message, std::string_view text, std::size_t longest) {
-    const std::string_view shown = text.substr(0, longest);
-    const bool isCut = shown.size() < text.size();
-    message += '"';
-    AppendHarmless(message, shown);
-    message += isCut ? "...\"" : "\"";
-}
+namespace {
 
+// Appends `text`, with escapes for what would steer a terminal and for bytes that are not UTF-8.
 void AppendHarmless(std::string& message, std::string_view text) {
     while (true) {
         const std::size_t harmless = HarmlessSize(text);
@@ -24,6 +19,16 @@ void AppendHarmless(std::string& message, std::string_view text) {
         AppendInHex(message, text.substr(0, size));
         text.remove_prefix(size);
     }
+}
+
+}  // namespace
+
+void AppendQuoted(std::string& message, std::string_view text, std::size_t longest) {
+    const std::string_view shown = text.substr(0, longest);
+    const bool isCut = shown.size() < text.size();
+    message += '"';
+    AppendHarmless(message, shown);
+    message += isCut ? "...\"" : "\"";
 }
 
 }  // namespace NS_KX

@@ -10,11 +10,6 @@ namespace NS_KX {
 /// Appends `text` in double quotes to a message. Cuts it if it has more than `longest` bytes, and replaces characters
 /// that would steer a terminal.
 void AppendQuoted(std::string& message, std::string_view text, std::size_t longest = 60);
-
-/// Appends `text` to a message, and replaces as "\x1b" each byte of characters that would steer a terminal, and each
-/// byte that is not UTF-8.
-void AppendHarmless(std::string& message, std::string_view text);
-
 /// The quoted text by itself.
 inline std::string Quoted(std::string_view text, std::size_t longest = 60) {
     std::string quoted;

@@ -13,7 +13,6 @@
 #include <system_error>
 #include <thread>
 #include <tuple>
-#include <utility>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <SQLiteCpp/VariadicBind.h>
@@ -301,12 +300,12 @@ sqlite3_int64 SizeOf(const SQLite::Database& database, int pointerOperation) {
 // transaction that has read something: only then an interrupted change is undone, and no one else changes the size.
 void CheckSize(const SQLite::Database& database, const fs::path& file) {
     if (HasWriteAheadLog(database) && SizeOf(database, SQLITE_FCNTL_JOURNAL_POINTER) > 0) {
-        return;  // the log may hold the pages that the file lacks
+        return;  // the log may hold the pages that the file lacks, or may be left from a time when it did
     }
     const std::int64_t pages = std::stoll(QueryText(database, "PRAGMA page_count"));
     const std::int64_t pageSize = std::stoll(QueryText(database, "PRAGMA page_size"));
     const std::int64_t size = SizeOf(database, SQLITE_FCNTL_FILE_POINTER);
-    if (size < pages * pageSize || size % pageSize != 0) {
+    if (size < pages * pageSize) {
         Place{file}.Fail("is cut off: it has " + std::to_string(size) + " bytes, and " + std::to_string(pages) +
                          " pages of " + std::to_string(pageSize) + " bytes need " + std::to_string(pages * pageSize));
     }

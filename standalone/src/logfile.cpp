@@ -78,9 +78,31 @@ std::string LogFile::Rotate() {
     return {};
 }
 
-// Returns why a file cannot be renamed.
+// Returns why a file cannot be renamed. The newest one goes first, to a name aside: if it must stay, so do all others.
 std::string LogFile::RenameAll() const {
-    for (std::size_t age = m_maxFiles; age > 0; --age) {
+    if (m_maxFiles == 0) {
+        return {};
+    }
+    std::error_code error;
+    const std::string aside = m_name + ".rotated";
+    fs::rename(m_name, aside, error);
+    if (error) {
+        return m_name + ": " + error.message();
+    }
+    std::string cause = RenameOlder();
+    if (cause.empty()) {
+        fs::rename(aside, NameOf(1), error);
+        cause = error ? NameOf(1) + ": " + error.message() : "";
+    }
+    if (!cause.empty()) {
+        fs::rename(aside, m_name, error);
+    }
+    return cause;
+}
+
+// Returns why one of the older files cannot be renamed.
+std::string LogFile::RenameOlder() const {
+    for (std::size_t age = m_maxFiles; age > 1; --age) {
         std::error_code error;
         fs::rename(NameOf(age - 1), NameOf(age), error);
         if (error && error != std::errc::no_such_file_or_directory) {

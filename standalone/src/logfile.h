@@ -28,6 +28,7 @@ private:
 
     [[nodiscard]] std::string NameOf(std::size_t age) const;
     std::string RenameAll() const;
+    std::string RenameOlder() const;
     std::string Rotate();
     void RotateOrGoOn();
 

@@ -23,8 +23,8 @@ public:
     /// Gives it the name `file`, which is in the folder. Throws EEXIST if there is such a file. Call it once.
     void Create(const std::filesystem::path& file);
 
-    /// Replaces `file`, which is in the folder; keeps its permissions and, if possible, its owner. Call it once, and
-    /// only of Access::OWNER: `file` may be secret.
+    /// Replaces `file`, which is in the folder; keeps its permissions and, if possible, its owner. Call it once.
+    /// Only for a file made with Access::OWNER: `file` may be secret.
     void Replace(const std::filesystem::path& file);
 
 private:

@@ -1,5 +1,6 @@
 #include "lines/appendedfile.h"
 
+#include <chrono>
 #include <fstream>
 #include <thread>
 
@@ -74,8 +75,14 @@ TEST_F(AppendedFileTest, DoesNotWaitForeverForItsTurn) {
     AppendedFile file(folder / "file");
     const int holder = open((folder / "file").c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(flock(holder, LOCK_EX), 0);
-    file.Write("a\n");
-    EXPECT_EQ(ReadFile("file"), "a\n");
+    const auto begin = std::chrono::steady_clock::now();
+    std::string all;
+    for (int lines = 0; lines < 100; ++lines) {
+        file.Write("a\n");
+        all += "a\n";
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10)) << "it waits for each line";
+    EXPECT_EQ(ReadFile("file"), all);
     close(holder);
 }
 

@@ -184,6 +184,27 @@ TEST_F(LogService, GoesOnInItsFileWhenItCannotRotate) {
     EXPECT_LE(std::filesystem::file_size(m_file), 1000U);
 }
 
+TEST_F(LogService, KeepsItsOlderFilesWhenTheNewestMustStay) {
+    WriteFile(m_folder / "kx.1.log", "one\n");
+    WriteFile(m_folder / "kx.2.log", "two\n");
+    std::filesystem::create_directory(m_folder / "kx.log.rotated");
+    HostOptions options = ToFile();
+    options.log.maxFileBytes = 1000;
+    options.log.maxFiles = 2;
+    testing::internal::CaptureStderr();
+    {
+        const Host host(options);
+        ModuleLogger* const logger = Service()->GetModuleLogger("m", "s", "debug");
+        for (int record = 0; record < 200; ++record) {
+            logger->WriteLog("f", "g", 1, 0, "record %d.", record);
+        }
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::StartsWith(m_file.string() + ": the log cannot be"));
+    EXPECT_EQ(ReadFile(m_folder / "kx.1.log"), "one\n");
+    EXPECT_EQ(ReadFile(m_folder / "kx.2.log"), "two\n");
+    EXPECT_EQ(std::ranges::count(ReadFile(m_file), '\n'), 200);
+}
+
 TEST_F(LogService, WritesEachRecordInOneLine) {
     const std::string text = WrittenFrom("debug", [](ModuleLogger& logger) {
         logger.WriteLog("f", "g", 1, 0,

@@ -17,9 +17,9 @@ namespace NS_STANDALONE {
 /// message. Record levels: 0 error, 1 warning, 2 info, 3 debug, above that trace; below 0 counts as 0. A caller asks
 /// for a logger by its level ("error", "warning", "info", "debug", "trace"; any other name counts as "debug"). The
 /// logger writes records of that level and more severe ones. Warnings and errors are in the file at once, others later.
-/// A newline in a record stands as "\n"; other control characters and bytes that are not UTF-8 stand as "\x1b". If the
-/// file cannot be rotated, it grows: that is said once on standard error, and tried again when it has grown by
-/// `maxFileBytes`.
+/// Line feeds, carriage returns and tabs in a record stand as "\n", "\r" and "\t"; other control characters, overrides
+/// of direction and bytes that are not UTF-8 as "\x1b". If the file cannot be rotated, it grows: that is said once on
+/// standard error, and tried again when it has grown by `maxFileBytes`.
 struct LogTarget {
     enum class Kind { NONE, STDERR, FILE };
 

@@ -74,9 +74,10 @@ TEST_F(DecodeTest, TypesAndKindsCanBeChosen) {
     EXPECT_EQ(Shell(decode + "PortIndex,NEIndex", SOME).out, "type,neId\nNEIndex,5\nPortIndex,5\n");
     EXPECT_EQ(Shell(decode + "port", SOME).out, "type,neId\nPortIndex,5\nPortIndex:NEType,5\n");
     EXPECT_TRUE(Shell("kxdu decode --format csv --only ne").out.starts_with("fdn,type,oneId,neId,reserved\n"));
-    const Ended wrong = Shell("kxdu decode --only Port", SOME);
+    EXPECT_EQ(Shell(decode + "Port,SLOTINDEX", SOME).out, Shell(decode + "port,SlotIndex", SOME).out);
+    const Ended wrong = Shell("kxdu decode --only Prt", SOME);
     EXPECT_EQ(wrong.code, 2);
-    EXPECT_EQ(wrong.err, "kxdu: --only: unknown type or kind \"Port\"; did you mean port?\n");
+    EXPECT_EQ(wrong.err, "kxdu: --only: unknown type or kind \"Prt\"; did you mean port?\n");
     EXPECT_EQ(Shell("kxdu decode --only PortIndex:LoopBack", SOME).code, 2) << "no line is read as such by itself";
     EXPECT_EQ(Shell("kxdu decode --only port --as PortIndex", SOME).code, 2);
 }

@@ -70,6 +70,9 @@ TEST_F(ExplainVerb, ADashIsStandardInput) {
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, Shell("kxdu explain NE=5 NE=6 'NE=7 x'").out);
     EXPECT_EQ(Shell("kxdu explain -", "").out, "");
+    WriteFile("both", "NE=6\n");
+    EXPECT_EQ(Shell("kxdu explain - <both >>both").err,
+              "kxdu: standard input is the file that the answers are written to\n");
     const Ended wrong = Shell("kxdu explain -", "NE=6\n\n");
     EXPECT_EQ(wrong.code, 2);
     EXPECT_EQ(wrong.err, "kxdu: <stdin>:2: the line is empty\n");

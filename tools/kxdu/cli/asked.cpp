@@ -26,15 +26,6 @@ void RefuseWord(const std::string& word) {
     }
 }
 
-// An answer in the file that the words come from would be a word too.
-void RefuseEndlessInput() {
-    for (const char* const stream : {"/dev/stdout", "/dev/stderr"}) {
-        if (IsSameFile(stream, "/dev/stdin")) {
-            throw Failure(Cause::INPUT, "standard input is the file that the answers are written to");
-        }
-    }
-}
-
 void ForEachWordOfInput(const std::function<void(const std::string&)>& take) {
     RefuseEndlessInput();
     std::array<char, 4096> block{};
@@ -80,6 +71,14 @@ void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& ask
         verb.AddTexts(name, "", asked, help + "; - reads them from standard input, separated by blanks or line ends");
     if (presence == Presence::REQUIRED) {
         argument.Required();
+    }
+}
+
+void RefuseEndlessInput() {
+    for (const char* const stream : {"/dev/stdout", "/dev/stderr"}) {
+        if (IsSameFile(stream, "/dev/stdin")) {
+            throw Failure(Cause::INPUT, "standard input is the file that the answers are written to");
+        }
     }
 }
 

@@ -21,9 +21,13 @@ enum class Presence { REQUIRED, OPTIONAL };
 void AddAsked(Verb& verb, const std::string& name, std::vector<std::string>& asked, const std::string& help,
               Presence presence = Presence::REQUIRED);
 
+/// Throws `Failure` with `Cause::INPUT` if standard input is the file that the answers are written to: an answer would
+/// be asked about too.
+void RefuseEndlessInput();
+
 /// Calls `take` for each argument; for "-", calls it for each word on standard input as it comes. Throws `Failure` with
-/// `Cause::INPUT` if standard input cannot be read or holds a word longer than `LONGEST_WORD`, and
-/// for a word that is not UTF-8.
+/// `Cause::INPUT` if standard input cannot be read or holds a word longer than `LONGEST_WORD`, for a word that is not
+/// UTF-8, and as `RefuseEndlessInput` does.
 void ForEachAsked(const std::vector<std::string>& asked, const std::function<void(const std::string&)>& take);
 
 }  // namespace NS_KX::NS_KXDU

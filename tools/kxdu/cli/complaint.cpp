@@ -83,7 +83,7 @@ std::string ValueInWords(std::string value) {
     return value;
 }
 
-// How often an option is given is wrong: not at all, without its value, or too often. CLI11 begins its text with the
+// An option is missing, lacks its value, or is given too often. CLI11 begins its text with the
 // name of the option.
 std::string WrongCount(const CLI::App& verb, const std::string& text) {
     const std::string name = text.substr(0, text.find_first_of(": "));

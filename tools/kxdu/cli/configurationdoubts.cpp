@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
-#include <utility>
 
 #include <kx_domain_util/ntffilter.h>
 #include <kx_domain_util/utilcommon.h>

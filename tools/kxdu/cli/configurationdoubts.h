@@ -19,8 +19,8 @@ std::vector<std::string> WordsOf(const std::string& list);
 /// The list of notifications that this EventSwitch selects; empty if it selects none.
 std::string ListOf(int eventSwitch);
 
-/// What looks wrong with the configuration: items with misspelt names, and values that the library reads otherwise
-/// than they look. A line for each, without a line end. `names` are those of all items in the file. An item that is
+/// What looks wrong with the configuration: items with misspelt names, and values that the library reads as
+/// something else. A line for each, without a line end. `names` are those of all items in the file. An item that is
 /// missing is no doubt.
 std::vector<std::string> DoubtsOfConfiguration(const std::vector<std::string>& names);
 /// Writes them to standard error.

@@ -1,7 +1,6 @@
 #include "cli/typeoption.h"
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
 #include "catalogue/kinds.h"
@@ -23,17 +22,17 @@ std::vector<std::string> Types() {
     return names;
 }
 
+}  // namespace
+
+VerbOption AddTypeOption(Verb& verb, std::string& type, const std::string& help) {
+    return verb.AddText("--as", "TYPE", type, help);
+}
+
 const Kind* FindKindInAnyCase(std::string_view type) {
     const auto kinds = AllKinds();
     const auto found =
         std::find_if(kinds.begin(), kinds.end(), [type](const Kind* kind) { return IsSameWord(kind->type, type); });
     return found != kinds.end() ? *found : nullptr;
-}
-
-}  // namespace
-
-VerbOption AddTypeOption(Verb& verb, std::string& type, const std::string& help) {
-    return verb.AddText("--as", "TYPE", type, help);
 }
 
 const Kind* ChosenKind(const std::string& type) {

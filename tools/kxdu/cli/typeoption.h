@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace NS_KX {
 struct Kind;
@@ -17,8 +18,11 @@ VerbOption AddTypeOption(Verb& verb, std::string& type, const std::string& help)
 /// The kind that `--as` names; null if it was not given. Throws as `RequireKind` does.
 const Kind* ChosenKind(const std::string& type);
 
-/// The kind of this type. Throws `Failure` with `Cause::INPUT` for an unknown one; the message begins with `source`,
-/// and lists all types.
+/// The kind of this type, in any case; null if there is none.
+const Kind* FindKindInAnyCase(std::string_view type);
+
+/// The same. Throws `Failure` with `Cause::INPUT` for an unknown type; the message begins with `source`, and names the
+/// nearest type, or all.
 const Kind& RequireKind(const std::string& type, const std::string& source = {});
 
 /// The names of all types, wrapped to the width of the help.

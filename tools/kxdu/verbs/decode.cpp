@@ -109,15 +109,15 @@ void AddKinds(const std::string& name, std::vector<const Kind*>& kinds) {
     const std::size_t before = kinds.size();
     for (const Kind* const kind : AllKinds()) {
         const bool isFound = !kind->lastTags.front().empty();
-        if ((kind->type == name || kind->word == name) && isFound) {
+        if ((IsSameWord(kind->type, name) || IsSameWord(kind->word, name)) && isFound) {
             kinds.push_back(kind);
         }
     }
     if (kinds.size() != before) {
         return;
     }
-    if (FindKindByType(name) != nullptr) {
-        throw Failure(Cause::INPUT, "--only: lines are read as " + name + " by --as only");
+    if (const Kind* const kind = FindKindInAnyCase(name)) {
+        throw Failure(Cause::INPUT, "--only: lines are read as " + std::string(kind->type) + " by --as only");
     }
     const std::vector<std::string> known = NamesOfKinds();
     const std::string_view nearest = NearestWord(name, known);
@@ -230,7 +230,8 @@ void RequireConfigurationFor(const Kind& kind) {
 
 // 0 if the output is no terminal.
 std::size_t WidthOfTerminal(const std::string& output) {
-    return output.empty() && isatty(STDOUT_FILENO) == 1 ? ColumnsOf(STDOUT_FILENO, 0) : 0;
+    const bool isStandardOutput = output.empty() || output == "-" || output == "/dev/stdout";
+    return isStandardOutput && isatty(STDOUT_FILENO) == 1 ? ColumnsOf(STDOUT_FILENO, 0) : 0;
 }
 
 ExitCode Decode(const Options& options) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "catalogue/explanation.h"
+#include "cli/asked.h"
 #include "cli/colour.h"
 #include "cli/services.h"
 #include "cli/verb.h"
@@ -37,8 +38,8 @@ Below the drawing stand the record that is read from the identifier, with unset 
 fault; to check many identifiers, use kxdu check. At most the first 200 pieces of an identifier are drawn. The lines are
 drawn in ASCII if the locale (LC_ALL, LC_CTYPE or LANG) is not a UTF-8 one.
 
-Exit code: 0 even if the identifier has faults; 2 wrong arguments, or an inventory or configuration that cannot be read;
-3 the output cannot be written.)";
+Exit code: 0 even if the identifier has faults; 2 wrong arguments, or an input, inventory or configuration that cannot be
+read; the first line that is no text ends the run so; 3 the output cannot be written.)";
 
 struct Options {
     std::vector<std::string> fdns;
@@ -49,6 +50,7 @@ struct Options {
 using TakeIdentifier = std::function<void(std::string_view fdn)>;
 
 void ForEachLineOfInput(const TakeIdentifier& take) {
+    RefuseEndlessInput();
     constexpr std::size_t BLOCK_SIZE = std::size_t{64} << 10U;
     BlockReader reader({"-"}, BLOCK_SIZE);
     InputBlock block;

@@ -5,7 +5,6 @@
 #include <limits>
 #include <stdexcept>
 #include <string_view>
-#include <utility>
 
 #include <kx_platform/textutil.h>
 

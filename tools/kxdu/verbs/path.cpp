@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include <kx_domain_util/separatorfinder.h>
 #include <kx_domain_util/utilcommon.h>
 
 #include "catalogue/vocabulary.h"
@@ -24,7 +25,8 @@ constexpr auto HELP = R"(Examples:
 A path has a row for each of its rates, in the order of the interface levels. Columns: the path, the level, its client
 rate, and the number. A path without any rate has one row of "-" (csv: empty, jsonl: null).
 
-The case of a rate does not matter. Items without ":" or with an unknown rate are skipped; standard error names them.
+The case of a rate does not matter. Empty items are skipped; so are items without ":" or with an unknown
+rate, which standard error names.
 The last of several items with the same rate counts. A number ends at the first character that is not a digit; without
 digits it is 0, and a number above 2147483647 keeps its low 32 bits.
 
@@ -36,20 +38,18 @@ struct Options {
     std::vector<std::string> paths;
 };
 
-// Notes what the library skips.
+// Notes what the library skips. Empty items say nothing.
 void NoteSkipped(std::string_view path, UnknownWords& skipped) {
-    for (;;) {
-        const auto end = path.find('-');
-        const std::string_view item = path.substr(0, end);
+    NS_UTIL::NS_FDN::SeparatorFinder<'-'> items(path);
+    NS_UTIL::NS_FDN::SeparatorFinder<'-'>::Piece piece{};
+    do {
+        piece = items.Next();
+        const std::string_view item(piece.begin, piece.end);
         const auto colon = item.find(':');
-        if (colon == std::string_view::npos || !LevelOfRate(std::string(item.substr(0, colon)))) {
+        if (!item.empty() && (colon == std::string_view::npos || !LevelOfRate(std::string(item.substr(0, colon))))) {
             skipped.Note(std::string(item));
         }
-        if (end == std::string_view::npos) {
-            return;
-        }
-        path.remove_prefix(end + 1);
-    }
+    } while (!items.IsLast(piece));
 }
 
 void AddPathRows(const std::string& path, Listing& listing) {

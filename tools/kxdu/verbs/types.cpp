@@ -24,10 +24,10 @@ Lists the types of records with their fields. Columns:
   default  its value in a fresh record; a field that kxdu encode does not find has it
   meaning  what it says, and the level or sub-value that it is read from: PP:2 is the third one of level PP
 
-A type with ":" is a variant of the one before it: the same record, written in another way. PortIndex is written with the
-card, "NE=5,FR=1,S=3,CP=-1,PP=16||2|", PortIndex:NEType without it, "NE=5,FR=1,S=3,PP=16||2|", PortIndex:NEType1911 with an
-absent sub-slot spelt out, "NE=5,FR=1,S=3,SS=-1,SC=-1,PP=16||2|". kxdu decode chooses the variant that writes a line as it
-is; --as chooses it for all lines. The case of TYPE does not matter.
+A type with ":" is a variant of the one before it: the same record, written in another way. PortIndex is written with
+the card, "NE=5,FR=1,S=3,CP=-1,PP=16||2|", PortIndex:NEType without it, "NE=5,FR=1,S=3,PP=16||2|", PortIndex:NEType1911
+with an absent sub-slot spelt out, "NE=5,FR=1,S=3,SS=-1,SC=-1,PP=16||2|". kxdu decode chooses the variant that writes a
+line as it is; --as chooses it for all lines. The case of TYPE does not matter.
 
 Exit code: 0 all types are known; 2 one is not, or other wrong arguments; 3 the output cannot be written.)";
 
