@@ -13,7 +13,8 @@ namespace NS_STANDALONE {
 
 /// A log file and its older ones, named as spdlog's rotating sink names them: kx.log, kx.1.log, kx.2.log, ... Unlike
 /// that sink, it loses no record if it cannot rename a file: it goes on with the file it has, says so once on standard
-/// error, and tries again only when as much has been written again. One thread at a time.
+/// error, and tries again only when as much has been written again. While files are renamed, the newest one is
+/// kx.log.rotated; a process that is killed then leaves it under this name. One thread at a time.
 class LogFile final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
 public:
     /// Takes numbers as `LogTarget` does. Throws spdlog::spdlog_ex if the file cannot be opened or a number is out of

@@ -98,8 +98,8 @@ public:
     /// Makes every item a missing one.
     void Clear();
 
-    /// The item called `key`, made without a value if nobody has named it before. Stays valid until the process ends;
-    /// there are never more items than keys were ever named.
+    /// The item called `key`. The first call with a key makes its item, without a value. An item stays valid until the
+    /// process ends, so there are as many as there were different keys.
     const ConfigItem& GetItem(std::string_view key);
 
 private:

@@ -138,7 +138,7 @@ std::string AdviceOn(const std::string& file) {
 ExitCode Init(const Options& options) {
     RefuseJournalOfDatabase(options.file);
     try {
-        const InterruptionsHeld held;  // a killed run would leave its draft behind
+        const InterruptionsHeld held;  // a signal in the middle would leave the draft behind
         NS_STANDALONE::CreateInventory(options.file);
     } catch (const std::runtime_error& failed) {
         throw Failure(Cause::INPUT, failed.what() + AdviceOn(options.file));
